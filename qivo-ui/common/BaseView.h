@@ -1,0 +1,95 @@
+#ifndef QIVO_UI_COMMON_BASEVIEW_H
+#define QIVO_UI_COMMON_BASEVIEW_H
+
+#include "common/BaseViewEventListener.h"
+#include "common/NaviFrameItemData.h"
+#include "common/NaviFrameItemPopHandler.h"
+#include "common/NaviFramePopEventListener.h"
+#include <Evas.h>
+#include <memory>
+
+namespace QivoUi
+{
+
+/**
+ * The base of every screen.
+ *
+ * A view's life, and what belongs in each hook:
+ *  1. CreateView(), once: CreateViewImpl() builds the widgets and returns the screen's record;
+ *     the record's layout is wired to the back key, to its own deletion and to the language.
+ *  2. Show(): the record is pushed on the navigation frame.
+ *  3. OnLanguageChanged(): set the texts again; nothing else is refreshed by itself.
+ *  4. OnViewPoped(): the screen is about to go; the controller decides.
+ *  5. OnLayoutDeleted(): the widgets are going; the controller is told. The view must not be
+ *     deleted in here, the caller still uses it.
+ *  6. The view dies when its last shared owner lets it go.
+ *
+ * The back-key callback is never taken off the layout: a view must not die while its layout
+ * lives and the back key can still be pressed.
+ */
+class BaseView : public NaviFramePopEventListener
+{
+public:
+    BaseView() = default;
+    ~BaseView() override;
+
+    /**
+     * Asks the controller whether the screen may be popped.
+     *
+     * @return the controller's answer; true without one, with warning
+     *         "mViewEventListener is NULL"
+     */
+    bool OnViewPoped() override;
+
+    /**
+     * Pushes the view.
+     *
+     * @return the handle of its item; empty on failure, with error
+     *         "[Failed] Invalid NaviFrameItemDataPtr" when CreateView() gave no record
+     */
+    virtual std::shared_ptr<NaviFrameItemPopHandler> Show(bool animated);
+
+    /**
+     * Builds the screen.
+     *
+     * @param parent the naviframe; owned by the widget tree
+     * @return the record to push; empty when nothing could be built
+     */
+    virtual std::shared_ptr<NaviFrameItemData> CreateViewImpl(Evas_Object* parent) = 0;
+
+    /** The texts are to be set in the new language. */
+    virtual void OnLanguageChanged() {}
+
+    /** The theme's colours or fonts have changed. */
+    virtual void OnThemeChanged() {}
+
+    /** The layout is being deleted; tells the controller, or warns that there is none. */
+    virtual void OnLayoutDeleted();
+
+    /** Builds the view and wires its layout; error "[Failed] Invalid parent" without a frame. */
+    void CreateView();
+
+    /** The screen's root object; null, with a warning, before CreateView(). */
+    Evas_Object* GetViewLayout();
+
+    static void SLayoutBackCB(void* data, Evas_Object* object, void* eventInfo);
+    static void SViewObjectDeleteCB(void* data, Evas* canvas, Evas_Object* object, void* eventInfo);
+    static void SLanguageChangedCB(void* data, Evas_Object* object, void* eventInfo);
+
+    /** For views that subscribe to changes of the theme; error "pThis is NULL" for null. */
+    static void SThemeChangedCB(void* data);
+
+private:
+    std::shared_ptr<NaviFrameItemData> mNaviFramItemDataPtr;
+
+public:
+    /** Hears of back, pop and deletion; null for none. Not owned. */
+    BaseViewEventListener* mViewEventListener = nullptr;
+
+private:
+    Evas_Object* mLayout = nullptr;
+};
+
+} // namespace QivoUi
+
+#endif

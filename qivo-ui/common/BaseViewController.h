@@ -1,0 +1,63 @@
+#ifndef QIVO_UI_COMMON_BASEVIEWCONTROLLER_H
+#define QIVO_UI_COMMON_BASEVIEWCONTROLLER_H
+
+#include "common/BaseView.h"
+#include "common/BaseViewEventListener.h"
+#include "common/NaviFrameItemPopHandler.h"
+#include <memory>
+
+namespace QivoUi
+{
+
+/**
+ * The base of every screen's controller: owns the view, shows it, and decides for it.
+ *
+ * A controller's life, and what belongs in each hook:
+ *  1. Initialize(): make the view, keep it in mBaseViewPtr, have it build itself
+ *     (BaseView::CreateView()), and start to follow whatever the screen shows.
+ *  2. ShowView(): attaches to the view and pushes it. The back key then pops the screen; as the
+ *     only screen it lowers the window instead.
+ *  3. DeInitialize(): the view's widgets are being deleted; stop following. It must not release
+ *     the view, whose deletion is still under way.
+ *  4. Destruction releases the handle, then the view; it neither pops nor deinitializes.
+ */
+class BaseViewController : public BaseViewEventListener
+{
+public:
+    BaseViewController() = default;
+    ~BaseViewController() override = default;
+
+    /** Pops the own screen with animation; does nothing when it was never shown. */
+    void OnViewBackEvent() override;
+
+    /** @return true: a controller never refuses a pop */
+    bool OnViewPopEvent() override;
+
+    /** Runs DeInitialize(). */
+    void OnViewDeleteEvent() override;
+
+    /** Makes and builds the view; called once, before ShowView(). */
+    virtual void Initialize() = 0;
+
+    /** Undoes what Initialize() started outside the view; called only from the view's deletion. */
+    virtual void DeInitialize() = 0;
+
+    /**
+     * Attaches to the view and pushes it.
+     *
+     * @return a copy of the kept handle. Without a view it stays as it was, with error
+     *         "mBaseViewPtr is NULL"; empty when the push failed, with error
+     *         "[Failed] Get Pop Handler".
+     *
+     * Showing twice pushes the view twice and keeps the second handle only.
+     */
+    virtual std::shared_ptr<NaviFrameItemPopHandler> ShowView(bool animated);
+
+protected:
+    std::shared_ptr<BaseView> mBaseViewPtr;
+    std::shared_ptr<NaviFrameItemPopHandler> mPopHandlerPtr;
+};
+
+} // namespace QivoUi
+
+#endif

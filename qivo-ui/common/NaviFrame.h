@@ -1,0 +1,166 @@
+#ifndef QIVO_UI_COMMON_NAVIFRAME_H
+#define QIVO_UI_COMMON_NAVIFRAME_H
+
+#include "common/AppEventListener.h"
+#include "common/NaviFrameItemData.h"
+#include "common/NaviFrameLowerEventListener.h"
+#include "common/NaviFramePopTransitionEventListener.h"
+#include "common/NaviFrameStateListener.h"
+#include <Elementary.h>
+#include <map>
+#include <memory>
+
+namespace QivoUi
+{
+
+class NaviFrameItemPopHandler;
+
+/**
+ * The one stack of screens.
+ *
+ * Wraps a single naviframe widget inside the application's main layout. The application makes
+ * it (GetInstance(), SetMainWindow(), CreateNaviFrame()), registers it as an AppEventListener
+ * and destroys it at the end; views push themselves and pop themselves through the handle that
+ * a push returns.
+ *
+ * The widget, the window, the items and every listener are owned elsewhere. Failures are
+ * logged and the operation abandoned; nothing is retried and no exception leaves an operation.
+ *
+ * A user of the framework must not destroy the frame in the middle of an animated pop: the
+ * callback of that pop stays registered on the widget and would be given the dead frame.
+ */
+class NaviFrame : public AppEventListener
+{
+public:
+    /** The instance, made on first use; never null. */
+    static NaviFrame* GetInstance();
+
+    /**
+     * Deletes the instance, if there is one.
+     *
+     * An item that dies later finds none and so makes a fresh, empty one: deliberately kept.
+     */
+    static void Destroy();
+
+    /** Keeps the window that is lowered when the user backs out of the last screen. */
+    void SetMainWindow(Evas_Object* window);
+
+    /**
+     * Makes the naviframe and puts it into the layout's part "elm.swallow.content".
+     *
+     * Logs error "[Failed] Invalid layout" for null and "[Failed] Create NaviFrame" when the
+     * toolkit makes no widget.
+     */
+    void CreateNaviFrame(Evas_Object* layout);
+
+    /** The parent under which views make their layouts; null before CreateNaviFrame(). */
+    Evas_Object* GetParent();
+
+    /**
+     * Pushes a screen.
+     *
+     * The first screen appears at once; a later one is animated, or put above the top without
+     * a transition. The old top's listener is told to pause (not while the application is
+     * paused), the new screen's to resume.
+     *
+     * @param data the screen; must hold a record
+     * @return the handle of the new item; empty when it could not be pushed, with error
+     *         "[Failed] Invalid Naviframe item" (no widget) or "naviFrameItem is NULL"
+     */
+    std::shared_ptr<NaviFrameItemPopHandler>
+    PushNaviframeItem(std::shared_ptr<NaviFrameItemData> data, bool animated);
+
+    /**
+     * Pops the top item, or lowers the window when it is the only one (it then stays).
+     *
+     * @param item must be the top item
+     * @param animated with the widget's transition; without, the item is deleted at once
+     * @param listener told at the end of the transition; never without one. May be null.
+     *
+     * Logs error "pop fail[...]" with the reason when it cannot pop, and warning
+     * "mNaviFrmaeLowerEventListener is NULL" when nobody hears of the lowering.
+     */
+    void PopItem(Elm_Object_Item* item, bool animated,
+                 NaviFramePopTransitionEventListener* listener);
+
+    /** Pops all items above `item`; nothing when it is on top. Null is logged as error. */
+    void PopToItem(Elm_Object_Item* item);
+
+    /** Pops the top item, whatever it is, even the last. */
+    void PopTopItem();
+
+    /** Deletes one item without animation; null is ignored. */
+    void DeleteItem(Elm_Object_Item* item);
+
+    /** Deletes the top item without animation. */
+    void DeleteTopItem();
+
+    /** Deletes all items above `item`, bottom to top; each is logged. */
+    void DeleteAboveItems(Elm_Object_Item* item);
+
+    /**
+     * Deletes the items strictly between two, bottom to top; each is logged.
+     *
+     * @param upper must lie above `lower`; the other way round the result is undefined
+     *
+     * Logs error "Invalid Delete Range" when one is not on the stack, and "Invalid deletedList"
+     * when nothing lies between.
+     */
+    void DeleteBetweenItems(Elm_Object_Item* upper, Elm_Object_Item* lower);
+
+    /**
+     * Cuts the part strictly between two nodes out of an item list, bottom item first.
+     *
+     * @param list consumed: what is not returned is freed
+     * @return the part, which the caller frees; null when it is empty
+     */
+    Eina_List* GetBetweenList(Eina_List* list, Eina_List* upperNode, Eina_List* lowerNode);
+
+    /** Whether the stack has no item. */
+    bool IsNaviFrameEmpty();
+
+    /** Lowers the main window, which sends the application to the background. */
+    void TriggerToAppPaused();
+
+    void OnAppPause() override;
+    void OnAppResume() override;
+
+    /**
+     * An item is being deleted: resumes the top item's listener and forgets the item's own.
+     *
+     * This runs for every deletion, also below the top, so the top screen may be told to
+     * resume more than once; listeners must bear it.
+     */
+    void OnNaviImteDeleted(Elm_Object_Item* item);
+
+    /** The end of a push transition, once for each animated push onto another screen. */
+    static void SNaviFrameTransitionFinishedCB(void* data, Evas_Object* object, void* eventInfo);
+
+    /** The end of the pop transition that PopItem() started. */
+    static void SNaviFramePopTransitionFinishedCB(void* data, Evas_Object* object, void* eventInfo);
+
+private:
+    NaviFrame();
+    ~NaviFrame() override;
+
+    NaviFrameStateListener* FindStateListener(Elm_Object_Item* item) const;
+
+    static NaviFrame* mInstance;
+    static bool mIsAlive;
+
+    Evas_Object* mNaviFrame = nullptr;
+    Evas_Object* mWindow = nullptr;
+    bool mIsPaused = false;
+    std::map<Elm_Object_Item*, NaviFrameStateListener*> mStateListenerMap;
+
+public:
+    /** Told when the window was lowered by a pop of the only item; may be null. Not owned. */
+    NaviFrameLowerEventListener* mNaviFrmaeLowerEventListener = nullptr;
+
+private:
+    NaviFramePopTransitionEventListener* mPopTransitionEventListener = nullptr;
+};
+
+} // namespace QivoUi
+
+#endif

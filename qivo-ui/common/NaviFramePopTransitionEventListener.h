@@ -1,0 +1,19 @@
+#ifndef QIVO_UI_COMMON_NAVIFRAMEPOPTRANSITIONEVENTLISTENER_H
+#define QIVO_UI_COMMON_NAVIFRAMEPOPTRANSITIONEVENTLISTENER_H
+
+namespace QivoUi
+{
+
+/** Hears of the end of one animated pop; given to NaviFrame::PopItem(), never owned. */
+class NaviFramePopTransitionEventListener
+{
+public:
+    virtual ~NaviFramePopTransitionEventListener() = default;
+
+    /** The pop's animation has ended. Told once, then forgotten. */
+    virtual void OnPopTransitionFinished() = 0;
+};
+
+} // namespace QivoUi
+
+#endif

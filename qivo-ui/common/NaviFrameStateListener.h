@@ -1,0 +1,31 @@
+#ifndef QIVO_UI_COMMON_NAVIFRAMESTATELISTENER_H
+#define QIVO_UI_COMMON_NAVIFRAMESTATELISTENER_H
+
+namespace QivoUi
+{
+
+/**
+ * Follows one screen on the stack.
+ *
+ * Named in the screen's NaviFrameItemData and never owned; it must outlive its item on the
+ * stack. The calls come from inside the toolkit's own, and a listener may push, pop or delete
+ * screens in them.
+ */
+class NaviFrameStateListener
+{
+public:
+    virtual ~NaviFrameStateListener() = default;
+
+    /** The screen is on top and the application in the foreground; may be told repeatedly. */
+    virtual void OnItemResume() = 0;
+
+    /** The screen is covered by another one, or the application left the foreground. */
+    virtual void OnItemPause() = 0;
+
+    /** The animated push that brought a screen to the top has ended, and this one is on top. */
+    virtual void OnItemTransitionFinished() = 0;
+};
+
+} // namespace QivoUi
+
+#endif

@@ -1,0 +1,202 @@
+#ifndef QIVO_UI_GUIDE_APPLICATION_H
+#define QIVO_UI_GUIDE_APPLICATION_H
+
+#include "common/AppEventListener.h"
+#include "common/util/AppControllUtil.h"
+#include <Ecore.h>
+#include <Elementary.h>
+#include <app.h>
+#include <list>
+#include <string>
+#include <system_settings.h>
+#include <ui_extension.h>
+
+namespace QivoUi
+{
+
+/**
+ * The base of the application: binds the watch's application framework to virtual hooks.
+ *
+ * The order of a run:
+ *  1. main() makes the object with CreateApplication() and enters the main loop.
+ *  2. OnAppCreateImpl(): theme, main window, colour and font tables. No screen yet.
+ *  3. The first launch request: OnSetupLayout() builds background, conformant, main layout and
+ *     navigation frame and calls ShowView(); then AppControllOperationImpl() gets the operation.
+ *     Later requests only replace the kept extra data.
+ *  4. OnAppResumeImpl(): the window is in the foreground.
+ *  5. OnAppPauseImpl(): it no longer is; the application then always ends. It never stays in
+ *     the background, that is a rule of the product.
+ *  6. OnAppTerminateImpl(), after which the object is deleted.
+ *
+ * Everything runs on the main loop. Failures are logged and end the step in progress; the
+ * process goes on. Widgets belong to the widget tree, listeners to whoever registered them.
+ */
+class Application
+{
+public:
+    Application();
+    virtual ~Application() = default;
+
+    /**
+     * Builds the object tree and the navigation frame, then shows the view.
+     *
+     * @return ShowView()'s answer; false, with error "[Failed] Create BackGround" or
+     *         "[Failed] Create Main Layout", when the tree could not be built
+     */
+    virtual bool OnSetupLayout();
+
+    /** Loads the theme, makes the main window and loads the tables; see CreateWindow(). */
+    virtual void OnAppCreateImpl();
+
+    /** The system's time was set, or NotifyLanguageChanged() was called. */
+    virtual void OnAppSystemLangChangedImpl() {}
+
+    /** Destroys the navigation frame. Listeners are not told. */
+    virtual void OnAppTerminateImpl();
+
+    /** Tells the listeners, then ends the application. */
+    virtual void OnAppPauseImpl();
+
+    /** Starts to watch the power key and tells the listeners. */
+    virtual void OnAppResumeImpl();
+
+    /** The pause that is under way was caused by the power key. */
+    virtual void OnAppPausedByPowerKey() {}
+
+    /**
+     * Handles the first launch request.
+     *
+     * @param extraData never an empty pointer
+     * @return whether the operation was handled; nobody asks
+     */
+    virtual bool AppControllOperationImpl(std::string operation, ExtraDataMapPtr extraData);
+
+    /** For applications that take voice operations; nothing here calls it. */
+    virtual bool OnVocraOperation(ExtraDataMapPtr extraData);
+
+    /** The wallet's own font table: deliberately that of another package than this one. */
+    virtual std::string GetFontTablePath();
+
+    /** The wallet's own colour table: deliberately that of another package than this one. */
+    virtual std::string GetColorTablePath();
+
+    /** Shows the first screen, at the end of OnSetupLayout(). */
+    virtual bool ShowView() = 0;
+
+    static bool SOnAppCreate(void* data);
+    static void SOnAppTerminate(void* data);
+    static void SOnAppPause(void* data);
+    static void SOnAppResume(void* data);
+    static void SOnAppControl(app_control_h request, void* data);
+    static void SOnLanguageChanged(system_settings_key_e key, void* data);
+    static void SOnRegionChanged(system_settings_key_e key, void* data);
+    static void SOnSystemTimeChanged(system_settings_key_e key, void* data);
+    static void SOnDateAndTImeFormatChanged(system_settings_key_e key, void* data);
+
+    /**
+     * The allocator's handler of exhausted memory: asks the framework to exit.
+     *
+     * It deliberately neither throws nor frees, so an allocation that stays impossible asks
+     * again and again.
+     */
+    static void SOnOutOfMemory();
+
+    /** Registers the theme file, over which the toolkit finds our groups, and the base scale. */
+    void SetUpAppInfo();
+
+    /** Makes and shows the main window; null, with error "elm_win_add", on failure. */
+    Evas_Object* CreateWindow();
+
+    /** Makes the window's background; null on failure. */
+    Evas_Object* CreateBackGround(Evas_Object* window);
+
+    /** Makes the conformant; null, with an error, on failure. */
+    Evas_Object* CreateConformant(Evas_Object* window);
+
+    /** Makes the conformant's content; null, with error "Failed elm_layout_add.", on failure. */
+    Evas_Object* CreateMainLayout(Evas_Object* conformant);
+
+    /** Loads the wallet's colour and font tables; they stay for the life of the process. */
+    void LoadColorTable();
+
+    /** The system's language as the watch gives it; empty, with an error, when it does not. */
+    static std::string GetCurrentLocale();
+
+    /** Hands the system's language to the toolkit, which tells every widget. */
+    static void AppSystemLangChanged(void* data);
+
+    /** Watches key releases; an earlier handler is not taken away first. */
+    void RegisterPowerKeyEvent();
+
+    /** Stops watching key releases. */
+    void UnRegisterPowerKeyEvent();
+
+    /** Notes a release of the power key while resumed; always passes the event on. */
+    static Eina_Bool OnKeyReleasedCB(void* data, int type, void* event);
+
+    /** Adds a listener at the end; one held already moves there. Null is ignored. */
+    void RegisterAppEventListener(AppEventListener* listener);
+
+    /** Removes a listener; null is ignored. */
+    void UnRegisterAppEventListener(AppEventListener* listener);
+
+    /** For derived applications that announce more than the framework does; unused here. */
+    void NotifyAppPaused();
+    void NotifyAppResumed();
+    void NotifyAppTerminate();
+    void NotifySystemLangChanged();
+    void NotifyLanguageChanged();
+
+    /** Passes an operation to AppControllOperationImpl(). @return true, whatever that says */
+    bool OnAppControllOperation(std::string operation, ExtraDataMapPtr extraData);
+
+    /** Keeps an operation and its extra data; for derived applications, unused here. */
+    void SaveOperation(std::string operation, ExtraDataMapPtr extraData);
+
+    /** Keeps the extra data of the latest launch request. */
+    void SetLaunchExtraData(ExtraDataMapPtr extraData);
+
+    /** For derived applications, unused here; cleared by the first launch request. */
+    void SetResumeFlag(bool flag);
+
+    /**
+     * Answers a launch request without extra data; for derived applications, unused here.
+     *
+     * Logs error "app_control_create failed, %d" or
+     * "app_control_reply_to_launch_request failed! [%d]".
+     */
+    void ReplyAppControll(app_control_h request, bool succeeded);
+
+private:
+    enum AppState
+    {
+        APP_STATE_NONE,
+        APP_STATE_RESUMED,
+        APP_STATE_PAUSED,
+    };
+
+    void NotifyListeners(void (AppEventListener::*event)());
+
+    bool mResumeFlag = false;
+    ExtraDataMapPtr mLaunchExtraData;
+    std::string mOperation;
+    ExtraDataMapPtr mOperationExtraData;
+    std::list<AppEventListener*> mAppEventListenerList;
+    int mAppState = APP_STATE_NONE;
+    Ecore_Event_Handler* mPowerKeyHandler = nullptr;
+    Ecore_Event_Handler* mExtraKeyHandler = nullptr;
+    bool mIsPowerKeyReleased = false;
+    Evas_Object* mMainLayout = nullptr;
+    Evas_Object* mBackGround = nullptr;
+    Evas_Object* mAppConformant = nullptr;
+    uxt_theme_color_table_h mColorTable = nullptr;
+    uxt_theme_font_table_h mFontTable = nullptr;
+    static Evas_Object* mWindow;
+};
+
+} // namespace QivoUi
+
+/** Makes the one application object, which the terminate callback deletes. */
+QivoUi::Application* CreateApplication();
+
+#endif

@@ -1,0 +1,43 @@
+#include "app-common/app_common.h"
+
+#include "app-common/DataFolder.h"
+#include "app-common/Installation.h"
+#include "dlog/dlog.h"
+
+#include <cstring>
+#include <new>
+
+namespace
+{
+char* NewFolderText(const std::filesystem::path& folder)
+{
+    return strdup((folder / "").c_str());
+}
+} // namespace
+
+char* app_get_resource_path(void)
+try
+{
+    const auto installation = FindInstallation(RunningExecutable());
+    if (installation)
+        return NewFolderText(installation->resources);
+    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT",
+                 "no resource folder: no folder above \"%s\" holds share/PROGRAM/ or res/",
+                 RunningExecutable().c_str());
+    return nullptr;
+}
+catch (const std::bad_alloc&)
+{
+    return nullptr;
+}
+
+char* app_get_data_path(void)
+try
+{
+    const auto folder = MakeDataFolder(RunningExecutable().filename());
+    return folder.empty() ? nullptr : NewFolderText(folder);
+}
+catch (const std::bad_alloc&)
+{
+    return nullptr;
+}

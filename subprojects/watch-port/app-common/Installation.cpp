@@ -1,0 +1,43 @@
+#include "app-common/Installation.h"
+
+namespace fs = std::filesystem;
+
+namespace
+{
+bool IsFolder(const fs::path& path)
+{
+    std::error_code ignored;
+    return fs::is_directory(path, ignored);
+}
+
+fs::path ReadRunningExecutable()
+{
+    std::error_code ignored;
+    return fs::read_symlink("/proc/self/exe", ignored);
+}
+} // namespace
+
+std::optional<Installation> FindInstallation(const fs::path& executable)
+{
+    const fs::path program = executable.filename();
+    for (fs::path root = executable.parent_path(); !root.empty(); root = root.parent_path())
+    {
+        const fs::path share = root / "share";
+        if (IsFolder(share / program))
+            return Installation{program, share / program, share / "locale",
+                                share / "watch-port/platform.edj"};
+        if (IsFolder(root / "res"))
+            return Installation{program, root / "res", root / "res/locale",
+                                root / "subprojects/watch-port/theme/platform.edj"};
+        if (root == root.root_path())
+            break;
+    }
+    return std::nullopt;
+}
+
+const fs::path& RunningExecutable()
+{
+    // Read once: the kernel adds " (deleted)" when an update replaces the running file.
+    static const fs::path executable = ReadRunningExecutable();
+    return executable;
+}

@@ -1,0 +1,16 @@
+#ifndef WATCH_PORT_DLOG_LOG_LEVEL_H
+#define WATCH_PORT_DLOG_LOG_LEVEL_H
+
+#include <optional>
+#include <string_view>
+
+/** Above every priority: all lines are dropped. */
+constexpr int kSilent = 7;
+
+/**
+ * Returns the lowest priority that is written under a value of DLOG_LEVEL, kSilent for none;
+ * nothing for a value that is no level.
+ */
+std::optional<int> ParseLogLevel(std::string_view value);
+
+#endif

@@ -1,0 +1,19 @@
+#ifndef WATCH_PORT_DLOG_LOG_LINE_H
+#define WATCH_PORT_DLOG_LOG_LINE_H
+
+#include "dlog/Printable.h"
+
+#include <ctime>
+#include <string>
+#include <string_view>
+
+/**
+ * Returns the finished line, with its line feed: "HH:MM:SS.mmm E TAG: text".
+ *
+ * @param now The wall clock's time; shown in the local time zone.
+ * @param priority A log_priority.
+ */
+std::string FormatLogLine(const timespec& now, int priority, std::string_view tag,
+                          std::string_view text, Colours colours);
+
+#endif

@@ -1,0 +1,143 @@
+#include "dlog/LogSink.h"
+
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <ctime>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace
+{
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds kPatience(100);
+
+// Set while the reader sleeps, so that it costs the program its patience only once.
+std::atomic<bool> sReaderSleeps{false};
+
+// Set when the reader fell asleep in the middle of a line: the next one must not continue it.
+std::atomic<bool> sLineIsCut{false};
+
+// A second descriptor of the stream, which alone does not block: the flag cannot be set on the
+// stream itself, as it would hold for the other programs that share it. -1: not to be had, such
+// as for the terminal of another user.
+class OwnDescriptor
+{
+public:
+    OwnDescriptor() : mFd(open("/proc/self/fd/2", O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)) {}
+    ~OwnDescriptor()
+    {
+        if (mFd >= 0)
+            close(mFd);
+    }
+    OwnDescriptor(const OwnDescriptor&) = delete;
+    OwnDescriptor& operator=(const OwnDescriptor&) = delete;
+
+    int Get() const { return mFd; }
+
+private:
+    int mFd;
+};
+
+// Keeps the signal of a write to a reader that is gone from ending the program.
+class PipeSignalBlock
+{
+public:
+    PipeSignalBlock()
+    {
+        sigemptyset(&mPipe);
+        sigaddset(&mPipe, SIGPIPE);
+        sigset_t pending;
+        sigpending(&pending);
+        mWasPending = sigismember(&pending, SIGPIPE) == 1;
+        pthread_sigmask(SIG_BLOCK, &mPipe, &mBefore);
+    }
+    ~PipeSignalBlock()
+    {
+        const timespec now = {};
+        if (!mWasPending)
+            sigtimedwait(&mPipe, nullptr, &now);
+        pthread_sigmask(SIG_SETMASK, &mBefore, nullptr);
+    }
+    PipeSignalBlock(const PipeSignalBlock&) = delete;
+    PipeSignalBlock& operator=(const PipeSignalBlock&) = delete;
+
+private:
+    sigset_t mPipe = {};
+    sigset_t mBefore = {};
+    bool mWasPending = false;
+};
+
+// Returns whether the stream takes more before the deadline.
+bool WaitForRoom(int fd, Clock::time_point deadline)
+{
+    using std::chrono::milliseconds;
+    const auto left = std::chrono::duration_cast<milliseconds>(deadline - Clock::now());
+    const bool patient = !sReaderSleeps && left.count() > 0;
+    pollfd stream = {fd, POLLOUT, 0};
+    const int ready = poll(&stream, 1, patient ? static_cast<int>(left.count()) : 0);
+    sReaderSleeps = ready == 0;
+    return ready > 0 || (ready < 0 && errno == EINTR && patient);
+}
+
+// Only a line that is longer than the room left in a pipe takes more than one write.
+bool WriteAll(int fd, std::string_view line)
+{
+    const auto deadline = Clock::now() + kPatience;
+    if (sLineIsCut && write(fd, "\n", 1) != 1)
+        return false;
+    sLineIsCut = false;
+    for (;;)
+    {
+        const ssize_t written = write(fd, line.data(), line.size());
+        if (written == static_cast<ssize_t>(line.size()))
+        {
+            sLineIsCut = false;
+            return true;
+        }
+        if (written > 0)
+        {
+            line.remove_prefix(static_cast<size_t>(written));
+            sLineIsCut = true;
+        }
+        else if (errno != EAGAIN && errno != EINTR)
+            return false;
+        if (!WaitForRoom(fd, deadline))
+            return false;
+    }
+}
+} // namespace
+
+LogSink::LogSink()
+{
+    if (fstat(STDERR_FILENO, &mStatus) != 0)
+        mStatus.st_mode = 0;
+}
+
+bool LogSink::IsTerminal() const
+{
+    return S_ISCHR(mStatus.st_mode) && isatty(STDERR_FILENO) == 1;
+}
+
+bool LogSink::Write(std::string_view line) const
+{
+    if (S_ISREG(mStatus.st_mode))
+        return WriteAll(STDERR_FILENO, line);
+    if (S_ISSOCK(mStatus.st_mode))
+        return send(STDERR_FILENO, line.data(), line.size(), MSG_DONTWAIT | MSG_NOSIGNAL) ==
+               static_cast<ssize_t>(line.size());
+    return mStatus.st_mode != 0 && WriteWithoutWaiting(line);
+}
+
+bool LogSink::WriteWithoutWaiting(std::string_view line) const
+{
+    const PipeSignalBlock block;
+    const OwnDescriptor own;
+    if (own.Get() >= 0)
+        return WriteAll(own.Get(), line);
+    return WaitForRoom(STDERR_FILENO, Clock::now()) && WriteAll(STDERR_FILENO, line);
+}

@@ -1,0 +1,28 @@
+#ifndef WATCH_PORT_DLOG_LOG_SINK_H
+#define WATCH_PORT_DLOG_LOG_SINK_H
+
+#include <string_view>
+#include <sys/stat.h>
+
+/**
+ * The standard error stream, looked at anew for each line: a program may put another file in its
+ * place at any time. Writing never waits for a sleeping reader for longer than 100 ms.
+ */
+class LogSink
+{
+public:
+    LogSink();
+
+    /** Tells whether somebody sees the colours. */
+    bool IsTerminal() const;
+
+    /** Writes the line with one write(2); returns whether the stream took all of it. */
+    bool Write(std::string_view line) const;
+
+private:
+    bool WriteWithoutWaiting(std::string_view line) const;
+
+    struct stat mStatus = {};
+};
+
+#endif

@@ -1,0 +1,24 @@
+#ifndef WATCH_PORT_DLOG_PRINTABLE_H
+#define WATCH_PORT_DLOG_PRINTABLE_H
+
+#include <string>
+#include <string_view>
+
+/** What becomes of the colour escapes (ESC "[" digits and ";" "m") of a text. */
+enum class Colours
+{
+    Keep,   /**< Written; when there were any, the terminal's own colour is set at the end. */
+    Strip,  /**< Left out. */
+    Escape, /**< Made visible, as any other control character. */
+};
+
+/**
+ * Returns the text as something that is safe within one line of a terminal or a log: control
+ * characters, the line and paragraph separators, and bytes that are not UTF-8 become "\x0a".
+ */
+std::string Printable(std::string_view text, Colours colours = Colours::Escape);
+
+/** Tells whether the text is UTF-8 throughout: no overlong form, surrogate or cut sequence. */
+bool IsUtf8(std::string_view text);
+
+#endif

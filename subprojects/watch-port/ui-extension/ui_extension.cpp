@@ -1,0 +1,101 @@
+#include "ui-extension/ui_extension.h"
+
+#include "dlog/dlog.h"
+#include "ui-extension/ColorTable.h"
+#include "ui-extension/FontTable.h"
+#include "ui-extension/ThemeTables.h"
+
+struct uxt_theme_color_table_s : WatchPort::ColorTable
+{
+};
+
+struct uxt_theme_font_table_s : WatchPort::FontTable
+{
+};
+
+namespace
+{
+
+using WatchPort::ThemeTables;
+
+ThemeTables<uxt_theme_color_table_s>& ColorTables()
+{
+    static ThemeTables<uxt_theme_color_table_s> tables;
+    return tables;
+}
+
+ThemeTables<uxt_theme_font_table_s>& FontTables()
+{
+    static ThemeTables<uxt_theme_font_table_s> tables;
+    return tables;
+}
+
+int Failed(uxt_theme_error error, const char* function, const char* what)
+{
+    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "%s: %s", function, what);
+    return error;
+}
+
+template <typename Table>
+int SetTable(ThemeTables<Table>& tables, const Table* table, const char* function)
+{
+    if (tables.Set(table))
+        return UXT_THEME_ERROR_NONE;
+    return Failed(UXT_THEME_ERROR_INVALID_PARAMETER, function,
+                  table ? "unknown table, only one that this library has read is accepted"
+                        : "table is null, only one that this library has read is accepted");
+}
+
+} // namespace
+
+int uxt_theme_set_changeable_ui_enabled(Eina_Bool enabled)
+{
+    ColorTables().SetEnabled(enabled);
+    FontTables().SetEnabled(enabled);
+    return UXT_THEME_ERROR_NONE;
+}
+
+uxt_theme_color_table_h uxt_theme_add_color_table(const char* path)
+{
+    return ColorTables().Add(path);
+}
+
+int uxt_theme_set_color_table(uxt_theme_color_table_h table)
+{
+    return SetTable(ColorTables(), table, __func__);
+}
+
+uxt_theme_font_table_h uxt_theme_add_font_table(const char* path)
+{
+    return FontTables().Add(path);
+}
+
+int uxt_theme_set_font_table(uxt_theme_font_table_h table)
+{
+    return SetTable(FontTables(), table, __func__);
+}
+
+int uxt_theme_object_set_color(Evas_Object* object, const char* color_code)
+{
+    if (!object)
+        return Failed(UXT_THEME_ERROR_INVALID_PARAMETER, __func__,
+                      "object is null, a canvas object is accepted");
+    if (!color_code)
+        return Failed(UXT_THEME_ERROR_INVALID_PARAMETER, __func__,
+                      "colour code is null, an id of the colour table is accepted");
+    const uxt_theme_color_table_s* table = ColorTables().Current();
+    if (!table)
+        return Failed(UXT_THEME_ERROR_NO_TABLE, __func__, "no colour table is set");
+    const WatchPort::Color* found = table->Find(color_code);
+    if (!found)
+    {
+        __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT",
+                     "%s: colour code \"%s\", only an id of the colour table is accepted", __func__,
+                     color_code);
+        return UXT_THEME_ERROR_UNKNOWN_CODE;
+    }
+    WatchPort::Color color = *found;
+    evas_color_argb_premul(color.a, &color.r, &color.g, &color.b);
+    evas_object_color_set(object, color.r, color.g, color.b, color.a);
+    return UXT_THEME_ERROR_NONE;
+}

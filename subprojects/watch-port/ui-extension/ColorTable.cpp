@@ -1,0 +1,64 @@
+#include "ui-extension/ColorTable.h"
+
+#include "ui-extension/TableReader.h"
+
+#include <Edje.h>
+
+namespace WatchPort
+{
+
+namespace
+{
+
+std::optional<Color> ReadColor(const TableEntry& entry)
+{
+    Color color{};
+    for (auto [name, channel] : {std::pair("r", &color.r), std::pair("g", &color.g),
+                                 std::pair("b", &color.b), std::pair("a", &color.a)})
+    {
+        std::optional<int> value = entry.Number(name, 0, 255);
+        if (!value)
+            return std::nullopt;
+        *channel = *value;
+    }
+    return color;
+}
+
+} // namespace
+
+bool ColorTable::Load(const char* path)
+{
+    auto entries = ReadTable(path, {"ColorTable", "Color"});
+    if (!entries)
+        return false;
+    for (const TableEntry& entry : *entries)
+    {
+        std::optional<std::string> id = entry.Text("id");
+        std::optional<Color> color = id ? ReadColor(entry) : std::nullopt;
+        if (color && !mColors.insert_or_assign(*id, *color).second)
+            entry.ReportDuplicate(*id);
+    }
+    return true;
+}
+
+void ColorTable::Apply() const
+{
+    // Classes multiply, so opaque white leaves a text's outline and shadow as the theme has them.
+    for (const auto& [id, color] : mColors)
+        edje_color_class_set(id.c_str(), color.r, color.g, color.b, color.a, 255, 255, 255, 255,
+                             255, 255, 255, 255);
+}
+
+void ColorTable::TakeOff() const
+{
+    for (const auto& [id, color] : mColors)
+        edje_color_class_del(id.c_str());
+}
+
+const Color* ColorTable::Find(const std::string& id) const
+{
+    auto found = mColors.find(id);
+    return found == mColors.end() ? nullptr : &found->second;
+}
+
+} // namespace WatchPort

@@ -1,0 +1,38 @@
+#ifndef WATCH_PORT_UI_EXTENSION_COLOR_TABLE_H
+#define WATCH_PORT_UI_EXTENSION_COLOR_TABLE_H
+
+#include <map>
+#include <string>
+
+namespace WatchPort
+{
+
+/// A colour of 0 to 255 a channel, not premultiplied.
+struct Color
+{
+    int r;
+    int g;
+    int b;
+    int a;
+};
+
+/// The colours of a table by their ids, which are Edje colour classes and colour codes alike.
+class ColorTable
+{
+public:
+    /// Reads a table file; false when it is no colour table as a whole.
+    bool Load(const char* path);
+    /// Sets the process's colour class of every id.
+    void Apply() const;
+    /// Deletes the process's colour class of every id.
+    void TakeOff() const;
+    /// The colour of an id, null when there is none. It belongs to the table.
+    const Color* Find(const std::string& id) const;
+
+private:
+    std::map<std::string, Color> mColors;
+};
+
+} // namespace WatchPort
+
+#endif

@@ -1,0 +1,50 @@
+#include "ui-extension/FontTable.h"
+
+#include "ui-extension/TableReader.h"
+
+#include <Edje.h>
+
+namespace WatchPort
+{
+
+namespace
+{
+
+constexpr int kMaxFontSize = 500;
+
+} // namespace
+
+bool FontTable::Load(const char* path)
+{
+    auto entries = ReadTable(path, {"FontTable", "Font"});
+    if (!entries)
+        return false;
+    for (const TableEntry& entry : *entries)
+    {
+        // A colon would end the name within "NAME:style=STYLE".
+        std::optional<std::string> id = entry.Text("id");
+        std::optional<std::string> name = id ? entry.Text("name", ':') : std::nullopt;
+        std::optional<std::string> style = name ? entry.Text("style", ':') : std::nullopt;
+        std::optional<int> size = style ? entry.Number("size", 1, kMaxFontSize) : std::nullopt;
+        if (!size)
+            continue;
+        Font font{*name + ":style=" + *style, *size};
+        if (!mFonts.insert_or_assign(*id, font).second)
+            entry.ReportDuplicate(*id);
+    }
+    return true;
+}
+
+void FontTable::Apply() const
+{
+    for (const auto& [id, font] : mFonts)
+        edje_text_class_set(id.c_str(), font.description.c_str(), font.size);
+}
+
+void FontTable::TakeOff() const
+{
+    for (const auto& [id, font] : mFonts)
+        edje_text_class_del(id.c_str());
+}
+
+} // namespace WatchPort

@@ -1,0 +1,33 @@
+#ifndef WATCH_PORT_UI_EXTENSION_FONT_TABLE_H
+#define WATCH_PORT_UI_EXTENSION_FONT_TABLE_H
+
+#include <map>
+#include <string>
+
+namespace WatchPort
+{
+
+/// The fonts of a table by their ids, which are Edje text classes.
+class FontTable
+{
+public:
+    /// Reads a table file; false when it is no font table as a whole.
+    bool Load(const char* path);
+    /// Sets the process's text class of every id.
+    void Apply() const;
+    /// Deletes the process's text class of every id.
+    void TakeOff() const;
+
+private:
+    struct Font
+    {
+        std::string description;
+        int size;
+    };
+
+    std::map<std::string, Font> mFonts;
+};
+
+} // namespace WatchPort
+
+#endif

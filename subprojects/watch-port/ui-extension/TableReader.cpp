@@ -1,0 +1,337 @@
+#include "ui-extension/TableReader.h"
+
+#include "dlog/dlog.h"
+
+#include <Eina.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace WatchPort
+{
+
+namespace
+{
+
+constexpr off_t kMaxFileSize = 1024 * 1024;
+constexpr unsigned kMaxTagLength = 4096;
+constexpr std::size_t kMaxTextLength = 255;
+constexpr std::size_t kMaxQuotedLength = 64;
+
+bool IsControl(char character)
+{
+    auto byte = static_cast<unsigned char>(character);
+    return byte < 0x20 || byte == 0x7f;
+}
+
+// A file's text must not forge or flood the log's lines.
+std::string Quoted(std::string text)
+{
+    if (text.size() > kMaxQuotedLength)
+        text = text.substr(0, kMaxQuotedLength) + "...";
+    std::replace_if(text.begin(), text.end(), IsControl, '?');
+    return "\"" + text + "\"";
+}
+
+void Report(int priority, const std::string& place, const std::string& what)
+{
+    __dlog_print(LOG_ID_MAIN, priority, "WATCH_PORT", "%s: %s", place.c_str(), what.c_str());
+}
+
+class File
+{
+public:
+    // Opening a FIFO without O_NONBLOCK would wait for a writer.
+    explicit File(const char* path) : mDescriptor(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
+    ~File()
+    {
+        if (mDescriptor >= 0)
+            close(mDescriptor);
+    }
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+
+    std::optional<std::string> Read(std::string& error) const;
+
+private:
+    bool IsAcceptable(std::string& error) const;
+
+    int mDescriptor;
+};
+
+bool File::IsAcceptable(std::string& error) const
+{
+    struct stat status
+    {
+    };
+    if (mDescriptor < 0 || fstat(mDescriptor, &status) != 0)
+        error = std::string("cannot be read: ") + strerror(errno);
+    else if (!S_ISREG(status.st_mode))
+        error = "is not a regular file";
+    else if (status.st_size > kMaxFileSize)
+        error = "is " + std::to_string(status.st_size) + " bytes long, at most " +
+                std::to_string(kMaxFileSize) + " are accepted";
+    return error.empty();
+}
+
+std::optional<std::string> File::Read(std::string& error) const
+{
+    if (!IsAcceptable(error))
+        return std::nullopt;
+
+    std::string text(kMaxFileSize, '\0');
+    std::size_t length = 0;
+    while (length < text.size())
+    {
+        ssize_t count = read(mDescriptor, &text[length], text.size() - length);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+        {
+            error = std::string("cannot be read: ") + strerror(errno);
+            return std::nullopt;
+        }
+        if (count == 0)
+            break;
+        length += static_cast<std::size_t>(count);
+    }
+    text.resize(length);
+    return text;
+}
+
+class Parser
+{
+public:
+    Parser(const char* path, const std::string& text, const TableFormat& format)
+        : mPath(path), mText(text), mFormat(format)
+    {
+    }
+
+    std::optional<std::vector<TableEntry>> Parse();
+
+private:
+    static Eina_Bool STokenCB(void* data, Eina_Simple_XML_Type type, const char* content,
+                              unsigned offset, unsigned length);
+    static Eina_Bool SAttributeCB(void* data, const char* key, const char* value);
+
+    void TagFound(Eina_Simple_XML_Type type, const char* content, unsigned length);
+    void RootFound(bool isEmpty, const std::string& name);
+    void EntryFound(const char* content, unsigned length);
+    void MoveTo(unsigned offset);
+    std::string Place() const;
+    std::string RootName() const { return std::string("<") + mFormat.root + ">"; }
+
+    enum class Progress
+    {
+        BeforeRoot,
+        InRoot,
+        AfterRoot,
+        OtherRoot,
+    };
+
+    const char* mPath;
+    const std::string& mText;
+    const TableFormat& mFormat;
+    Progress mProgress = Progress::BeforeRoot;
+    bool mIsBroken = false;
+    unsigned mOffset = 0;
+    long mLine = 1;
+    std::vector<TableEntry> mEntries;
+};
+
+void Parser::MoveTo(unsigned offset)
+{
+    offset = std::min<unsigned>(offset, mText.size());
+    if (offset < mOffset)
+        return;
+    mLine += std::count(mText.begin() + mOffset, mText.begin() + offset, '\n');
+    mOffset = offset;
+}
+
+std::string Parser::Place() const
+{
+    return std::string(mPath) + ":" + std::to_string(mLine);
+}
+
+Eina_Bool Parser::STokenCB(void* data, Eina_Simple_XML_Type type, const char* content,
+                           unsigned offset, unsigned length)
+{
+    auto* self = static_cast<Parser*>(data);
+    self->MoveTo(offset);
+    switch (type)
+    {
+    case EINA_SIMPLE_XML_OPEN:
+    case EINA_SIMPLE_XML_OPEN_EMPTY:
+    case EINA_SIMPLE_XML_CLOSE:
+        self->TagFound(type, content, length);
+        break;
+    case EINA_SIMPLE_XML_DOCTYPE:
+        Report(DLOG_WARN, self->Place(), "document type left out, none is needed or read");
+        break;
+    case EINA_SIMPLE_XML_ERROR:
+        self->mIsBroken = true;
+        break;
+    default:
+        break;
+    }
+    return self->mProgress != Progress::OtherRoot && !self->mIsBroken;
+}
+
+void Parser::TagFound(Eina_Simple_XML_Type type, const char* content, unsigned length)
+{
+    const char* end = std::find_if(content, content + length,
+                                   [](char c) { return IsControl(c) || c == ' ' || c == '/'; });
+    std::string name(content, end);
+    if (type == EINA_SIMPLE_XML_CLOSE)
+    {
+        if (mProgress == Progress::InRoot && name == mFormat.root)
+            mProgress = Progress::AfterRoot;
+    }
+    else if (mProgress == Progress::BeforeRoot)
+        RootFound(type == EINA_SIMPLE_XML_OPEN_EMPTY, name);
+    else if (mProgress == Progress::InRoot && name == mFormat.entry)
+        EntryFound(content, length);
+    else
+        Report(DLOG_ERROR, Place(),
+               "element " + Quoted(name) + " left out, only <" + mFormat.entry + "> in " +
+                   RootName() + " is accepted");
+}
+
+void Parser::RootFound(bool isEmpty, const std::string& name)
+{
+    if (name != mFormat.root)
+    {
+        mProgress = Progress::OtherRoot;
+        Report(DLOG_ERROR, Place(),
+               "root element " + Quoted(name) + ", only " + RootName() + " is accepted");
+        return;
+    }
+    mProgress = isEmpty ? Progress::AfterRoot : Progress::InRoot;
+}
+
+Eina_Bool Parser::SAttributeCB(void* data, const char* key, const char* value)
+{
+    auto* attributes = static_cast<std::map<std::string, std::string>*>(data);
+    (*attributes)[key] = value;
+    return EINA_TRUE;
+}
+
+void Parser::EntryFound(const char* content, unsigned length)
+{
+    if (length > kMaxTagLength)
+    {
+        Report(DLOG_ERROR, Place(),
+               "entry left out, at most " + std::to_string(kMaxTagLength) + " bytes are accepted");
+        return;
+    }
+    std::map<std::string, std::string> attributes;
+    const char* first = eina_simple_xml_tag_attributes_find(content, length);
+    if (first)
+    {
+        auto rest = static_cast<unsigned>(content + length - first);
+        if (!eina_simple_xml_attributes_parse(first, rest, SAttributeCB, &attributes))
+        {
+            Report(DLOG_ERROR, Place(),
+                   R"(entry left out, its attributes are not of the form NAME="VALUE")");
+            return;
+        }
+    }
+    mEntries.emplace_back(std::move(attributes), Place());
+}
+
+std::optional<std::vector<TableEntry>> Parser::Parse()
+{
+    bool isParsed = eina_simple_xml_parse(mText.data(), static_cast<unsigned>(mText.size()),
+                                          EINA_TRUE, STokenCB, this);
+    if (mProgress == Progress::OtherRoot)
+        return std::nullopt;
+    if (isParsed && !mIsBroken && mProgress == Progress::AfterRoot)
+        return std::move(mEntries);
+
+    Report(DLOG_ERROR, Place(),
+           "XML breaks off after " + std::to_string(mEntries.size()) +
+               " entries, well-formed XML up to the end of " + RootName() + " is accepted");
+    if (mEntries.empty())
+        return std::nullopt;
+    return std::move(mEntries);
+}
+
+} // namespace
+
+TableEntry::TableEntry(std::map<std::string, std::string> attributes, std::string place)
+    : mAttributes(std::move(attributes)), mPlace(std::move(place))
+{
+}
+
+const std::string* TableEntry::Find(const char* name) const
+{
+    auto found = mAttributes.find(name);
+    if (found != mAttributes.end())
+        return &found->second;
+    Report(DLOG_ERROR, mPlace, std::string("entry left out, attribute ") + name + " is missing");
+    return nullptr;
+}
+
+std::optional<std::string> TableEntry::Text(const char* name, char forbidden) const
+{
+    const std::string* text = Find(name);
+    if (!text)
+        return std::nullopt;
+    auto isBad = [forbidden](char c) { return IsControl(c) || c == forbidden; };
+    if (!text->empty() && text->size() <= kMaxTextLength &&
+        std::none_of(text->begin(), text->end(), isBad))
+        return *text;
+
+    Report(DLOG_ERROR, mPlace,
+           std::string("entry left out, ") + name + " is " + Quoted(*text) + ", 1 to " +
+               std::to_string(kMaxTextLength) + " printable bytes" +
+               (forbidden ? std::string(" without ") + forbidden : "") + " are accepted");
+    return std::nullopt;
+}
+
+std::optional<int> TableEntry::Number(const char* name, int least, int most) const
+{
+    const std::string* text = Find(name);
+    if (!text)
+        return std::nullopt;
+    const char* end = text->data() + text->size();
+    int value = 0;
+    auto [parsed, error] = std::from_chars(text->data(), end, value);
+    if (error == std::errc() && parsed == end && value >= least && value <= most)
+        return value;
+
+    Report(DLOG_ERROR, mPlace,
+           std::string("entry left out, ") + name + " is " + Quoted(*text) +
+               ", a whole number from " + std::to_string(least) + " to " + std::to_string(most) +
+               " is accepted");
+    return std::nullopt;
+}
+
+void TableEntry::ReportDuplicate(const std::string& id) const
+{
+    Report(DLOG_WARN, mPlace, "id " + Quoted(id) + " again, the last entry of an id counts");
+}
+
+std::optional<std::vector<TableEntry>> ReadTable(const char* path, const TableFormat& format)
+{
+    if (!path)
+    {
+        Report(DLOG_ERROR, "table", "path is null, the path of a file is accepted");
+        return std::nullopt;
+    }
+    std::string error;
+    std::optional<std::string> text = File(path).Read(error);
+    if (!text)
+    {
+        Report(DLOG_ERROR, path, std::string(format.root) + " " + error);
+        return std::nullopt;
+    }
+    return Parser(path, *text, format).Parse();
+}
+
+} // namespace WatchPort

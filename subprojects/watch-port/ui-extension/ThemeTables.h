@@ -1,0 +1,61 @@
+#ifndef WATCH_PORT_UI_EXTENSION_THEME_TABLES_H
+#define WATCH_PORT_UI_EXTENSION_THEME_TABLES_H
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+namespace WatchPort
+{
+
+/// The tables of one kind that the process has read, and the one of them that is set. The set
+/// table is applied while the tables are enabled, which they are not at first.
+template <typename Table> class ThemeTables
+{
+public:
+    /// Reads a table, which lives as long as this object; null when the file is no such table.
+    Table* Add(const char* path)
+    {
+        auto table = std::make_unique<Table>();
+        if (!table->Load(path))
+            return nullptr;
+        mTables.push_back(std::move(table));
+        return mTables.back().get();
+    }
+
+    /// Replaces the set table; false, with nothing changed, when it is none of Add().
+    bool Set(const Table* table)
+    {
+        auto isTable = [table](const std::unique_ptr<Table>& known)
+        { return known.get() == table; };
+        if (std::none_of(mTables.begin(), mTables.end(), isTable))
+            return false;
+        if (mIsEnabled && mCurrent)
+            mCurrent->TakeOff();
+        mCurrent = table;
+        if (mIsEnabled)
+            mCurrent->Apply();
+        return true;
+    }
+
+    void SetEnabled(bool isEnabled)
+    {
+        if (mCurrent && isEnabled && !mIsEnabled)
+            mCurrent->Apply();
+        if (mCurrent && !isEnabled && mIsEnabled)
+            mCurrent->TakeOff();
+        mIsEnabled = isEnabled;
+    }
+
+    /// The set table, null when none is set.
+    const Table* Current() const { return mCurrent; }
+
+private:
+    std::vector<std::unique_ptr<Table>> mTables;
+    const Table* mCurrent = nullptr;
+    bool mIsEnabled = false;
+};
+
+} // namespace WatchPort
+
+#endif

@@ -1,0 +1,102 @@
+"""The guide where something that it needs is not there, or is not what it should be."""
+
+import shutil
+
+import pytest
+
+from e2e.app import BUILD, GUIDE, App
+from e2e.watch import Watch, bare_environment
+
+RESOURCES = ["res/edje/qivoui.edj",
+             "res/tables/com.velmora.qivo-app_ChangeableColorTable.xml",
+             "res/tables/com.velmora.qivo-app_FontInfoTable.xml",
+             "subprojects/watch-port/theme/platform.edj"]
+
+
+@pytest.fixture(name="watch")
+def _watch():
+    with Watch() as watch:
+        yield watch
+
+
+@pytest.fixture(name="copy")
+def _copy(tmp_path):
+    """A copy of the built guide and of all that it reads, to be damaged."""
+    for path in [GUIDE, *(BUILD / name for name in RESOURCES), *(BUILD / "res").rglob("*.mo")]:
+        target = tmp_path / path.relative_to(BUILD)
+        target.parent.mkdir(parents=True, exist_ok=True)
+        shutil.copy2(path, target)
+    return tmp_path
+
+
+def complaints(app, word):
+    return [line for line in app.log if word in line]
+
+
+def run_to_end(environment, *arguments):
+    with App(environment, arguments) as app:
+        return app.wait_end(), app.log
+
+
+def test_the_copy_of_the_build_shows_the_same_page(watch, copy):
+    original = watch.launch()
+    page = watch.still_picture()
+    original.terminate()
+    original.wait_end()
+    watch.launch(executable=copy / GUIDE.relative_to(BUILD))
+    assert watch.still_picture() == page
+
+
+@pytest.mark.parametrize("name", RESOURCES)
+@pytest.mark.parametrize("damage", ["missing", "empty", "garbled"])
+def test_a_damaged_resource_is_named_in_one_line_and_nothing_crashes(watch, copy, name, damage):
+    resource = copy / name
+    if damage == "missing":
+        resource.unlink()
+    else:
+        resource.write_bytes(b"" if damage == "empty" else b"<not \xff what it should be" * 40)
+    app = watch.launch(executable=copy / GUIDE.relative_to(BUILD))
+    assert len(complaints(app, resource.name)) == 1, app.tail()
+    app.terminate()
+    assert app.wait_end() == 0
+
+
+def test_without_a_catalogue_the_message_id_is_shown(watch, copy):
+    page_shown = watch.launch()
+    page = watch.still_picture()
+    page_shown.terminate()
+    page_shown.wait_end()
+    shutil.rmtree(copy / "res" / "locale")
+    app = watch.launch(executable=copy / GUIDE.relative_to(BUILD))
+    _, top, _, _ = watch.still_picture().differing(page)
+    assert top > 250
+    app.terminate()
+    assert app.wait_end() == 0
+
+
+def test_without_services_the_page_is_shown_all_the_same(watch):
+    watch.bus.die()
+    app = watch.launch()
+    app.wait_log("device_battery_is_charging is error")
+    watch.press_back()
+    assert app.wait_end() == 0
+
+
+def test_without_a_display_one_line_says_so(tmp_path):
+    status, log = run_to_end(bare_environment(str(tmp_path)))
+    assert status not in (0, -6, -11)
+    assert sum("display" in line.lower() for line in log) == 1, log
+
+
+@pytest.mark.parametrize("arguments, named", [
+    (["--bogus"], "--bogus"),
+    (["stray"], "stray"),
+    (["--operation"], "--operation"),
+    (["--extra"], "--extra"),
+    (["--extra", "no-equals-sign"], "no-equals-sign"),
+    (["--extra", "=value-without-key"], "=value-without-key"),
+])
+def test_a_wrong_argument_is_named_in_one_line(tmp_path, arguments, named):
+    status, log = run_to_end(bare_environment(str(tmp_path)), *arguments)
+    assert status > 0
+    assert sum(named in line for line in log) == 1, log

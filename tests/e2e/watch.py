@@ -1,0 +1,114 @@
+"""A whole watch for one test: screen, home, charger, language, and the hands that use it."""
+
+import contextlib
+import os
+import subprocess
+import tempfile
+import time
+
+from e2e.app import DEADLINE, App
+from e2e.picture import Picture
+from support.bus import SystemBus
+from support.display import Display
+
+WHEEL_UP, WHEEL_DOWN = "4", "5"
+
+
+class Watch:
+    """Context manager: a running watch with its home on the screen, not charging, in English."""
+
+    def __init__(self):
+        self._stack = contextlib.ExitStack()
+        self.display = None
+        self.bus = None
+        self.environment = None
+
+    def __enter__(self):
+        with contextlib.ExitStack() as stack:
+            self.display = stack.enter_context(Display())
+            self.bus = stack.enter_context(SystemBus())
+            self.bus.start_upower(charging=False)
+            self.bus.start_locale(["LANG=en_US.UTF-8"])
+            home = stack.enter_context(tempfile.TemporaryDirectory())
+            self.environment = bare_environment(home) | self.display.env | self.bus.env
+            self._stack = stack.pop_all()
+        self.open_window("home")
+        return self
+
+    def __exit__(self, *_):
+        self._stack.close()
+
+    def launch(self, *arguments, **options):
+        """Starts the guide and returns when its first frame is drawn."""
+        app = self._stack.enter_context(App(self.environment, arguments, **options))
+        app.wait_log("WATCH_PORT", "first frame")
+        app.rewind()
+        return app
+
+    def open_window(self, name):
+        """Another program's window comes up and fills the screen."""
+        window = subprocess.Popen(
+            ["setpriv", "--pdeathsig", "KILL", "xlogo", "-name", name], env=self.environment)
+        self._stack.callback(window.wait)
+        self._stack.callback(window.kill)
+        self._xdotool("search", "--sync", "--onlyvisible", "--classname", f"^{name}$")
+
+    # Hands
+
+    def turn_bezel(self, detents):
+        """Clockwise, or counter-clockwise when negative."""
+        self._xdotool("mousemove", "180", "180", "click", "--repeat", str(abs(detents)),
+                      "--delay", "1", WHEEL_DOWN if detents > 0 else WHEEL_UP)
+
+    def press_key(self, name):
+        self._xdotool("key", name)
+
+    def press_back(self):
+        self.press_key("XF86Back")
+
+    def press_power(self):
+        self.press_key("XF86PowerOff")
+
+    def plug_charger(self):
+        self.bus.set_charging(True)
+
+    def unplug_charger(self):
+        self.bus.set_charging(False)
+
+    def set_language(self, name):
+        self.bus.set_locale([f"LANG={name}.UTF-8"])
+
+    # Eyes
+
+    def picture(self):
+        return Picture.of(self.display)
+
+    def wait_picture(self, accept, what):
+        """The first picture that accept() takes."""
+        deadline = time.monotonic() + DEADLINE
+        while time.monotonic() < deadline:
+            picture = self.picture()
+            if accept(picture):
+                return picture
+        raise AssertionError(f"never seen: {what}")
+
+    def still_picture(self):
+        """The picture when nothing moves any more: several in a row that are equal."""
+        row = []
+
+        def is_still(picture):
+            row[:] = row + [picture] if row and row[0] == picture else [picture]
+            return len(row) == 4
+
+        return self.wait_picture(is_still, "a picture that stays")
+
+    def _xdotool(self, *arguments):
+        subprocess.run(["xdotool", *arguments], check=True, env=self.environment,
+                       stdout=subprocess.DEVNULL, timeout=DEADLINE)
+
+
+def bare_environment(home):
+    """A user with an empty home, no session bus, no language of his own."""
+    kept = {key: value for key, value in os.environ.items()
+            if key in ("PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")}
+    return kept | {"HOME": home, "XDG_RUNTIME_DIR": home, "LANG": "C.UTF-8"}

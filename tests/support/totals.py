@@ -91,7 +91,7 @@ def main():
              for verdict in ("passed", "failed", "skipped")}
     for result in results:
         if result.verdict != "passed":
-            print(f"{result.verdict}: {result.name}: {result.reason}")
+            print(": ".join(filter(None, result)))
     skipped = f", {count['skipped']} skipped" if count["skipped"] else ""
     print(f"{count['passed']} passed, {count['failed']} failed{skipped}")
     return 0 if count["passed"] and not count["failed"] else 1

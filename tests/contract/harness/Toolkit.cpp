@@ -1,0 +1,74 @@
+#include "harness/Toolkit.h"
+
+#include "common/NaviFrame.h"
+#include "common/RotaryEventManager.h"
+#include <cstdlib>
+
+namespace Toolkit
+{
+
+void Start()
+{
+    static bool sIsStarted = false;
+    if (sIsStarted)
+    {
+        return;
+    }
+    sIsStarted = true;
+    setenv("ELM_ENGINE", "buffer", 1);
+    setenv("ELM_SCALE", "1.0", 1);
+    efreet_cache_disable();
+    ecore_app_no_system_modules();
+    elm_init(0, nullptr);
+    elm_theme_overlay_add(nullptr, PLATFORM_THEME);
+}
+
+bool SpinUntil(const std::function<bool()>& condition)
+{
+    bool isLate = false;
+    Ecore_Timer* deadline = ecore_timer_add(
+        5.0,
+        [](void* data)
+        {
+            *static_cast<bool*>(data) = true;
+            return ECORE_CALLBACK_RENEW;
+        },
+        &isLate);
+    bool holds = condition();
+    while (!holds && !isLate)
+    {
+        ecore_main_loop_iterate_may_block(1);
+        holds = condition();
+    }
+    ecore_timer_del(deadline);
+    return holds;
+}
+
+Evas_Object* AddWindow()
+{
+    Evas_Object* window = elm_win_add(nullptr, "test", ELM_WIN_BASIC);
+    evas_object_resize(window, 360, 360);
+    evas_object_show(window);
+    return window;
+}
+
+} // namespace Toolkit
+
+void ToolkitTest::SetUp()
+{
+    Toolkit::Start();
+    mWindow = Toolkit::AddWindow();
+    Recorder::Reset();
+    Platform::Reset();
+    Recorder::Name(mWindow, "window");
+}
+
+void ToolkitTest::TearDown()
+{
+    QivoUi::NaviFrame::Destroy();
+    evas_object_del(mWindow);
+    QivoUi::NaviFrame::Destroy();
+    QivoUi::RotaryEventManager::Destroy();
+    Recorder::Reset();
+    Platform::Reset();
+}

@@ -16,7 +16,7 @@ void Start()
     }
     sIsStarted = true;
     setenv("ELM_ENGINE", "buffer", 1);
-    setenv("ELM_SCALE", "1.0", 1);
+    setenv("ELM_SCALE", "1.3", 1);
     efreet_cache_disable();
     ecore_app_no_system_modules();
     elm_init(0, nullptr);

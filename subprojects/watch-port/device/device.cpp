@@ -1,0 +1,60 @@
+#include "device/Charger.h"
+#include "device/battery.h"
+#include "dlog/dlog.h"
+
+namespace
+{
+int Refuse(device_error_e error, const char* text)
+{
+    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "%s", text);
+    return error;
+}
+
+int CheckArguments(const char* function, device_callback_e type, device_changed_cb callback)
+{
+    if (type != DEVICE_CALLBACK_BATTERY_CHARGING)
+    {
+        __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT",
+                     "%s: type %d is not known; only %d (battery charging) is", function,
+                     static_cast<int>(type), DEVICE_CALLBACK_BATTERY_CHARGING);
+        return DEVICE_ERROR_UNKNOWN_TYPE;
+    }
+    if (callback)
+        return DEVICE_ERROR_NONE;
+    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "%s: the callback is null", function);
+    return DEVICE_ERROR_INVALID_PARAMETER;
+}
+} // namespace
+
+int device_battery_is_charging(bool* charging)
+{
+    if (!charging)
+        return Refuse(DEVICE_ERROR_INVALID_PARAMETER,
+                      "device_battery_is_charging: the pointer for the answer is null");
+    const std::optional<bool> answer = Charger::GetInstance().Read();
+    if (!answer)
+        return DEVICE_ERROR_NO_BATTERY;
+    *charging = *answer;
+    return DEVICE_ERROR_NONE;
+}
+
+int device_add_callback(device_callback_e type, device_changed_cb callback, void* user_data)
+{
+    const int error = CheckArguments("device_add_callback", type, callback);
+    if (error != DEVICE_ERROR_NONE)
+        return error;
+    if (!Charger::GetInstance().AddCallback(callback, user_data))
+        return Refuse(DEVICE_ERROR_ALREADY_ADDED,
+                      "device_add_callback: the callback is added already");
+    return DEVICE_ERROR_NONE;
+}
+
+int device_remove_callback(device_callback_e type, device_changed_cb callback)
+{
+    const int error = CheckArguments("device_remove_callback", type, callback);
+    if (error != DEVICE_ERROR_NONE)
+        return error;
+    if (!Charger::GetInstance().RemoveCallback(callback))
+        return Refuse(DEVICE_ERROR_NOT_ADDED, "device_remove_callback: the callback is not added");
+    return DEVICE_ERROR_NONE;
+}

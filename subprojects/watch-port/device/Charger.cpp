@@ -1,0 +1,113 @@
+#include "device/Charger.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace
+{
+constexpr BusPropertyAddress kState = {"org.freedesktop.UPower",
+                                       "/org/freedesktop/UPower/devices/DisplayDevice",
+                                       "org.freedesktop.UPower.Device", "State", "u"};
+constexpr double kTimeoutMs = 500;
+constexpr uint32_t kStateCharging = 1;
+
+bool IsCharging(Eldbus_Message_Iter* value)
+{
+    uint32_t state = 0;
+    eldbus_message_iter_basic_get(value, &state);
+    return state == kStateCharging;
+}
+} // namespace
+
+Charger& Charger::GetInstance()
+{
+    static auto& sInstance = *new Charger;
+    return sInstance;
+}
+
+std::optional<bool> Charger::Read()
+{
+    std::optional<bool> isCharging;
+    if (!BusProperty::Read(kState, kTimeoutMs,
+                           [&](auto* value) { isCharging = IsCharging(value); }))
+        isCharging = ReadPowerSupplies();
+    mWasRead = true;
+    // While callbacks are told of changes, each change is theirs, whoever has read it before.
+    if (mRegistrations.empty())
+        mIsCharging = isCharging.value_or(false);
+    return isCharging;
+}
+
+bool Charger::AddCallback(device_changed_cb callback, void* userData)
+{
+    if (Find(callback) != mRegistrations.end())
+        return false;
+    if (!mWasRead)
+        Read();
+    mRegistrations.push_back({callback, userData});
+    if (mRegistrations.size() == 1)
+        Follow();
+    return true;
+}
+
+bool Charger::RemoveCallback(device_changed_cb callback)
+{
+    const auto registration = Find(callback);
+    if (registration == mRegistrations.end())
+        return false;
+    mRegistrations.erase(registration);
+    if (mRegistrations.empty())
+    {
+        mUPower.reset();
+        mKernel.reset();
+    }
+    return true;
+}
+
+std::vector<Charger::Registration>::iterator Charger::Find(device_changed_cb callback)
+{
+    return std::find_if(mRegistrations.begin(), mRegistrations.end(),
+                        [=](const Registration& known) { return known.mCallback == callback; });
+}
+
+void Charger::Follow()
+{
+    mUPower = BusProperty::Follow(
+        kState,
+        [this](Eldbus_Message_Iter* value)
+        {
+            mKernel.reset();
+            SetCharging(IsCharging(value));
+        },
+        [this] { FollowKernel(); });
+    if (!mUPower)
+        FollowKernel();
+}
+
+void Charger::FollowKernel()
+{
+    if (!mKernel)
+        mKernel = std::make_unique<PowerSupplyWatch>([this] { OnKernelEvent(); });
+}
+
+void Charger::OnKernelEvent()
+{
+    const std::optional<bool> isCharging = ReadPowerSupplies();
+    if (isCharging)
+        SetCharging(*isCharging);
+}
+
+void Charger::SetCharging(bool isCharging)
+{
+    if (isCharging == mIsCharging)
+        return;
+    mIsCharging = isCharging;
+    void* value = reinterpret_cast<void*>(static_cast<intptr_t>(isCharging));
+    for (const Registration& known : std::vector<Registration>(mRegistrations))
+    {
+        // A callback may have removed another one, or run the main loop into the next change.
+        const auto registration = Find(known.mCallback);
+        if (registration != mRegistrations.end() && mIsCharging == isCharging)
+            known.mCallback(DEVICE_CALLBACK_BATTERY_CHARGING, value, registration->mUserData);
+    }
+}

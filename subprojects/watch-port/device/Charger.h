@@ -1,0 +1,49 @@
+#ifndef WATCH_PORT_DEVICE_CHARGER_H
+#define WATCH_PORT_DEVICE_CHARGER_H
+
+#include "device/PowerSupply.h"
+#include "device/callback.h"
+#include "support/BusProperty.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+/** Whether the battery charges, and who is told of it. Lives as long as the process. */
+class Charger
+{
+public:
+    static Charger& GetInstance();
+
+    /** Reads the state from UPower, else from the kernel; nothing when neither knows. */
+    std::optional<bool> Read();
+
+    /** @return False when the callback is there already. */
+    bool AddCallback(device_changed_cb callback, void* userData);
+
+    /** @return False when the callback is not there. */
+    bool RemoveCallback(device_changed_cb callback);
+
+private:
+    struct Registration
+    {
+        device_changed_cb mCallback;
+        void* mUserData;
+    };
+
+    Charger() = default;
+
+    std::vector<Registration>::iterator Find(device_changed_cb callback);
+    void Follow();
+    void FollowKernel();
+    void OnKernelEvent();
+    void SetCharging(bool isCharging);
+
+    std::vector<Registration> mRegistrations;
+    std::unique_ptr<BusProperty> mUPower;
+    std::unique_ptr<PowerSupplyWatch> mKernel;
+    bool mWasRead = false;
+    bool mIsCharging = false;
+};
+
+#endif

@@ -1,0 +1,23 @@
+#ifndef WATCH_PORT_DEVICE_ERROR_H
+#define WATCH_PORT_DEVICE_ERROR_H
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/** The results of the device calls. A call that fails for its arguments logs one error line. */
+typedef enum
+{
+    DEVICE_ERROR_NONE = 0,               /**< Success. */
+    DEVICE_ERROR_INVALID_PARAMETER = -1, /**< A null pointer where something is needed. */
+    DEVICE_ERROR_UNKNOWN_TYPE = -2,      /**< No device_callback_e. */
+    DEVICE_ERROR_ALREADY_ADDED = -3,     /**< The callback is added already. */
+    DEVICE_ERROR_NOT_ADDED = -4,         /**< The callback is not added. */
+    DEVICE_ERROR_NO_BATTERY = -5,        /**< Nobody knows of a battery that feeds the system. */
+} device_error_e;
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

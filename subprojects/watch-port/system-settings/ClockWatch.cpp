@@ -1,0 +1,79 @@
+#include "system-settings/ClockWatch.h"
+
+#include "dlog/dlog.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <sys/timerfd.h>
+#include <unistd.h>
+#include <utility>
+
+namespace
+{
+constexpr BusPropertyAddress kTimezone = {"org.freedesktop.timedate1", "/org/freedesktop/timedate1",
+                                          "org.freedesktop.timedate1", "Timezone", "s"};
+
+// The timer never expires; all it does is to be cancelled when the clock is set.
+bool Arm(int timer)
+{
+    itimerspec never{};
+    never.it_value.tv_sec = std::numeric_limits<time_t>::max();
+    constexpr int kFlags = TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET;
+    // Cancelled between two armings: the timer is armed nevertheless.
+    return timerfd_settime(timer, kFlags, &never, nullptr) == 0 || errno == ECANCELED;
+}
+} // namespace
+
+ClockWatch::ClockWatch(std::function<void()> onChanged) : mOnChanged(std::move(onChanged))
+{
+    mService = BusProperty::Follow(
+        kTimezone,
+        [this](Eldbus_Message_Iter* value)
+        {
+            const char* timezone = nullptr;
+            eldbus_message_iter_basic_get(value, &timezone);
+            OnTimezone(timezone);
+        },
+        [] {});
+    mTimer = timerfd_create(CLOCK_REALTIME, TFD_NONBLOCK | TFD_CLOEXEC);
+    if (mTimer >= 0 && Arm(mTimer))
+        mHandler =
+            ecore_main_fd_handler_add(mTimer, ECORE_FD_READ, SClockSetCB, this, nullptr, nullptr);
+    if (!mHandler)
+        __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
+                     "A clock that is set will not be noticed: %s", std::strerror(errno));
+}
+
+ClockWatch::~ClockWatch()
+{
+    if (mHandler)
+        ecore_main_fd_handler_del(mHandler);
+    if (mTimer >= 0)
+        close(mTimer);
+}
+
+void ClockWatch::OnTimezone(const std::string& timezone)
+{
+    const std::optional<std::string> before = std::exchange(mTimezone, timezone);
+    if (before && *before != timezone)
+        TellChanged();
+}
+
+void ClockWatch::TellChanged()
+{
+    const std::function<void()> onChanged = mOnChanged;
+    onChanged();
+}
+
+Eina_Bool ClockWatch::SClockSetCB(void* data, Ecore_Fd_Handler*)
+{
+    auto* self = static_cast<ClockWatch*>(data);
+    uint64_t expirations = 0;
+    if (read(self->mTimer, &expirations, sizeof expirations) >= 0 || errno != ECANCELED)
+        return ECORE_CALLBACK_RENEW;
+    Arm(self->mTimer);
+    self->TellChanged();
+    return ECORE_CALLBACK_RENEW;
+}

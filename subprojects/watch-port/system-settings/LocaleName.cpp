@@ -1,0 +1,148 @@
+#include "system-settings/LocaleName.h"
+
+#include <algorithm>
+#include <iterator>
+#include <langinfo.h>
+#include <locale.h>
+
+namespace
+{
+struct LocaleParts
+{
+    std::string_view mLanguage;
+    std::optional<std::string_view> mTerritory;
+    std::optional<std::string_view> mCodeset;
+    std::optional<std::string_view> mModifier;
+};
+
+bool IsUpper(char c)
+{
+    return c >= 'A' && c <= 'Z';
+}
+
+bool IsLetter(char c)
+{
+    return IsUpper(c) || (c >= 'a' && c <= 'z');
+}
+
+bool IsWordCharacter(char c)
+{
+    return IsLetter(c) || (c >= '0' && c <= '9') || c == '-';
+}
+
+bool IsWord(std::string_view text)
+{
+    constexpr size_t kLongest = 32;
+    return !text.empty() && text.size() <= kLongest &&
+           std::all_of(text.begin(), text.end(), IsWordCharacter);
+}
+
+// Cuts what follows the separator off `text`; nothing when there is no separator.
+std::optional<std::string_view> CutAfter(std::string_view& text, char separator)
+{
+    const size_t at = text.find(separator);
+    if (at == std::string_view::npos)
+        return std::nullopt;
+    const std::string_view rest = text.substr(at + 1);
+    text = text.substr(0, at);
+    return rest;
+}
+
+LocaleParts Split(std::string_view name)
+{
+    const auto modifier = CutAfter(name, '@');
+    const auto codeset = CutAfter(name, '.');
+    const auto territory = CutAfter(name, '_');
+    return {name, territory, codeset, modifier};
+}
+
+bool IsLanguage(std::string_view text)
+{
+    return (text.size() == 2 || text.size() == 3) &&
+           std::all_of(text.begin(), text.end(), IsLetter);
+}
+
+bool IsTerritory(std::string_view text)
+{
+    return text.size() == 2 && IsUpper(text[0]) && IsUpper(text[1]);
+}
+
+bool IsUnset(const LocaleParts& parts)
+{
+    return !parts.mTerritory && (parts.mLanguage == "C" || parts.mLanguage == "POSIX");
+}
+
+bool IsLocale(const LocaleParts& parts)
+{
+    return (IsLanguage(parts.mLanguage) || IsUnset(parts)) &&
+           IsTerritory(parts.mTerritory.value_or("XX")) && IsWord(parts.mCodeset.value_or("x")) &&
+           IsWord(parts.mModifier.value_or("x"));
+}
+
+std::string Lower(std::string_view text)
+{
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](char c) { return IsUpper(c) ? static_cast<char>(c - 'A' + 'a') : c; });
+    return lower;
+}
+
+std::string NormaliseCodeset(std::string_view codeset)
+{
+    const std::string lower = Lower(codeset);
+    return lower == "utf8" || lower == "utf-8" ? "UTF-8" : std::string(codeset);
+}
+
+std::string Join(const LocaleParts& parts)
+{
+    std::string name(parts.mLanguage);
+    if (parts.mTerritory)
+        name.append("_").append(*parts.mTerritory);
+    if (parts.mCodeset)
+        name.append(".").append(*parts.mCodeset);
+    if (parts.mModifier)
+        name.append("@").append(*parts.mModifier);
+    return name;
+}
+} // namespace
+
+std::optional<std::string> NormaliseLocale(std::string_view name)
+{
+    LocaleParts parts = Split(name);
+    if (!IsLocale(parts))
+        return std::nullopt;
+    if (IsUnset(parts))
+        return kDefaultLocale;
+    const std::string codeset = NormaliseCodeset(parts.mCodeset.value_or("UTF-8"));
+    parts.mCodeset = codeset;
+    return Join(parts);
+}
+
+std::string ListCatalogues(std::string_view locale)
+{
+    LocaleParts parts = Split(locale);
+    parts.mCodeset.reset();
+    std::string list = Join(parts);
+    if (list != parts.mLanguage)
+        list.append(":").append(parts.mLanguage);
+    if (parts.mLanguage != "en")
+        list.append(":en");
+    return list;
+}
+
+bool CountsTo24(const std::string& locale)
+{
+    if (const locale_t known = newlocale(LC_TIME_MASK, locale.c_str(), nullptr))
+    {
+        const std::string_view format = nl_langinfo_l(T_FMT, known);
+        const bool hasHalfDays = format.find("%r") != format.npos ||
+                                 format.find("%I") != format.npos ||
+                                 format.find("%l") != format.npos;
+        freelocale(known);
+        return !hasHalfDays;
+    }
+    constexpr std::string_view kHalfDays[] = {"AU", "CA", "CO", "EG", "IN", "MY",
+                                              "NZ", "PH", "PK", "SA", "US"};
+    const std::string_view territory = Split(locale).mTerritory.value_or("");
+    return std::find(std::begin(kHalfDays), std::end(kHalfDays), territory) == std::end(kHalfDays);
+}

@@ -1,0 +1,130 @@
+#include "system-settings/LocaleSettings.h"
+
+#include "dlog/dlog.h"
+#include "system-settings/Catalogues.h"
+#include "system-settings/LocaleName.h"
+
+#include <cstdlib>
+#include <initializer_list>
+#include <optional>
+#include <utility>
+
+namespace
+{
+constexpr BusPropertyAddress kLocale = {"org.freedesktop.locale1", "/org/freedesktop/locale1",
+                                        "org.freedesktop.locale1", "Locale", "as"};
+constexpr const char* kVariables[] = {"LC_ALL", "LC_MESSAGES", "LC_TIME", "LANG"};
+} // namespace
+
+LocaleSettings::LocaleSettings(ChangedCallback onChanged)
+    : mOnChanged(std::move(onChanged)),
+      mEnvironment(Choose(ReadEnvironment(), {kDefaultLocale, kDefaultLocale})),
+      mLocales(mEnvironment)
+{
+    BeginCatalogues(mLocales.mLanguage);
+}
+
+void LocaleSettings::Refresh()
+{
+    if (!mService)
+        mService = BusProperty::Follow(
+            kLocale,
+            [this](Eldbus_Message_Iter* value)
+            { OnAnswer(Choose(ReadService(value), mEnvironment)); },
+            [this] { OnAnswer(mLocales); });
+}
+
+void LocaleSettings::Follow(bool isWanted)
+{
+    if (isWanted)
+        Refresh();
+    else if (mIsFollowed)
+        mService.reset();
+    mIsFollowed = isWanted;
+}
+
+LocaleSettings::Entries LocaleSettings::ReadEnvironment()
+{
+    std::map<std::string_view, std::string_view> texts;
+    for (const char* variable : kVariables)
+    {
+        if (const char* text = std::getenv(variable))
+            texts[variable] = text;
+    }
+    return Validate(texts);
+}
+
+LocaleSettings::Entries LocaleSettings::ReadService(Eldbus_Message_Iter* value)
+{
+    std::map<std::string_view, std::string_view> texts;
+    Eldbus_Message_Iter* array = nullptr;
+    eldbus_message_iter_arguments_get(value, "as", &array);
+    const char* text = nullptr;
+    while (eldbus_message_iter_get_and_next(array, 's', &text))
+    {
+        const std::string_view entry = text;
+        const size_t equals = entry.find('=');
+        if (equals != entry.npos)
+            texts[entry.substr(0, equals)] = entry.substr(equals + 1);
+    }
+    return Validate(texts);
+}
+
+LocaleSettings::Entries
+LocaleSettings::Validate(const std::map<std::string_view, std::string_view>& texts)
+{
+    Entries entries;
+    for (const char* variable : kVariables)
+    {
+        const auto text = texts.find(variable);
+        if (text == texts.end() || text->second.empty())
+            continue;
+        if (const std::optional<std::string> locale = NormaliseLocale(text->second))
+            entries[variable] = *locale;
+        else
+            __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
+                         "%s=%.64s is passed over: no locale's name such as ko_KR.UTF-8", variable,
+                         std::string(text->second).c_str());
+    }
+    return entries;
+}
+
+Locales LocaleSettings::Choose(const Entries& entries, const Locales& otherwise)
+{
+    const auto first = [&](std::initializer_list<const char*> variables)
+    {
+        for (const char* variable : variables)
+        {
+            const auto entry = entries.find(variable);
+            if (entry != entries.end())
+                return std::optional(entry->second);
+        }
+        return std::optional<std::string>();
+    };
+    const auto language = first({"LC_ALL", "LC_MESSAGES", "LANG"});
+    const auto region = first({"LC_ALL", "LC_TIME"});
+    if (!language && !region)
+        return otherwise;
+    const std::string chosen = language.value_or(otherwise.mLanguage);
+    return {chosen, region.value_or(chosen)};
+}
+
+void LocaleSettings::OnAnswer(Locales locales)
+{
+    if (!mIsFollowed)
+        mService.reset();
+    const Locales before = std::exchange(mLocales, std::move(locales));
+    const bool isOtherLanguage = mLocales.mLanguage != before.mLanguage;
+    const bool isOtherRegion = mLocales.mRegion != before.mRegion;
+    const bool isOtherFormat =
+        isOtherRegion && CountsTo24(mLocales.mRegion) != CountsTo24(before.mRegion);
+    if (isOtherLanguage)
+        ChangeCatalogues(mLocales.mLanguage);
+    LeaveLocaleC();
+    if (isOtherLanguage)
+        mOnChanged(SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE);
+    if (isOtherRegion)
+        mOnChanged(SYSTEM_SETTINGS_KEY_LOCALE_COUNTRY);
+    if (isOtherFormat)
+        mOnChanged(SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR);
+}

@@ -1,0 +1,44 @@
+#ifndef WATCH_PORT_SYSTEM_SETTINGS_SYSTEM_SETTINGS_H
+#define WATCH_PORT_SYSTEM_SETTINGS_SYSTEM_SETTINGS_H
+
+#include "system-settings/ClockWatch.h"
+#include "system-settings/LocaleSettings.h"
+#include "system-settings/system_settings.h"
+
+#include <map>
+#include <optional>
+#include <string>
+
+/** The settings and the callbacks of their changes. Lives as long as the process. */
+class SystemSettings
+{
+public:
+    static SystemSettings& GetInstance();
+
+    /** @param callback Null: the key is no longer followed. */
+    void SetCallback(system_settings_key_e key, system_settings_changed_cb callback,
+                     void* userData);
+
+    /** Also asks for news, and keeps the process able to read catalogues. */
+    Locales ReadLocales();
+
+private:
+    struct Registration
+    {
+        system_settings_changed_cb mCallback;
+        void* mUserData;
+    };
+
+    SystemSettings() = default;
+
+    LocaleSettings& GetLocales();
+    bool HasCallback(system_settings_key_e key) const;
+    void WatchWhatIsWanted();
+    void Notify(system_settings_key_e key);
+
+    std::map<system_settings_key_e, Registration> mRegistrations;
+    std::optional<LocaleSettings> mLocales;
+    std::optional<ClockWatch> mClock;
+};
+
+#endif

@@ -1,0 +1,104 @@
+#include "efl-extension/efl_extension.h"
+
+#include "dlog/dlog.h"
+#include "efl-extension/BackKey.h"
+#include "efl-extension/CircleScroller.h"
+#include "efl-extension/CircleSurface.h"
+#include "efl-extension/Rotary.h"
+
+using WatchPort::BackKey;
+using WatchPort::CircleScroller;
+using WatchPort::Rotary;
+
+namespace
+{
+
+void Refuse(const char* function, const char* what)
+{
+    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "%s: %s", function, what);
+}
+
+bool IsGiven(bool isGiven, const char* function, const char* what)
+{
+    if (!isGiven)
+        Refuse(function, what);
+    return isGiven;
+}
+
+constexpr const char* kNoObject = "object is null, a canvas object is accepted";
+constexpr const char* kNoCallback = "callback is null, a function is accepted";
+
+bool IsPolicy(Elm_Scroller_Policy policy)
+{
+    return policy >= ELM_SCROLLER_POLICY_AUTO && policy < ELM_SCROLLER_POLICY_LAST;
+}
+
+} // namespace
+
+void eext_object_event_callback_add(Evas_Object* object, Eext_Callback_Type type,
+                                    Eext_Event_Cb callback, void* data)
+{
+    if (!IsGiven(object, __func__, kNoObject) || !IsGiven(callback, __func__, kNoCallback))
+        return;
+    if (type != EEXT_CALLBACK_BACK)
+        Refuse(__func__, "unknown type, EEXT_CALLBACK_BACK is accepted");
+    else
+        BackKey::GetInstance().AddCallback(object, callback, data);
+}
+
+Eext_Circle_Surface* eext_circle_surface_conformant_add(Evas_Object* conformant)
+{
+    if (!IsGiven(conformant, __func__, "conformant is null, a conformant is accepted"))
+        return nullptr;
+    return Eext_Circle_Surface::Create(conformant);
+}
+
+Evas_Object* eext_circle_object_scroller_add(Evas_Object* scroller, Eext_Circle_Surface* surface)
+{
+    if (!IsGiven(scroller, __func__, "scroller is null, a scroller is accepted"))
+        return nullptr;
+    bool isDrawn = surface && IsGiven(Eext_Circle_Surface::IsAlive(surface), __func__,
+                                      "surface is gone, one whose conformant lives is accepted");
+    return CircleScroller::Create(scroller, isDrawn ? surface->conformant : nullptr);
+}
+
+void eext_circle_object_scroller_policy_set(Evas_Object* object, Elm_Scroller_Policy horizontal,
+                                            Elm_Scroller_Policy vertical)
+{
+    CircleScroller* circleScroller = object ? CircleScroller::Of(object) : nullptr;
+    if (!IsGiven(circleScroller, __func__, "object is no circle scroller, only one is accepted"))
+        return;
+    if (!IsPolicy(horizontal) || !IsPolicy(vertical))
+        __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT",
+                     "%s: policies %d and %d, 0 (auto), 1 (on) and 2 (off) are accepted", __func__,
+                     static_cast<int>(horizontal), static_cast<int>(vertical));
+    else
+        circleScroller->SetPolicy(horizontal, vertical);
+}
+
+Eina_Bool eext_rotary_object_event_callback_priority_add(Evas_Object* object,
+                                                         Evas_Callback_Priority priority,
+                                                         Eext_Rotary_Event_Cb callback, void* data)
+{
+    if (!IsGiven(object, __func__, kNoObject) || !IsGiven(callback, __func__, kNoCallback))
+        return EINA_FALSE;
+    Rotary::GetInstance().AddCallback(object, priority, callback, data);
+    return EINA_TRUE;
+}
+
+void* eext_rotary_object_event_callback_del(Evas_Object* object, Eext_Rotary_Event_Cb callback)
+{
+    if (!IsGiven(object, __func__, kNoObject) || !IsGiven(callback, __func__, kNoCallback))
+        return nullptr;
+    return Rotary::GetInstance().RemoveCallback(object, callback);
+}
+
+void eext_rotary_object_event_activated_set(Evas_Object* object, Eina_Bool activated)
+{
+    if (!IsGiven(object, __func__, kNoObject))
+        return;
+    if (activated)
+        Rotary::GetInstance().Activate(object);
+    else
+        Rotary::GetInstance().Deactivate(object);
+}

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -20,28 +19,6 @@ namespace
 
 constexpr off_t kMaxFileSize = 1024 * 1024;
 constexpr unsigned kMaxTagLength = 4096;
-constexpr std::size_t kMaxTextLength = 255;
-constexpr std::size_t kMaxQuotedLength = 64;
-
-bool IsControl(char character)
-{
-    auto byte = static_cast<unsigned char>(character);
-    return byte < 0x20 || byte == 0x7f;
-}
-
-// A file's text must not forge or flood the log's lines.
-std::string Quoted(std::string text)
-{
-    if (text.size() > kMaxQuotedLength)
-        text = text.substr(0, kMaxQuotedLength) + "...";
-    std::replace_if(text.begin(), text.end(), IsControl, '?');
-    return "\"" + text + "\"";
-}
-
-void Report(int priority, const std::string& place, const std::string& what)
-{
-    __dlog_print(LOG_ID_MAIN, priority, "WATCH_PORT", "%s: %s", place.c_str(), what.c_str());
-}
 
 class File
 {
@@ -171,7 +148,7 @@ Eina_Bool Parser::STokenCB(void* data, Eina_Simple_XML_Type type, const char* co
         self->TagFound(type, content, length);
         break;
     case EINA_SIMPLE_XML_DOCTYPE:
-        Report(DLOG_WARN, self->Place(), "document type left out, none is needed or read");
+        ReportAt(self->Place(), DLOG_WARN, "document type left out, none is needed or read");
         break;
     case EINA_SIMPLE_XML_ERROR:
         self->mIsBroken = true;
@@ -197,9 +174,9 @@ void Parser::TagFound(Eina_Simple_XML_Type type, const char* content, unsigned l
     else if (mProgress == Progress::InRoot && name == mFormat.entry)
         EntryFound(content, length);
     else
-        Report(DLOG_ERROR, Place(),
-               "element " + Quoted(name) + " left out, only <" + mFormat.entry + "> in " +
-                   RootName() + " is accepted");
+        ReportAt(Place(), DLOG_ERROR,
+                 "element " + Quoted(name) + " left out, only <" + mFormat.entry + "> in " +
+                     RootName() + " is accepted");
 }
 
 void Parser::RootFound(bool isEmpty, const std::string& name)
@@ -207,8 +184,8 @@ void Parser::RootFound(bool isEmpty, const std::string& name)
     if (name != mFormat.root)
     {
         mProgress = Progress::OtherRoot;
-        Report(DLOG_ERROR, Place(),
-               "root element " + Quoted(name) + ", only " + RootName() + " is accepted");
+        ReportAt(Place(), DLOG_ERROR,
+                 "root element " + Quoted(name) + ", only " + RootName() + " is accepted");
         return;
     }
     mProgress = isEmpty ? Progress::AfterRoot : Progress::InRoot;
@@ -225,8 +202,9 @@ void Parser::EntryFound(const char* content, unsigned length)
 {
     if (length > kMaxTagLength)
     {
-        Report(DLOG_ERROR, Place(),
-               "entry left out, at most " + std::to_string(kMaxTagLength) + " bytes are accepted");
+        ReportAt(Place(), DLOG_ERROR,
+                 "entry left out, at most " + std::to_string(kMaxTagLength) +
+                     " bytes are accepted");
         return;
     }
     std::map<std::string, std::string> attributes;
@@ -236,8 +214,8 @@ void Parser::EntryFound(const char* content, unsigned length)
         auto rest = static_cast<unsigned>(content + length - first);
         if (!eina_simple_xml_attributes_parse(first, rest, SAttributeCB, &attributes))
         {
-            Report(DLOG_ERROR, Place(),
-                   R"(entry left out, its attributes are not of the form NAME="VALUE")");
+            ReportAt(Place(), DLOG_ERROR,
+                     R"(entry left out, its attributes are not of the form NAME="VALUE")");
             return;
         }
     }
@@ -253,9 +231,9 @@ std::optional<std::vector<TableEntry>> Parser::Parse()
     if (isParsed && !mIsBroken && mProgress == Progress::AfterRoot)
         return std::move(mEntries);
 
-    Report(DLOG_ERROR, Place(),
-           "XML breaks off after " + std::to_string(mEntries.size()) +
-               " entries, well-formed XML up to the end of " + RootName() + " is accepted");
+    ReportAt(Place(), DLOG_ERROR,
+             "XML breaks off after " + std::to_string(mEntries.size()) +
+                 " entries, well-formed XML up to the end of " + RootName() + " is accepted");
     if (mEntries.empty())
         return std::nullopt;
     return std::move(mEntries);
@@ -263,72 +241,18 @@ std::optional<std::vector<TableEntry>> Parser::Parse()
 
 } // namespace
 
-TableEntry::TableEntry(std::map<std::string, std::string> attributes, std::string place)
-    : mAttributes(std::move(attributes)), mPlace(std::move(place))
-{
-}
-
-const std::string* TableEntry::Find(const char* name) const
-{
-    auto found = mAttributes.find(name);
-    if (found != mAttributes.end())
-        return &found->second;
-    Report(DLOG_ERROR, mPlace, std::string("entry left out, attribute ") + name + " is missing");
-    return nullptr;
-}
-
-std::optional<std::string> TableEntry::Text(const char* name, char forbidden) const
-{
-    const std::string* text = Find(name);
-    if (!text)
-        return std::nullopt;
-    auto isBad = [forbidden](char c) { return IsControl(c) || c == forbidden; };
-    if (!text->empty() && text->size() <= kMaxTextLength &&
-        std::none_of(text->begin(), text->end(), isBad))
-        return *text;
-
-    Report(DLOG_ERROR, mPlace,
-           std::string("entry left out, ") + name + " is " + Quoted(*text) + ", 1 to " +
-               std::to_string(kMaxTextLength) + " printable bytes" +
-               (forbidden ? std::string(" without ") + forbidden : "") + " are accepted");
-    return std::nullopt;
-}
-
-std::optional<int> TableEntry::Number(const char* name, int least, int most) const
-{
-    const std::string* text = Find(name);
-    if (!text)
-        return std::nullopt;
-    const char* end = text->data() + text->size();
-    int value = 0;
-    auto [parsed, error] = std::from_chars(text->data(), end, value);
-    if (error == std::errc() && parsed == end && value >= least && value <= most)
-        return value;
-
-    Report(DLOG_ERROR, mPlace,
-           std::string("entry left out, ") + name + " is " + Quoted(*text) +
-               ", a whole number from " + std::to_string(least) + " to " + std::to_string(most) +
-               " is accepted");
-    return std::nullopt;
-}
-
-void TableEntry::ReportDuplicate(const std::string& id) const
-{
-    Report(DLOG_WARN, mPlace, "id " + Quoted(id) + " again, the last entry of an id counts");
-}
-
 std::optional<std::vector<TableEntry>> ReadTable(const char* path, const TableFormat& format)
 {
     if (!path)
     {
-        Report(DLOG_ERROR, "table", "path is null, the path of a file is accepted");
+        ReportAt("table", DLOG_ERROR, "path is null, the path of a file is accepted");
         return std::nullopt;
     }
     std::string error;
     std::optional<std::string> text = File(path).Read(error);
     if (!text)
     {
-        Report(DLOG_ERROR, path, std::string(format.root) + " " + error);
+        ReportAt(path, DLOG_ERROR, std::string(format.root) + " " + error);
         return std::nullopt;
     }
     return Parser(path, *text, format).Parse();

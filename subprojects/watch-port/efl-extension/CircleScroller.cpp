@@ -1,0 +1,220 @@
+#include "efl-extension/CircleScroller.h"
+
+#include <algorithm>
+
+namespace WatchPort
+{
+
+namespace
+{
+
+constexpr const char* kDataKey = "watch-port/circle-scroller";
+constexpr int kDetentsPerViewport = 4;
+constexpr double kArcLingers = 0.5;
+
+Eina_Rectangle GeometryOf(const Evas_Object* object)
+{
+    Eina_Rectangle geometry{};
+    evas_object_geometry_get(object, &geometry.x, &geometry.y, &geometry.w, &geometry.h);
+    return geometry;
+}
+
+} // namespace
+
+Evas_Object* CircleScroller::Create(Evas_Object* scroller, Evas_Object* conformant)
+{
+    return (new CircleScroller(scroller, conformant))->mCircleObject;
+}
+
+CircleScroller* CircleScroller::Of(Evas_Object* circleObject)
+{
+    return static_cast<CircleScroller*>(evas_object_data_get(circleObject, kDataKey));
+}
+
+CircleScroller::CircleScroller(Evas_Object* scroller, Evas_Object* conformant)
+    : mScroller(scroller), mConformant(conformant),
+      mCircleObject(evas_object_vg_add(evas_object_evas_get(scroller)))
+{
+    evas_object_data_set(mCircleObject, kDataKey, this);
+    evas_object_pass_events_set(mCircleObject, EINA_TRUE);
+    evas_object_event_callback_add(mCircleObject, EVAS_CALLBACK_DEL, SCircleObjectDeletedCB, this);
+    eext_rotary_object_event_callback_priority_add(mCircleObject, EVAS_CALLBACK_PRIORITY_DEFAULT,
+                                                   SRotaryCB, this);
+    evas_object_event_callback_add(mScroller, EVAS_CALLBACK_DEL, SScrollerDeletedCB, this);
+    evas_object_smart_callback_add(mScroller, "scroll,anim,stop", STargetLostCB, this);
+    evas_object_smart_callback_add(mScroller, "scroll,drag,start", STargetLostCB, this);
+    if (mConformant)
+        StartDrawing();
+}
+
+CircleScroller::~CircleScroller()
+{
+    evas_object_event_callback_del_full(mScroller, EVAS_CALLBACK_DEL, SScrollerDeletedCB, this);
+    evas_object_smart_callback_del_full(mScroller, "scroll,anim,stop", STargetLostCB, this);
+    evas_object_smart_callback_del_full(mScroller, "scroll,drag,start", STargetLostCB, this);
+    if (mConformant)
+        StopDrawing();
+}
+
+void CircleScroller::SScrollerDeletedCB(void* data, Evas*, Evas_Object*, void*)
+{
+    evas_object_del(static_cast<CircleScroller*>(data)->mCircleObject);
+}
+
+void CircleScroller::SCircleObjectDeletedCB(void* data, Evas*, Evas_Object* object, void*)
+{
+    evas_object_data_del(object, kDataKey);
+    delete static_cast<CircleScroller*>(data);
+}
+
+void CircleScroller::SConformantDeletedCB(void* data, Evas*, Evas_Object*, void*)
+{
+    static_cast<CircleScroller*>(data)->StopDrawing();
+}
+
+// As a member of the scroller the arc is hidden, faded and stacked together with it.
+void CircleScroller::StartDrawing()
+{
+    mArc.emplace(mCircleObject);
+    evas_object_smart_member_add(mCircleObject, mScroller);
+    evas_object_event_callback_add(mConformant, EVAS_CALLBACK_DEL, SConformantDeletedCB, this);
+    evas_object_smart_callback_add(mScroller, "scroll", SScrollCB, this);
+    // The one moment that sees every cause of a change: geometry, content and position.
+    evas_event_callback_add(evas_object_evas_get(mScroller), EVAS_CALLBACK_RENDER_PRE, SRenderPreCB,
+                            this);
+}
+
+void CircleScroller::StopDrawing()
+{
+    if (mLingerTimer)
+        ecore_timer_del(mLingerTimer);
+    mLingerTimer = nullptr;
+    evas_event_callback_del_full(evas_object_evas_get(mScroller), EVAS_CALLBACK_RENDER_PRE,
+                                 SRenderPreCB, this);
+    evas_object_smart_callback_del_full(mScroller, "scroll", SScrollCB, this);
+    evas_object_event_callback_del_full(mConformant, EVAS_CALLBACK_DEL, SConformantDeletedCB, this);
+    mArc->Hide();
+    mArc.reset();
+    mConformant = nullptr;
+}
+
+void CircleScroller::SetPolicy(Elm_Scroller_Policy horizontal, Elm_Scroller_Policy vertical)
+{
+    mHorizontalPolicy = horizontal;
+    mVerticalPolicy = vertical;
+    if (mArc)
+        UpdateArc();
+}
+
+Eina_Bool CircleScroller::SRotaryCB(void* data, Evas_Object*, Eext_Rotary_Event_Info* info)
+{
+    bool isClockwise = info->direction == EEXT_ROTARY_DIRECTION_CLOCKWISE;
+    static_cast<CircleScroller*>(data)->Turn(isClockwise ? 1 : -1);
+    return EINA_FALSE;
+}
+
+void CircleScroller::STargetLostCB(void* data, Evas_Object*, void*)
+{
+    static_cast<CircleScroller*>(data)->mTarget.reset();
+}
+
+ScrollPosition CircleScroller::Position() const
+{
+    Eina_Rectangle region{};
+    int contentWidth = 0;
+    int contentHeight = 0;
+    elm_scroller_region_get(mScroller, &region.x, &region.y, &region.w, &region.h);
+    elm_scroller_child_size_get(mScroller, &contentWidth, &contentHeight);
+    if (contentHeight > region.h)
+        return {true, region.y, region.h, contentHeight};
+    return {false, region.x, region.w, contentWidth};
+}
+
+bool CircleScroller::IsLocked(bool isVertical) const
+{
+    if (elm_object_scroll_freeze_get(mScroller) > 0)
+        return true;
+    int blocked = elm_scroller_movement_block_get(mScroller);
+    if (isVertical)
+        return elm_object_scroll_lock_y_get(mScroller) ||
+               (blocked & ELM_SCROLLER_MOVEMENT_BLOCK_VERTICAL);
+    return elm_object_scroll_lock_x_get(mScroller) ||
+           (blocked & ELM_SCROLLER_MOVEMENT_BLOCK_HORIZONTAL);
+}
+
+void CircleScroller::Turn(int direction)
+{
+    ScrollPosition now = Position();
+    if (IsLocked(now.isVertical))
+        return;
+    int step = std::max(1, now.viewport / kDetentsPerViewport);
+    int end = std::max(0, now.content - now.viewport);
+    int target = std::clamp(mTarget.value_or(now.position) + direction * step, 0, end);
+    if (target != now.position || mTarget)
+        BringIn(target, now.isVertical);
+}
+
+void CircleScroller::BringIn(int target, bool isVertical)
+{
+    Eina_Rectangle region{};
+    elm_scroller_region_get(mScroller, &region.x, &region.y, &region.w, &region.h);
+    (isVertical ? region.y : region.x) = target;
+    elm_scroller_region_bring_in(mScroller, region.x, region.y, region.w, region.h);
+    // Starting a motion ends the one before, which takes that one's target away.
+    mTarget = target;
+}
+
+void CircleScroller::SScrollCB(void* data, Evas_Object*, void*)
+{
+    auto* self = static_cast<CircleScroller*>(data);
+    if (self->mLingerTimer)
+        ecore_timer_reset(self->mLingerTimer);
+    else
+        self->mLingerTimer = ecore_timer_add(kArcLingers, SLingerOverCB, self);
+    self->UpdateArc();
+}
+
+Eina_Bool CircleScroller::SLingerOverCB(void* data)
+{
+    auto* self = static_cast<CircleScroller*>(data);
+    self->mLingerTimer = nullptr;
+    self->UpdateArc();
+    return ECORE_CALLBACK_CANCEL;
+}
+
+void CircleScroller::SRenderPreCB(void* data, Evas*, void*)
+{
+    static_cast<CircleScroller*>(data)->UpdateArc();
+}
+
+bool CircleScroller::IsArcWanted(const ScrollPosition& position) const
+{
+    switch (position.isVertical ? mVerticalPolicy : mHorizontalPolicy)
+    {
+    case ELM_SCROLLER_POLICY_ON:
+        return true;
+    case ELM_SCROLLER_POLICY_AUTO:
+        return mLingerTimer && position.content > position.viewport;
+    default:
+        return false;
+    }
+}
+
+void CircleScroller::UpdateArc()
+{
+    ScrollPosition position = Position();
+    Eina_Rectangle screen = GeometryOf(mConformant);
+    bool isWanted = IsArcWanted(position);
+    bool isAsDrawn = position == mDrawnPosition && eina_rectangle_equal(&screen, &mDrawnScreen);
+    if (isWanted == mIsArcShown && (isAsDrawn || !isWanted))
+        return;
+    mIsArcShown = isWanted;
+    mDrawnPosition = position;
+    mDrawnScreen = screen;
+    if (isWanted)
+        mArc->Draw(screen, position);
+    else
+        mArc->Hide();
+}
+
+} // namespace WatchPort

@@ -1,0 +1,102 @@
+#ifndef WATCH_PORT_EFL_EXTENSION_OBJECT_CALLBACKS_H
+#define WATCH_PORT_EFL_EXTENSION_OBJECT_CALLBACKS_H
+
+#include <Evas.h>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace WatchPort
+{
+
+/// A callback that an application has added to an object.
+template <typename Callback> struct ObjectCallback
+{
+    Evas_Object* object;
+    Evas_Callback_Priority priority;
+    Callback callback;
+    void* data;
+    /// Its object is deleted or it is taken back: not to be called any more.
+    bool isRemoved = false;
+};
+
+/// The callbacks that applications have added to objects, in the order to call them: lower priority
+/// values first, of equal ones the newest first. Callbacks of deleted objects are removed.
+template <typename Callback> class ObjectCallbacks
+{
+public:
+    using Entry = ObjectCallback<Callback>;
+
+    /// @param changed called after every change
+    explicit ObjectCallbacks(std::function<void()> changed) : mChanged(std::move(changed)) {}
+    ObjectCallbacks(const ObjectCallbacks&) = delete;
+    ObjectCallbacks& operator=(const ObjectCallbacks&) = delete;
+
+    void Add(Evas_Object* object, Evas_Callback_Priority priority, Callback callback, void* data)
+    {
+        if (!Has(object))
+            evas_object_event_callback_add(object, EVAS_CALLBACK_DEL, SObjectDeletedCB, this);
+        auto isLater = [priority](const auto& entry) { return entry->priority >= priority; };
+        auto place = std::find_if(mEntries.begin(), mEntries.end(), isLater);
+        mEntries.insert(place,
+                        std::make_shared<Entry>(Entry{object, priority, callback, data, false}));
+        mChanged();
+    }
+
+    /// Removes the newest registration of a callback; the result is its data, null without any.
+    void* Remove(Evas_Object* object, Callback callback)
+    {
+        auto newest =
+            std::find_if(mEntries.begin(), mEntries.end(),
+                         [&](const auto& entry)
+                         { return entry->object == object && entry->callback == callback; });
+        if (newest == mEntries.end())
+            return nullptr;
+        void* data = (*newest)->data;
+        (*newest)->isRemoved = true;
+        mEntries.erase(newest);
+        if (!Has(object))
+            evas_object_event_callback_del_full(object, EVAS_CALLBACK_DEL, SObjectDeletedCB, this);
+        mChanged();
+        return data;
+    }
+
+    /// The callbacks of one object; they outlive their removal, to be walked while it changes.
+    std::vector<std::shared_ptr<const Entry>> Of(const Evas_Object* object) const
+    {
+        std::vector<std::shared_ptr<const Entry>> found;
+        for (const auto& entry : mEntries)
+            if (entry->object == object)
+                found.push_back(entry);
+        return found;
+    }
+
+    const std::vector<std::shared_ptr<Entry>>& All() const { return mEntries; }
+
+private:
+    bool Has(const Evas_Object* object) const
+    {
+        return std::any_of(mEntries.begin(), mEntries.end(),
+                           [object](const auto& entry) { return entry->object == object; });
+    }
+
+    static void SObjectDeletedCB(void* data, Evas*, Evas_Object* object, void*)
+    {
+        auto* self = static_cast<ObjectCallbacks*>(data);
+        auto& entries = self->mEntries;
+        auto isKept = [object](const auto& entry) { return entry->object != object; };
+        auto first = std::stable_partition(entries.begin(), entries.end(), isKept);
+        std::for_each(first, entries.end(), [](const auto& entry) { entry->isRemoved = true; });
+        entries.erase(first, entries.end());
+        self->mChanged();
+    }
+
+    std::function<void()> mChanged;
+    std::vector<std::shared_ptr<Entry>> mEntries;
+};
+
+} // namespace WatchPort
+
+#endif

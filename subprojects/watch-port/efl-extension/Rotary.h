@@ -1,0 +1,41 @@
+#ifndef WATCH_PORT_EFL_EXTENSION_ROTARY_H
+#define WATCH_PORT_EFL_EXTENSION_ROTARY_H
+
+#include "efl-extension/ObjectCallbacks.h"
+#include "efl-extension/efl_extension.h"
+
+#include <Ecore_Input.h>
+
+namespace WatchPort
+{
+
+/// Turns the mouse wheel into detents of the activated object. It takes the wheel from everybody
+/// else while any object has a callback or is activated.
+class Rotary
+{
+public:
+    static Rotary& GetInstance();
+
+    void AddCallback(Evas_Object* object, Evas_Callback_Priority priority,
+                     Eext_Rotary_Event_Cb callback, void* data);
+    void* RemoveCallback(Evas_Object* object, Eext_Rotary_Event_Cb callback);
+    void Activate(Evas_Object* object);
+    void Deactivate(Evas_Object* object);
+
+private:
+    Rotary();
+    static Eina_Bool SWheelFilterCB(void* data, void* loopData, int type, void* event);
+    static void SActivatedDeletedCB(void* data, Evas* canvas, Evas_Object* object, void* event);
+
+    void ListenWhileNeeded();
+    void Turn(const Ecore_Event_Mouse_Wheel& wheel) const;
+    void Deliver(Eext_Rotary_Event_Info detent) const;
+
+    ObjectCallbacks<Eext_Rotary_Event_Cb> mCallbacks;
+    Evas_Object* mActivated = nullptr;
+    Ecore_Event_Filter* mFilter = nullptr;
+};
+
+} // namespace WatchPort
+
+#endif

@@ -1,6 +1,27 @@
 #ifndef WATCH_PORT_APP_H
 #define WATCH_PORT_APP_H
 
+/**
+ * The life of an application with a user interface.
+ *
+ * A run, from ui_app_main() to its return:
+ *
+ *     create -> app_control -> (resume -> pause)* -> terminate
+ *
+ * - create: makes the window. The toolkit is up, the text domain is bound.
+ * - app_control: a launch request. The first one is that of the command line.
+ * - resume: a window of the process can be seen for the first time, or again.
+ * - pause: none can be seen any more: lowered out of sight, covered, iconified, hidden or deleted.
+ *   Where nothing tells whether a window is covered (off-screen engines, Wayland), a window can be
+ *   seen from its first frame on until it is hidden or deleted.
+ * - terminate: the last call. It may release what user_data points to.
+ *
+ * All of them are called on the main loop's thread. A null one is skipped.
+ *
+ * Environment: ELM_ENGINE=buffer and ELM_ENGINE=shot:OPTIONS need no display, DLOG_LEVEL filters
+ * the log (see dlog.h).
+ */
+
 #include <app_common.h>
 #include <app_control.h>
 #include <stdbool.h>
@@ -9,12 +30,30 @@
 extern "C" {
 #endif
 
+/** The results of ui_app_main(); -1 is left to the application's own use. */
+typedef enum
+{
+    APP_ERROR_NONE = 0,
+    APP_ERROR_INVALID_PARAMETER = -2,    /**< No arguments or no callbacks were given. */
+    APP_ERROR_ALREADY_RUNNING = -3,      /**< Called from within a run. */
+    APP_ERROR_INVALID_COMMAND_LINE = -4, /**< A line on stderr says what is wrong with it. */
+    APP_ERROR_NO_DISPLAY = -5,           /**< No display is named, or none answers. */
+    APP_ERROR_NO_TOOLKIT = -6,           /**< The toolkit did not start. */
+    APP_ERROR_NOT_CREATED = -7,          /**< The create callback returned false. */
+} app_error_e;
+
+/** @return False when the application cannot run: no other callback is called then. */
 typedef bool (*app_create_cb)(void* user_data);
+/** Releases what create made. */
 typedef void (*app_terminate_cb)(void* user_data);
+/** The application went out of sight. */
 typedef void (*app_pause_cb)(void* user_data);
+/** The application came in sight. */
 typedef void (*app_resume_cb)(void* user_data);
+/** @param app_control The request, valid during the call. */
 typedef void (*app_control_cb)(app_control_h app_control, void* user_data);
 
+/** What the application does at the turns of its life. */
 typedef struct
 {
     app_create_cb create;
@@ -24,7 +63,41 @@ typedef struct
     app_control_cb app_control;
 } ui_app_lifecycle_callback_s;
 
+/**
+ * Runs the application until ui_app_exit(), SIGTERM, SIGINT, SIGHUP or the toolkit's own exit.
+ *
+ * Before create: the command line is read, the display is looked for, the locale is set (C.UTF-8
+ * where the environment's is not installed), the text domain PROGRAM (the executable's base name)
+ * is bound to the installation's catalogues, and the watch's theme is laid over the toolkit's.
+ * A window that has no size of its own gets that of the watch's screen, 360 by 360 pixels, unless
+ * the window manager gives it another.
+ *
+ * Command line: [--operation OP] [--extra KEY=VALUE]..., also as --operation=OP and
+ * --extra=KEY=VALUE, make the first launch request; the last one of an operation or a key holds.
+ * --help prints the usage and returns 0. Anything else ends with one line on stderr.
+ *
+ * Log, tag "WATCH_PORT": an error for each negative result but that of the command line; a warning
+ * for a catalogue or a theme that is missing or broken; at info level "first frame" once the first
+ * frame after the first resume has been drawn and the X server has it.
+ *
+ * An exception of a callback leaves ui_app_main() when the toolkit is shut down; no further
+ * callback is called then. It may be called again after it has returned.
+ *
+ * @param callbacks Copied.
+ * @param user_data Passed to each callback; not touched after terminate has been called.
+ * @return APP_ERROR_NONE or another value of app_error_e, which as a program's exit status is
+ *         256 more.
+ */
 int ui_app_main(int argc, char** argv, ui_app_lifecycle_callback_s* callbacks, void* user_data);
+
+/**
+ * Asks the application to end: the callback at work finishes, a resumed application is paused,
+ * then it is terminated, and ui_app_main() returns 0.
+ *
+ * May be called in any callback and again and again. In create (which must then return true): no
+ * launch request is delivered; in the first app_control: the application is never resumed.
+ * Without a running application it does nothing.
+ */
 void ui_app_exit(void);
 
 #ifdef __cplusplus

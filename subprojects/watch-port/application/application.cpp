@@ -1,0 +1,119 @@
+#include "application/app.h"
+
+#include "app-common/Installation.h"
+#include "application/CommandLine.h"
+#include "application/Display.h"
+#include "application/Lifecycle.h"
+#include "application/PlatformTheme.h"
+#include "application/TextDomain.h"
+#include "dlog/dlog.h"
+
+#include <Efreet.h>
+#include <Elementary.h>
+#include <cstdio>
+
+namespace
+{
+Lifecycle* sRunning = nullptr;
+
+int Fail(app_error_e error, const char* reason)
+{
+    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "ui_app_main: %s", reason);
+    return error;
+}
+
+// The toolkit, up as long as the object lives.
+class Toolkit
+{
+public:
+    Toolkit(int argc, char** argv) : mIsUp(elm_init(argc, argv) > 0) {}
+    ~Toolkit()
+    {
+        if (mIsUp)
+            elm_shutdown();
+    }
+    Toolkit(const Toolkit&) = delete;
+    Toolkit& operator=(const Toolkit&) = delete;
+
+    bool IsUp() const { return mIsUp; }
+
+private:
+    bool mIsUp;
+};
+
+// Lets ui_app_exit() find the run, also when an exception ends it.
+class RunningMark
+{
+public:
+    explicit RunningMark(Lifecycle& lifecycle) { sRunning = &lifecycle; }
+    ~RunningMark() { sRunning = nullptr; }
+    RunningMark(const RunningMark&) = delete;
+    RunningMark& operator=(const RunningMark&) = delete;
+};
+
+std::string ProgramName(const char* invokedAs)
+{
+    return std::filesystem::path(invokedAs == nullptr ? "" : invokedAs).filename();
+}
+
+// Ends what needs no display; returns nothing when the application is to be run.
+std::optional<int> AnswerCommandLine(const CommandLine& commandLine, const std::string& program)
+{
+    if (!commandLine.error.empty())
+    {
+        std::fprintf(stderr, "%s: %s\n", program.c_str(), commandLine.error.c_str());
+        return APP_ERROR_INVALID_COMMAND_LINE;
+    }
+    if (!commandLine.isHelpWanted)
+        return std::nullopt;
+    std::fputs(CommandLineUsage(program).c_str(), stdout);
+    return APP_ERROR_NONE;
+}
+
+// An application of the watch starts no service of the desktop and asks none about the machine.
+void KeepToolkitAlone()
+{
+    efreet_cache_disable();
+    ecore_app_no_system_modules();
+}
+
+int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks,
+                   void* userData, const CommandLine& commandLine)
+{
+    KeepToolkitAlone();
+    const Display display;
+    if (display.GetKind() == Display::Kind::None)
+        return Fail(APP_ERROR_NO_DISPLAY,
+                    "no display: set DISPLAY or WAYLAND_DISPLAY to one that answers, "
+                    "or ELM_ENGINE to \"buffer\"");
+    const Toolkit toolkit(argc, argv);
+    if (!toolkit.IsUp())
+        return Fail(APP_ERROR_NO_TOOLKIT, "the toolkit does not start");
+    // The toolkit has set a locale of its own.
+    SetProgramLocale();
+    const auto installation = FindInstallation(RunningExecutable());
+    if (installation)
+        BindTextDomain(*installation);
+    const PlatformTheme theme(installation ? installation->platformTheme : "");
+    Lifecycle lifecycle(callbacks, userData, display);
+    const RunningMark mark(lifecycle);
+    return lifecycle.Run(commandLine);
+}
+} // namespace
+
+int ui_app_main(int argc, char** argv, ui_app_lifecycle_callback_s* callbacks, void* user_data)
+{
+    if (argc < 1 || argv == nullptr || callbacks == nullptr)
+        return Fail(APP_ERROR_INVALID_PARAMETER, "no arguments or no callbacks");
+    if (sRunning != nullptr)
+        return Fail(APP_ERROR_ALREADY_RUNNING, "the application runs already");
+    const CommandLine commandLine = ParseCommandLine({argv + 1, argv + argc});
+    const auto answer = AnswerCommandLine(commandLine, ProgramName(argv[0]));
+    return answer ? *answer : RunApplication(argc, argv, *callbacks, user_data, commandLine);
+}
+
+void ui_app_exit(void)
+{
+    if (sRunning != nullptr)
+        sRunning->RequestExit();
+}

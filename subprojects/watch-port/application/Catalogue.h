@@ -1,0 +1,21 @@
+#ifndef WATCH_PORT_APPLICATION_CATALOGUE_H
+#define WATCH_PORT_APPLICATION_CATALOGUE_H
+
+#include <filesystem>
+#include <string_view>
+
+/** What a message catalogue (a .mo file) is good for. */
+enum class CatalogueState
+{
+    Sound,
+    Unreadable, /**< Missing, or not to be opened. */
+    Broken,     /**< Cut or no catalogue: the C library would crash in looking up a text. */
+};
+
+/** Tells whether the C library can be given the file. */
+CatalogueState CheckCatalogue(const std::filesystem::path& file);
+
+/** Tells whether the bytes are a whole catalogue: every table and text lies within them. */
+bool IsCatalogue(std::string_view bytes);
+
+#endif

@@ -1,0 +1,23 @@
+#ifndef WATCH_PORT_APPLICATION_COMMAND_LINE_H
+#define WATCH_PORT_APPLICATION_COMMAND_LINE_H
+
+#include <map>
+#include <string>
+#include <vector>
+
+/** What the arguments of a program ask for. */
+struct CommandLine
+{
+    bool isHelpWanted = false;
+    std::string operation; /**< Never empty; UTF-8. */
+    std::map<std::string, std::string> extraData;
+    std::string error; /**< What is wrong, in one line; empty: nothing, the rest holds. */
+};
+
+/** Reads the arguments that follow the program's name. The first mistake ends the reading. */
+CommandLine ParseCommandLine(const std::vector<std::string>& arguments);
+
+/** Returns the text that --help prints. */
+std::string CommandLineUsage(const std::string& program);
+
+#endif

@@ -1,0 +1,31 @@
+#ifndef WATCH_PORT_APPLICATION_DISPLAY_H
+#define WATCH_PORT_APPLICATION_DISPLAY_H
+
+/** What the process draws on. The connection to an X server is held as long as the object lives. */
+class Display
+{
+public:
+    enum class Kind
+    {
+        None,
+        OffScreen, /**< The toolkit's engine draws into memory. */
+        X11,
+        Wayland,
+    };
+
+    /** Looks for a display and connects to it. */
+    Display();
+    ~Display();
+    Display(const Display&) = delete;
+    Display& operator=(const Display&) = delete;
+
+    Kind GetKind() const { return mKind; }
+
+    /** Waits until the display server has handled everything that was drawn. */
+    void Sync() const;
+
+private:
+    Kind mKind;
+};
+
+#endif

@@ -1,0 +1,35 @@
+#include "application/PlatformTheme.h"
+
+#include "dlog/dlog.h"
+
+#include <Elementary.h>
+
+namespace
+{
+bool IsTheme(const std::filesystem::path& file)
+{
+    Eina_List* groups = edje_file_collection_list(file.c_str());
+    const bool hasGroups = groups != nullptr;
+    edje_file_collection_list_free(groups);
+    return hasGroups;
+}
+} // namespace
+
+PlatformTheme::PlatformTheme(const std::filesystem::path& file)
+{
+    if (IsTheme(file))
+    {
+        mFile = file;
+        elm_theme_overlay_add(nullptr, mFile.c_str());
+        return;
+    }
+    __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
+                 "the watch's theme \"%s\" is missing or no theme: the toolkit's own look is used",
+                 file.c_str());
+}
+
+PlatformTheme::~PlatformTheme()
+{
+    if (!mFile.empty())
+        elm_theme_overlay_del(nullptr, mFile.c_str());
+}

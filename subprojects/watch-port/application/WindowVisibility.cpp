@@ -1,0 +1,111 @@
+#include "application/WindowVisibility.h"
+
+#include "application/Windows.h"
+
+#include <Evas.h>
+
+namespace
+{
+// Set on a window once a frame of it has been drawn.
+constexpr char kDrawn[] = "watch-port-drawn";
+// Set on a window whose first frame is waited for.
+constexpr char kAwaited[] = "watch-port-awaited";
+
+void SNothingJob(void*)
+{
+}
+
+void SDrawnCB(void* data, Evas* canvas, void*)
+{
+    auto* window = static_cast<Ecore_Evas*>(data);
+    evas_event_callback_del(canvas, EVAS_CALLBACK_RENDER_POST, SDrawnCB);
+    ecore_evas_data_set(window, kDrawn, window);
+    // Another turn of the loop, which otherwise has nothing to do: the window is seen in it.
+    ecore_job_add(SNothingJob, nullptr);
+}
+
+void AwaitFirstFrames(const Display& display)
+{
+    for (Ecore_Evas* window : ListWindows(display))
+    {
+        if (ecore_evas_data_get(window, kAwaited) != nullptr)
+            continue;
+        ecore_evas_data_set(window, kAwaited, window);
+        evas_event_callback_add(ecore_evas_get(window), EVAS_CALLBACK_RENDER_POST, SDrawnCB,
+                                window);
+    }
+}
+} // namespace
+
+WindowVisibility::WindowVisibility(const Display& display, std::function<void()> onLoopIdle)
+    : mDisplay(display), mOnLoopIdle(std::move(onLoopIdle)),
+      mIdleEnterer(ecore_idle_enterer_before_add(SLoopIdleCB, this))
+{
+    if (display.GetKind() == Display::Kind::X11)
+        WatchX11();
+}
+
+WindowVisibility::~WindowVisibility()
+{
+    for (Ecore_Event_Handler* handler : mHandlers)
+        ecore_event_handler_del(handler);
+    ecore_idle_enterer_del(mIdleEnterer);
+}
+
+void WindowVisibility::WatchX11()
+{
+    mHandlers = {
+        ecore_event_handler_add(ECORE_X_EVENT_WINDOW_VISIBILITY_CHANGE, SVisibilityCB, this),
+        ecore_event_handler_add(ECORE_X_EVENT_WINDOW_HIDE, SHideCB, this),
+        ecore_event_handler_add(ECORE_X_EVENT_WINDOW_DESTROY, SDestroyCB, this)};
+}
+
+Ecore_Evas* WindowVisibility::FindVisibleWindow() const
+{
+    for (Ecore_Evas* window : ListWindows(mDisplay))
+    {
+        if (IsVisible(window))
+            return window;
+    }
+    return nullptr;
+}
+
+bool WindowVisibility::IsVisible(const Ecore_Evas* window) const
+{
+    if (mDisplay.GetKind() == Display::Kind::X11)
+        return mUncovered.count(static_cast<Ecore_X_Window>(ecore_evas_window_get(window))) != 0;
+    return ecore_evas_data_get(window, kDrawn) && ecore_evas_visibility_get(window) != 0;
+}
+
+Eina_Bool WindowVisibility::SLoopIdleCB(void* data)
+{
+    auto* visibility = static_cast<WindowVisibility*>(data);
+    AwaitFirstFrames(visibility->mDisplay);
+    visibility->mOnLoopIdle();
+    return ECORE_CALLBACK_RENEW;
+}
+
+Eina_Bool WindowVisibility::SVisibilityCB(void* data, int, void* event)
+{
+    const auto* change = static_cast<Ecore_X_Event_Window_Visibility_Change*>(event);
+    auto& uncovered = static_cast<WindowVisibility*>(data)->mUncovered;
+    if (change->fully_obscured)
+        uncovered.erase(change->win);
+    else
+        uncovered.insert(change->win);
+    return ECORE_CALLBACK_PASS_ON;
+}
+
+Eina_Bool WindowVisibility::SHideCB(void* data, int, void* event)
+{
+    const auto* hide = static_cast<Ecore_X_Event_Window_Hide*>(event);
+    static_cast<WindowVisibility*>(data)->mUncovered.erase(hide->win);
+    return ECORE_CALLBACK_PASS_ON;
+}
+
+Eina_Bool WindowVisibility::SDestroyCB(void* data, int, void* event)
+{
+    const auto* destroy = static_cast<Ecore_X_Event_Window_Destroy*>(event);
+    static_cast<WindowVisibility*>(data)->mUncovered.erase(destroy->win);
+    return ECORE_CALLBACK_PASS_ON;
+}

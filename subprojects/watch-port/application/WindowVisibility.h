@@ -1,0 +1,51 @@
+#ifndef WATCH_PORT_APPLICATION_WINDOW_VISIBILITY_H
+#define WATCH_PORT_APPLICATION_WINDOW_VISIBILITY_H
+
+#include "application/Display.h"
+
+#include <Ecore.h>
+#include <Ecore_Evas.h>
+#include <Ecore_X.h>
+#include <functional>
+#include <set>
+#include <vector>
+
+/**
+ * Watches whether any window of the process can be seen.
+ *
+ * Events are gathered, and the sum is drawn when the loop has none left: a window that is covered
+ * and uncovered at once changes nothing. So a window manager's shuffling during a start is not seen
+ * either.
+ */
+class WindowVisibility
+{
+public:
+    /**
+     * @param display Outlives the object.
+     * @param onLoopIdle Called at each end of a turn of the main loop, before frames are drawn.
+     */
+    WindowVisibility(const Display& display, std::function<void()> onLoopIdle);
+    ~WindowVisibility();
+    WindowVisibility(const WindowVisibility&) = delete;
+    WindowVisibility& operator=(const WindowVisibility&) = delete;
+
+    /** Returns a window that can be seen now, or null. */
+    Ecore_Evas* FindVisibleWindow() const;
+
+private:
+    static Eina_Bool SLoopIdleCB(void* data);
+    static Eina_Bool SVisibilityCB(void* data, int type, void* event);
+    static Eina_Bool SHideCB(void* data, int type, void* event);
+    static Eina_Bool SDestroyCB(void* data, int type, void* event);
+
+    void WatchX11();
+    bool IsVisible(const Ecore_Evas* window) const;
+
+    const Display& mDisplay;
+    std::function<void()> mOnLoopIdle;
+    Ecore_Idle_Enterer* mIdleEnterer;
+    std::vector<Ecore_Event_Handler*> mHandlers;
+    std::set<Ecore_X_Window> mUncovered;
+};
+
+#endif

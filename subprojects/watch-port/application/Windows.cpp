@@ -1,0 +1,40 @@
+#include "application/Windows.h"
+
+#include <string_view>
+
+namespace
+{
+// The screen of the watch, in pixels. Toolkit windows begin with one.
+constexpr int kScreenSize = 360;
+
+bool IsX11Window(const Ecore_Evas* window)
+{
+    const std::string_view engine = ecore_evas_engine_name_get(window);
+    return engine == "software_x11" || engine == "opengl_x11";
+}
+} // namespace
+
+std::vector<Ecore_Evas*> ListWindows(const Display& display)
+{
+    std::vector<Ecore_Evas*> windows;
+    Eina_List* list = ecore_evas_ecore_evas_list_get();
+    for (; list != nullptr; list = eina_list_remove_list(list, list))
+    {
+        auto* window = static_cast<Ecore_Evas*>(eina_list_data_get(list));
+        if (display.GetKind() != Display::Kind::X11 || IsX11Window(window))
+            windows.push_back(window);
+    }
+    return windows;
+}
+
+void SizeWindows(const Display& display)
+{
+    for (Ecore_Evas* window : ListWindows(display))
+    {
+        int width = 0;
+        int height = 0;
+        ecore_evas_request_geometry_get(window, nullptr, nullptr, &width, &height);
+        if (width <= 1 && height <= 1)
+            ecore_evas_resize(window, kScreenSize, kScreenSize);
+    }
+}

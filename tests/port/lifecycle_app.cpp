@@ -1,0 +1,189 @@
+// An application that prints each callback of its life, with what it got, and obeys words on its
+// standard input. LIFECYCLE holds what its callbacks do besides, such as "create:exit,pause:throw".
+
+#include <Ecore_X.h>
+#include <Elementary.h>
+#include <app.h>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <libintl.h>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <unistd.h>
+
+namespace
+{
+Evas_Object* sWindow = nullptr;
+
+void Say(const std::string& text)
+{
+    std::puts(text.c_str());
+    std::fflush(stdout);
+}
+
+bool Does(const std::string& what)
+{
+    const char* all = std::getenv("LIFECYCLE");
+    return all != nullptr &&
+           ("," + std::string(all) + ",").find("," + what + ",") != std::string::npos;
+}
+
+void Act(const std::string& callback)
+{
+    if (Does(callback + ":exit"))
+    {
+        ui_app_exit();
+        ui_app_exit();
+    }
+    if (Does(callback + ":nest"))
+        Say("nested " + std::to_string(ui_app_main(0, nullptr, nullptr, nullptr)));
+    if (Does(callback + ":throw"))
+        throw std::runtime_error("thrown in " + callback);
+}
+
+void MakeWindow()
+{
+    sWindow = elm_win_add(nullptr, "lifecycle-app", ELM_WIN_BASIC);
+    elm_win_title_set(sWindow, "lifecycle-app");
+    elm_win_autodel_set(sWindow, EINA_TRUE);
+    if (Does("window:sized"))
+        evas_object_resize(sWindow, 200, 100);
+    evas_object_show(sWindow);
+    Evas_Object* background = elm_bg_add(sWindow);
+    evas_object_size_hint_weight_set(background, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
+    elm_win_resize_object_add(sWindow, background);
+    evas_object_show(background);
+}
+
+void SayText()
+{
+    Say(std::string("text ") + dgettext("lifecycle_app", "MESSAGE") + " locale " +
+        std::setlocale(LC_MESSAGES, nullptr) + " domain " + textdomain(nullptr));
+}
+
+void SaySize()
+{
+    int width = 0;
+    int height = 0;
+    evas_object_geometry_get(sWindow, nullptr, nullptr, &width, &height);
+    Say("size " + std::to_string(width) + "x" + std::to_string(height));
+}
+
+void Obey(const std::string& word)
+{
+    static const std::map<std::string, std::function<void()>> kWords = {
+        {"lower", [] { elm_win_lower(sWindow); }},
+        {"raise", [] { elm_win_raise(sWindow); }},
+        {"hide", [] { evas_object_hide(sWindow); }},
+        {"show", [] { evas_object_show(sWindow); }},
+        {"iconify", [] { elm_win_iconified_set(sWindow, EINA_TRUE); }},
+        {"withdraw", [] { elm_win_withdrawn_set(sWindow, EINA_TRUE); }},
+        {"delete", [] { evas_object_del(sWindow); }},
+        {"new", MakeWindow},
+        {"close", [] { ecore_x_window_delete_request_send(elm_win_xwindow_get(sWindow)); }},
+        {"exit", ui_app_exit},
+        {"quit", elm_exit},
+        {"size", SaySize},
+        {"text", SayText},
+    };
+    kWords.at(word)();
+    Say("did " + word);
+}
+
+Eina_Bool SInputCB(void*, Ecore_Fd_Handler* handler)
+{
+    static std::string text;
+    char piece[256];
+    const ssize_t length = read(ecore_main_fd_handler_fd_get(handler), piece, sizeof piece);
+    if (length <= 0)
+        return ECORE_CALLBACK_CANCEL;
+    text.append(piece, static_cast<size_t>(length));
+    for (size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n'))
+    {
+        const std::string word = text.substr(0, end);
+        text.erase(0, end + 1);
+        Obey(word);
+    }
+    return ECORE_CALLBACK_RENEW;
+}
+
+bool SCreate(void* data)
+{
+    Say(std::string("create ") + static_cast<const char*>(data));
+    if (!Does("create:nothing"))
+        MakeWindow();
+    ecore_main_fd_handler_add(STDIN_FILENO, ECORE_FD_READ, SInputCB, nullptr, nullptr, nullptr);
+    Act("create");
+    return !Does("create:false");
+}
+
+bool SExtraData(app_control_h request, const char* key, void* data)
+{
+    char* value = nullptr;
+    app_control_get_extra_data(request, key, &value);
+    *static_cast<std::string*>(data) += std::string(" ") + key + "=" + value;
+    std::free(value);
+    return true;
+}
+
+void SAppControl(app_control_h request, void*)
+{
+    char* operation = nullptr;
+    app_control_get_operation(request, &operation);
+    std::string text = std::string("app_control ") + operation;
+    std::free(operation);
+    app_control_foreach_extra_data(request, SExtraData, &text);
+    Say(text);
+    Act("app_control");
+}
+
+void SResume(void*)
+{
+    Say("resume");
+    Act("resume");
+}
+
+void SPause(void*)
+{
+    Say("pause");
+    Act("pause");
+}
+
+void STerminate(void*)
+{
+    Say("terminate");
+    Act("terminate");
+}
+
+int Run(int argc, char** argv)
+{
+    ui_app_lifecycle_callback_s callbacks = {SCreate, STerminate, SPause, SResume, SAppControl};
+    if (Does("callbacks:none"))
+        callbacks = {};
+    if (Does("callbacks:null"))
+        return ui_app_main(argc, argv, nullptr, nullptr);
+    static char userData[] = "user-data";
+    return ui_app_main(argc, argv, &callbacks, userData);
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    ui_app_exit();
+    try
+    {
+        int result = Run(argc, argv);
+        if (Does("run:twice"))
+            result = Run(argc, argv);
+        Say("result " + std::to_string(result));
+        return result;
+    }
+    catch (const std::runtime_error& error)
+    {
+        Say(error.what());
+        return 99;
+    }
+}

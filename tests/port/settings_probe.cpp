@@ -1,21 +1,18 @@
 // Drives the system settings from standard input and prints what comes of it, line by line:
 //
-//   get KEY | set KEY [ACTION] | unset KEY | translate ID | bind DIRECTORY | setlocale NAME | quit
+//   get KEY | set KEY [ACTION] | unset KEY | bind DIRECTORY | translate ID | setlocale NAME
+//   catalogues
 //
 // KEY is a name below or a number; ACTION is what the callback does each time it is called, after
-// it has printed "changed KEY": another command, with "+" for a space.
+// it has printed "changed KEY": other commands, with "+" for a space and "," between them.
 
+#include "port/ProbeLoop.h"
 #include "system_settings.h"
 
-#include <Ecore.h>
 #include <algorithm>
 #include <clocale>
 #include <cstdlib>
-#include <iostream>
 #include <libintl.h>
-#include <map>
-#include <sstream>
-#include <string>
 
 namespace
 {
@@ -26,8 +23,6 @@ const std::map<std::string, int> kKeys = {{"region", SYSTEM_SETTINGS_KEY_LOCALE_
 
 std::map<int, std::string> sActions;
 
-void Obey(const std::string& line);
-
 system_settings_key_e ToKey(const std::string& text)
 {
     const auto key = kKeys.find(text);
@@ -37,81 +32,66 @@ system_settings_key_e ToKey(const std::string& text)
 
 void ChangedCB(system_settings_key_e key, void* userData)
 {
-    for (const auto& [name, value] : kKeys)
-    {
-        if (value == key)
-            std::cout << "changed " << name << (userData == &sActions ? "" : " without its data")
-                      << std::endl;
-    }
-    std::istringstream actions(sActions[key]);
-    for (std::string action; std::getline(actions, action, ';');)
-        Obey(action);
+    const auto name = std::find_if(kKeys.begin(), kKeys.end(),
+                                   [=](const auto& known) { return known.second == key; });
+    std::cout << "changed " << name->first << (userData == &sActions ? "" : " without its data")
+              << std::endl;
+    Obey(std::string(sActions[key]));
 }
 
-void Get(const std::string& name)
+void Get(const std::string& name, const std::string& destination)
 {
     char* value = nullptr;
-    const int result = name == "null" ? system_settings_get_value_string(ToKey("language"), nullptr)
-                                      : system_settings_get_value_string(ToKey(name), &value);
-    std::cout << "get " << name << ": " << result << ' ' << (value ? value : "-") << std::endl;
+    const int result =
+        system_settings_get_value_string(ToKey(name), destination == "null" ? nullptr : &value);
+    std::cout << "get: " << result << ' ' << (value ? value : "-") << std::endl;
     std::free(value);
 }
 
-void Set(const std::string& name, std::string action)
+void Set(const std::string& name, const std::string& action)
 {
-    std::replace(action.begin(), action.end(), '+', ' ');
-    sActions[ToKey(name)] = action;
-    const int result = system_settings_set_changed_cb(
-        ToKey(name), action == "null" ? nullptr : ChangedCB, &sActions);
-    std::cout << "set " << name << ": " << result << std::endl;
+    system_settings_changed_cb callback = action == "null" ? nullptr : ChangedCB;
+    sActions[ToKey(name)] = callback ? ToCommands(action) : "";
+    std::cout << "set: " << system_settings_set_changed_cb(ToKey(name), callback, &sActions)
+              << std::endl;
 }
 
-void Obey(const std::string& line)
+void Unset(const std::string& name, const std::string&)
 {
-    std::istringstream words(line);
-    std::string verb;
-    std::string first;
-    std::string second;
-    words >> verb >> first >> second;
-    if (verb == "get")
-        Get(first);
-    else if (verb == "set")
-        Set(first, second);
-    else if (verb == "unset")
-        std::cout << "unset " << first << ": " << system_settings_unset_changed_cb(ToKey(first))
-                  << std::endl;
-    else if (verb == "translate")
-        std::cout << "translate: " << dgettext("probe", first.c_str()) << std::endl;
-    else if (verb == "bind")
-        std::cout << "bind: " << bindtextdomain("probe", first.c_str()) << std::endl;
-    else if (verb == "setlocale")
-        std::cout << "setlocale: " << (std::setlocale(LC_ALL, first.c_str()) ? "done" : "failed")
-                  << std::endl;
-    else if (verb == "environment")
-        std::cout << "environment: " << (std::getenv("LANGUAGE") ? std::getenv("LANGUAGE") : "-")
-                  << std::endl;
-    else
-        ecore_main_loop_quit();
+    std::cout << "unset: " << system_settings_unset_changed_cb(ToKey(name)) << std::endl;
 }
 
-Eina_Bool InputCB(void*, Ecore_Fd_Handler*)
+void Bind(const std::string& directory, const std::string&)
 {
-    std::string line;
-    if (std::getline(std::cin, line))
-        Obey(line);
-    else
-        ecore_main_loop_quit();
-    return ECORE_CALLBACK_RENEW;
+    std::cout << "bind: " << bindtextdomain("probe", directory.c_str()) << std::endl;
+}
+
+void Translate(const std::string& id, const std::string&)
+{
+    std::cout << "translate: " << dgettext("probe", id.c_str()) << std::endl;
+}
+
+void SetLocale(const std::string& name, const std::string&)
+{
+    std::cout << "setlocale: " << (std::setlocale(LC_ALL, name.c_str()) ? "done" : "failed")
+              << std::endl;
+}
+
+void ShowCatalogues(const std::string&, const std::string&)
+{
+    const char* list = std::getenv("LANGUAGE");
+    std::cout << "catalogues: " << (list ? list : "-") << std::endl;
 }
 } // namespace
 
 int main()
 {
     std::setlocale(LC_ALL, "");
-    ecore_app_no_system_modules();
-    ecore_init();
-    ecore_main_fd_handler_add(0, ECORE_FD_READ, InputCB, nullptr, nullptr, nullptr);
-    ecore_main_loop_begin();
-    ecore_shutdown();
-    return 0;
+    return RunProbe({{"get", Get},
+                     {"set", Set},
+                     {"unset", Unset},
+                     {"bind", Bind},
+                     {"translate", Translate},
+                     {"setlocale", SetLocale},
+                     {"catalogues", ShowCatalogues}});
 }

@@ -19,6 +19,7 @@ from pathlib import Path
 
 import dbus
 import dbus.bus
+import dbus.lowlevel
 
 UPOWER = "org.freedesktop.UPower"
 UPOWER_DEVICE = "org.freedesktop.UPower.Device"
@@ -155,6 +156,13 @@ class SystemBus:
     def has_owner(self, name):
         return self._client.name_has_owner(name)
 
+    def matches(self, name):
+        """The match rules by which clients listen to a service."""
+        rules = self._client.call_blocking(
+            dbus.BUS_DAEMON_NAME, dbus.BUS_DAEMON_PATH, "org.freedesktop.DBus.Debug.Stats",
+            "GetAllMatchRules", "", ())
+        return [rule for client in rules.values() for rule in client if f"'{name}'" in rule]
+
     def set_property(self, name, path, interface, key, value):
         """Sets a mocked property; the mock emits PropertiesChanged."""
         self._client.get_object(name, path, introspect=False).Set(
@@ -165,6 +173,13 @@ class SystemBus:
         self._client.get_object(name, path, introspect=False).EmitSignal(
             interface, member, signature, dbus.Array(arguments, signature="v"),
             dbus_interface=MOCK)
+
+    def emit_as_stranger(self, path, interface, member, signature, arguments):
+        """Sends a signal from a connection that owns no name."""
+        message = dbus.lowlevel.SignalMessage(path, interface, member)
+        message.append(*arguments, signature=signature)
+        self._client.send_message(message)
+        self._client.flush()
 
     def add_activatable(self, name, command):
         """Lets the bus start `command` when a message is sent to `name`."""

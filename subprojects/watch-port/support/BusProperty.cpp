@@ -19,6 +19,12 @@ Eldbus_Message* NewQuestion(const BusPropertyAddress& address)
     return question;
 }
 
+// Asked before taking arguments out: Eldbus reports a mismatch as an error of the program.
+bool HasSignature(const Eldbus_Message* message, const char* signature)
+{
+    return std::strcmp(eldbus_message_signature_get(message), signature) == 0;
+}
+
 bool HasSignature(Eldbus_Message_Iter* value, const char* signature)
 {
     char* actual = eldbus_message_iter_signature_get(value);
@@ -31,7 +37,7 @@ bool HasSignature(Eldbus_Message_Iter* value, const char* signature)
 Eldbus_Message_Iter* GetAnswer(const Eldbus_Message* reply, const char* signature)
 {
     Eldbus_Message_Iter* value = nullptr;
-    if (eldbus_message_error_get(reply, nullptr, nullptr) ||
+    if (eldbus_message_error_get(reply, nullptr, nullptr) || !HasSignature(reply, "v") ||
         !eldbus_message_arguments_get(reply, "v", &value))
         return nullptr;
     return HasSignature(value, signature) ? value : nullptr;
@@ -143,7 +149,8 @@ void BusProperty::OnPropertiesChanged(const Eldbus_Message* message)
     const char* interface = nullptr;
     Eldbus_Message_Iter* changed = nullptr;
     Eldbus_Message_Iter* invalidated = nullptr;
-    if (!eldbus_message_arguments_get(message, "sa{sv}as", &interface, &changed, &invalidated) ||
+    if (!HasSignature(message, "sa{sv}as") ||
+        !eldbus_message_arguments_get(message, "sa{sv}as", &interface, &changed, &invalidated) ||
         std::strcmp(interface, mAddress.mInterface) != 0)
         return;
 

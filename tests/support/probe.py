@@ -1,0 +1,81 @@
+"""A probe: a small program of ours that is driven line by line and says what happened."""
+
+import os
+import queue
+import subprocess
+import tempfile
+import threading
+from pathlib import Path
+
+DEADLINE_S = 10
+_LOCALE_VARIABLES = ("LC_", "LANG", "TZ")
+
+
+class Probe:
+    """A running probe. Lines that begin with "changed" report events, others are answers."""
+
+    def __init__(self, name, environment):
+        clean = {key: value for key, value in os.environ.items()
+                 if not key.startswith(_LOCALE_VARIABLES)}
+        clean["DBUS_SYSTEM_BUS_ADDRESS"] = "unix:path=/nonexistent/bus"
+        self._errors = tempfile.TemporaryFile("w+")
+        self._process = subprocess.Popen(
+            ["setpriv", "--pdeathsig", "KILL", Path(os.environ["BUILD_DIR"]) / "tests/port" / name],
+            env={**clean, **environment}, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+            stderr=self._errors, text=True)
+        self._lines = queue.Queue()
+        self._changes = []
+        threading.Thread(target=self._read, daemon=True).start()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self._process.kill()
+        self._process.wait()
+        self._errors.close()
+
+    def ask(self, command):
+        """Returns the answer to a command, without its verb."""
+        print(command, file=self._process.stdin, flush=True)
+        return self._next_answer()
+
+    def wait_for_changes(self, count):
+        """Returns what was reported since the last call, once it is `count` lines or more."""
+        while len(self._changes) < count:
+            self._sort(self._lines.get(timeout=DEADLINE_S))
+        return self._take_changes()
+
+    def changes_after(self, service):
+        """Returns what was reported until all that the service had sent was dealt with."""
+        assert self.ask(f"ping {service}") == "done"
+        return self._take_changes()
+
+    def end(self):
+        """Returns the status and what was written to the standard error stream."""
+        self._process.stdin.close()
+        status = self._process.wait(timeout=DEADLINE_S)
+        self._errors.seek(0)
+        return status, self._errors.read()
+
+    def _read(self):
+        for line in self._process.stdout:
+            self._lines.put(line.rstrip("\n"))
+        self._lines.put(None)
+
+    def _next_answer(self):
+        while True:
+            line = self._lines.get(timeout=DEADLINE_S)
+            if self._sort(line):
+                return line.partition(": ")[2]
+
+    def _sort(self, line):
+        assert line is not None, "the probe has ended"
+        if not line.startswith("changed "):
+            return True
+        self._changes.append(line.removeprefix("changed "))
+        return False
+
+    def _take_changes(self):
+        changes, self._changes = self._changes, []
+        return changes

@@ -24,6 +24,7 @@ class Probe:
             env={**clean, **environment}, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
             stderr=self._errors, text=True)
         self._lines = queue.Queue()
+        self._answers = []
         self._changes = []
         threading.Thread(target=self._read, daemon=True).start()
 
@@ -38,12 +39,18 @@ class Probe:
     def ask(self, command):
         """Returns the answer to a command, without its verb."""
         print(command, file=self._process.stdin, flush=True)
-        return self._next_answer()
+        return self.answer()
+
+    def answer(self):
+        """Returns the next answer, such as that to a command that a callback gave."""
+        while not self._answers:
+            self._sort_next_line()
+        return self._answers.pop(0)
 
     def wait_for_changes(self, count):
         """Returns what was reported since the last call, once it is `count` lines or more."""
         while len(self._changes) < count:
-            self._sort(self._lines.get(timeout=DEADLINE_S))
+            self._sort_next_line()
         return self._take_changes()
 
     def changes_after(self, service):
@@ -63,18 +70,13 @@ class Probe:
             self._lines.put(line.rstrip("\n"))
         self._lines.put(None)
 
-    def _next_answer(self):
-        while True:
-            line = self._lines.get(timeout=DEADLINE_S)
-            if self._sort(line):
-                return line.partition(": ")[2]
-
-    def _sort(self, line):
+    def _sort_next_line(self):
+        line = self._lines.get(timeout=DEADLINE_S)
         assert line is not None, "the probe has ended"
-        if not line.startswith("changed "):
-            return True
-        self._changes.append(line.removeprefix("changed "))
-        return False
+        if line.startswith("changed "):
+            self._changes.append(line.removeprefix("changed "))
+        else:
+            self._answers.append(line.partition(": ")[2])
 
     def _take_changes(self):
         changes, self._changes = self._changes, []

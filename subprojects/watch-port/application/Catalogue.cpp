@@ -3,8 +3,7 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
-#include <iterator>
-#include <string>
+#include <sstream>
 
 namespace
 {
@@ -99,6 +98,7 @@ CatalogueState CheckCatalogue(const std::filesystem::path& file)
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
         return CatalogueState::Unreadable;
-    const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-    return IsCatalogue(bytes) ? CatalogueState::Sound : CatalogueState::Broken;
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    return IsCatalogue(bytes.str()) ? CatalogueState::Sound : CatalogueState::Broken;
 }

@@ -15,7 +15,10 @@ enum class CatalogueState
 /** Tells whether the C library can be given the file. */
 CatalogueState CheckCatalogue(const std::filesystem::path& file);
 
-/** Tells whether the bytes are a whole catalogue: every table and text lies within them. */
+/**
+ * Tells whether the bytes are a whole catalogue: every table and text lies within them. Revision 0
+ * alone is known, which msgfmt writes unless a text names an integer type's format (PRIu64).
+ */
 bool IsCatalogue(std::string_view bytes);
 
 #endif

@@ -22,9 +22,10 @@ fs::path CatalogueFile(const Installation& installation, const std::string& lang
 fs::path FindBrokenCatalogue(const Installation& installation)
 {
     std::error_code error;
-    for (const auto& entry : fs::directory_iterator(installation.locales, error))
+    for (fs::directory_iterator language(installation.locales, error), end; language != end;
+         language.increment(error))
     {
-        const fs::path file = CatalogueFile(installation, entry.path().filename());
+        const fs::path file = CatalogueFile(installation, language->path().filename());
         if (CheckCatalogue(file) == CatalogueState::Broken)
             return file;
     }

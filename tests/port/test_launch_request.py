@@ -1,0 +1,149 @@
+"""Launch requests that leave the process, over a real bus to a real application."""
+
+import contextlib
+import json
+import os
+import pathlib
+import socket
+import subprocess
+import sys
+import threading
+
+import pytest
+
+from support.bus import SystemBus, wait_until
+
+PROBE = pathlib.Path(os.environ["BUILD_DIR"], "tests/port/launch_probe")
+SERVICE = pathlib.Path(__file__).with_name("application_service.py")
+NAME = "org.example.My-Clock"
+
+NO_SESSION_BUS = -6
+APP_NOT_FOUND = -7
+
+
+@pytest.fixture
+def bus():
+    with SystemBus() as private_bus:
+        yield private_bus
+
+
+@contextlib.contextmanager
+def application(bus, log, *options):
+    with subprocess.Popen([sys.executable, SERVICE, bus.address, NAME, log, *options]) as service:
+        try:
+            wait_until(lambda: bus.has_owner(NAME), "the application on the bus")
+            yield
+        finally:
+            service.kill()
+
+
+def calls(log):
+    return [json.loads(line) for line in log.read_text().splitlines()] if log.exists() else []
+
+
+def send(address, *arguments):
+    return subprocess.run([PROBE, *arguments], env={"DBUS_SESSION_BUS_ADDRESS": address},
+                          capture_output=True, text=True, timeout=40, check=True)
+
+
+class SilentBus:
+    """Stands before a bus and swallows each question whether a name has an owner."""
+
+    def __init__(self, bus, folder):
+        self.address = f"unix:path={folder}/silent"
+        self._real = bus.address.split("path=")[1].split(",")[0]
+        self._listener = socket.socket(socket.AF_UNIX)
+        self._listener.bind(f"{folder}/silent")
+        self._listener.listen()
+        threading.Thread(target=self._serve, daemon=True).start()
+
+    def _serve(self):
+        client, _ = self._listener.accept()
+        server = socket.socket(socket.AF_UNIX)
+        server.connect(self._real)
+        threading.Thread(target=self._forward, args=(server, client), daemon=True).start()
+        self._forward(client, server)
+
+    @staticmethod
+    def _forward(source, target):
+        with contextlib.suppress(ConnectionError):
+            while data := source.recv(4096):
+                if b"NameHasOwner" not in data:
+                    target.sendall(data)
+
+
+def test_the_default_operation_alone_is_an_activation(bus, tmp_path):
+    log = tmp_path / "log"
+    with application(bus, log):
+        output = send(bus.address, NAME, "").stdout
+    assert output == "sent 0\nanswer 0 to default for user-data\n"
+    assert calls(log) == [["Activate", {}]]
+
+
+def test_operation_and_extra_data_are_an_action_with_a_dictionary(bus, tmp_path):
+    log = tmp_path / "log"
+    with application(bus, log):
+        output = send(bus.address, NAME, "show", "b", "2", "a", "뒤로", "empty", "").stdout
+    assert output == "sent 0\nanswer 0 to show for user-data\n"
+    assert calls(log) == [["ActivateAction", "show", [{"a": "뒤로", "b": "2", "empty": ""}], {}]]
+
+
+def test_extra_data_make_the_default_operation_an_action(bus, tmp_path):
+    log = tmp_path / "log"
+    with application(bus, log):
+        send(bus.address, NAME, "", "a", "1")
+    assert calls(log) == [["ActivateAction", "default", [{"a": "1"}], {}]]
+
+
+def test_an_operation_without_extra_data_has_an_empty_dictionary(bus, tmp_path):
+    log = tmp_path / "log"
+    with application(bus, log):
+        send(bus.address, NAME, "show")
+    assert calls(log) == [["ActivateAction", "show", [{}], {}]]
+
+
+def test_a_refusal_is_a_failed_answer_and_a_warning(bus, tmp_path):
+    log = tmp_path / "log"
+    with application(bus, log, "refuse"):
+        result = send(bus.address, NAME, "show")
+    assert result.stdout == "sent 0\nanswer -1 to show for user-data\n"
+    assert f'W WATCH_PORT: launch request to "{NAME}" failed: not now' in result.stderr
+
+
+def test_an_application_that_does_not_run_is_started_by_the_bus(bus, tmp_path):
+    log = tmp_path / "log"
+    bus.add_activatable(NAME, f"{sys.executable} {SERVICE} {bus.address} {NAME} {log}")
+    assert send(bus.address, NAME, "show").stdout.endswith("answer 0 to show for user-data\n")
+    assert calls(log) == [["ActivateAction", "show", [{}], {}]]
+
+
+def test_an_application_that_cannot_be_started_is_a_failed_answer(bus):
+    bus.add_activatable(NAME, "/bin/false")
+    assert send(bus.address, NAME, "").stdout == "sent 0\nanswer -1 to default for user-data\n"
+
+
+def test_a_request_leaves_though_the_sender_ends_at_once(bus, tmp_path):
+    log = tmp_path / "log"
+    with application(bus, log):
+        assert send(bus.address, "--no-loop", NAME, "show").stdout == "sent 0\n"
+        wait_until(lambda: calls(log), "the call")
+    assert calls(log) == [["ActivateAction", "show", [{}], {}]]
+
+
+def test_an_unknown_application_is_not_found(bus):
+    result = send(bus.address, "org.example.Nobody", "")
+    assert result.stdout == f"sent {APP_NOT_FOUND}\n"
+    assert 'E WATCH_PORT: launch request to "org.example.Nobody": no such' in result.stderr
+
+
+def test_a_bus_that_is_gone_is_no_bus(bus):
+    address = bus.address
+    bus.die()
+    assert send(address, NAME, "").stdout == f"sent {NO_SESSION_BUS}\n"
+
+
+def test_a_bus_that_does_not_answer_is_given_up(bus, tmp_path):
+    silent = SilentBus(bus, tmp_path)
+    result = send(silent.address, NAME, "")
+    assert result.stdout == f"sent {NO_SESSION_BUS}\n"
+    assert "the session bus does not answer" in result.stderr

@@ -72,7 +72,7 @@ void CircleScroller::SConformantDeletedCB(void* data, Evas*, Evas_Object*, void*
     static_cast<CircleScroller*>(data)->StopDrawing();
 }
 
-// As a member of the scroller the arc is hidden, faded and stacked together with it.
+// As a member of the scroller the arc is stacked with it, above its content.
 void CircleScroller::StartDrawing()
 {
     mArc.emplace(mCircleObject);
@@ -189,6 +189,8 @@ void CircleScroller::SRenderPreCB(void* data, Evas*, void*)
 
 bool CircleScroller::IsArcWanted(const ScrollPosition& position) const
 {
+    if (!evas_object_visible_get(mScroller))
+        return false;
     switch (position.isVertical ? mVerticalPolicy : mHorizontalPolicy)
     {
     case ELM_SCROLLER_POLICY_ON:
@@ -200,8 +202,19 @@ bool CircleScroller::IsArcWanted(const ScrollPosition& position) const
     }
 }
 
+// A scroller does not hand its clipper on to a member, by which it is hidden and faded.
+void CircleScroller::ClipArc()
+{
+    Evas_Object* clipper = evas_object_clip_get(mScroller);
+    if (clipper)
+        evas_object_clip_set(mCircleObject, clipper);
+    else
+        evas_object_clip_unset(mCircleObject);
+}
+
 void CircleScroller::UpdateArc()
 {
+    ClipArc();
     ScrollPosition position = Position();
     Eina_Rectangle screen = GeometryOf(mConformant);
     bool isWanted = IsArcWanted(position);

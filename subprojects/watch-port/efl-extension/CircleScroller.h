@@ -44,6 +44,7 @@ private:
     void BringIn(int target, bool isVertical);
     ScrollPosition Position() const;
     bool IsArcWanted(const ScrollPosition& position) const;
+    void ClipArc();
     void UpdateArc();
 
     Evas_Object* mScroller;

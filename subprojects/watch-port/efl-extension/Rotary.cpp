@@ -67,7 +67,8 @@ void Rotary::ListenWhileNeeded()
     bool isNeeded = mActivated || !mCallbacks.All().empty();
     if (isNeeded && !mFilter)
         mFilter = ecore_event_filter_add(nullptr, SWheelFilterCB, nullptr, this);
-    if (!isNeeded && mFilter)
+    // Ecore crashes on a filter that is deleted while it runs.
+    if (!isNeeded && mFilter && mTurning == 0)
     {
         ecore_event_filter_del(mFilter);
         mFilter = nullptr;
@@ -78,7 +79,11 @@ Eina_Bool Rotary::SWheelFilterCB(void* data, void*, int type, void* event)
 {
     if (type != ECORE_EVENT_MOUSE_WHEEL)
         return EINA_TRUE;
-    static_cast<Rotary*>(data)->Turn(*static_cast<Ecore_Event_Mouse_Wheel*>(event));
+    auto* self = static_cast<Rotary*>(data);
+    ++self->mTurning;
+    self->Turn(*static_cast<Ecore_Event_Mouse_Wheel*>(event));
+    --self->mTurning;
+    ecore_job_add([](void* rotary) { static_cast<Rotary*>(rotary)->ListenWhileNeeded(); }, self);
     return EINA_FALSE;
 }
 

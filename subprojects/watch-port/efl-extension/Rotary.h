@@ -34,6 +34,7 @@ private:
     ObjectCallbacks<Eext_Rotary_Event_Cb> mCallbacks;
     Evas_Object* mActivated = nullptr;
     Ecore_Event_Filter* mFilter = nullptr;
+    int mTurning = 0; ///< wheel events under delivery, one inside the other
 };
 
 } // namespace WatchPort

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -81,6 +82,15 @@ std::optional<std::string> File::Read(std::string& error) const
     return text;
 }
 
+// Eina takes a document type with declarations of its own for an error, and can go on after it.
+bool IsDocumentType(Eina_Simple_XML_Type type, const char* content, unsigned length)
+{
+    constexpr std::string_view kStart = "!DOCTYPE";
+    return type == EINA_SIMPLE_XML_DOCTYPE ||
+           (type == EINA_SIMPLE_XML_ERROR &&
+            std::string_view(content, length).substr(0, kStart.size()) == kStart);
+}
+
 class Parser
 {
 public:
@@ -140,15 +150,17 @@ Eina_Bool Parser::STokenCB(void* data, Eina_Simple_XML_Type type, const char* co
 {
     auto* self = static_cast<Parser*>(data);
     self->MoveTo(offset);
+    if (IsDocumentType(type, content, length))
+    {
+        ReportAt(self->Place(), DLOG_WARN, "document type left out, none is needed or read");
+        return EINA_TRUE;
+    }
     switch (type)
     {
     case EINA_SIMPLE_XML_OPEN:
     case EINA_SIMPLE_XML_OPEN_EMPTY:
     case EINA_SIMPLE_XML_CLOSE:
         self->TagFound(type, content, length);
-        break;
-    case EINA_SIMPLE_XML_DOCTYPE:
-        ReportAt(self->Place(), DLOG_WARN, "document type left out, none is needed or read");
         break;
     case EINA_SIMPLE_XML_ERROR:
         self->mIsBroken = true;

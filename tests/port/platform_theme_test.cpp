@@ -1,0 +1,264 @@
+#include "port/OffScreen.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+
+using testing::ElementsAre;
+
+namespace
+{
+
+void CountCB(void* data, Evas_Object*, void*)
+{
+    ++*static_cast<int*>(data);
+}
+
+class PlatformTheme : public OffScreenTest
+{
+protected:
+    void SetUp() override
+    {
+        OffScreenTest::SetUp();
+        elm_theme_overlay_add(nullptr, ThemePath());
+        mNaviframe = elm_naviframe_add(mWindow);
+        evas_object_smart_callback_add(mNaviframe, "transition,finished", CountCB, &mFinished);
+        evas_object_resize(mNaviframe, kSize, kSize);
+        evas_object_show(mNaviframe);
+    }
+
+    void TearDown() override
+    {
+        OffScreenTest::TearDown();
+        elm_theme_overlay_del(nullptr, ThemePath());
+    }
+
+    static const char* ThemePath() { return getenv("PLATFORM_THEME"); }
+
+    // A screen of one opaque colour, 0xRRGGBB.
+    Evas_Object* NewScreen(unsigned int color)
+    {
+        Evas_Object* screen = evas_object_rectangle_add(mCanvas);
+        evas_object_color_set(screen, color >> 16 & 0xff, color >> 8 & 0xff, color & 0xff, 255);
+        return screen;
+    }
+
+    Elm_Object_Item* Push(unsigned int color)
+    {
+        return elm_naviframe_item_push(mNaviframe, "", nullptr, nullptr, NewScreen(color), "empty");
+    }
+
+    bool IsSeen(unsigned int color) const { return (PixelAt(180, 180) & 0xffffff) == color; }
+    bool IsSeenSoon(unsigned int color) const
+    {
+        return RunUntil([=] { return IsSeen(color); });
+    }
+
+    static constexpr unsigned int kRed = 0xff0000;
+    static constexpr unsigned int kGreen = 0x00ff00;
+
+    Evas_Object* mNaviframe = nullptr;
+    int mFinished = 0;
+};
+
+TEST_F(PlatformTheme, HasTheApplicationLayoutWithContentThatFillsIt)
+{
+    Evas_Object* layout = elm_layout_add(mWindow);
+    EXPECT_TRUE(elm_layout_theme_set(layout, "layout", "application", "default"));
+    Evas_Object* content = NewScreen(kRed);
+    elm_object_part_content_set(layout, "elm.swallow.content", content);
+    evas_object_resize(layout, kSize, kSize);
+    evas_object_show(layout);
+    EXPECT_TRUE(IsSeenSoon(kRed));
+    EXPECT_EQ(PixelAt(0, 0) & 0xffffff, kRed);
+    EXPECT_EQ(PixelAt(kSize - 1, kSize - 1) & 0xffffff, kRed);
+}
+
+TEST_F(PlatformTheme, HasABlackBackgroundThatStillTakesAColour)
+{
+    Evas_Object* white = NewScreen(0xffffff);
+    evas_object_resize(white, kSize, kSize);
+    evas_object_show(white);
+    Evas_Object* background = elm_bg_add(mWindow);
+    evas_object_resize(background, kSize, kSize);
+    evas_object_show(background);
+    EXPECT_TRUE(IsSeenSoon(0x000000));
+    elm_bg_color_set(background, 0, 255, 0);
+    EXPECT_TRUE(IsSeenSoon(kGreen));
+}
+
+TEST_F(PlatformTheme, ShowsTheFirstScreenAtOnceOverAllOfTheNaviframe)
+{
+    Push(kRed);
+    DeliverEvents();
+    EXPECT_TRUE(IsSeen(kRed));
+    EXPECT_EQ(PixelAt(0, 0) & 0xffffff, kRed);
+    EXPECT_EQ(PixelAt(kSize - 1, kSize - 1) & 0xffffff, kRed);
+}
+
+TEST_F(PlatformTheme, PushesWithATransitionThatFinishes)
+{
+    Push(kRed);
+    DeliverEvents();
+    double start = ecore_time_get();
+    Push(kGreen);
+    EXPECT_TRUE(RunUntil([&] { return !IsSeen(kRed) && !IsSeen(kGreen); })) << "fades";
+    EXPECT_TRUE(RunUntil([&] { return mFinished == 1; }));
+    EXPECT_GT(ecore_time_get() - start, 0.15);
+    EXPECT_TRUE(IsSeenSoon(kGreen));
+    EXPECT_EQ(mFinished, 1);
+}
+
+TEST_F(PlatformTheme, PopsWithATransitionThatFinishesAndDeletesTheScreen)
+{
+    Elm_Object_Item* first = Push(kRed);
+    DeliverEvents();
+    Elm_Object_Item* second = Push(kGreen);
+    ASSERT_TRUE(RunUntil([&] { return mFinished == 1; }));
+    int deletions = 0;
+    evas_object_event_callback_add(
+        elm_object_item_content_get(second), EVAS_CALLBACK_DEL,
+        [](void* data, Evas*, Evas_Object*, void*) { ++*static_cast<int*>(data); }, &deletions);
+
+    elm_naviframe_item_pop(mNaviframe);
+    EXPECT_TRUE(RunUntil([&] { return mFinished == 2 && deletions == 1; }));
+    EXPECT_EQ(elm_naviframe_top_item_get(mNaviframe), first);
+    EXPECT_TRUE(IsSeenSoon(kRed));
+}
+
+TEST_F(PlatformTheme, ShowsAnInsertedScreenAtOnceWithoutATransition)
+{
+    Elm_Object_Item* first = Push(kRed);
+    DeliverEvents();
+    Elm_Object_Item* second = elm_naviframe_item_insert_after(mNaviframe, first, "", nullptr,
+                                                              nullptr, NewScreen(kGreen), "empty");
+    DeliverEvents();
+    EXPECT_TRUE(IsSeen(kGreen));
+    EXPECT_EQ(elm_naviframe_top_item_get(mNaviframe), second);
+    EXPECT_EQ(mFinished, 0);
+}
+
+TEST_F(PlatformTheme, ShowsTheScreenBelowAtOnceWhenTheTopOneIsDeleted)
+{
+    Push(kRed);
+    DeliverEvents();
+    Elm_Object_Item* second = Push(kGreen);
+    ASSERT_TRUE(RunUntil([&] { return mFinished == 1; }));
+    elm_object_item_del(second);
+    DeliverEvents();
+    EXPECT_TRUE(IsSeen(kRed));
+}
+
+TEST_F(PlatformTheme, ShowsTheScreenBelowWhenOneIsDeletedInMidPush)
+{
+    Push(kRed);
+    DeliverEvents();
+    Elm_Object_Item* second = Push(kGreen);
+    ASSERT_TRUE(RunUntil([&] { return !IsSeen(kRed); }));
+    elm_object_item_del(second);
+    EXPECT_TRUE(IsSeenSoon(kRed));
+}
+
+TEST_F(PlatformTheme, EndsATitleTransitionThoughThereIsNoTitle)
+{
+    int titles = 0;
+    evas_object_smart_callback_add(mNaviframe, "title,transition,finished", CountCB, &titles);
+    Elm_Object_Item* item = Push(kRed);
+    DeliverEvents();
+    elm_naviframe_item_title_enabled_set(item, EINA_FALSE, EINA_TRUE);
+    EXPECT_TRUE(RunUntil([&] { return titles == 1; }));
+    elm_naviframe_item_title_enabled_set(item, EINA_TRUE, EINA_TRUE);
+    EXPECT_TRUE(RunUntil([&] { return titles == 2; }));
+    EXPECT_TRUE(IsSeen(kRed));
+}
+
+class EffectScroller : public PlatformTheme
+{
+protected:
+    // A watch is touched; the toolkit's default profile is for a mouse.
+    void SetUp() override
+    {
+        elm_config_scroll_thumbscroll_enabled_set(EINA_TRUE);
+        elm_config_scroll_bounce_enabled_set(EINA_TRUE);
+        PlatformTheme::SetUp();
+    }
+
+    void Touch(int fromY, int toY)
+    {
+        evas_event_feed_mouse_move(mCanvas, 180, fromY, mTime, nullptr);
+        evas_event_feed_mouse_down(mCanvas, 1, EVAS_BUTTON_NONE, mTime, nullptr);
+        int step = toY < fromY ? -10 : 10;
+        for (int y = fromY; y != toY; y += step)
+        {
+            mTime += 10;
+            evas_event_feed_mouse_move(mCanvas, 180, y + step, mTime, nullptr);
+            DeliverEvents();
+        }
+    }
+    void Release() { evas_event_feed_mouse_up(mCanvas, 1, EVAS_BUTTON_NONE, mTime + 10, nullptr); }
+
+    static int TopOf(Evas_Object* scroller)
+    {
+        int top = 0;
+        elm_scroller_region_get(scroller, nullptr, &top, nullptr, nullptr);
+        return top;
+    }
+
+    unsigned int mTime = 1;
+};
+
+TEST_F(EffectScroller, IsAStyleOfTheScroller)
+{
+    Evas_Object* scroller = elm_scroller_add(mWindow);
+    EXPECT_TRUE(elm_object_style_set(scroller, "effect"));
+}
+
+TEST_F(EffectScroller, DrawsNothingButItsClippedContent)
+{
+    constexpr unsigned int kContent = 0x000080;
+    Evas_Object* scroller = AddScroller(kSize, 4 * kSize, "effect");
+    evas_object_geometry_set(scroller, 0, 60, kSize, 240);
+    elm_scroller_region_show(scroller, 0, 500, kSize, 240);
+    ASSERT_TRUE(RunUntil([&] { return TopOf(scroller) == 500; }));
+    for (int y = 60; y < 300; ++y)
+        for (int x : {0, 180, kSize - 10, kSize - 1})
+            ASSERT_EQ(PixelAt(x, y) & 0xffffff, kContent) << x << " " << y;
+    EXPECT_NE(PixelAt(180, 59) & 0xffffff, kContent);
+    EXPECT_NE(PixelAt(180, 300) & 0xffffff, kContent);
+}
+
+TEST_F(EffectScroller, FollowsATouchAndBouncesBack)
+{
+    Evas_Object* scroller = AddScroller(kSize, 4 * kSize, "effect");
+    int drags = 0;
+    evas_object_smart_callback_add(scroller, "scroll,drag,start", CountCB, &drags);
+    Touch(300, 100);
+    EXPECT_TRUE(RunUntil([&] { return TopOf(scroller) > 100; }));
+    EXPECT_EQ(drags, 1);
+    Release();
+
+    elm_scroller_region_show(scroller, 0, 0, kSize, kSize);
+    ASSERT_TRUE(RunUntil([&] { return TopOf(scroller) == 0; }));
+    Touch(100, 300);
+    EXPECT_TRUE(RunUntil(
+        [&]
+        {
+            int y = 0;
+            evas_object_geometry_get(elm_object_content_get(scroller), nullptr, &y, nullptr,
+                                     nullptr);
+            return y > 0;
+        }))
+        << "bounces";
+    Release();
+    EXPECT_TRUE(RunUntil(
+        [&]
+        {
+            int y = 0;
+            evas_object_geometry_get(elm_object_content_get(scroller), nullptr, &y, nullptr,
+                                     nullptr);
+            return y == 0;
+        }))
+        << "comes back";
+}
+
+} // namespace

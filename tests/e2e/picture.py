@@ -15,12 +15,11 @@ class Picture:
 
     @staticmethod
     def of(display):
-        command = ["import", "-silent", "-display", display.name, "-window", "root",
-                   "-depth", "8", "rgb:-"]
+        command = ["import", "-display", display.name, "-window", "root", "-depth", "8", "rgb:-"]
         return Picture(subprocess.run(command, check=True, capture_output=True).stdout)
 
     def __eq__(self, other):
-        return self._rgb == other._rgb
+        return isinstance(other, Picture) and self._rgb == other._rgb
 
     def pixel(self, x, y):
         start = (y * WIDTH + x) * BYTES_PER_PIXEL

@@ -1,5 +1,6 @@
 """The guide where something that it needs is not there, or is not what it should be."""
 
+import pathlib
 import shutil
 
 import pytest
@@ -7,10 +8,13 @@ import pytest
 from e2e.app import BUILD, GUIDE, App
 from e2e.watch import Watch, bare_environment
 
-RESOURCES = ["res/edje/qivoui.edj",
-             "res/tables/com.velmora.qivo-app_ChangeableColorTable.xml",
-             "res/tables/com.velmora.qivo-app_FontInfoTable.xml",
-             "subprojects/watch-port/theme/platform.edj"]
+PAGE_THEME = "res/edje/qivoui.edj"
+CHECKED = ["res/tables/com.velmora.qivo-app_ChangeableColorTable.xml",
+           "res/tables/com.velmora.qivo-app_FontInfoTable.xml",
+           "subprojects/watch-port/theme/platform.edj"]
+"""Resources that are looked at before they are used."""
+
+DAMAGES = ["missing", "empty", "garbled"]
 
 
 @pytest.fixture(name="watch")
@@ -22,7 +26,7 @@ def _watch():
 @pytest.fixture(name="copy")
 def _copy(tmp_path):
     """A copy of the built guide and of all that it reads, to be damaged."""
-    for path in [GUIDE, *(BUILD / name for name in RESOURCES), *(BUILD / "res").rglob("*.mo")]:
+    for path in [GUIDE, *(BUILD / name for name in [PAGE_THEME, *CHECKED]), *(BUILD / "res").rglob("*.mo")]:
         target = tmp_path / path.relative_to(BUILD)
         target.parent.mkdir(parents=True, exist_ok=True)
         shutil.copy2(path, target)
@@ -31,6 +35,13 @@ def _copy(tmp_path):
 
 def complaints(app, word):
     return [line for line in app.log if word in line]
+
+
+def do_damage(resource, damage):
+    if damage == "missing":
+        resource.unlink()
+    else:
+        resource.write_bytes(b"" if damage == "empty" else b"<not \xff what it should be" * 40)
 
 
 def run_to_end(environment, *arguments):
@@ -47,17 +58,25 @@ def test_the_copy_of_the_build_shows_the_same_page(watch, copy):
     assert watch.still_picture() == page
 
 
-@pytest.mark.parametrize("name", RESOURCES)
-@pytest.mark.parametrize("damage", ["missing", "empty", "garbled"])
-def test_a_damaged_resource_is_named_in_one_line_and_nothing_crashes(watch, copy, name, damage):
-    resource = copy / name
-    if damage == "missing":
-        resource.unlink()
-    else:
-        resource.write_bytes(b"" if damage == "empty" else b"<not \xff what it should be" * 40)
+@pytest.mark.parametrize("name", CHECKED)
+@pytest.mark.parametrize("damage", DAMAGES)
+def test_a_damaged_resource_is_named_in_one_line_and_the_page_comes(watch, copy, name, damage):
+    do_damage(copy / name, damage)
     app = watch.launch(executable=copy / GUIDE.relative_to(BUILD))
-    assert len(complaints(app, resource.name)) == 1, app.tail()
-    app.terminate()
+    assert len(complaints(app, pathlib.Path(name).name)) == 1, app.tail()
+    assert len(watch.still_picture().colours()) > 50
+    watch.press_back()
+    assert app.wait_end() == 0
+
+
+@pytest.mark.parametrize("damage", DAMAGES)
+def test_without_the_page_theme_the_failure_is_logged_and_the_guide_lives(watch, copy, damage):
+    do_damage(copy / PAGE_THEME, damage)
+    app = watch.launch(executable=copy / GUIDE.relative_to(BUILD))
+    assert complaints(app, PAGE_THEME), app.tail()
+    for image in ["pay_payment_help_image01.png", "pay_homescreen_guide.png"]:
+        app.wait_log(" E QIVOUI_GUIDE", image)
+    watch.press_back()
     assert app.wait_end() == 0
 
 

@@ -13,6 +13,9 @@ from support.display import Display
 
 WHEEL_UP, WHEEL_DOWN = "4", "5"
 
+STILL = 0.5
+"""Seconds without a change after which an animation is taken to be over; frames come at 60 Hz."""
+
 
 class Watch:
     """Context manager: a running watch with its home on the screen, not charging, in English."""
@@ -48,10 +51,11 @@ class Watch:
     def open_window(self, name):
         """Another program's window comes up and fills the screen."""
         window = subprocess.Popen(
-            ["setpriv", "--pdeathsig", "KILL", "xlogo", "-name", name], env=self.environment)
+            ["setpriv", "--pdeathsig", "KILL", "xlogo", "-name", name], env=self.environment,
+            stderr=subprocess.DEVNULL)
         self._stack.callback(window.wait)
         self._stack.callback(window.kill)
-        self._xdotool("search", "--sync", "--onlyvisible", "--classname", f"^{name}$")
+        wait_until(lambda: self._is_on_screen(name), f"the window {name}")
 
     # Hands
 
@@ -85,30 +89,45 @@ class Watch:
 
     def wait_picture(self, accept, what):
         """The first picture that accept() takes."""
-        deadline = time.monotonic() + DEADLINE
-        while time.monotonic() < deadline:
+        def accepted():
             picture = self.picture()
-            if accept(picture):
-                return picture
-        raise AssertionError(f"never seen: {what}")
+            return picture if accept(picture) else None
+
+        return wait_until(accepted, what)
 
     def still_picture(self):
-        """The picture when nothing moves any more: several in a row that are equal."""
-        row = []
+        """The picture when nothing moves any more: nothing has changed for STILL seconds."""
+        seen = {"picture": None, "since": 0.0}
 
         def is_still(picture):
-            row[:] = row + [picture] if row and row[0] == picture else [picture]
-            return len(row) == 4
+            if picture != seen["picture"]:
+                seen.update(picture=picture, since=time.monotonic())
+            return time.monotonic() - seen["since"] > STILL
 
         return self.wait_picture(is_still, "a picture that stays")
+
+    def _is_on_screen(self, name):
+        search = ["xdotool", "search", "--onlyvisible", "--classname", f"^{name}$"]
+        return subprocess.run(search, env=self.environment, capture_output=True).returncode == 0
 
     def _xdotool(self, *arguments):
         subprocess.run(["xdotool", *arguments], check=True, env=self.environment,
                        stdout=subprocess.DEVNULL, timeout=DEADLINE)
 
 
+def wait_until(condition, what):
+    """The first true result of condition(), asked again and again until the deadline."""
+    deadline = time.monotonic() + DEADLINE
+    while time.monotonic() < deadline:
+        result = condition()
+        if result:
+            return result
+    raise AssertionError(f"never came: {what}")
+
+
 def bare_environment(home):
-    """A user with an empty home, no session bus, no language of his own."""
+    """A user with an empty home, no session bus, no language of his own, on a watch's screen."""
     kept = {key: value for key, value in os.environ.items()
             if key in ("PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")}
-    return kept | {"HOME": home, "XDG_RUNTIME_DIR": home, "LANG": "C.UTF-8"}
+    return kept | {"HOME": home, "XDG_RUNTIME_DIR": home, "LANG": "C.UTF-8",
+                   "ELM_SCALE": "1.3"}

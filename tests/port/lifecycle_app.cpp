@@ -5,6 +5,7 @@
 #include <Elementary.h>
 #include <app.h>
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -31,6 +32,14 @@ bool Does(const std::string& what)
            ("," + std::string(all) + ",").find("," + what + ",") != std::string::npos;
 }
 
+int RunWithin()
+{
+    char name[] = "lifecycle_app";
+    char* arguments[] = {name};
+    ui_app_lifecycle_callback_s callbacks = {};
+    return ui_app_main(1, arguments, &callbacks, nullptr);
+}
+
 void Act(const std::string& callback)
 {
     if (Does(callback + ":exit"))
@@ -39,7 +48,9 @@ void Act(const std::string& callback)
         ui_app_exit();
     }
     if (Does(callback + ":nest"))
-        Say("nested " + std::to_string(ui_app_main(0, nullptr, nullptr, nullptr)));
+        Say("nested " + std::to_string(RunWithin()));
+    if (Does(callback + ":signal"))
+        raise(SIGTERM);
     if (Does(callback + ":throw"))
         throw std::runtime_error("thrown in " + callback);
 }

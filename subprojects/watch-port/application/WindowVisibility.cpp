@@ -24,6 +24,15 @@ void SDrawnCB(void* data, Evas* canvas, void*)
     ecore_job_add(SNothingJob, nullptr);
 }
 
+// The toolkit leaves the canvas of an engine without windows visible whatever becomes of the
+// window's object, which it keeps under this name.
+bool IsShown(const Ecore_Evas* window)
+{
+    const auto* object = static_cast<Evas_Object*>(ecore_evas_data_get(window, "elm_win"));
+    return ecore_evas_visibility_get(window) != 0 && !ecore_evas_iconified_get(window) &&
+           (object == nullptr || evas_object_visible_get(object));
+}
+
 void AwaitFirstFrames(const Display& display)
 {
     for (Ecore_Evas* window : ListWindows(display))
@@ -74,7 +83,7 @@ bool WindowVisibility::IsVisible(const Ecore_Evas* window) const
 {
     if (mDisplay.GetKind() == Display::Kind::X11)
         return mUncovered.count(static_cast<Ecore_X_Window>(ecore_evas_window_get(window))) != 0;
-    return ecore_evas_data_get(window, kDrawn) && ecore_evas_visibility_get(window) != 0;
+    return ecore_evas_data_get(window, kDrawn) != nullptr && IsShown(window);
 }
 
 Eina_Bool WindowVisibility::SLoopIdleCB(void* data)

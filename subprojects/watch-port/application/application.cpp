@@ -11,6 +11,7 @@
 #include <Efreet.h>
 #include <Elementary.h>
 #include <cstdio>
+#include <memory>
 
 namespace
 {
@@ -77,6 +78,22 @@ void KeepToolkitAlone()
     ecore_app_no_system_modules();
 }
 
+// Takes what came with the application: its texts and the watch's look, which the result holds.
+std::unique_ptr<PlatformTheme> UseInstallation()
+{
+    const auto installation = FindInstallation(RunningExecutable());
+    if (installation)
+    {
+        BindTextDomain(*installation);
+        return std::make_unique<PlatformTheme>(installation->platformTheme);
+    }
+    __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
+                 "no folder above \"%s\" holds share/PROGRAM/ or res/: "
+                 "texts are message ids, and the toolkit's own look is used",
+                 RunningExecutable().c_str());
+    return nullptr;
+}
+
 int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks,
                    void* userData, const CommandLine& commandLine)
 {
@@ -91,10 +108,7 @@ int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
         return Fail(APP_ERROR_NO_TOOLKIT, "the toolkit does not start");
     // The toolkit has set a locale of its own.
     SetProgramLocale();
-    const auto installation = FindInstallation(RunningExecutable());
-    if (installation)
-        BindTextDomain(*installation);
-    const PlatformTheme theme(installation ? installation->platformTheme : "");
+    const auto theme = UseInstallation();
     Lifecycle lifecycle(callbacks, userData, display);
     const RunningMark mark(lifecycle);
     return lifecycle.Run(commandLine);

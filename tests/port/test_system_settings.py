@@ -95,7 +95,7 @@ def test_arguments_that_make_no_sense_are_refused():
         assert probe.ask("get format") == f"{NO_STRING} -"
         assert probe.ask("get 15") == f"{UNKNOWN_KEY} -"
         assert probe.ask("set 15") == UNKNOWN_KEY
-        assert probe.ask("unset -1") == UNKNOWN_KEY
+        assert probe.ask("unset 31") == UNKNOWN_KEY
         assert probe.ask("set time null") == INVALID_PARAMETER
         status, log = probe.end()
         assert status == 0

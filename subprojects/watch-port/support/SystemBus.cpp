@@ -23,8 +23,7 @@ void DisconnectedCB(void*, Eldbus_Connection*, void*)
 
 Eldbus_Connection* Connect()
 {
-    static const bool sIsInitialised = InitialiseEldbus();
-    if (!sIsInitialised)
+    if (!InitialiseEldbus())
         return nullptr;
     const QuietLog bus("eldbus");
     const QuietLog safety("eina_safety");
@@ -38,8 +37,6 @@ Eldbus_Connection* Connect()
 
 Eldbus_Connection* SystemBus()
 {
-    static Eldbus_Connection* sConnection = nullptr;
-    if (!sConnection)
-        sConnection = Connect();
+    static Eldbus_Connection* const sConnection = Connect();
     return sHasDied ? nullptr : sConnection;
 }

@@ -9,10 +9,9 @@ from e2e.app import BUILD, GUIDE, App
 from e2e.watch import Watch, bare_environment
 
 PAGE_THEME = "res/edje/qivoui.edj"
-CHECKED = ["res/tables/com.velmora.qivo-app_ChangeableColorTable.xml",
-           "res/tables/com.velmora.qivo-app_FontInfoTable.xml",
-           "subprojects/watch-port/theme/platform.edj"]
-"""Resources that are looked at before they are used."""
+PLATFORM_THEME = "subprojects/watch-port/theme/platform.edj"
+TABLES = ["res/tables/com.velmora.qivo-app_ChangeableColorTable.xml",
+          "res/tables/com.velmora.qivo-app_FontInfoTable.xml"]
 
 DAMAGES = ["missing", "empty", "garbled"]
 
@@ -26,7 +25,7 @@ def _watch():
 @pytest.fixture(name="copy")
 def _copy(tmp_path):
     """A copy of the built guide and of all that it reads, to be damaged."""
-    for path in [GUIDE, *(BUILD / name for name in [PAGE_THEME, *CHECKED]), *(BUILD / "res").rglob("*.mo")]:
+    for path in [GUIDE, *(BUILD / name for name in [PAGE_THEME, PLATFORM_THEME, *TABLES]), *(BUILD / "res").rglob("*.mo")]:
         target = tmp_path / path.relative_to(BUILD)
         target.parent.mkdir(parents=True, exist_ok=True)
         shutil.copy2(path, target)
@@ -58,9 +57,9 @@ def test_the_copy_of_the_build_shows_the_same_page(watch, copy):
     assert watch.still_picture() == page
 
 
-@pytest.mark.parametrize("name", CHECKED)
+@pytest.mark.parametrize("name", TABLES)
 @pytest.mark.parametrize("damage", DAMAGES)
-def test_a_damaged_resource_is_named_in_one_line_and_the_page_comes(watch, copy, name, damage):
+def test_a_damaged_table_is_named_in_one_line_and_the_page_comes(watch, copy, name, damage):
     do_damage(copy / name, damage)
     app = watch.launch(executable=copy / GUIDE.relative_to(BUILD))
     assert len(complaints(app, pathlib.Path(name).name)) == 1, app.tail()
@@ -77,6 +76,15 @@ def test_without_the_page_theme_the_failure_is_logged_and_the_guide_lives(watch,
     for image in ["pay_payment_help_image01.png", "pay_homescreen_guide.png"]:
         app.wait_log(" E QIVOUI_GUIDE", image)
     watch.press_back()
+    assert app.wait_end() == 0
+
+
+@pytest.mark.parametrize("damage", DAMAGES)
+def test_a_damaged_platform_theme_is_named_in_one_line_and_the_guide_lives(watch, copy, damage):
+    do_damage(copy / PLATFORM_THEME, damage)
+    app = watch.launch(executable=copy / GUIDE.relative_to(BUILD))
+    assert len(complaints(app, PLATFORM_THEME)) == 1, app.tail()
+    app.terminate()
     assert app.wait_end() == 0
 
 

@@ -53,6 +53,9 @@ void SetCharging(bool isCharging);
 void PlugCharger();
 void UnplugCharger();
 
+/** From now on a call that is told to fail fills its out-parameter all the same. */
+void FillOutputsOnFailure();
+
 /** A launch request, which the Platform keeps; `operation` may be null. */
 app_control_h MakeRequest(const char* operation,
                           const std::map<std::string, std::string>& extraData = {});

@@ -10,7 +10,7 @@
 
 namespace
 {
-constexpr size_t kMostBytes = 1024 * 1024;
+constexpr size_t kMostBytes = size_t{1024} * 1024;
 constexpr double kAnswerMilliseconds = 25000;
 constexpr char kInterface[] = "org.freedesktop.Application";
 
@@ -124,6 +124,7 @@ int SendLaunchRequest(const app_control_s& request, app_control_reply_cb callbac
     if (eldbus_connection_send(launch->bus.Connection(), NewMessage(request), SAnswerCB,
                                launch.get(), kAnswerMilliseconds) == nullptr)
         return Fail(APP_CONTROL_ERROR_NOT_SENT, request, "the session bus took it not");
-    launch.release();
+    // Its answer's callback owns it now.
+    static_cast<void>(launch.release());
     return APP_CONTROL_ERROR_NONE;
 }

@@ -83,7 +83,7 @@ private:
 
 bool IsCatalogue(std::string_view bytes)
 {
-    if (bytes.size() < 4 * kFieldEnd)
+    if (bytes.size() < size_t{4} * kFieldEnd)
         return false;
     const Reader reader(bytes);
     const uint64_t count = reader.Get(kFieldCount);

@@ -42,7 +42,7 @@ private:
         else if (name == "--extra")
             AddExtra(ReadValue(argument, equals));
         else
-            mResult.error = (argument.rfind("-", 0) == 0 ? "unknown option " : "stray argument ") +
+            mResult.error = (argument.rfind('-', 0) == 0 ? "unknown option " : "stray argument ") +
                             Quoted(argument) + "; " + kAccepted;
     }
 

@@ -41,7 +41,7 @@ bool CanConnect(const std::string& socketPath)
 bool HasWayland()
 {
     const std::string name = Environment("WAYLAND_DISPLAY");
-    const bool isPath = name.rfind("/", 0) == 0;
+    const bool isPath = name.rfind('/', 0) == 0;
     return !name.empty() && CanConnect(isPath ? name : Environment("XDG_RUNTIME_DIR") + "/" + name);
 }
 

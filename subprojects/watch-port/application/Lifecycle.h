@@ -28,7 +28,7 @@ public:
 private:
     static Eina_Bool SExitSignalCB(void* data, int type, void* event);
 
-    void Launch(const CommandLine& request);
+    void Launch(const CommandLine& commandLine);
     void RunLoop();
     void OnLoopIdle();
     void UpdateVisibility();

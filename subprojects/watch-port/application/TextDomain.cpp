@@ -56,7 +56,7 @@ void ReportMissingCatalogue(const Installation& installation)
     if (HasCatalogue(installation, language))
         return;
     __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
-                 "no catalogue \"%s.mo\" for the language \"%s\" below \"%s\": %s",
+                 R"(no catalogue "%s.mo" for the language "%s" below "%s": %s)",
                  installation.program.c_str(), language.c_str(), installation.locales.c_str(),
                  HasCatalogue(installation, "en") ? "texts are English" : "texts are message ids");
 }

@@ -11,7 +11,7 @@
 #include <Efreet.h>
 #include <Elementary.h>
 #include <cstdio>
-#include <memory>
+#include <optional>
 
 namespace
 {
@@ -78,20 +78,15 @@ void KeepToolkitAlone()
     ecore_app_no_system_modules();
 }
 
-// Takes what came with the application: its texts and the watch's look, which the result holds.
-std::unique_ptr<PlatformTheme> UseInstallation()
+std::optional<Installation> FindOwnInstallation()
 {
     const auto installation = FindInstallation(RunningExecutable());
-    if (installation)
-    {
-        BindTextDomain(*installation);
-        return std::make_unique<PlatformTheme>(installation->platformTheme);
-    }
-    __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
-                 "no folder above \"%s\" holds share/PROGRAM/ or res/: "
-                 "texts are message ids, and the toolkit's own look is used",
-                 RunningExecutable().c_str());
-    return nullptr;
+    if (!installation)
+        __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
+                     "no folder above \"%s\" holds share/PROGRAM/ or res/: "
+                     "texts are message ids, and the toolkit's own look is used",
+                     RunningExecutable().c_str());
+    return installation;
 }
 
 int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks,
@@ -103,12 +98,18 @@ int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
         return Fail(APP_ERROR_NO_DISPLAY,
                     "no display: set DISPLAY or WAYLAND_DISPLAY to one that answers, "
                     "or ELM_ENGINE to \"buffer\"");
+    SetProgramLocale();
+    const auto installation = FindOwnInstallation();
+    if (installation)
+        BindTextDomain(*installation);
     const Toolkit toolkit(argc, argv);
     if (!toolkit.IsUp())
         return Fail(APP_ERROR_NO_TOOLKIT, "the toolkit does not start");
-    // The toolkit has set a locale of its own.
+    // The toolkit has set the character type of the environment, which may be that of C.
     SetProgramLocale();
-    const auto theme = UseInstallation();
+    std::optional<PlatformTheme> theme;
+    if (installation)
+        theme.emplace(installation->platformTheme);
     Lifecycle lifecycle(callbacks, userData, display);
     const RunningMark mark(lifecycle);
     return lifecycle.Run(commandLine);

@@ -334,6 +334,8 @@ def test_upower_is_believed_before_the_kernel(bus, supplies):
         assert probe.wait_for_changes(1) == ["a 1"]
         bus.start_upower(charging=False)
         assert probe.wait_for_changes(1) == ["a 0"]
+        supplies.set_status("BAT0", "Charging")
+        assert probe.changes_after(UPOWER) == []
 
 
 def test_the_kernel_is_followed_when_the_bus_dies(bus, supplies):

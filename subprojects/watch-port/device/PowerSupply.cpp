@@ -70,7 +70,8 @@ void PowerSupplyWatch::SBeginCB(void* data)
     self->TellEvent();
 }
 
-void PowerSupplyWatch::SEventCB(const char* device, Eeze_Udev_Event, void* data, Eeze_Udev_Watch*)
+void PowerSupplyWatch::SEventCB(const char* device, Eeze_Udev_Event /*event*/, void* data,
+                                Eeze_Udev_Watch* /*watch*/)
 {
     eina_stringshare_del(device);
     static_cast<PowerSupplyWatch*>(data)->TellEvent();

@@ -116,7 +116,8 @@ void BusProperty::TellGone()
     onGone();
 }
 
-void BusProperty::SOwnerChangedCB(void* data, const char*, const char*, const char* now)
+void BusProperty::SOwnerChangedCB(void* data, const char* /*service*/, const char* /*before*/,
+                                  const char* now)
 {
     auto* self = static_cast<BusProperty*>(data);
     if (*now)
@@ -173,7 +174,7 @@ void BusProperty::OnPropertiesChanged(const Eldbus_Message* message)
     }
 }
 
-void BusProperty::SDisconnectedCB(void* data, Eldbus_Connection*, void*)
+void BusProperty::SDisconnectedCB(void* data, Eldbus_Connection* /*bus*/, void* /*event*/)
 {
     static_cast<BusProperty*>(data)->TellGone();
 }

@@ -16,7 +16,7 @@ bool InitialiseEldbus()
     return eldbus_init() > 0;
 }
 
-void DisconnectedCB(void*, Eldbus_Connection*, void*)
+void DisconnectedCB(void* /*data*/, Eldbus_Connection* /*bus*/, void* /*event*/)
 {
     sHasDied = true;
 }

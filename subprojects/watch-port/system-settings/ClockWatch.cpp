@@ -15,14 +15,13 @@ namespace
 constexpr BusPropertyAddress kTimezone = {"org.freedesktop.timedate1", "/org/freedesktop/timedate1",
                                           "org.freedesktop.timedate1", "Timezone", "s"};
 
-// The timer never expires; all it does is to be cancelled when the clock is set.
+// The timer never expires; all it does is to be cancelled each time the clock is set.
 bool Arm(int timer)
 {
     itimerspec never{};
     never.it_value.tv_sec = std::numeric_limits<time_t>::max();
     constexpr int kFlags = TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET;
-    // Cancelled between two armings: the timer is armed nevertheless.
-    return timerfd_settime(timer, kFlags, &never, nullptr) == 0 || errno == ECANCELED;
+    return timerfd_settime(timer, kFlags, &never, nullptr) == 0;
 }
 } // namespace
 
@@ -67,13 +66,12 @@ void ClockWatch::TellChanged()
     onChanged();
 }
 
-Eina_Bool ClockWatch::SClockSetCB(void* data, Ecore_Fd_Handler*)
+Eina_Bool ClockWatch::SClockSetCB(void* data, Ecore_Fd_Handler* /*handler*/)
 {
     auto* self = static_cast<ClockWatch*>(data);
     uint64_t expirations = 0;
-    if (read(self->mTimer, &expirations, sizeof expirations) >= 0 || errno != ECANCELED)
-        return ECORE_CALLBACK_RENEW;
-    Arm(self->mTimer);
-    self->TellChanged();
+    // The cancelled timer goes on: its end is as far away as before.
+    if (read(self->mTimer, &expirations, sizeof expirations) < 0 && errno == ECANCELED)
+        self->TellChanged();
     return ECORE_CALLBACK_RENEW;
 }

@@ -247,6 +247,7 @@ def test_a_value_of_another_type_is_passed_over(bus, probe, value):
 def test_a_later_reading_has_the_answer_without_any_callback(bus, probe):
     bus.start_locale(["LANG=de_DE"])
     assert probe.ask("get language") == "0 ko_KR.UTF-8"
+    assert probe.ask("set time") == OK
     probe.changes_after(LOCALE)
     assert probe.ask("get language") == "0 de_DE.UTF-8"
     wait_until(lambda: bus.matches(LOCALE) == [], "no listener")
@@ -313,6 +314,16 @@ def test_a_callback_may_unset_itself_and_come_back(bus, probe):
     assert probe.ask("set language") == OK
     bus.set_locale(["LANG=fr_FR"])
     assert probe.changes_after(LOCALE) == ["language", "language"]
+
+
+def test_a_callback_may_be_unset_while_the_service_is_asked(bus, probe):
+    bus.add_activatable(LOCALE, "/bin/sleep 60")
+    assert probe.ask("set language") == OK
+    assert probe.ask("unset language") == OK
+    assert probe.ask("set language") == OK
+    bus.start_locale(["LANG=de_DE"])
+    assert probe.wait_for_changes(1) == ["language"]
+    assert probe.end() == (0, "")
 
 
 # Catalogues

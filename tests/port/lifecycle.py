@@ -8,6 +8,8 @@ import time
 
 PROGRAM = pathlib.Path(os.environ["BUILD_DIR"], "tests/port/lifecycle_app")
 DEADLINE = 20.0
+SANITIZERS = {name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")}
+"""What a sanitized build is told; the rest of the environment is the test's alone."""
 
 
 class App:
@@ -24,7 +26,7 @@ class App:
         with open(self._log, "wb") as log:
             self.process = subprocess.Popen(
                 [program, *arguments], stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=log,
-                env={"HOME": str(folder), "XDG_RUNTIME_DIR": str(folder), "LIFECYCLE": does,
+                env={**SANITIZERS, "HOME": str(folder), "XDG_RUNTIME_DIR": str(folder), "LIFECYCLE": does,
                      "PATH": os.environ["PATH"],
                      "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={folder}/no-bus", **env})
 

@@ -186,9 +186,7 @@ int main(int argc, char** argv)
     ui_app_exit();
     try
     {
-        int result = Run(argc, argv);
-        if (Does("run:twice"))
-            result = Run(argc, argv);
+        const int result = Run(argc, argv);
         Say("result " + std::to_string(result));
         return result;
     }

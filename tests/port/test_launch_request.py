@@ -11,6 +11,7 @@ import threading
 
 import pytest
 
+from port.lifecycle import SANITIZERS
 from support.bus import SystemBus, wait_until
 
 PROBE = pathlib.Path(os.environ["BUILD_DIR"], "tests/port/launch_probe")
@@ -42,8 +43,9 @@ def calls(log):
 
 
 def send(address, *arguments):
-    return subprocess.run([PROBE, *arguments], env={"DBUS_SESSION_BUS_ADDRESS": address},
-                          capture_output=True, text=True, timeout=40, check=True)
+    return subprocess.run([PROBE, *arguments], capture_output=True,
+                          env={**SANITIZERS, "DBUS_SESSION_BUS_ADDRESS": address},
+                          text=True, timeout=40, check=True)
 
 
 class SilentBus:

@@ -146,12 +146,6 @@ def test_an_exception_in_the_last_callbacks_leaves_the_run(run):
         99, CREATED + ["terminate", "thrown in terminate"])
 
 
-def test_a_second_run_follows_the_first(run):
-    life = CREATED + ["resume", "pause", "terminate"]
-    app = run(does="run:twice,resume:exit")
-    assert app.end() == (0, life + life + ["result 0"])
-
-
 def test_a_run_within_a_run_is_rejected(run):
     app = run(does="create:nest,create:exit")
     assert f"nested {ALREADY_RUNNING}" in app.end()[1]

@@ -172,8 +172,10 @@ int app_control_send_launch_request(app_control_h app_control, app_control_reply
                         [=] { return SendLaunchRequest(*app_control, callback, user_data); });
 }
 
-int app_control_reply_to_launch_request(app_control_h reply, app_control_h request,
-                                        app_control_result_e result)
+// A caller in C may pass any number as a result.
+__attribute__((no_sanitize("enum"))) int
+app_control_reply_to_launch_request(app_control_h reply, app_control_h request,
+                                    app_control_result_e result)
 {
     if (reply == nullptr || request == nullptr)
         return Reject(__func__, "the reply or the request is null");

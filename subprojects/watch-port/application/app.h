@@ -81,7 +81,8 @@ typedef struct
  * frame after the first resume has been drawn and the X server has it.
  *
  * An exception of a callback leaves ui_app_main() when the toolkit is shut down; no further
- * callback is called then. It may be called again after it has returned.
+ * callback is called then. A process has one run: the toolkit does not start twice without
+ * complaints and leaks.
  *
  * @param callbacks Copied.
  * @param user_data Passed to each callback; not touched after terminate has been called.

@@ -74,7 +74,9 @@ catch (const std::bad_alloc&)
 }
 } // namespace
 
-int __dlog_print(log_id_t log_id, int priority, const char* tag, const char* format, ...)
+// A caller in C may pass any number as a buffer.
+__attribute__((no_sanitize("enum"))) int __dlog_print(log_id_t log_id, int priority,
+                                                      const char* tag, const char* format, ...)
 {
     if (log_id != LOG_ID_MAIN || priority < DLOG_DEBUG || priority > DLOG_ERROR || !format)
         return DLOG_ERROR_INVALID_PARAMETER;

@@ -1,10 +1,12 @@
 #include "common/RotaryEventListener.h"
 
 #include "common/RotaryFixture.h"
-#include "harness/VirtualSlots.h"
 
 using QivoUi::RotaryEventListener;
 using QivoUi::RotaryEventManager;
+
+namespace
+{
 
 /** Hears of detents by way of the default OnRotaryDetent(). */
 class PassedOnRotaryListener : public RotaryEventListener
@@ -18,9 +20,6 @@ public:
                       ")");
     }
 };
-
-namespace
-{
 
 class RotaryEventListenerTest : public RotaryFixture
 {
@@ -39,18 +38,6 @@ protected:
         Platform::TurnBezel(listener.GetRotaryViewObject(), EEXT_ROTARY_DIRECTION_CLOCKWISE, 7);
     }
 };
-
-TEST_F(RotaryEventListenerTest, DeclaresItsOperationsInOrder)
-{
-    PassedOnRotaryListener listener;
-
-    const Lines slots = Recorder::VirtualSlots(&listener, 5);
-
-    EXPECT_EQ(
-        Lines(slots.begin() + 2, slots.end()),
-        Lines({"PassedOnRotaryListener::GetRotaryViewObject",
-               "PassedOnRotaryListener::OnRotaryEvent", "RotaryEventListener::OnRotaryDetent"}));
-}
 
 TEST_F(RotaryEventListenerTest, PassesADetentOnByDefault)
 {

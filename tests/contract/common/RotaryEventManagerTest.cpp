@@ -1,7 +1,6 @@
 #include "common/RotaryEventManager.h"
 
 #include "common/RotaryFixture.h"
-#include <type_traits>
 
 using QivoUi::RotaryEventManager;
 
@@ -27,22 +26,12 @@ TEST_F(RotaryEventManagerTest, IsMadeOnFirstUseAndOnlyOnce)
     EXPECT_EQ(Recorder::Take(), Lines());
 }
 
-TEST_F(RotaryEventManagerTest, KeepsItsMembersInOrder)
-{
-    EXPECT_TRUE(std::has_virtual_destructor_v<RotaryEventManager>);
-    EXPECT_LT(static_cast<void*>(&mManager->mRotaryEventDataList),
-              static_cast<void*>(&mManager->mSpareList));
-}
-
 TEST_F(RotaryEventManagerTest, MakesRecordsWithoutObjectAndListener)
 {
     const Record record;
 
     EXPECT_EQ(record.mViewObject, nullptr);
     EXPECT_EQ(record.mEventListener, nullptr);
-    EXPECT_TRUE(std::has_virtual_destructor_v<Record>);
-    EXPECT_LT(static_cast<const void*>(&record.mViewObject),
-              static_cast<const void*>(&record.mEventListener));
 }
 
 TEST_F(RotaryEventManagerTest, CanBeDestroyedTwice)
@@ -163,6 +152,10 @@ TEST_F(RotaryEventManagerTest, PutsOneRecordOnTheStackTwiceAndTakesBothAway)
     mManager->DeActivateRotateEvent(record);
 
     EXPECT_EQ(Stack(), Lines({"other", "top"}));
+    Recorder::Take();
+    // Of its two delete callbacks one is left, which finds nothing.
+    evas_object_del(record->mViewObject);
+    EXPECT_EQ(Recorder::Take(), Lines());
 }
 
 TEST_F(RotaryEventManagerTest, ActivatesTheWidgetBelowAgain)

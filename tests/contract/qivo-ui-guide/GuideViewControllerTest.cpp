@@ -2,7 +2,6 @@
 
 #include "common/NaviFrame.h"
 #include "harness/Toolkit.h"
-#include "harness/VirtualSlots.h"
 
 using QivoUi::GuideViewController;
 using QivoUi::NaviFrame;
@@ -68,22 +67,6 @@ TEST_F(GuideViewControllerTest, StartsWithoutAView)
     EXPECT_EQ(mController->mPopHandlerPtr, nullptr);
     GuideViewController another;
     EXPECT_EQ(Recorder::Take(), Lines());
-}
-
-TEST_F(GuideViewControllerTest, KeepsItsFieldBehindThoseOfItsBase)
-{
-    EXPECT_GT(static_cast<void*>(&mController->mGuideViewPtr),
-              static_cast<void*>(&mController->mPopHandlerPtr));
-}
-
-TEST_F(GuideViewControllerTest, KeepsItsOperationsInOrder)
-{
-    EXPECT_EQ(Recorder::VirtualSlots(mController.get(), 8),
-              Lines({"GuideViewController::~GuideViewController",
-                     "GuideViewController::~GuideViewController",
-                     "BaseViewController::OnViewBackEvent", "BaseViewController::OnViewPopEvent",
-                     "BaseViewController::OnViewDeleteEvent", "GuideViewController::Initialize",
-                     "GuideViewController::DeInitialize", "BaseViewController::ShowView"}));
 }
 
 TEST_F(GuideViewControllerTest, BuildsItsViewAndShowsTheArrowWhileNotCharging)

@@ -4,7 +4,6 @@
 #include "common/RotaryEventManager.h"
 #include "harness/Toolkit.h"
 #include "qivo-ui-guide/GuideView.h"
-#include <algorithm>
 #include <cstdio>
 #include <string>
 

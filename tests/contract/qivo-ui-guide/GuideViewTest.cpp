@@ -1,7 +1,6 @@
 #include "qivo-ui-guide/GuideView.h"
 
 #include "common/RotaryEventManager.h"
-#include "harness/VirtualSlots.h"
 #include "qivo-ui-guide/GuideViewFixture.h"
 
 using QivoUi::GuideView;
@@ -86,21 +85,6 @@ TEST_F(GuideViewTest, StartsWithoutWidgetsAndWithTheArrowVisible)
     EXPECT_EQ(mView.mViewEventListener, nullptr);
     EXPECT_EQ(mView.mNaviFramItemDataPtr, nullptr);
     EXPECT_EQ(Recorder::Take(), Lines());
-}
-
-TEST_F(GuideViewTest, KeepsItsFieldsInOrder)
-{
-    const void* fields[] = {&mView.mLayout, &mView.mGuideLayout, &mView.mScroller, &mView.mBox,
-                            &mView.mIsArrowVisible};
-    EXPECT_TRUE(std::is_sorted(std::begin(fields), std::end(fields)));
-}
-
-TEST_F(GuideViewTest, KeepsItsOperationsInOrder)
-{
-    EXPECT_EQ(Recorder::VirtualSlots(&mView, 8),
-              Lines({"GuideView::~GuideView", "GuideView::~GuideView", "BaseView::OnViewPoped",
-                     "BaseView::Show", "GuideView::CreateViewImpl", "GuideView::OnLanguageChanged",
-                     "BaseView::OnThemeChanged", "BaseView::OnLayoutDeleted"}));
 }
 
 TEST_F(GuideViewTest, BuildsThePageStepByStep)

@@ -1,7 +1,6 @@
 #include "common/util/AppControllUtil.h"
 
 #include "harness/Toolkit.h"
-#include <type_traits>
 
 using QivoUi::ExtraDataMap;
 using QivoUi::ExtraDataMapPtr;
@@ -32,12 +31,6 @@ protected:
         return request;
     }
 };
-
-TEST_F(AppControllUtilTest, IsAClassToDeriveFrom)
-{
-    EXPECT_TRUE(std::has_virtual_destructor_v<AppControllUtil>);
-    EXPECT_TRUE(std::is_default_constructible_v<AppControllUtil>);
-}
 
 TEST_F(AppControllUtilTest, LaunchesAnAppWithAnOperation)
 {

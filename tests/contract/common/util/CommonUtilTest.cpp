@@ -1,7 +1,6 @@
 #include "common/util/CommonUtil.h"
 
 #include "harness/Toolkit.h"
-#include <type_traits>
 
 using QivoUi::CommonUtil;
 
@@ -19,12 +18,6 @@ protected:
 
     void TearDown() override { SetUp(); }
 };
-
-TEST_F(CommonUtilTest, IsAClassToDeriveFrom)
-{
-    EXPECT_TRUE(std::has_virtual_destructor_v<CommonUtil>);
-    EXPECT_TRUE(std::is_default_constructible_v<CommonUtil>);
-}
 
 TEST_F(CommonUtilTest, PutsTheNameDirectlyBehindTheResourceDirectory)
 {

@@ -1,7 +1,6 @@
 #include "common/util/ImageUtil.h"
 
 #include "harness/Toolkit.h"
-#include <type_traits>
 
 using QivoUi::ImageUtil;
 
@@ -32,12 +31,6 @@ protected:
 
     std::string mThemePath;
 };
-
-TEST_F(ImageUtilTest, IsAClassToDeriveFrom)
-{
-    EXPECT_TRUE(std::has_virtual_destructor_v<ImageUtil>);
-    EXPECT_TRUE(std::is_default_constructible_v<ImageUtil>);
-}
 
 TEST_F(ImageUtilTest, LoadsAGroupOfTheAppsOwnThemeWithoutAThemeFile)
 {

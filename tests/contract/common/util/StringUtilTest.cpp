@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
-#include <type_traits>
 
 using QivoUi::StringUtil;
 using testing::ElementsAre;
@@ -26,12 +25,6 @@ template <typename Function> std::string ThrownBy(Function convert, const std::s
         return failure.what();
     }
     return "nothing was thrown";
-}
-
-TEST(StringUtilTest, IsAClassToDeriveFrom)
-{
-    EXPECT_TRUE(std::has_virtual_destructor_v<StringUtil>);
-    EXPECT_TRUE(std::is_default_constructible_v<StringUtil>);
 }
 
 TEST(StringReplaceTest, ReplacesTheFirstOccurrenceOnly)

@@ -126,6 +126,17 @@ TEST_F(CircleScroller, TurnsBackInMidMotion)
     EXPECT_EQ(TopOf(scroller), kStep);
 }
 
+TEST_F(CircleScroller, GoesOnFromWhereTheContentWasMovedMeanwhile)
+{
+    Evas_Object* scroller = AddScroller(kSize, 2000);
+    AddActivated(scroller);
+    TurnAndWait(1);
+    elm_scroller_region_show(scroller, 0, 500, kSize, kSize);
+    ASSERT_TRUE(RunUntil([&] { return TopOf(scroller) == 500; }));
+    TurnAndWait(1);
+    EXPECT_EQ(TopOf(scroller), 500 + kStep);
+}
+
 TEST_F(CircleScroller, StopsExactlyAtBothEnds)
 {
     constexpr int kContent = kSize + kStep + kStep / 2;
@@ -330,24 +341,97 @@ TEST_F(CircleScroller, DrawsWhileItScrollsWhenPolicyIsAuto)
     EXPECT_EQ(ArcAt(15), 0);
 }
 
-TEST_F(CircleScroller, HidesTheArcTogetherWithItsScroller)
+class ArcInABox : public CircleScroller
 {
-    Evas_Object* box = elm_box_add(mWindow);
-    evas_object_resize(box, kSize, kSize);
-    evas_object_show(box);
-    Evas_Object* scroller = AddScroller(kSize, 2 * kSize);
-    evas_object_size_hint_weight_set(scroller, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
-    evas_object_size_hint_align_set(scroller, EVAS_HINT_FILL, EVAS_HINT_FILL);
-    elm_box_pack_end(box, scroller);
-    Evas_Object* circleObject = AddActivated(scroller, AddSurface());
-    eext_circle_object_scroller_policy_set(circleObject, ELM_SCROLLER_POLICY_ON,
-                                           ELM_SCROLLER_POLICY_ON);
+protected:
+    void SetUp() override
+    {
+        CircleScroller::SetUp();
+        mBox = elm_box_add(mWindow);
+        evas_object_resize(mBox, kSize, kSize);
+        evas_object_show(mBox);
+        mScroller = AddScroller(kSize, 2 * kSize);
+        evas_object_size_hint_weight_set(mScroller, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
+        evas_object_size_hint_align_set(mScroller, EVAS_HINT_FILL, EVAS_HINT_FILL);
+    }
+
+    void AddArc(Elm_Scroller_Policy policy)
+    {
+        mCircleObject = AddActivated(mScroller, AddSurface());
+        eext_circle_object_scroller_policy_set(mCircleObject, policy, policy);
+    }
+
+    Evas_Object* mBox = nullptr;
+    Evas_Object* mScroller = nullptr;
+    Evas_Object* mCircleObject = nullptr;
+};
+
+TEST_F(ArcInABox, IsHiddenTogetherWithItsScrollersParent)
+{
+    elm_box_pack_end(mBox, mScroller);
+    AddArc(ELM_SCROLLER_POLICY_ON);
     EXPECT_TRUE(RunUntil([&] { return ArcAt(-15) > 200; }));
-    evas_object_hide(box);
+    evas_object_hide(mBox);
     EXPECT_EQ(ArcAt(-15), 0);
-    evas_object_show(box);
+    evas_object_show(mBox);
     EXPECT_GT(ArcAt(-15), 200);
-    evas_object_hide(scroller);
+}
+
+TEST_F(ArcInABox, IsHiddenWithAParentThatTheScrollerGetsLater)
+{
+    AddArc(ELM_SCROLLER_POLICY_ON);
+    EXPECT_TRUE(RunUntil([&] { return ArcAt(-15) > 200; }));
+    elm_box_pack_end(mBox, mScroller);
+    DeliverEvents();
+    evas_object_hide(mBox);
+    EXPECT_EQ(ArcAt(-15), 0);
+}
+
+TEST_F(ArcInABox, IsHiddenAndShownTogetherWithItsScroller)
+{
+    AddArc(ELM_SCROLLER_POLICY_ON);
+    EXPECT_TRUE(RunUntil([&] { return ArcAt(-15) > 200; }));
+    evas_object_hide(mScroller);
+    EXPECT_EQ(ArcAt(-15), 0);
+    evas_object_show(mScroller);
+    EXPECT_TRUE(RunUntil([&] { return ArcAt(-15) > 200; }));
+}
+
+TEST_F(ArcInABox, IsStackedWithItsScroller)
+{
+    AddArc(ELM_SCROLLER_POLICY_ON);
+    EXPECT_TRUE(RunUntil([&] { return ArcAt(-15) > 200; }));
+    Evas_Object* cover = AddRectangle();
+    evas_object_color_set(cover, 0, 0, 0, 255);
+    EXPECT_EQ(ArcAt(-15), 0);
+    evas_object_raise(mScroller);
+    EXPECT_GT(ArcAt(-15), 200);
+}
+
+TEST_F(ArcInABox, IsNotBroughtBackByShowingItsScroller)
+{
+    AddArc(ELM_SCROLLER_POLICY_ON);
+    EXPECT_TRUE(RunUntil([&] { return ArcAt(-15) > 200; }));
+    eext_circle_object_scroller_policy_set(mCircleObject, ELM_SCROLLER_POLICY_OFF,
+                                           ELM_SCROLLER_POLICY_OFF);
+    EXPECT_EQ(ArcAt(-15), 0);
+    evas_object_hide(mScroller);
+    DeliverEvents();
+    evas_object_show(mScroller);
+    DeliverEvents();
+    EXPECT_EQ(ArcAt(-15), 0);
+    EXPECT_EQ(ArcAt(15), 0);
+}
+
+TEST_F(ArcInABox, IsNotBroughtBackOnceItsSurfaceIsGone)
+{
+    AddArc(ELM_SCROLLER_POLICY_ON);
+    EXPECT_TRUE(RunUntil([&] { return ArcAt(-15) > 200; }));
+    evas_object_del(mConformant);
+    evas_object_hide(mScroller);
+    DeliverEvents();
+    evas_object_show(mScroller);
+    DeliverEvents();
     EXPECT_EQ(ArcAt(-15), 0);
 }
 

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <optional>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using testing::AllOf;
 using testing::ElementsAre;
@@ -115,7 +116,8 @@ TEST_F(UiTheme, ColoursThePartsOfTheTheme)
     evas_object_show(background);
     uxt_theme_set_changeable_ui_enabled(EINA_TRUE);
     uxt_theme_set_color_table(AddColors(
-        R"(<ColorTable><Color id="/bg/normal/background" r="255" g="0" b="0" a="128"/></ColorTable>)"));
+        R"(<ColorTable>
+            <Color id="/bg/normal/background" r="255" g="0" b="0" a="128"/></ColorTable>)"));
     // Half transparent red over the black of an empty window, as Edje multiplies it itself.
     EXPECT_TRUE(RunUntil([&] { return (PixelAt(180, 180) & 0xffffff) == 0x800000; }))
         << std::hex << PixelAt(180, 180);
@@ -154,7 +156,8 @@ TEST_F(UiTheme, ReplacesTheTableBefore)
     uxt_theme_set_color_table(
         AddColors(R"(<ColorTable><Color id="test/other" r="1" g="2" b="3" a="4"/></ColorTable>)"));
     uxt_theme_set_font_table(AddFonts(
-        R"(<FontTable><Font id="test/title" name="Serif" style="Regular" size="40"/></FontTable>)"));
+        R"(<FontTable>
+            <Font id="test/title" name="Serif" style="Regular" size="40"/></FontTable>)"));
     EXPECT_THAT(ColorClass("test/text"), Not(Rgba({255, 0, 0, 128})));
     EXPECT_THAT(ColorClass("test/other"), Rgba({1, 2, 3, 4}));
     EXPECT_EQ(TextClass("test/body"), "");
@@ -175,7 +178,10 @@ TEST_F(UiTheme, RefusesANullTableAndKeepsTheOneBefore)
 
 TEST_F(UiTheme, GivesAnObjectThePremultipliedColourOfACode)
 {
-    EXPECT_THAT(ColorFor(AddColors(kRed), "test/text"), Rgba({128, 0, 0, 128}));
+    EXPECT_THAT(ColorFor(AddColors(R"(<ColorTable>
+        <Color id="test/text" r="255" g="100" b="0" a="128"/></ColorTable>)"),
+                         "test/text"),
+                Rgba({128, 50, 0, 128}));
 }
 
 TEST_F(UiTheme, LeavesAnObjectAloneWhenTheCodeIsUnknown)
@@ -197,7 +203,7 @@ TEST_F(UiTheme, GivesNoColourBeforeATableIsSet)
         {
             std::filesystem::remove_all(mDirectory);
             int result = uxt_theme_object_set_color(AddRectangle(), "test/text");
-            exit(result == UXT_THEME_ERROR_NO_TABLE && LogLines().size() == 1 ? 0 : 1);
+            _exit(result == UXT_THEME_ERROR_NO_TABLE && LogLines().size() == 1 ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
 }

@@ -72,7 +72,7 @@ void CircleScroller::SConformantDeletedCB(void* data, Evas*, Evas_Object*, void*
     static_cast<CircleScroller*>(data)->StopDrawing();
 }
 
-// As a member of the scroller the arc is stacked with it, above its content.
+// As a member of the scroller the arc is hidden, clipped and stacked together with it.
 void CircleScroller::StartDrawing()
 {
     mArc.emplace(mCircleObject);
@@ -93,6 +93,7 @@ void CircleScroller::StopDrawing()
                                  SRenderPreCB, this);
     evas_object_smart_callback_del_full(mScroller, "scroll", SScrollCB, this);
     evas_object_event_callback_del_full(mConformant, EVAS_CALLBACK_DEL, SConformantDeletedCB, this);
+    evas_object_smart_member_del(mCircleObject);
     mArc->Hide();
     mArc.reset();
     mConformant = nullptr;
@@ -202,26 +203,16 @@ bool CircleScroller::IsArcWanted(const ScrollPosition& position) const
     }
 }
 
-// A scroller does not hand its clipper on to a member, by which it is hidden and faded.
-void CircleScroller::ClipArc()
-{
-    Evas_Object* clipper = evas_object_clip_get(mScroller);
-    if (clipper)
-        evas_object_clip_set(mCircleObject, clipper);
-    else
-        evas_object_clip_unset(mCircleObject);
-}
-
 void CircleScroller::UpdateArc()
 {
-    ClipArc();
     ScrollPosition position = Position();
     Eina_Rectangle screen = GeometryOf(mConformant);
     bool isWanted = IsArcWanted(position);
     bool isAsDrawn = position == mDrawnPosition && eina_rectangle_equal(&screen, &mDrawnScreen);
-    if (isWanted == mIsArcShown && (isAsDrawn || !isWanted))
+    // Not what it was made: a scroller that is shown shows its members too.
+    bool isShown = evas_object_visible_get(mCircleObject);
+    if (isWanted == isShown && (isAsDrawn || !isWanted))
         return;
-    mIsArcShown = isWanted;
     mDrawnPosition = position;
     mDrawnScreen = screen;
     if (isWanted)

@@ -14,6 +14,9 @@ namespace WatchPort
 class CircleScroller
 {
 public:
+    CircleScroller(const CircleScroller&) = delete;
+    CircleScroller& operator=(const CircleScroller&) = delete;
+
     /// @param conformant the screen at whose edge to draw, or null to draw nothing
     /// @return the circle object
     static Evas_Object* Create(Evas_Object* scroller, Evas_Object* conformant);
@@ -25,8 +28,6 @@ public:
 private:
     CircleScroller(Evas_Object* scroller, Evas_Object* conformant);
     ~CircleScroller();
-    CircleScroller(const CircleScroller&) = delete;
-    CircleScroller& operator=(const CircleScroller&) = delete;
 
     static Eina_Bool SRotaryCB(void* data, Evas_Object* object, Eext_Rotary_Event_Info* info);
     static void SScrollCB(void* data, Evas_Object* object, void* event);
@@ -44,7 +45,6 @@ private:
     void BringIn(int target, bool isVertical);
     ScrollPosition Position() const;
     bool IsArcWanted(const ScrollPosition& position) const;
-    void ClipArc();
     void UpdateArc();
 
     Evas_Object* mScroller;
@@ -55,7 +55,6 @@ private:
     Elm_Scroller_Policy mVerticalPolicy = ELM_SCROLLER_POLICY_AUTO;
     std::optional<int> mTarget;
     Ecore_Timer* mLingerTimer = nullptr;
-    bool mIsArcShown = false;
     Eina_Rectangle mDrawnScreen{};
     ScrollPosition mDrawnPosition{};
 };

@@ -14,10 +14,10 @@ namespace WatchPort
 /// A callback that an application has added to an object.
 template <typename Callback> struct ObjectCallback
 {
-    Evas_Object* object;
-    Evas_Callback_Priority priority;
-    Callback callback;
-    void* data;
+    Evas_Object* object = nullptr;
+    Evas_Callback_Priority priority = EVAS_CALLBACK_PRIORITY_DEFAULT;
+    Callback callback = nullptr;
+    void* data = nullptr;
     /// Its object is deleted or it is taken back: not to be called any more.
     bool isRemoved = false;
 };

@@ -18,7 +18,7 @@ namespace WatchPort
 namespace
 {
 
-constexpr off_t kMaxFileSize = 1024 * 1024;
+constexpr off_t kMaxFileSize = 1 << 20;
 constexpr unsigned kMaxTagLength = 4096;
 
 class File

@@ -34,7 +34,7 @@ protected:
     MakeRecord(QivoUi::NaviFrameStateListener* listener = nullptr)
     {
         auto record = std::make_shared<QivoUi::NaviFrameItemData>();
-        record->mViewLayout = evas_object_rectangle_add(evas_object_evas_get(mWindow));
+        record->mViewLayout = elm_grid_add(mWindow);
         Recorder::Name(record->mViewLayout, "content" + std::to_string(++mContents));
         record->mStateListener = listener;
         return record;
@@ -43,7 +43,7 @@ protected:
     /** Pushes a screen without animation; the item is "item1", the next "item2". */
     Elm_Object_Item* Push(QivoUi::NaviFrameStateListener* listener = nullptr)
     {
-        mHandles.push_back(mFrame->PushNaviframeItem(MakeRecord(listener), false));
+        PushRecord(MakeRecord(listener), false);
         Recorder::Name(mHandles.back().get(), "handle" + std::to_string(mHandles.size()));
         return mHandles.back()->mNaviFrameItem;
     }
@@ -54,6 +54,20 @@ protected:
     {
         Push(listener);
         return mHandles.back();
+    }
+
+    /** Pushes a screen of the given record and keeps its handle. */
+    std::shared_ptr<QivoUi::NaviFrameItemPopHandler>
+    PushRecord(const std::shared_ptr<QivoUi::NaviFrameItemData>& record, bool animated)
+    {
+        mHandles.push_back(mFrame->PushNaviframeItem(record, animated));
+        return mHandles.back();
+    }
+
+    std::shared_ptr<QivoUi::NaviFrameItemPopHandler>
+    PushAnimated(QivoUi::NaviFrameStateListener* listener = nullptr)
+    {
+        return PushRecord(MakeRecord(listener), true);
     }
 
     /** The stack from the bottom to the top, by name. */

@@ -1,7 +1,6 @@
 #include "common/NaviFrame.h"
 
 #include "common/NaviFrameFixture.h"
-#include "harness/VirtualSlots.h"
 
 using QivoUi::NaviFrame;
 
@@ -64,29 +63,6 @@ TEST_F(NaviFrameTest, StartsEmpty)
     EXPECT_TRUE(frame->mStateListenerMap.empty());
     EXPECT_EQ(frame->mNaviFrmaeLowerEventListener, nullptr);
     EXPECT_EQ(frame->mPopTransitionEventListener, nullptr);
-}
-
-TEST_F(NaviFrameTest, KeepsItsFieldsInOrder)
-{
-    const std::vector<const void*> fields = {&mFrame->mNaviFrame,
-                                             &mFrame->mWindow,
-                                             &mFrame->mIsPaused,
-                                             &mFrame->mStateListenerMap,
-                                             &mFrame->mNaviFrmaeLowerEventListener,
-                                             &mFrame->mPopTransitionEventListener};
-
-    EXPECT_TRUE(std::is_sorted(fields.begin(), fields.end()));
-}
-
-TEST_F(NaviFrameTest, OverridesOnlyPauseAndResumeOfTheApplicationsEvents)
-{
-    const QivoUi::AppEventListener* listener = mFrame;
-
-    EXPECT_EQ(
-        Recorder::VirtualSlots(listener, 7),
-        Lines({"NaviFrame::~NaviFrame", "NaviFrame::~NaviFrame", "AppEventListener::OnAppCreate",
-               "AppEventListener::OnAppTerminate", "NaviFrame::OnAppPause",
-               "NaviFrame::OnAppResume", "AppEventListener::OnSystemLangChanged"}));
 }
 
 TEST_F(NaviFrameTest, BearsTheApplicationsOtherEventsInSilence)

@@ -2,6 +2,7 @@
 
 #include "app-control/AppControl.h"
 #include "app-control/ApplicationId.h"
+#include "app-control/BusProbe.h"
 #include "app-control/SessionBus.h"
 #include "dlog/dlog.h"
 
@@ -99,6 +100,21 @@ void SAnswerCB(void* data, const Eldbus_Message* answer, Eldbus_Pending*)
     // The bus library is still at work on the connection that this releases.
     ecore_job_add(SReleaseJob, launch);
 }
+
+int Send(const app_control_s& request, app_control_reply_cb callback, void* userData)
+{
+    auto launch = std::make_unique<Launch>();
+    launch->request = request;
+    launch->callback = callback;
+    launch->userData = userData;
+    if (!launch->bus.IsConnected() ||
+        eldbus_connection_send(launch->bus.Connection(), NewMessage(request), SAnswerCB,
+                               launch.get(), kAnswerMilliseconds) == nullptr)
+        return Fail(APP_CONTROL_ERROR_NOT_SENT, request, "the session bus took it not");
+    // Its answer's callback owns it now.
+    static_cast<void>(launch.release());
+    return APP_CONTROL_ERROR_NONE;
+}
 } // namespace
 
 int SendLaunchRequest(const app_control_s& request, app_control_reply_cb callback, void* userData)
@@ -108,23 +124,16 @@ int SendLaunchRequest(const app_control_s& request, app_control_reply_cb callbac
     if (IsTooBig(request))
         return Fail(APP_CONTROL_ERROR_INVALID_PARAMETER, request, "more than 1 MiB of text");
 
-    auto launch = std::make_unique<Launch>();
-    if (!launch->bus.IsConnected())
-        return Fail(APP_CONTROL_ERROR_NO_SESSION_BUS, request, "there is no session bus");
-    const auto known = launch->bus.Knows(request.appId);
-    if (!known)
-        return Fail(APP_CONTROL_ERROR_NO_SESSION_BUS, request, "the session bus does not answer");
-    if (!*known)
+    switch (AskSessionBus(request.appId))
+    {
+    case BusAnswer::NoBus:
+        return Fail(APP_CONTROL_ERROR_NO_SESSION_BUS, request,
+                    "there is no session bus, or it does not answer");
+    case BusAnswer::Unknown:
         return Fail(APP_CONTROL_ERROR_APP_NOT_FOUND, request,
                     "no such application runs or can be started by the session bus");
-
-    launch->request = request;
-    launch->callback = callback;
-    launch->userData = userData;
-    if (eldbus_connection_send(launch->bus.Connection(), NewMessage(request), SAnswerCB,
-                               launch.get(), kAnswerMilliseconds) == nullptr)
-        return Fail(APP_CONTROL_ERROR_NOT_SENT, request, "the session bus took it not");
-    // Its answer's callback owns it now.
-    static_cast<void>(launch.release());
-    return APP_CONTROL_ERROR_NONE;
+    case BusAnswer::Known:
+        break;
+    }
+    return Send(request, callback, userData);
 }

@@ -130,8 +130,7 @@ int app_control_foreach_extra_data(app_control_h app_control, app_control_extra_
  *
  * The request has been handed to the bus on return and may be destroyed. Whether the application
  * took it is known later, in the main loop. Asking the bus for the application takes two seconds
- * at most each for whether it runs and whether it can be started, normally under a millisecond;
- * a bus that accepts a connection but never answers is given up by the bus library after 25 s.
+ * at most, normally about a millisecond.
  *
  * @param callback Called once with what became of it, unless the main loop ends before; null:
  *        nobody wants to know, and a failure is logged as a warning.

@@ -1,0 +1,20 @@
+#ifndef WATCH_PORT_APP_CONTROL_BUS_PROBE_H
+#define WATCH_PORT_APP_CONTROL_BUS_PROBE_H
+
+#include <string>
+
+/** What the session bus knows of a name. */
+enum class BusAnswer
+{
+    NoBus,   /**< None is named by the environment, or it did not answer within two seconds. */
+    Unknown, /**< Nobody owns the name, and the bus cannot start anybody who would. */
+    Known,
+};
+
+/**
+ * Asks the session bus for a name, over a connection of its own: the toolkit's way to connect waits
+ * for a bus that accepts and then keeps silent without an end. A bus is never started for that.
+ */
+BusAnswer AskSessionBus(const std::string& name);
+
+#endif

@@ -32,6 +32,9 @@ protected:
         char name[] = "/tmp/ui-theme-test-XXXXXX";
         ASSERT_NE(mkdtemp(name), nullptr);
         mDirectory = name;
+        // Tables that are set stay set from one test to the next.
+        uxt_theme_set_color_table(AddColors("<ColorTable/>"));
+        uxt_theme_set_font_table(AddFonts("<FontTable/>"));
     }
 
     void TearDown() override
@@ -97,6 +100,20 @@ constexpr const char* kRed =
     R"(<ColorTable><Color id="test/text" r="255" g="0" b="0" a="128"/></ColorTable>)";
 constexpr const char* kBody =
     R"(<FontTable><Font id="test/body" name="Sans" style="Bold" size="30"/></FontTable>)";
+
+using NoTable = OffScreenTest;
+
+// In a process of its own, as a table that is set stays set.
+TEST_F(NoTable, GivesNoColourBeforeATableIsSet)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            int result = uxt_theme_object_set_color(AddRectangle(), "test/text");
+            _exit(result == UXT_THEME_ERROR_NO_TABLE && LogLines().size() == 1 ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
 
 TEST_F(UiTheme, MakesColoursColourClassesWhileChangeable)
 {
@@ -193,19 +210,6 @@ TEST_F(UiTheme, LeavesAnObjectAloneWhenTheCodeIsUnknown)
     EXPECT_EQ(uxt_theme_object_set_color(AddRectangle(), nullptr),
               UXT_THEME_ERROR_INVALID_PARAMETER);
     EXPECT_THAT(LogLines(), SizeIs(4));
-}
-
-// In a process of its own, as a table that is set stays set.
-TEST_F(UiTheme, GivesNoColourBeforeATableIsSet)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            std::filesystem::remove_all(mDirectory);
-            int result = uxt_theme_object_set_color(AddRectangle(), "test/text");
-            _exit(result == UXT_THEME_ERROR_NO_TABLE && LogLines().size() == 1 ? 0 : 1);
-        },
-        testing::ExitedWithCode(0), "");
 }
 
 TEST_F(UiTheme, TakesTheLastOfEntriesWithTheSameId)

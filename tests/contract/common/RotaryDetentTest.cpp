@@ -46,21 +46,6 @@ TEST_F(RotaryDetentTest, CounterClockwiseIsAStepBack)
                                        "a.OnRotaryDetent(-1, 4294967295)", "detent passed on"}));
 }
 
-TEST_F(RotaryDetentTest, AnyOtherDirectionIsAStepBack)
-{
-    const auto listener = Register("a");
-
-    for (const int direction : {2, 3})
-    {
-        Platform::TurnBezel(listener->GetRotaryViewObject(),
-                            static_cast<Eext_Rotary_Event_Direction>(direction), 0);
-
-        EXPECT_EQ(Recorder::Take(),
-                  Lines({"warn(SRotaryEventCB) Rotary direction: " + std::to_string(direction),
-                         "a.OnRotaryDetent(-1, 0)", "detent passed on"}));
-    }
-}
-
 TEST_F(RotaryDetentTest, GoesToTheListenerOnTopWhicheverObjectItCameInOn)
 {
     const auto a = Register("a");

@@ -118,6 +118,16 @@ TEST_F(GuideViewTextTest, IsConvertedWithAnAmpersandAtItsStartOrEnd)
                                      "elm_object_part_text_set(layout2, 'help_text', 'a&amp;')"}));
 }
 
+TEST_F(GuideViewTextTest, LeavesTheConvertedTextUnreleased)
+{
+    static char sMarkup[] = "from nowhere that can be released";
+    Recorder::Answer("elm_entry_utf8_to_markup", reinterpret_cast<std::intptr_t>(sMarkup));
+
+    EXPECT_EQ(ChangeTo("a & b"), Lines({kDgettext, "elm_entry_utf8_to_markup('a & b')",
+                                        "elm_object_part_text_set(layout2, 'help_text', "
+                                        "'from nowhere that can be released')"}));
+}
+
 TEST_F(GuideViewTextTest, FollowsTheSameStepsWhileThePageIsBuilt)
 {
     Translate("a\nb & c");

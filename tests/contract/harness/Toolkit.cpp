@@ -52,6 +52,23 @@ Evas_Object* AddWindow()
     return window;
 }
 
+namespace
+{
+
+// The toolkit frees the canvas, and what is left on it, on the main loop.
+void DeleteWindow(Evas_Object* window)
+{
+    bool isFreed = false;
+    Evas_Object* leftover = evas_object_rectangle_add(evas_object_evas_get(window));
+    evas_object_event_callback_add(
+        leftover, EVAS_CALLBACK_DEL,
+        [](void* data, Evas*, Evas_Object*, void*) { *static_cast<bool*>(data) = true; }, &isFreed);
+    evas_object_del(window);
+    EXPECT_TRUE(SpinUntil([&] { return isFreed; }));
+}
+
+} // namespace
+
 } // namespace Toolkit
 
 void ToolkitTest::SetUp()
@@ -66,7 +83,10 @@ void ToolkitTest::SetUp()
 void ToolkitTest::TearDown()
 {
     QivoUi::NaviFrame::Destroy();
-    evas_object_del(mWindow);
+    if (mWindow)
+    {
+        Toolkit::DeleteWindow(mWindow);
+    }
     QivoUi::NaviFrame::Destroy();
     QivoUi::RotaryEventManager::Destroy();
     Recorder::Reset();

@@ -79,6 +79,12 @@ char* Copy(const char* call, const std::string& text)
     return IsToldToFail(call) ? nullptr : strdup(text.c_str());
 }
 
+// Only a call that succeeds gives its caller a text to free.
+char* Give(std::string& text, int result)
+{
+    return result == 0 ? strdup(text.c_str()) : text.data();
+}
+
 void ChangeCharger(bool isCharging)
 {
     sState.isCharging = isCharging;
@@ -306,7 +312,7 @@ int app_control_get_operation(app_control_h handle, char** operation)
     const int result = Platform::Result("app_control_get_operation");
     if (handle->hasOperation)
     {
-        *operation = strdup(handle->operation.c_str());
+        *operation = Platform::Give(handle->operation, result);
     }
     return result;
 }
@@ -391,7 +397,7 @@ int system_settings_get_value_string(system_settings_key_e key, char** value)
 {
     Recorder::AddCall("system_settings_get_value_string", key);
     const int result = Platform::Result("system_settings_get_value_string");
-    *value = sState.hasLanguage ? strdup(sState.language.c_str()) : nullptr;
+    *value = sState.hasLanguage ? Platform::Give(sState.language, result) : nullptr;
     return result;
 }
 

@@ -52,10 +52,6 @@ Evas_Object* AddWindow()
     return window;
 }
 
-namespace
-{
-
-// The toolkit frees the canvas, and what is left on it, on the main loop.
 void DeleteWindow(Evas_Object* window)
 {
     bool isFreed = false;
@@ -66,8 +62,6 @@ void DeleteWindow(Evas_Object* window)
     evas_object_del(window);
     EXPECT_TRUE(SpinUntil([&] { return isFreed; }));
 }
-
-} // namespace
 
 } // namespace Toolkit
 

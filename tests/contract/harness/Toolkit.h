@@ -21,6 +21,12 @@ bool SpinUntil(const std::function<bool()>& condition);
 /** A shown window of the watch's size; the caller deletes it. */
 Evas_Object* AddWindow();
 
+/**
+ * Deletes a window and waits for its end: the toolkit frees the canvas, and what is left on it,
+ * on the main loop.
+ */
+void DeleteWindow(Evas_Object* window);
+
 } // namespace Toolkit
 
 /**

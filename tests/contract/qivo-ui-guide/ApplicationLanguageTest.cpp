@@ -54,7 +54,7 @@ TEST_F(ApplicationLanguageTest, ReportsAMissingLanguage)
     EXPECT_EQ(Recorder::Take(), Lines({kAsked, kFailed + "[0]"}));
 }
 
-// The text that comes with a failure is left alone.
+// The text that comes with a failure is nobody's to free.
 TEST_F(ApplicationLanguageTest, ReportsALanguageThatFailed)
 {
     Recorder::Answer("system_settings_get_value_string", -22);

@@ -270,6 +270,7 @@ TEST(LaunchRequestTest, BuildsTheTreeOnce)
             EXPECT_EQ(Recorder::TakeOnly({"elm_bg_add", "elm_naviframe_add", "ShowView", "App"}),
                       Lines({"elm_bg_add(window1)", "elm_naviframe_add(layout1)", "ShowView()",
                              "AppControllOperationImpl()"}));
+            Toolkit::DeleteWindow(Application::mWindow);
         });
 }
 
@@ -288,6 +289,7 @@ TEST(LaunchRequestTest, RunsTheOperationWithoutAScreen)
             EXPECT_EQ(Recorder::TakeOnly({"error", "App"}),
                       Lines({"error(OnSetupLayout) [Failed] Create BackGround",
                              "AppControllOperationImpl()"}));
+            Toolkit::DeleteWindow(Application::mWindow);
         });
 }
 

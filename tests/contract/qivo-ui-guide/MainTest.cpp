@@ -129,21 +129,26 @@ TEST(MainTest, CatchesAnIntegerFromTheMainLoop)
         });
 }
 
-TEST(MainTest, LetsEveryOtherExceptionThrough)
+template <typename T> void ExpectThatMainLetsThrough(T thrown)
 {
     RunInFreshProcess(
-        []
+        [thrown]
         {
-            Platform::sMainLoop = [](ui_app_lifecycle_callback_s*, void*) -> int
-            { throw std::runtime_error("broken"); };
-            EXPECT_THROW(RunMain(), std::runtime_error);
-            EXPECT_EQ(Recorder::Take(), kStart);
+            Platform::sMainLoop = [thrown](ui_app_lifecycle_callback_s*, void*) -> int
+            { throw thrown; };
 
-            Platform::sMainLoop = [](ui_app_lifecycle_callback_s*, void*) -> int { throw 5L; };
-            EXPECT_THROW(RunMain(), long);
-            Platform::sMainLoop = [](ui_app_lifecycle_callback_s*, void*) -> int { throw 'c'; };
-            EXPECT_THROW(RunMain(), char);
+            EXPECT_THROW(RunMain(), T);
+
+            EXPECT_EQ(Recorder::Take(), kStart);
         });
+}
+
+TEST(MainTest, LetsEveryOtherExceptionThrough)
+{
+    ExpectThatMainLetsThrough(std::runtime_error("broken"));
+    ExpectThatMainLetsThrough(5L);
+    ExpectThatMainLetsThrough(5u);
+    ExpectThatMainLetsThrough('c');
 }
 
 TEST(MainTest, LeavesTheOutOfMemoryHandlerInstalled)
@@ -211,6 +216,7 @@ TEST(MainTest, LeadsTheGuideThroughItsLife)
                        "mark(SOnAppResume)", "mark(SOnAppControl)",
                        "info(SOnAppControl) operation:[again]", "mark(SOnAppPause)",
                        "ui_app_exit()", "mark(OnAppTerminateImpl)", "mark(SOnAppTerminate)"}));
+            Toolkit::DeleteWindow(Application::mWindow);
         });
 }
 

@@ -126,8 +126,7 @@ def wait_until(condition, what):
 
 
 def bare_environment(home):
-    """A user with an empty home, no session bus, no language of his own, on a watch's screen."""
+    """A user with an empty home, no session bus, no language of his own."""
     kept = {key: value for key, value in os.environ.items()
             if key in ("PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")}
-    return kept | {"HOME": home, "XDG_RUNTIME_DIR": home, "LANG": "C.UTF-8",
-                   "ELM_SCALE": "1.3"}
+    return kept | {"HOME": home, "XDG_RUNTIME_DIR": home, "LANG": "C.UTF-8"}

@@ -49,6 +49,14 @@ template <typename Event> Event* NewEvent()
     return static_cast<Event*>(calloc(1, sizeof(Event)));
 }
 
+Ecore_Event_Key* NewKeyEvent(Ecore_Window window, const char* keyname)
+{
+    auto* key = NewEvent<Ecore_Event_Key>();
+    key->keyname = key->key = keyname;
+    key->window = key->event_window = window;
+    return key;
+}
+
 } // namespace
 
 extern "C" int __dlog_print(log_id_t, int, const char* tag, const char* format, ...)
@@ -114,12 +122,15 @@ Evas_Object* OffScreenTest::AddScroller(int contentWidth, int contentHeight, con
     return scroller;
 }
 
+void OffScreenTest::PressKey(const char* keyname)
+{
+    ecore_event_add(ECORE_EVENT_KEY_DOWN, NewKeyEvent(kWindowId, keyname), nullptr, nullptr);
+    DeliverEvents();
+}
+
 void OffScreenTest::ReleaseKey(const char* keyname)
 {
-    auto* key = NewEvent<Ecore_Event_Key>();
-    key->keyname = key->key = keyname;
-    key->window = key->event_window = kWindowId;
-    ecore_event_add(ECORE_EVENT_KEY_UP, key, nullptr, nullptr);
+    ecore_event_add(ECORE_EVENT_KEY_UP, NewKeyEvent(kWindowId, keyname), nullptr, nullptr);
     DeliverEvents();
 }
 

@@ -27,6 +27,7 @@ protected:
     Evas_Object* AddScroller(int contentWidth, int contentHeight, const char* style = "default");
 
     /// Each gesture returns when the whole event queue has been worked off.
+    static void PressKey(const char* keyname);
     static void ReleaseKey(const char* keyname);
     static void TurnWheel(int notches, unsigned int timestamp = 0, int direction = 0);
     static void DeliverEvents();

@@ -70,6 +70,30 @@ TEST_F(BackKey, ReachesAnObjectOnReleaseOfTheBackKeyAndOfEscape)
     EXPECT_THAT(gCalls, ElementsAre("screen", "screen"));
 }
 
+TEST_F(BackKey, KeepsItsPressesFromTheHandlersAfterIt)
+{
+    std::vector<std::string> pressed;
+    Ecore_Event_Handler* handler = ecore_event_handler_add(
+        ECORE_EVENT_KEY_DOWN,
+        [](void* data, int, void* event) -> Eina_Bool
+        {
+            static_cast<std::vector<std::string>*>(data)->emplace_back(
+                static_cast<Ecore_Event_Key*>(event)->keyname);
+            return ECORE_CALLBACK_PASS_ON;
+        },
+        &pressed);
+    Evas_Object* screen = AddRectangle();
+    OnBack(screen, "screen");
+    for (const char* key : {"Escape", "XF86Back", "Return"})
+        PressKey(key);
+    evas_object_del(screen);
+    DeliverEvents();
+    PressKey("Escape");
+    ecore_event_handler_del(handler);
+    EXPECT_THAT(pressed, ElementsAre("Return", "Escape"));
+    EXPECT_THAT(gCalls, IsEmpty());
+}
+
 TEST_F(BackKey, IsNoOtherKey)
 {
     OnBack(AddRectangle(), "screen");

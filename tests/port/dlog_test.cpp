@@ -91,11 +91,8 @@ std::string Written(const char* text)
 }
 
 // What a terminal gets, without the time and the carriage return that it adds itself.
-std::string WrittenToTerminal(const char* text)
+std::string WrittenToTerminal(int master, const char* text)
 {
-    const int master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-    grantpt(master);
-    unlockpt(master);
     const int slave = open(ptsname(master), O_RDWR | O_NOCTTY | O_CLOEXEC);
     const int result = Finish(Start(slave, nullptr, [=] { return Print(text); }));
     EXPECT_GT(result, 0);
@@ -230,19 +227,35 @@ TEST(DlogColours, AreLeftOutWhereNobodySeesThem)
     EXPECT_EQ(Written("a\033[0;40;31mb\033[mc"), "I TAG: abc\n");
 }
 
-TEST(DlogColours, ReachATerminal)
+class DlogTerminal : public testing::Test
 {
-    EXPECT_EQ(WrittenToTerminal("\033[1;35m ###\033[0;m"), "I TAG: \033[1;35m ###\033[0;m\r\n");
+protected:
+    void SetUp() override
+    {
+        mMaster = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+        grantpt(mMaster);
+        unlockpt(mMaster);
+        if (ptsname(mMaster) == nullptr)
+            GTEST_SKIP() << "no pseudo-terminals here (is /dev/pts mounted?)";
+    }
+
+    int mMaster = -1;
+};
+
+TEST_F(DlogTerminal, GetsColours)
+{
+    EXPECT_EQ(WrittenToTerminal(mMaster, "\033[1;35m ###\033[0;m"),
+              "I TAG: \033[1;35m ###\033[0;m\r\n");
 }
 
-TEST(DlogColours, AreEndedOnATerminalWhereTheTextForgotIt)
+TEST_F(DlogTerminal, GetsColoursEndedWhereTheTextForgotIt)
 {
-    EXPECT_EQ(WrittenToTerminal("\033[1;35mtext"), "I TAG: \033[1;35mtext\033[0;m\r\n");
+    EXPECT_EQ(WrittenToTerminal(mMaster, "\033[1;35mtext"), "I TAG: \033[1;35mtext\033[0;m\r\n");
 }
 
-TEST(DlogColours, AreTheOnlyEscapesThatATerminalGets)
+TEST_F(DlogTerminal, GetsNoOtherEscapes)
 {
-    EXPECT_EQ(WrittenToTerminal("\033]0;title\a \033[2J \033[1;"),
+    EXPECT_EQ(WrittenToTerminal(mMaster, "\033]0;title\a \033[2J \033[1;"),
               "I TAG: \\x1b]0;title\\x07 \\x1b[2J \\x1b[1;\r\n");
 }
 

@@ -23,9 +23,10 @@ PlatformTheme::PlatformTheme(const std::filesystem::path& file)
         elm_theme_overlay_add(nullptr, mFile.c_str());
         return;
     }
-    __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
-                 "the watch's theme \"%s\" is missing or no theme: the toolkit's own look is used",
-                 file.c_str());
+    __dlog_print(
+        LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
+        "the watch's theme \"%s\" is missing or no theme: screens without a title stay empty",
+        file.c_str());
 }
 
 PlatformTheme::~PlatformTheme()

@@ -1,12 +1,11 @@
 #include "application/Windows.h"
 
+#include "application/Screen.h"
+
 #include <string_view>
 
 namespace
 {
-// The screen of the watch, in pixels. Toolkit windows begin with one.
-constexpr int kScreenSize = 360;
-
 bool IsX11Window(const Ecore_Evas* window)
 {
     const std::string_view engine = ecore_evas_engine_name_get(window);
@@ -34,7 +33,8 @@ void SizeWindows(const Display& display)
         int width = 0;
         int height = 0;
         ecore_evas_request_geometry_get(window, nullptr, nullptr, &width, &height);
+        // Toolkit windows begin with one pixel.
         if (width <= 1 && height <= 1)
-            ecore_evas_resize(window, kScreenSize, kScreenSize);
+            ecore_evas_resize(window, ScreenSize(display), ScreenSize(display));
     }
 }

@@ -69,8 +69,10 @@ typedef struct
  * Before create: the command line is read, the display is looked for, the locale is set (C.UTF-8
  * where the environment's is not installed), the text domain PROGRAM (the executable's base name)
  * is bound to the installation's catalogues, and the watch's theme is laid over the toolkit's.
- * A window that has no size of its own gets that of the watch's screen, 360 by 360 pixels, unless
- * the window manager gives it another.
+ * A window that has no size of its own gets that of the watch's screen, unless the window manager
+ * gives it another: that of the X screen where it is square, else 360 by 360 pixels. The toolkit's
+ * scale follows that size, 1.3 at 360 pixels (ELM_SCALE in the environment overrides it), and a
+ * finger drags what scrolls.
  *
  * Command line: [--operation OP] [--extra KEY=VALUE]..., also as --operation=OP and
  * --extra=KEY=VALUE, make the first launch request; the last one of an operation or a key holds.

@@ -5,6 +5,7 @@
 #include "application/Display.h"
 #include "application/Lifecycle.h"
 #include "application/PlatformTheme.h"
+#include "application/Screen.h"
 #include "application/TextDomain.h"
 #include "dlog/dlog.h"
 
@@ -84,7 +85,7 @@ std::optional<Installation> FindOwnInstallation()
     if (!installation)
         __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
                      "no folder above \"%s\" holds share/PROGRAM/ or res/: "
-                     "texts are message ids, and the toolkit's own look is used",
+                     "texts are message ids, and screens without a title stay empty",
                      RunningExecutable().c_str());
     return installation;
 }
@@ -105,6 +106,7 @@ int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
     const Toolkit toolkit(argc, argv);
     if (!toolkit.IsUp())
         return Fail(APP_ERROR_NO_TOOLKIT, "the toolkit does not start");
+    SetUpToolkit(display);
     // The toolkit has set the character type of the environment, which may be that of C.
     SetProgramLocale();
     std::optional<PlatformTheme> theme;

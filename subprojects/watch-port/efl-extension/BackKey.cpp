@@ -54,12 +54,24 @@ void BackKey::ListenWhileNeeded()
 {
     bool isNeeded = !mCallbacks.All().empty();
     if (isNeeded && !mHandler)
+    {
         mHandler = ecore_event_handler_add(ECORE_EVENT_KEY_UP, SKeyReleasedCB, this);
+        mPressFilter = ecore_event_filter_add(nullptr, SKeyPressFilterCB, nullptr, nullptr);
+    }
     if (!isNeeded && mHandler)
     {
         ecore_event_handler_del(mHandler);
         mHandler = nullptr;
+        ecore_event_filter_del(mPressFilter);
+        mPressFilter = nullptr;
     }
+}
+
+// The press belongs to the key as well: a naviframe would pop its screen on Escape.
+Eina_Bool BackKey::SKeyPressFilterCB(void*, void*, int type, void* event)
+{
+    const bool isPress = type == ECORE_EVENT_KEY_DOWN;
+    return !isPress || !IsBackKey(*static_cast<Ecore_Event_Key*>(event));
 }
 
 Eina_Bool BackKey::SKeyReleasedCB(void* data, int, void* event)

@@ -9,7 +9,8 @@
 namespace WatchPort
 {
 
-/// Gives the back key to the object on top. It listens to keys while any object has a callback.
+/// Gives the back key to the object on top, and keeps its presses from the widgets. It listens to
+/// keys while any object has a callback.
 class BackKey
 {
 public:
@@ -20,12 +21,14 @@ public:
 private:
     BackKey();
     static Eina_Bool SKeyReleasedCB(void* data, int type, void* event);
+    static Eina_Bool SKeyPressFilterCB(void* data, void* loopData, int type, void* event);
 
     void ListenWhileNeeded();
     void CallTopObject(const Ecore_Event_Key& key) const;
 
     ObjectCallbacks<Eext_Event_Cb> mCallbacks;
     Ecore_Event_Handler* mHandler = nullptr;
+    Ecore_Event_Filter* mPressFilter = nullptr;
 };
 
 } // namespace WatchPort

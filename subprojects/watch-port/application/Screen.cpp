@@ -1,0 +1,29 @@
+#include "application/Screen.h"
+
+#include <Ecore_X.h>
+#include <Elementary.h>
+#include <cstdlib>
+
+namespace
+{
+constexpr int kUsualSize = 360;
+constexpr double kUsualScale = 1.3;
+} // namespace
+
+int ScreenSize(const Display& display)
+{
+    if (display.GetKind() != Display::Kind::X11)
+        return kUsualSize;
+    int width = 0;
+    int height = 0;
+    ecore_x_screen_size_get(ecore_x_default_screen_get(), &width, &height);
+    return width == height ? width : kUsualSize;
+}
+
+void SetUpToolkit(const Display& display)
+{
+    elm_config_scroll_thumbscroll_enabled_set(EINA_TRUE);
+    elm_config_scroll_bounce_enabled_set(EINA_TRUE);
+    if (std::getenv("ELM_SCALE") == nullptr)
+        elm_config_scale_set(kUsualScale * ScreenSize(display) / kUsualSize);
+}

@@ -1,0 +1,20 @@
+#ifndef WATCH_PORT_APPLICATION_SCREEN_H
+#define WATCH_PORT_APPLICATION_SCREEN_H
+
+#include "application/Display.h"
+
+/**
+ * The side of the watch's square screen in pixels: that of the X screen where it is square, as a
+ * watch's is, else 360.
+ */
+int ScreenSize(const Display& display);
+
+/**
+ * Sets the toolkit up for the watch: a finger drags and bounces what scrolls, and sizes follow
+ * the screen, whose scale is 1.3 at 360 pixels, the base scale of the watch's applications.
+ *
+ * A scale that the user sets (ELM_SCALE) stays.
+ */
+void SetUpToolkit(const Display& display);
+
+#endif

@@ -109,7 +109,7 @@ TEST(LaunchRequestTest, TakesTheFirstReadableRequestAfterOneWithoutOperationForT
         });
 }
 
-TEST(LaunchRequestTest, TakesEveryResultThatIsNotZeroForAFailure)
+TEST(LaunchRequestTest, TakesAPositiveResultForAFailure)
 {
     RunInFreshProcess(
         []
@@ -117,7 +117,7 @@ TEST(LaunchRequestTest, TakesEveryResultThatIsNotZeroForAFailure)
             HookedApplication app;
             Recorder::Answer("app_control_get_operation", 1);
 
-            Application::SOnAppControl(Platform::MakeRequest(nullptr), &app);
+            Application::SOnAppControl(Platform::MakeRequest("lost"), &app);
 
             EXPECT_EQ(Recorder::Take(), kUnreadable);
         });

@@ -184,6 +184,9 @@ TEST(MainTest, LeavesTheApplicationToTheTerminateCallback)
         });
 }
 
+const std::string kGuidePushed =
+    "elm_naviframe_item_push(naviframe1, '', null, null, layout2, 'empty')";
+
 // What the watch does with the guide, from its start to the back key.
 int LiveOnce(ui_app_lifecycle_callback_s* callbacks, void* app)
 {
@@ -211,9 +214,7 @@ TEST(MainTest, LeadsTheGuideThroughItsLife)
                                     "elm_naviframe_item_push", "ui_app_exit"}),
                 Lines({"mark(main)", "mark(SOnAppCreate)", "elm_win_add(null, 'qivo-guide-app', 0)",
                        "mark(SOnAppControl)", "info(SOnAppControl) operation:[default]",
-                       "elm_naviframe_item_push(naviframe1, '', null, null, layout2, "
-                       "'empty')",
-                       "mark(SOnAppResume)", "mark(SOnAppControl)",
+                       kGuidePushed, "mark(SOnAppResume)", "mark(SOnAppControl)",
                        "info(SOnAppControl) operation:[again]", "mark(SOnAppPause)",
                        "ui_app_exit()", "mark(OnAppTerminateImpl)", "mark(SOnAppTerminate)"}));
             Toolkit::DeleteWindow(Application::mWindow);

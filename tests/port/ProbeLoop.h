@@ -39,12 +39,13 @@ inline std::string ToCommands(std::string word)
 }
 
 /**
- * Prints "ping: done" when a system service has answered. Messages keep their order, so that all
- * the service sent before has been dealt with then.
+ * Prints "ping: done" when a service on the bus "system" or "session" has answered. Messages keep
+ * their order, so that all the service sent before has been dealt with then.
  */
-inline void Ping(const std::string& service, const std::string&)
+inline void Ping(const std::string& service, const std::string& busName)
 {
-    Eldbus_Connection* bus = eldbus_connection_get(ELDBUS_CONNECTION_TYPE_SYSTEM);
+    Eldbus_Connection* bus = eldbus_connection_get(
+        busName == "session" ? ELDBUS_CONNECTION_TYPE_SESSION : ELDBUS_CONNECTION_TYPE_SYSTEM);
     Eldbus_Message* ping =
         eldbus_message_method_call_new(service.c_str(), "/", "org.freedesktop.DBus.Peer", "Ping");
     const auto answered = [](void*, const Eldbus_Message* reply, Eldbus_Pending*)
@@ -66,7 +67,7 @@ inline Eina_Bool InputCB(void*, Ecore_Fd_Handler*)
     return ECORE_CALLBACK_RENEW;
 }
 
-/** Obeys the lines of standard input, and "ping SERVICE", until it ends. */
+/** Obeys the lines of standard input, and "ping SERVICE BUS", until it ends. */
 inline int RunProbe(const Commands& commands)
 {
     sCommands = commands;

@@ -1,10 +1,11 @@
 // Drives the system settings from standard input and prints what comes of it, line by line:
 //
-//   get KEY | set KEY [ACTION] | unset KEY | bind DIRECTORY | translate ID | setlocale NAME
-//   catalogues
+//   get KEY [null] | is KEY [null] | set KEY [ACTION] | unset KEY | bind DIRECTORY
+//   translate ID | setlocale NAME | catalogues
 //
-// KEY is a name below or a number; ACTION is what the callback does each time it is called, after
-// it has printed "changed KEY": other commands, with "+" for a space and "," between them.
+// An answer that "is" finds untouched reads 1. KEY is a name below or a number; ACTION is what the
+// callback does each time it is called, after it has printed "changed KEY": other commands, with
+// "+" for a space and "," between them.
 
 #include "port/ProbeLoop.h"
 #include "system_settings.h"
@@ -48,6 +49,14 @@ void Get(const std::string& name, const std::string& destination)
     std::free(value);
 }
 
+void Is(const std::string& name, const std::string& destination)
+{
+    bool value = true;
+    const int result =
+        system_settings_get_value_bool(ToKey(name), destination == "null" ? nullptr : &value);
+    std::cout << "is: " << result << ' ' << value << std::endl;
+}
+
 void Set(const std::string& name, const std::string& action)
 {
     system_settings_changed_cb callback = action == "null" ? nullptr : ChangedCB;
@@ -88,6 +97,7 @@ int main()
 {
     std::setlocale(LC_ALL, "");
     return RunProbe({{"get", Get},
+                     {"is", Is},
                      {"set", Set},
                      {"unset", Unset},
                      {"bind", Bind},

@@ -2,11 +2,10 @@
 
 #include "app-control/AppControl.h"
 #include "app-control/ApplicationId.h"
-#include "app-control/BusProbe.h"
-#include "app-control/SessionBus.h"
+#include "app-control/NameLookup.h"
 #include "dlog/dlog.h"
+#include "support/Buses.h"
 
-#include <Ecore.h>
 #include <memory>
 
 namespace
@@ -18,7 +17,6 @@ constexpr char kInterface[] = "org.freedesktop.Application";
 // A request on its way. It lives until its answer has been told.
 struct Launch
 {
-    SessionBus bus;
     app_control_s request;
     app_control_reply_cb callback = nullptr;
     void* userData = nullptr;
@@ -79,14 +77,9 @@ Eldbus_Message* NewMessage(const app_control_s& request)
     return message;
 }
 
-void SReleaseJob(void* data)
-{
-    delete static_cast<Launch*>(data);
-}
-
 void SAnswerCB(void* data, const Eldbus_Message* answer, Eldbus_Pending*)
 {
-    auto* launch = static_cast<Launch*>(data);
+    const std::unique_ptr<Launch> launch(static_cast<Launch*>(data));
     const char* name = nullptr;
     const char* text = nullptr;
     const bool failed = eldbus_message_error_get(answer, &name, &text);
@@ -97,8 +90,6 @@ void SAnswerCB(void* data, const Eldbus_Message* answer, Eldbus_Pending*)
         launch->callback(&launch->request, nullptr,
                          failed ? APP_CONTROL_RESULT_FAILED : APP_CONTROL_RESULT_SUCCEEDED,
                          launch->userData);
-    // The bus library is still at work on the connection that this releases.
-    ecore_job_add(SReleaseJob, launch);
 }
 
 int Send(const app_control_s& request, app_control_reply_cb callback, void* userData)
@@ -107,9 +98,9 @@ int Send(const app_control_s& request, app_control_reply_cb callback, void* user
     launch->request = request;
     launch->callback = callback;
     launch->userData = userData;
-    if (!launch->bus.IsConnected() ||
-        eldbus_connection_send(launch->bus.Connection(), NewMessage(request), SAnswerCB,
-                               launch.get(), kAnswerMilliseconds) == nullptr)
+    Eldbus_Connection* bus = SessionBus();
+    if (bus == nullptr || eldbus_connection_send(bus, NewMessage(request), SAnswerCB, launch.get(),
+                                                 kAnswerMilliseconds) == nullptr)
         return Fail(APP_CONTROL_ERROR_NOT_SENT, request, "the session bus took it not");
     // Its answer's callback owns it now.
     static_cast<void>(launch.release());

@@ -10,13 +10,14 @@ int Refuse(device_error_e error, const char* text)
     return error;
 }
 
-int CheckArguments(const char* function, device_callback_e type, device_changed_cb callback)
+// A caller in C may pass any number as a type.
+int CheckArguments(const char* function, int type, device_changed_cb callback)
 {
     if (type != DEVICE_CALLBACK_BATTERY_CHARGING)
     {
         __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT",
-                     "%s: type %d is not known; only %d (battery charging) is", function,
-                     static_cast<int>(type), DEVICE_CALLBACK_BATTERY_CHARGING);
+                     "%s: type %d is not known; only %d (battery charging) is", function, type,
+                     DEVICE_CALLBACK_BATTERY_CHARGING);
         return DEVICE_ERROR_UNKNOWN_TYPE;
     }
     if (callback)
@@ -38,7 +39,8 @@ int device_battery_is_charging(bool* charging)
     return DEVICE_ERROR_NONE;
 }
 
-int device_add_callback(device_callback_e type, device_changed_cb callback, void* user_data)
+__attribute__((no_sanitize("enum"))) int
+device_add_callback(device_callback_e type, device_changed_cb callback, void* user_data)
 {
     const int error = CheckArguments("device_add_callback", type, callback);
     if (error != DEVICE_ERROR_NONE)
@@ -49,7 +51,8 @@ int device_add_callback(device_callback_e type, device_changed_cb callback, void
     return DEVICE_ERROR_NONE;
 }
 
-int device_remove_callback(device_callback_e type, device_changed_cb callback)
+__attribute__((no_sanitize("enum"))) int device_remove_callback(device_callback_e type,
+                                                                device_changed_cb callback)
 {
     const int error = CheckArguments("device_remove_callback", type, callback);
     if (error != DEVICE_ERROR_NONE)

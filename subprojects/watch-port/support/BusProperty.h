@@ -1,7 +1,8 @@
 #ifndef WATCH_PORT_SUPPORT_BUS_PROPERTY_H
 #define WATCH_PORT_SUPPORT_BUS_PROPERTY_H
 
-#include <Eldbus.h>
+#include "support/BusListener.h"
+
 #include <functional>
 #include <memory>
 
@@ -27,7 +28,7 @@ struct BusPropertyAddress
  * Both callbacks come from the main loop, never from inside a call of this class, and may delete
  * the object that calls them.
  */
-class BusProperty
+class BusProperty : private BusListener
 {
 public:
     /** Gets the value, of the address's type, at every reading: also when it is the old one. */
@@ -53,31 +54,19 @@ public:
     static bool Read(const BusPropertyAddress& address, double timeoutMs,
                      const ValueCallback& take);
 
-    ~BusProperty();
-    BusProperty(const BusProperty&) = delete;
-    BusProperty& operator=(const BusProperty&) = delete;
-
 private:
     BusProperty(Eldbus_Connection* bus, const BusPropertyAddress& address, ValueCallback onValue,
                 GoneCallback onGone);
 
-    void Ask();
-    void OnPropertiesChanged(const Eldbus_Message* message);
+    void OnAppeared() override;
+    void OnAnswer(const Eldbus_Message* answer) override;
+    void OnSignal(const Eldbus_Message* signal) override;
+    void OnGone() override;
     void TellValue(Eldbus_Message_Iter* value);
-    void TellGone();
 
-    static void SOwnerChangedCB(void* data, const char* service, const char* before,
-                                const char* now);
-    static void SReplyCB(void* data, const Eldbus_Message* reply, Eldbus_Pending* pending);
-    static void SPropertiesChangedCB(void* data, const Eldbus_Message* message);
-    static void SDisconnectedCB(void* data, Eldbus_Connection* bus, void* event);
-
-    Eldbus_Connection* mBus;
     const BusPropertyAddress mAddress;
     const ValueCallback mOnValue;
     const GoneCallback mOnGone;
-    Eldbus_Signal_Handler* mChanges = nullptr;
-    Eldbus_Pending* mQuestion = nullptr;
 };
 
 #endif

@@ -33,9 +33,12 @@ ClockWatch::ClockWatch(std::function<void()> onChanged) : mOnChanged(std::move(o
         {
             const char* timezone = nullptr;
             eldbus_message_iter_basic_get(value, &timezone);
+            mLink.reset();
             OnTimezone(timezone);
         },
-        [] {});
+        [this] { FollowLink(); });
+    if (!mService)
+        FollowLink();
     mTimer = timerfd_create(CLOCK_REALTIME, TFD_NONBLOCK | TFD_CLOEXEC);
     if (mTimer >= 0 && Arm(mTimer))
         mHandler =
@@ -51,6 +54,14 @@ ClockWatch::~ClockWatch()
         ecore_main_fd_handler_del(mHandler);
     if (mTimer >= 0)
         close(mTimer);
+}
+
+void ClockWatch::FollowLink()
+{
+    if (!mTimezone)
+        mTimezone = ReadZoneLink();
+    if (!mLink)
+        mLink = std::make_unique<ZoneLink>([this] { OnTimezone(ReadZoneLink()); });
 }
 
 void ClockWatch::OnTimezone(const std::string& timezone)

@@ -2,6 +2,7 @@
 #define WATCH_PORT_SYSTEM_SETTINGS_CLOCK_WATCH_H
 
 #include "support/BusProperty.h"
+#include "system-settings/ZoneLink.h"
 
 #include <Ecore.h>
 #include <functional>
@@ -20,6 +21,7 @@ public:
     ClockWatch& operator=(const ClockWatch&) = delete;
 
 private:
+    void FollowLink();
     void OnTimezone(const std::string& timezone);
     void TellChanged();
 
@@ -29,6 +31,7 @@ private:
     int mTimer = -1;
     Ecore_Fd_Handler* mHandler = nullptr;
     std::unique_ptr<BusProperty> mService;
+    std::unique_ptr<ZoneLink> mLink;
     std::optional<std::string> mTimezone;
 };
 

@@ -83,8 +83,8 @@ LocaleSettings::Validate(const std::map<std::string_view, std::string_view>& tex
             entries[variable] = *locale;
         else
             __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
-                         "%s=%.64s is passed over: no locale's name such as ko_KR.UTF-8", variable,
-                         std::string(text->second).c_str());
+                         "%s=%s is passed over: no locale's name such as ko_KR.UTF-8", variable,
+                         std::string(text->second.substr(0, 64)).c_str());
     }
     return entries;
 }
@@ -116,8 +116,6 @@ void LocaleSettings::OnAnswer(Locales locales)
     const Locales before = std::exchange(mLocales, std::move(locales));
     const bool isOtherLanguage = mLocales.mLanguage != before.mLanguage;
     const bool isOtherRegion = mLocales.mRegion != before.mRegion;
-    const bool isOtherFormat =
-        isOtherRegion && CountsTo24(mLocales.mRegion) != CountsTo24(before.mRegion);
     if (isOtherLanguage)
         ChangeCatalogues(mLocales.mLanguage);
     LeaveLocaleC();
@@ -125,6 +123,4 @@ void LocaleSettings::OnAnswer(Locales locales)
         mOnChanged(SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE);
     if (isOtherRegion)
         mOnChanged(SYSTEM_SETTINGS_KEY_LOCALE_COUNTRY);
-    if (isOtherFormat)
-        mOnChanged(SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR);
 }

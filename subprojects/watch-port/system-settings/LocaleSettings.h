@@ -17,7 +17,7 @@ struct Locales
     std::string mRegion;
 };
 
-/** Language, region and time format: those of the environment, then the language service's. */
+/** Language and region: those of the environment, then the language service's. */
 class LocaleSettings
 {
 public:

@@ -1,6 +1,9 @@
 #include "system-settings/SystemSettings.h"
 
 #include "system-settings/Catalogues.h"
+#include "system-settings/LocaleName.h"
+
+#include <utility>
 
 SystemSettings& SystemSettings::GetInstance()
 {
@@ -26,10 +29,25 @@ Locales SystemSettings::ReadLocales()
     return locales.Get();
 }
 
+bool SystemSettings::ReadTimeFormat()
+{
+    ReadLocales();
+    mFormat.Refresh();
+    return CountsTo24();
+}
+
 LocaleSettings& SystemSettings::GetLocales()
 {
-    if (!mLocales)
-        mLocales.emplace([this](system_settings_key_e key) { Notify(key); });
+    if (mLocales)
+        return *mLocales;
+    mLocales.emplace(
+        [this](system_settings_key_e key)
+        {
+            Notify(key);
+            if (key == SYSTEM_SETTINGS_KEY_LOCALE_COUNTRY)
+                TellTimeFormat();
+        });
+    mToldCountsTo24 = CountsTo24();
     return *mLocales;
 }
 
@@ -40,18 +58,31 @@ bool SystemSettings::HasCallback(system_settings_key_e key) const
 
 void SystemSettings::WatchWhatIsWanted()
 {
-    const bool wantsLocales = HasCallback(SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE) ||
-                              HasCallback(SYSTEM_SETTINGS_KEY_LOCALE_COUNTRY) ||
-                              HasCallback(SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR);
+    const bool wantsFormat = HasCallback(SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR);
+    const bool wantsLocales = wantsFormat || HasCallback(SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE) ||
+                              HasCallback(SYSTEM_SETTINGS_KEY_LOCALE_COUNTRY);
     if (wantsLocales)
         GetLocales().Follow(true);
     else if (mLocales)
         mLocales->Follow(false);
+    mFormat.Follow(wantsFormat);
 
     if (!HasCallback(SYSTEM_SETTINGS_KEY_TIME_CHANGED))
         mClock.reset();
     else if (!mClock)
         mClock.emplace([this] { Notify(SYSTEM_SETTINGS_KEY_TIME_CHANGED); });
+}
+
+bool SystemSettings::CountsTo24() const
+{
+    return mFormat.Get().value_or(::CountsTo24(mLocales->Get().mRegion));
+}
+
+void SystemSettings::TellTimeFormat()
+{
+    const bool countsTo24 = CountsTo24();
+    if (std::exchange(mToldCountsTo24, countsTo24) != countsTo24)
+        Notify(SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR);
 }
 
 void SystemSettings::Notify(system_settings_key_e key)

@@ -3,6 +3,7 @@
 
 #include "system-settings/ClockWatch.h"
 #include "system-settings/LocaleSettings.h"
+#include "system-settings/TimeFormat.h"
 #include "system-settings/system_settings.h"
 
 #include <map>
@@ -22,6 +23,9 @@ public:
     /** Also asks for news, and keeps the process able to read catalogues. */
     Locales ReadLocales();
 
+    /** Tells whether clocks count to 24; also asks for news. */
+    bool ReadTimeFormat();
+
 private:
     struct Registration
     {
@@ -32,12 +36,17 @@ private:
     SystemSettings() = default;
 
     LocaleSettings& GetLocales();
+
     bool HasCallback(system_settings_key_e key) const;
     void WatchWhatIsWanted();
+    bool CountsTo24() const;
+    void TellTimeFormat();
     void Notify(system_settings_key_e key);
 
     std::map<system_settings_key_e, Registration> mRegistrations;
     std::optional<LocaleSettings> mLocales;
+    TimeFormat mFormat{[this] { TellTimeFormat(); }};
+    bool mToldCountsTo24 = false;
     std::optional<ClockWatch> mClock;
 };
 

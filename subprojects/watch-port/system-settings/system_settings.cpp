@@ -6,22 +6,21 @@
 
 namespace
 {
-int Refuse(system_settings_error_e error, const char* function, system_settings_key_e key,
-           const char* reason)
+// A caller in C may pass any number as a key: it is an int until it is known.
+int Refuse(system_settings_error_e error, const char* function, int key, const char* reason)
 {
-    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "%s: key %d: %s", function,
-                 static_cast<int>(key), reason);
+    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "%s: key %d: %s", function, key, reason);
     return error;
 }
 
-int RefuseUnknownKey(const char* function, system_settings_key_e key)
+int RefuseUnknownKey(const char* function, int key)
 {
     return Refuse(
         SYSTEM_SETTINGS_ERROR_UNKNOWN_KEY, function, key,
         "not known; known are 12 (region), 13 (language), 14 (24-hour format), 16 (time)");
 }
 
-bool IsKnown(system_settings_key_e key)
+bool IsKnown(int key)
 {
     return key == SYSTEM_SETTINGS_KEY_LOCALE_COUNTRY ||
            key == SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE ||
@@ -30,8 +29,9 @@ bool IsKnown(system_settings_key_e key)
 }
 } // namespace
 
-int system_settings_set_changed_cb(system_settings_key_e key, system_settings_changed_cb callback,
-                                   void* user_data)
+__attribute__((no_sanitize("enum"))) int
+system_settings_set_changed_cb(system_settings_key_e key, system_settings_changed_cb callback,
+                               void* user_data)
 {
     if (!IsKnown(key))
         return RefuseUnknownKey(__func__, key);
@@ -42,7 +42,7 @@ int system_settings_set_changed_cb(system_settings_key_e key, system_settings_ch
     return SYSTEM_SETTINGS_ERROR_NONE;
 }
 
-int system_settings_unset_changed_cb(system_settings_key_e key)
+__attribute__((no_sanitize("enum"))) int system_settings_unset_changed_cb(system_settings_key_e key)
 {
     if (!IsKnown(key))
         return RefuseUnknownKey(__func__, key);
@@ -50,7 +50,8 @@ int system_settings_unset_changed_cb(system_settings_key_e key)
     return SYSTEM_SETTINGS_ERROR_NONE;
 }
 
-int system_settings_get_value_string(system_settings_key_e key, char** value)
+__attribute__((no_sanitize("enum"))) int system_settings_get_value_string(system_settings_key_e key,
+                                                                          char** value)
 {
     if (!IsKnown(key))
         return RefuseUnknownKey(__func__, key);
@@ -66,5 +67,20 @@ int system_settings_get_value_string(system_settings_key_e key, char** value)
     if (!copy)
         return Refuse(SYSTEM_SETTINGS_ERROR_OUT_OF_MEMORY, __func__, key, "no memory");
     *value = copy;
+    return SYSTEM_SETTINGS_ERROR_NONE;
+}
+
+__attribute__((no_sanitize("enum"))) int system_settings_get_value_bool(system_settings_key_e key,
+                                                                        bool* value)
+{
+    if (!IsKnown(key))
+        return RefuseUnknownKey(__func__, key);
+    if (!value)
+        return Refuse(SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER, __func__, key,
+                      "the pointer for the truth value is null");
+    if (key != SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR)
+        return Refuse(SYSTEM_SETTINGS_ERROR_NO_BOOL, __func__, key,
+                      "is no truth value; 14 (24-hour format) is");
+    *value = SystemSettings::GetInstance().ReadTimeFormat();
     return SYSTEM_SETTINGS_ERROR_NONE;
 }

@@ -1,6 +1,8 @@
 #ifndef WATCH_PORT_SYSTEM_SETTINGS_H
 #define WATCH_PORT_SYSTEM_SETTINGS_H
 
+#include <stdbool.h>
+
 /**
  * The user's settings: language, region, clock and time format.
  *
@@ -26,6 +28,17 @@
  *    gets "C.UTF-8" for them: gettext looks at no catalogue in "C", and a locale that the machine
  *    does not have leaves a process there.
  *
+ * Whether clocks count to 24 is the region's habit at first: that of its locale where the machine
+ * has it (T_FMT), else 12 hours in AU, CA, CO, EG, IN, MY, NZ, PH, PK, SA and US and 24 hours
+ * elsewhere. The desktop's own setting goes before it, once it is known: the settings portal
+ * (org.freedesktop.portal.Settings on the session bus) is asked in the background for
+ * "clock-format" of "org.gnome.desktop.interface", "24h" or "12h". Any other answer, and a portal
+ * that leaves, change nothing.
+ *
+ * The first use of a key connects to its bus: about 1 ms, and 2 s where a bus accepts and then
+ * keeps silent, which is given up then for as long as the process lives. A bus that is not there
+ * or dies is borne in silence.
+ *
  * All calls belong to the main loop's thread; they may precede the toolkit's initialisation.
  * Calls that fail for their arguments log one error line.
  */
@@ -43,16 +56,13 @@ typedef enum
     /** The language, a locale's name such as "ko_KR.UTF-8". */
     SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE = 13,
 
-    /**
-     * Whether the clock counts to 24: a change only. It is the region's habit: that of its
-     * locale where the machine has it (T_FMT), else 12 hours in AU, CA, CO, EG, IN, MY, NZ, PH,
-     * PK, SA and US and 24 hours elsewhere.
-     */
+    /** Whether clocks count to 24: a truth value. */
     SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR = 14,
 
     /**
-     * The time, a change only: the clock was set, or the time zone changed
-     * (org.freedesktop.timedate1, property Timezone). Time that passes is no change.
+     * The time, a change only: the clock was set, or the time zone changed. The zone is that of
+     * the time service (org.freedesktop.timedate1, property Timezone); while that does not answer,
+     * the one that /etc/localtime links to. Time that passes is no change.
      */
     SYSTEM_SETTINGS_KEY_TIME_CHANGED = 16,
 } system_settings_key_e;
@@ -65,6 +75,7 @@ typedef enum
     SYSTEM_SETTINGS_ERROR_UNKNOWN_KEY = -2,       /**< No system_settings_key_e. */
     SYSTEM_SETTINGS_ERROR_NO_STRING = -3,         /**< The key's value is no text. */
     SYSTEM_SETTINGS_ERROR_OUT_OF_MEMORY = -4,     /**< No room for the copy. */
+    SYSTEM_SETTINGS_ERROR_NO_BOOL = -5,           /**< The key's value is no truth value. */
 } system_settings_error_e;
 
 /**
@@ -111,6 +122,19 @@ int system_settings_unset_changed_cb(system_settings_key_e key);
  *         SYSTEM_SETTINGS_ERROR_OUT_OF_MEMORY.
  */
 int system_settings_get_value_string(system_settings_key_e key, char** value);
+
+/**
+ * Reads whether clocks count to 24, without waiting for any service. Where no callback follows
+ * the key, the services are asked anew in the background, and a later reading gets their answer.
+ *
+ * @param key SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR.
+ * @param value Set on success, left as it is otherwise.
+ * @return SYSTEM_SETTINGS_ERROR_NONE;
+ *         SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER for a null pointer;
+ *         SYSTEM_SETTINGS_ERROR_NO_BOOL for a key that can be followed, but is no truth value;
+ *         SYSTEM_SETTINGS_ERROR_UNKNOWN_KEY for any other key.
+ */
+int system_settings_get_value_bool(system_settings_key_e key, bool* value);
 
 #ifdef __cplusplus
 }

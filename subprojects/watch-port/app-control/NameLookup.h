@@ -1,5 +1,5 @@
-#ifndef WATCH_PORT_APP_CONTROL_BUS_PROBE_H
-#define WATCH_PORT_APP_CONTROL_BUS_PROBE_H
+#ifndef WATCH_PORT_APP_CONTROL_NAME_LOOKUP_H
+#define WATCH_PORT_APP_CONTROL_NAME_LOOKUP_H
 
 #include <string>
 
@@ -11,10 +11,7 @@ enum class BusAnswer
     Known,
 };
 
-/**
- * Asks the session bus for a name, over a connection of its own: the toolkit's way to connect waits
- * for a bus that accepts and then keeps silent without an end. A bus is never started for that.
- */
+/** Asks the session bus for a name. A bus is never started for that. */
 BusAnswer AskSessionBus(const std::string& name);
 
 #endif

@@ -1,0 +1,91 @@
+#include "support/Buses.h"
+
+#include "support/BusProbe.h"
+#include "support/QuietLog.h"
+
+#include <Ecore.h>
+#include <cstdlib>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+std::string ReadVariable(const char* name)
+{
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+bool IsOwnSocket(const std::string& path)
+{
+    struct stat status = {};
+    return stat(path.c_str(), &status) == 0 && S_ISSOCK(status.st_mode) &&
+           status.st_uid == geteuid();
+}
+
+std::string SystemBusAddress()
+{
+    const std::string address = ReadVariable("DBUS_SYSTEM_BUS_ADDRESS");
+    return address.empty() ? SYSTEM_BUS_DEFAULT_ADDRESS : address;
+}
+
+// A connection that is never closed, as the bus may be asked for until the process ends.
+class Bus
+{
+public:
+    Bus(Eldbus_Connection_Type type, const std::string& address)
+        : mConnection(BusProbe(address).IsAnswering() ? Connect(type) : nullptr)
+    {
+        if (mConnection)
+            eldbus_connection_event_callback_add(mConnection, ELDBUS_CONNECTION_EVENT_DISCONNECTED,
+                                                 SDisconnectedCB, this);
+    }
+    Bus(const Bus&) = delete;
+    Bus& operator=(const Bus&) = delete;
+
+    Eldbus_Connection* Get() const { return mHasDied ? nullptr : mConnection; }
+
+private:
+    // Ecore's own listeners of the system bus are kept out: they report a missing bus as an error
+    // and crash on a malformed PropertiesChanged.
+    static Eldbus_Connection* Connect(Eldbus_Connection_Type type)
+    {
+        ecore_app_no_system_modules();
+        if (eldbus_init() <= 0)
+            return nullptr;
+        const QuietLog bus("eldbus");
+        const QuietLog safety("eina_safety");
+        return eldbus_connection_get(type);
+    }
+
+    static void SDisconnectedCB(void* data, Eldbus_Connection* /*bus*/, void* /*event*/)
+    {
+        static_cast<Bus*>(data)->mHasDied = true;
+    }
+
+    Eldbus_Connection* const mConnection;
+    bool mHasDied = false;
+};
+} // namespace
+
+Eldbus_Connection* SystemBus()
+{
+    static const auto& sBus = *new Bus(ELDBUS_CONNECTION_TYPE_SYSTEM, SystemBusAddress());
+    return sBus.Get();
+}
+
+Eldbus_Connection* SessionBus()
+{
+    static const auto& sBus = *new Bus(ELDBUS_CONNECTION_TYPE_SESSION, SessionBusAddress());
+    return sBus.Get();
+}
+
+// The bus library itself would start a bus where there is none, and takes only the user's own.
+std::string SessionBusAddress()
+{
+    const std::string address = ReadVariable("DBUS_SESSION_BUS_ADDRESS");
+    if (!address.empty())
+        return address;
+    const std::string path = ReadVariable("XDG_RUNTIME_DIR") + "/bus";
+    return IsOwnSocket(path) ? "unix:path=" + path : "";
+}

@@ -1,0 +1,44 @@
+#ifndef WATCH_PORT_SYSTEM_SETTINGS_PORTAL_CLOCK_FORMAT_H
+#define WATCH_PORT_SYSTEM_SETTINGS_PORTAL_CLOCK_FORMAT_H
+
+#include "support/BusListener.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+/**
+ * The desktop's clock format, followed through the settings portal: the key "clock-format" of
+ * "org.gnome.desktop.interface", "24h" or "12h". The portal's own keys have none, and no other
+ * desktop's is as widespread.
+ *
+ * The portal is started by the first question where the bus can do so, and by nothing after it.
+ * What is of another type or says something else is passed over in silence.
+ */
+class PortalClockFormat : private BusListener
+{
+public:
+    /**
+     * Told whether clocks count to 24, also when it is nothing new; nothing when the portal has no
+     * such answer or has gone. Comes from the main loop, never from inside a call of this class,
+     * and may delete the object that calls it.
+     */
+    using Callback = std::function<void(std::optional<bool> countsTo24)>;
+
+    /** @return Null when there is no session bus; nothing is logged then. */
+    static std::unique_ptr<PortalClockFormat> Follow(Callback onAnswer);
+
+private:
+    PortalClockFormat(Eldbus_Connection* bus, Callback onAnswer);
+
+    void OnAppeared() final;
+    void OnAnswer(const Eldbus_Message* answer) override;
+    void OnSignal(const Eldbus_Message* signal) override;
+    void OnGone() override;
+    void Tell(std::optional<bool> countsTo24);
+
+    const Callback mOnAnswer;
+    bool mHasAskedTheOldWay = false;
+};
+
+#endif

@@ -1,0 +1,66 @@
+#include "system-settings/ZoneLink.h"
+
+#include "dlog/dlog.h"
+
+#include <cstring>
+#include <filesystem>
+#include <utility>
+
+namespace
+{
+// A link that is replaced has an event in its folder only.
+constexpr char kFolder[] = "/etc";
+constexpr char kLink[] = "/etc/localtime";
+
+std::string ReadFileTime()
+{
+    std::error_code error;
+    const auto time = std::filesystem::last_write_time(kLink, error);
+    return error ? "UTC" : std::to_string(time.time_since_epoch().count());
+}
+} // namespace
+
+std::string ReadZoneLink()
+{
+    constexpr std::string_view kDatabase = "zoneinfo/";
+    std::error_code error;
+    const std::string target = std::filesystem::read_symlink(kLink, error);
+    if (error)
+        return ReadFileTime();
+    const size_t at = target.find(kDatabase);
+    return at == target.npos ? target : target.substr(at + kDatabase.size());
+}
+
+ZoneLink::ZoneLink(std::function<void()> onEvent) : mOnEvent(std::move(onEvent))
+{
+    ecore_file_init();
+    mMonitor = ecore_file_monitor_add(kFolder, SFileEventCB, this);
+    if (!mMonitor)
+        __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
+                     "%s cannot be watched: another time zone will not be noticed", kLink);
+}
+
+ZoneLink::~ZoneLink()
+{
+    if (mTelling)
+        ecore_job_del(mTelling);
+    if (mMonitor)
+        ecore_file_monitor_del(mMonitor);
+    ecore_file_shutdown();
+}
+
+void ZoneLink::SFileEventCB(void* data, Ecore_File_Monitor* /*monitor*/, Ecore_File_Event /*event*/,
+                            const char* path)
+{
+    auto* self = static_cast<ZoneLink*>(data);
+    if (std::strcmp(path, kLink) == 0 && !self->mTelling)
+        self->mTelling = ecore_job_add(STellCB, self);
+}
+
+void ZoneLink::STellCB(void* data)
+{
+    auto* self = static_cast<ZoneLink*>(data);
+    self->mTelling = nullptr;
+    const std::function<void()> onEvent = self->mOnEvent;
+    onEvent();
+}

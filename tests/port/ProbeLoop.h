@@ -4,6 +4,7 @@
 #include <Ecore.h>
 #include <Eldbus.h>
 #include <algorithm>
+#include <cstdlib>
 #include <iostream>
 #include <map>
 #include <sstream>
@@ -44,8 +45,10 @@ inline std::string ToCommands(std::string word)
  */
 inline void Ping(const std::string& service, const std::string& busName)
 {
-    Eldbus_Connection* bus = eldbus_connection_get(
-        busName == "session" ? ELDBUS_CONNECTION_TYPE_SESSION : ELDBUS_CONNECTION_TYPE_SYSTEM);
+    // By address, as the port does, to share its connection.
+    const char* address =
+        std::getenv(busName == "session" ? "DBUS_SESSION_BUS_ADDRESS" : "DBUS_SYSTEM_BUS_ADDRESS");
+    Eldbus_Connection* bus = eldbus_address_connection_get(address);
     Eldbus_Message* ping =
         eldbus_message_method_call_new(service.c_str(), "/", "org.freedesktop.DBus.Peer", "Ping");
     const auto answered = [](void*, const Eldbus_Message* reply, Eldbus_Pending*)

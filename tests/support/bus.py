@@ -62,8 +62,10 @@ def wait_until(condition, what):
     raise TimeoutError(f"not within {DEADLINE_S} s: {what}")
 
 
-class SystemBus:
-    """A private dbus-daemon in the place of the system bus."""
+class Bus:
+    """A private dbus-daemon, in the place of the bus that an environment variable names."""
+
+    variable = None
 
     def __init__(self):
         self._scratch = None
@@ -94,8 +96,8 @@ class SystemBus:
 
     @property
     def env(self):
-        """What a process needs in its environment to take this bus for the system's."""
-        return {"DBUS_SYSTEM_BUS_ADDRESS": self.address}
+        """What a process needs in its environment to come to this bus."""
+        return {self.variable: self.address}
 
     def die(self):
         """The bus goes away under its clients, and the services with it."""
@@ -108,6 +110,69 @@ class SystemBus:
             service.kill()
             service.wait()
         self._services.clear()
+
+    def has_owner(self, name):
+        return self._client.name_has_owner(name)
+
+    def matches(self, name):
+        """The match rules by which clients listen to a service."""
+        rules = self._client.call_blocking(
+            dbus.BUS_DAEMON_NAME, dbus.BUS_DAEMON_PATH, "org.freedesktop.DBus.Debug.Stats",
+            "GetAllMatchRules", "", ())
+        return [rule for client in rules.values() for rule in client if f"'{name}'" in rule]
+
+    def set_property(self, name, path, interface, key, value):
+        """Sets a mocked property; the mock emits PropertiesChanged."""
+        self._client.get_object(name, path, introspect=False).Set(
+            interface, key, value, dbus_interface=PROPERTIES)
+
+    def emit(self, name, path, interface, member, signature, arguments):
+        """Has the mocked service send any signal, however wrong."""
+        self._client.get_object(name, path, introspect=False).EmitSignal(
+            interface, member, signature, dbus.Array(arguments, signature="v"),
+            dbus_interface=MOCK)
+
+    def flood(self, count, name, path, interface, member, signature, arguments):
+        """Has the mocked service send the same signal many times."""
+        for _ in range(count):
+            order = dbus.lowlevel.MethodCallMessage(name, path, MOCK, "EmitSignal")
+            order.append(interface, member, signature, dbus.Array(arguments, signature="v"),
+                         signature="sssav")
+            order.set_no_reply(True)
+            self._client.send_message(order)
+        self.emit(name, path, interface, member, signature, arguments)
+
+    def emit_as_stranger(self, path, interface, member, signature, arguments):
+        """Sends a signal from a connection that owns no name."""
+        message = dbus.lowlevel.SignalMessage(path, interface, member)
+        message.append(*arguments, signature=signature)
+        self._client.send_message(message)
+        self._client.flush()
+
+    def add_activatable(self, name, command):
+        """Lets the bus start `command` when a message is sent to `name`."""
+        service = Path(self._scratch.name) / "services" / f"{name}.service"
+        service.write_text(f"[D-BUS Service]\nName={name}\nExec={command}\n")
+        self._client.call_blocking(dbus.BUS_DAEMON_NAME, dbus.BUS_DAEMON_PATH,
+                                   dbus.BUS_DAEMON_IFACE, "ReloadConfig", "", ())
+
+    def _start(self, name, template):
+        self._services[name] = subprocess.Popen(
+            [*_DIES_WITH_PARENT, sys.executable, "-m", "dbusmock", "--template", template],
+            env={**os.environ, **self.env}, stdout=subprocess.DEVNULL)
+        wait_until(lambda: self.has_owner(name), f"{name} on the bus")
+
+    def _stop(self, name):
+        service = self._services.pop(name)
+        service.send_signal(signal.SIGTERM)
+        service.wait()
+        wait_until(lambda: not self.has_owner(name), f"{name} gone from the bus")
+
+
+class SystemBus(Bus):
+    """A private dbus-daemon in the place of the system bus."""
+
+    variable = "DBUS_SYSTEM_BUS_ADDRESS"
 
     # The charger
 
@@ -150,52 +215,3 @@ class SystemBus:
 
     def set_timezone(self, timezone):
         self.set_property(TIMEDATE, TIMEDATE_PATH, TIMEDATE, "Timezone", timezone)
-
-    # Any service
-
-    def has_owner(self, name):
-        return self._client.name_has_owner(name)
-
-    def matches(self, name):
-        """The match rules by which clients listen to a service."""
-        rules = self._client.call_blocking(
-            dbus.BUS_DAEMON_NAME, dbus.BUS_DAEMON_PATH, "org.freedesktop.DBus.Debug.Stats",
-            "GetAllMatchRules", "", ())
-        return [rule for client in rules.values() for rule in client if f"'{name}'" in rule]
-
-    def set_property(self, name, path, interface, key, value):
-        """Sets a mocked property; the mock emits PropertiesChanged."""
-        self._client.get_object(name, path, introspect=False).Set(
-            interface, key, value, dbus_interface=PROPERTIES)
-
-    def emit(self, name, path, interface, member, signature, arguments):
-        """Has the mocked service send any signal, however wrong."""
-        self._client.get_object(name, path, introspect=False).EmitSignal(
-            interface, member, signature, dbus.Array(arguments, signature="v"),
-            dbus_interface=MOCK)
-
-    def emit_as_stranger(self, path, interface, member, signature, arguments):
-        """Sends a signal from a connection that owns no name."""
-        message = dbus.lowlevel.SignalMessage(path, interface, member)
-        message.append(*arguments, signature=signature)
-        self._client.send_message(message)
-        self._client.flush()
-
-    def add_activatable(self, name, command):
-        """Lets the bus start `command` when a message is sent to `name`."""
-        service = Path(self._scratch.name) / "services" / f"{name}.service"
-        service.write_text(f"[D-BUS Service]\nName={name}\nExec={command}\n")
-        self._client.call_blocking(dbus.BUS_DAEMON_NAME, dbus.BUS_DAEMON_PATH,
-                                   dbus.BUS_DAEMON_IFACE, "ReloadConfig", "", ())
-
-    def _start(self, name, template):
-        self._services[name] = subprocess.Popen(
-            [*_DIES_WITH_PARENT, sys.executable, "-m", "dbusmock", "--template", template],
-            env={**os.environ, **self.env}, stdout=subprocess.DEVNULL)
-        wait_until(lambda: self.has_owner(name), f"{name} on the bus")
-
-    def _stop(self, name):
-        service = self._services.pop(name)
-        service.send_signal(signal.SIGTERM)
-        service.wait()
-        wait_until(lambda: not self.has_owner(name), f"{name} gone from the bus")

@@ -14,13 +14,16 @@ _LOCALE_VARIABLES = ("LC_", "LANG", "TZ")
 class Probe:
     """A running probe. Lines that begin with "changed" report events, others are answers."""
 
-    def __init__(self, name, environment):
+    def __init__(self, name, environment, wrapper=()):
+        """wrapper: a command that ends in executing the command that follows it."""
         clean = {key: value for key, value in os.environ.items()
                  if not key.startswith(_LOCALE_VARIABLES)}
-        clean["DBUS_SYSTEM_BUS_ADDRESS"] = "unix:path=/nonexistent/bus"
+        for bus in ("SYSTEM", "SESSION"):
+            clean[f"DBUS_{bus}_BUS_ADDRESS"] = "unix:path=/nonexistent/bus"
         self._errors = tempfile.TemporaryFile("w+")
         self._process = subprocess.Popen(
-            ["setpriv", "--pdeathsig", "KILL", Path(os.environ["BUILD_DIR"]) / "tests/port" / name],
+            ["setpriv", "--pdeathsig", "KILL", *wrapper,
+             Path(os.environ["BUILD_DIR"]) / "tests/port" / name],
             env={**clean, **environment}, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
             stderr=self._errors, text=True)
         self._lines = queue.Queue()
@@ -53,10 +56,15 @@ class Probe:
             self._sort_next_line()
         return self._take_changes()
 
-    def changes_after(self, service):
+    def changes_after(self, service, bus="system"):
         """Returns what was reported until all that the service had sent was dealt with."""
-        assert self.ask(f"ping {service}") == "done"
+        assert self.ask(f"ping {service} {bus}") == "done"
         return self._take_changes()
+
+    def watches(self):
+        """Returns how many files and folders the probe watches."""
+        infos = Path(f"/proc/{self._process.pid}/fdinfo").iterdir()
+        return sum(info.read_text().count("inotify wd:") for info in infos)
 
     def end(self):
         """Returns the status and what was written to the standard error stream."""

@@ -33,8 +33,8 @@ std::string SystemBusAddress()
 class Bus
 {
 public:
-    Bus(Eldbus_Connection_Type type, const std::string& address)
-        : mConnection(BusProbe(address).IsAnswering() ? Connect(type) : nullptr)
+    explicit Bus(const std::string& address)
+        : mConnection(BusProbe(address).IsAnswering() ? Connect(address) : nullptr)
     {
         if (mConnection)
             eldbus_connection_event_callback_add(mConnection, ELDBUS_CONNECTION_EVENT_DISCONNECTED,
@@ -47,15 +47,16 @@ public:
 
 private:
     // Ecore's own listeners of the system bus are kept out: they report a missing bus as an error
-    // and crash on a malformed PropertiesChanged.
-    static Eldbus_Connection* Connect(Eldbus_Connection_Type type)
+    // and crash on a malformed PropertiesChanged. The connection is made by address, for Eldbus
+    // ends the main loop when what it knows as the session bus dies.
+    static Eldbus_Connection* Connect(const std::string& address)
     {
         ecore_app_no_system_modules();
         if (eldbus_init() <= 0)
             return nullptr;
         const QuietLog bus("eldbus");
         const QuietLog safety("eina_safety");
-        return eldbus_connection_get(type);
+        return eldbus_address_connection_get(address.c_str());
     }
 
     static void SDisconnectedCB(void* data, Eldbus_Connection* /*bus*/, void* /*event*/)
@@ -70,13 +71,13 @@ private:
 
 Eldbus_Connection* SystemBus()
 {
-    static const auto& sBus = *new Bus(ELDBUS_CONNECTION_TYPE_SYSTEM, SystemBusAddress());
+    static const auto& sBus = *new Bus(SystemBusAddress());
     return sBus.Get();
 }
 
 Eldbus_Connection* SessionBus()
 {
-    static const auto& sBus = *new Bus(ELDBUS_CONNECTION_TYPE_SESSION, SessionBusAddress());
+    static const auto& sBus = *new Bus(SessionBusAddress());
     return sBus.Get();
 }
 

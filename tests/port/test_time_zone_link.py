@@ -1,0 +1,127 @@
+"""The time zone's link, /etc/localtime, for machines whose time service does not answer."""
+
+import subprocess
+
+import pytest
+from support.bus import TIMEDATE, SystemBus, wait_until
+from support.probe import Probe
+
+BERLIN = "/usr/share/zoneinfo/Europe/Berlin"
+SEOUL = "/usr/share/zoneinfo/Asia/Seoul"
+
+
+@pytest.fixture(name="link")
+def localtime_in_a_folder_to_mount_over_etc(tmp_path):
+    trial = subprocess.run(["unshare", "--mount", "mount", "--bind", tmp_path, "/etc"],
+                           stderr=subprocess.PIPE, text=True, check=False)
+    if trial.returncode:
+        pytest.skip(f"/etc cannot be mounted over: {trial.stderr.strip()}")
+    link = tmp_path / "localtime"
+    link.symlink_to(BERLIN)
+    return link
+
+
+def probe_with(link, environment):
+    """A probe that sees the link in the place of the machine's."""
+    script = 'mount --bind "$0" /etc && exec "$@"'
+    return Probe("settings_probe", environment,
+                 ["unshare", "--mount", "sh", "-c", script, link.parent])
+
+
+def replace(link, target):
+    """Replaces the link at once, as timedatectl does."""
+    new = link.with_name("new")
+    new.symlink_to(target)
+    new.rename(link)
+
+
+def test_a_replaced_link_is_another_time_zone(link):
+    with probe_with(link, {}) as probe:
+        probe.ask("set time")
+        replace(link, SEOUL)
+        assert probe.wait_for_changes(1) == ["time"]
+        replace(link, "../usr/share/zoneinfo/Europe/Berlin")
+        assert probe.wait_for_changes(1) == ["time"]
+        assert probe.end() == (0, "")
+
+
+def test_a_link_that_comes_and_goes_is_another_time_zone(link):
+    with probe_with(link, {}) as probe:
+        probe.ask("set time")
+        link.unlink()
+        assert probe.wait_for_changes(1) == ["time"]
+        link.symlink_to(SEOUL)
+        assert probe.wait_for_changes(1) == ["time"]
+
+
+def test_a_file_in_the_place_of_the_link_is_another_time_zone_when_it_is_written(link):
+    with probe_with(link, {}) as probe:
+        probe.ask("set time")
+        new = link.with_name("new")
+        new.write_bytes(b"TZif2 one")
+        new.rename(link)
+        assert probe.wait_for_changes(1) == ["time"]
+        link.write_bytes(b"TZif2 two")
+        assert probe.wait_for_changes(1) == ["time"]
+
+
+def test_the_same_zone_and_other_files_are_no_change(link):
+    with probe_with(link, {}) as probe:
+        probe.ask("set time")
+        replace(link, "../usr/share/zoneinfo/Europe/Berlin")
+        link.with_name("hostname").write_text("x")
+        link.with_name("localtime.bak").symlink_to(SEOUL)
+        # Events keep their order, so the first that is told came after those.
+        replace(link, SEOUL)
+        assert probe.wait_for_changes(1) == ["time"]
+        link.with_name("hostname").write_text("y")
+        replace(link, BERLIN)
+        assert probe.wait_for_changes(1) == ["time"]
+
+
+def test_a_callback_may_unset_itself(link):
+    with probe_with(link, {}) as probe:
+        probe.ask("set time unset+time,set+time,unset+time")
+        replace(link, SEOUL)
+        assert [probe.answer() for _ in range(3)] == ["0"] * 3
+        assert probe.wait_for_changes(1) == ["time"]
+        assert probe.watches() == 0
+        assert probe.end() == (0, "")
+
+
+def test_a_zone_that_service_and_link_both_tell_is_one_change(link):
+    with SystemBus() as bus:
+        bus.start_timedate("Europe/Berlin")
+        with probe_with(link, bus.env) as probe:
+            probe.ask("set time")
+            probe.changes_after(TIMEDATE)
+            bus.stop_timedate()
+            wait_until(lambda: probe.watches() == 1, "the link is watched")
+            replace(link, SEOUL)
+            assert probe.wait_for_changes(1) == ["time"]
+            # The mock begins with a zone of its own.
+            bus.start_timedate("Asia/Seoul")
+            probe.changes_after(TIMEDATE)
+            assert probe.watches() == 0
+
+
+def test_the_link_is_watched_with_a_callback_alone():
+    with Probe("settings_probe", {}) as probe:
+        for key in ("language", "region", "format"):
+            probe.ask(f"set {key}")
+        assert probe.watches() == 0
+        probe.ask("set time")
+        assert probe.watches() == 1
+        probe.ask("unset time")
+        assert probe.watches() == 0
+
+
+def test_the_link_is_watched_while_the_service_does_not_answer():
+    with SystemBus() as bus, Probe("settings_probe", bus.env) as probe:
+        probe.ask("set time")
+        wait_until(lambda: probe.watches() == 1, "the link is watched")
+        bus.start_timedate()
+        probe.changes_after(TIMEDATE)
+        assert probe.watches() == 0
+        bus.die()
+        wait_until(lambda: probe.watches() == 1, "the link is watched again")

@@ -1,0 +1,50 @@
+"""python-dbusmock template of the desktop's settings portal, with the clock's format alone."""
+
+import dbus
+import dbus.service
+
+BUS_NAME = "org.freedesktop.portal.Desktop"
+MAIN_OBJ = "/org/freedesktop/portal/desktop"
+MAIN_IFACE = "org.freedesktop.portal.Settings"
+SYSTEM_BUS = False
+TEST_IFACE = "org.example.Test"
+
+CLOCK_FORMAT = ("org.gnome.desktop.interface", "clock-format")
+
+
+def load(mock, parameters):
+    mock.version = 2
+    mock.clock_format = None
+
+
+def read(mock, setting):
+    if setting != CLOCK_FORMAT or mock.clock_format is None:
+        raise dbus.DBusException("Requested setting not found",
+                                 name="org.freedesktop.portal.Error.NotFound")
+    return mock.clock_format
+
+
+@dbus.service.method(MAIN_IFACE, in_signature="ss", out_signature="v")
+def ReadOne(self, namespace, key):
+    if self.version < 2:
+        raise dbus.DBusException("No such method",
+                                 name="org.freedesktop.DBus.Error.UnknownMethod")
+    return read(self, (namespace, key))
+
+
+@dbus.service.method(MAIN_IFACE, in_signature="ss", out_signature="v")
+def Read(self, namespace, key):
+    value = read(self, (namespace, key))
+    return type(value)(value, variant_level=2)
+
+
+@dbus.service.method(TEST_IFACE, in_signature="v")
+def SetClockFormat(self, value):
+    """The value keeps its levels of variants."""
+    self.clock_format = value
+    self.EmitSignal(MAIN_IFACE, "SettingChanged", "ssv", [*CLOCK_FORMAT, value])
+
+
+@dbus.service.method(TEST_IFACE, in_signature="u")
+def SetVersion(self, version):
+    self.version = version

@@ -1,0 +1,45 @@
+"""A private session bus with a mocked settings portal.
+
+    with SessionBus() as bus:
+        bus.start_portal("24h")
+        subprocess.Popen([...], env={**os.environ, **bus.env})
+        bus.set_clock_format("12h")
+"""
+
+from pathlib import Path
+
+import dbus
+from support.bus import Bus
+
+PORTAL = "org.freedesktop.portal.Desktop"
+PORTAL_PATH = "/org/freedesktop/portal/desktop"
+SETTINGS = "org.freedesktop.portal.Settings"
+CLOCK_FORMAT = ("org.gnome.desktop.interface", "clock-format")
+
+
+class SessionBus(Bus):
+    """A private dbus-daemon in the place of the session bus."""
+
+    variable = "DBUS_SESSION_BUS_ADDRESS"
+
+    def start_portal(self, clock_format=None, version=2):
+        """A portal of version 1 has not the method ReadOne; None: the desktop has no format."""
+        self._start(PORTAL, str(Path(__file__).with_name("portal_settings.py")))
+        self._call("SetVersion", dbus.UInt32(version))
+        if clock_format is not None:
+            self.set_clock_format(clock_format)
+
+    def stop_portal(self):
+        self._stop(PORTAL)
+
+    def set_clock_format(self, value):
+        """Any value, of any type; the portal emits SettingChanged."""
+        self._call("SetClockFormat", value)
+
+    def emit_setting(self, signature, arguments):
+        """Has the portal send a SettingChanged of any shape."""
+        self.emit(PORTAL, PORTAL_PATH, SETTINGS, "SettingChanged", signature, arguments)
+
+    def _call(self, method, value):
+        portal = self._client.get_object(PORTAL, PORTAL_PATH, introspect=False)
+        portal.get_dbus_method(method, "org.example.Test")(value)

@@ -1,6 +1,6 @@
 // Drives the charger's state from standard input and prints what comes of it, line by line:
 //
-//   get [null] | add NAME [ACTION] | remove NAME | wrong
+//   get [null] | add NAME [ACTION] | remove NAME | wrong TYPE
 //
 // An answer that "get" finds untouched reads 1. NAME is "a" or "b"; ACTION is what the callback
 // does each time it is called, after it has printed "changed NAME VALUE": other commands, with "+"
@@ -66,11 +66,12 @@ void Remove(const std::string& name, const std::string&)
               << std::endl;
 }
 
-void UseWrongType(const std::string&, const std::string&)
+// As a caller in C may pass any number.
+__attribute__((no_sanitize("enum"))) void UseWrongType(const std::string& type, const std::string&)
 {
-    constexpr auto kWrong = static_cast<device_callback_e>(1);
-    std::cout << "wrong: " << device_add_callback(kWrong, ChangedACB, nullptr) << ' '
-              << device_remove_callback(kWrong, ChangedACB) << std::endl;
+    const auto wrong = static_cast<device_callback_e>(std::stoi(type));
+    std::cout << "wrong: " << device_add_callback(wrong, ChangedACB, nullptr) << ' '
+              << device_remove_callback(wrong, ChangedACB) << std::endl;
 }
 } // namespace
 

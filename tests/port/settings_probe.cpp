@@ -24,7 +24,8 @@ const std::map<std::string, int> kKeys = {{"region", SYSTEM_SETTINGS_KEY_LOCALE_
 
 std::map<int, std::string> sActions;
 
-system_settings_key_e ToKey(const std::string& text)
+// A number of no key too, as a caller in C may pass any.
+__attribute__((no_sanitize("enum"))) system_settings_key_e ToKey(const std::string& text)
 {
     const auto key = kKeys.find(text);
     return static_cast<system_settings_key_e>(key == kKeys.end() ? std::atoi(text.c_str())

@@ -208,7 +208,8 @@ def test_arguments_that_make_no_sense_are_refused(probe):
     assert probe.ask("get null") == f"{INVALID_PARAMETER} 1"
     assert probe.ask("add null") == INVALID_PARAMETER
     assert probe.ask("remove null") == INVALID_PARAMETER
-    assert probe.ask("wrong") == f"{UNKNOWN_TYPE} {UNKNOWN_TYPE}"
+    for wrong in ("1", "3", "-1", "100000"):
+        assert probe.ask(f"wrong {wrong}") == f"{UNKNOWN_TYPE} {UNKNOWN_TYPE}"
     assert probe.ask("remove a") == NOT_ADDED
     assert probe.ask("add a") == OK
     assert probe.ask("add a") == ALREADY_ADDED
@@ -216,7 +217,7 @@ def test_arguments_that_make_no_sense_are_refused(probe):
     assert probe.ask("remove a") == NOT_ADDED
     status, log = probe.end()
     assert status == 0
-    assert log.count("E WATCH_PORT: device_") == len(log.splitlines()) == 8
+    assert log.count("E WATCH_PORT: device_") == len(log.splitlines()) == 14
 
 
 def test_all_callbacks_are_told_until_they_are_removed(bus, probe):
@@ -336,6 +337,18 @@ def test_upower_is_believed_before_the_kernel(bus, supplies):
         assert probe.wait_for_changes(1) == ["a 0"]
         supplies.set_status("BAT0", "Charging")
         assert probe.changes_after(UPOWER) == []
+
+
+def test_a_question_that_is_asked_anew_is_not_answered_by_the_kernel(bus, supplies):
+    supplies.add("BAT0", "Battery", "Discharging")
+    bus.add_activatable(UPOWER, "/bin/sleep 60")
+    with Probe("charger_probe", {**supplies.env, **bus.env}) as probe:
+        assert probe.ask("get") == NOT_CHARGING
+        assert probe.ask("add a") == OK
+        supplies.set_status("BAT0", "Charging")
+        bus.start_upower(charging=False)
+        assert probe.changes_after(UPOWER) == []
+        assert probe.end() == (0, "")
 
 
 def test_the_kernel_is_followed_when_the_bus_dies(bus, supplies):

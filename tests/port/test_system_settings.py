@@ -90,6 +90,10 @@ def test_a_name_that_is_no_locale_is_passed_over_with_one_line(name):
 
 def test_arguments_that_make_no_sense_are_refused():
     with Probe("settings_probe", {}) as probe:
+        for key in ("-1", "0", "100000"):
+            assert probe.ask(f"get {key}") == f"{UNKNOWN_KEY} -"
+            assert probe.ask(f"set {key}") == UNKNOWN_KEY
+            assert probe.ask(f"unset {key}") == UNKNOWN_KEY
         assert probe.ask("get language null") == f"{INVALID_PARAMETER} -"
         assert probe.ask("get time") == f"{NO_STRING} -"
         assert probe.ask("get format") == f"{NO_STRING} -"
@@ -99,7 +103,7 @@ def test_arguments_that_make_no_sense_are_refused():
         assert probe.ask("set time null") == INVALID_PARAMETER
         status, log = probe.end()
         assert status == 0
-        assert log.count("E WATCH_PORT: system_settings_") == len(log.splitlines()) == 7
+        assert log.count("E WATCH_PORT: system_settings_") == len(log.splitlines()) == 16
 
 
 def test_without_a_bus_everything_is_quiet():

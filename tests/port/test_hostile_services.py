@@ -182,12 +182,13 @@ def test_a_locale_of_a_megabyte_or_of_odd_signs_leaves_one_short_line(bus, entry
 
 
 def test_a_time_zone_of_a_megabyte_is_a_name_as_any_other(bus):
-    bus.start_timedate("x" * MEGABYTE)
+    bus.start_timedate()
     with Probe("settings_probe", bus.env) as probe:
         probe.ask("set time")
         assert probe.changes_after(TIMEDATE) == []
-        bus.set_timezone("x" * MEGABYTE + "y")
-        assert probe.changes_after(TIMEDATE) == ["time"]
+        for timezone in ("x" * MEGABYTE, "x" * MEGABYTE + "y"):
+            bus.set_timezone(timezone)
+            assert probe.changes_after(TIMEDATE) == ["time"]
         assert probe.end() == (0, "")
 
 

@@ -128,12 +128,13 @@ def test_a_portal_that_starts_late_restarts_or_leaves_is_borne(bus, probe):
     assert probe.wait_for_changes(1) == ["format"]
     bus.stop_portal()
     assert probe.ask("is format") == COUNTS_TO_12
-    bus.start_portal("24h", version=1)
-    assert probe.wait_for_changes(1) == ["format"]
-    bus.stop_portal()
+    for clock_format in ("24h", "12h"):
+        bus.start_portal(clock_format, version=1)
+        assert probe.wait_for_changes(1) == ["format"]
+        bus.stop_portal()
     bus.start_portal(None)
     assert changes(probe) == []
-    assert probe.ask("is format") == COUNTS_TO_24
+    assert probe.ask("is format") == COUNTS_TO_12
     assert probe.end() == (0, "")
 
 
@@ -146,6 +147,16 @@ def test_a_session_bus_that_dies_is_survived(bus, probe):
     assert probe.ask("unset format") == OK
     assert probe.ask("set format") == OK
     assert probe.end() == (0, "")
+
+
+def test_the_users_own_bus_is_found_without_an_address(bus, tmp_path):
+    bus.start_portal("12h")
+    (tmp_path / "bus").symlink_to(bus.address.split("path=")[1].split(",")[0])
+    environment = {"DBUS_SESSION_BUS_ADDRESS": "", "XDG_RUNTIME_DIR": str(tmp_path)}
+    with Probe("settings_probe", {**environment, "LANG": "de_DE"}) as probe:
+        probe.ask("set format")
+        assert probe.wait_for_changes(1) == ["format"]
+        assert probe.end() == (0, "")
 
 
 def test_a_portal_that_does_not_answer_is_not_waited_for(bus, probe):
@@ -193,7 +204,8 @@ def test_a_callback_may_unset_itself_and_come_back(bus, probe):
     ids=lambda value: ascii(value)[:30])
 def test_an_answer_that_is_no_format_is_passed_over(bus, value):
     with Probe("settings_probe", {**bus.env, "LANG": "en_US"}) as probe:
-        bus.start_portal(value)
+        bus.start_portal()
+        bus.set_clock_format(value)
         probe.ask("set format")
         assert changes(probe) == []
         bus.set_clock_format(value)
@@ -202,6 +214,18 @@ def test_an_answer_that_is_no_format_is_passed_over(bus, value):
         bus.set_clock_format("24h")
         assert changes(probe) == ["format"]
         assert probe.end() == (0, "")
+
+
+@pytest.mark.parametrize("signature, code", [
+    ("", ""), ("s", 'ret = "12h"'), ("ss", 'ret = ("12h", "12h")'), ("as", 'ret = ["12h"]'),
+    ("vv", 'ret = ("12h", "12h")'), ("a{sv}", 'ret = {"12h": "12h"}')])
+def test_an_answer_of_another_shape_is_passed_over(bus, probe, signature, code):
+    bus.start_portal()
+    bus.answer_with(signature, code)
+    probe.ask("set format")
+    assert changes(probe) == []
+    assert probe.ask("is format") == COUNTS_TO_24
+    assert probe.end() == (0, "")
 
 
 @pytest.mark.parametrize("signature, arguments", [

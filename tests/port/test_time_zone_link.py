@@ -89,6 +89,14 @@ def test_a_callback_may_unset_itself(link):
         assert probe.end() == (0, "")
 
 
+def test_a_callback_may_be_unset_while_the_link_is_replaced(link):
+    with probe_with(link, {}) as probe:
+        probe.ask("set time")
+        assert probe.ask_after(lambda: replace(link, SEOUL), "unset time") == "0"
+        assert probe.ask("get language") == "0 en_US.UTF-8"
+        assert probe.end() == (0, "")
+
+
 def test_a_zone_that_service_and_link_both_tell_is_one_change(link):
     with SystemBus() as bus:
         bus.start_timedate("Europe/Berlin")
@@ -99,10 +107,21 @@ def test_a_zone_that_service_and_link_both_tell_is_one_change(link):
             wait_until(lambda: probe.watches() == 1, "the link is watched")
             replace(link, SEOUL)
             assert probe.wait_for_changes(1) == ["time"]
-            # The mock begins with a zone of its own.
             bus.start_timedate("Asia/Seoul")
-            probe.changes_after(TIMEDATE)
+            assert probe.changes_after(TIMEDATE) == []
             assert probe.watches() == 0
+
+
+def test_a_service_that_leaves_keeps_its_word_against_the_link(link):
+    with SystemBus() as bus:
+        bus.start_timedate("Asia/Seoul")
+        with probe_with(link, bus.env) as probe:
+            probe.ask("set time")
+            probe.changes_after(TIMEDATE)
+            bus.stop_timedate()
+            wait_until(lambda: probe.watches() == 1, "the link is watched")
+            bus.start_timedate("Asia/Seoul")
+            assert probe.changes_after(TIMEDATE) == []
 
 
 def test_the_link_is_watched_with_a_callback_alone():

@@ -9,6 +9,7 @@ Every method returns when its effect can be seen on the bus. Nothing outlives th
 "with" block, nor a test process that is killed.
 """
 
+import json
 import os
 import signal
 import subprocess
@@ -156,9 +157,10 @@ class Bus:
         self._client.call_blocking(dbus.BUS_DAEMON_NAME, dbus.BUS_DAEMON_PATH,
                                    dbus.BUS_DAEMON_IFACE, "ReloadConfig", "", ())
 
-    def _start(self, name, template):
+    def _start(self, name, template, **parameters):
         self._services[name] = subprocess.Popen(
-            [*_DIES_WITH_PARENT, sys.executable, "-m", "dbusmock", "--template", template],
+            [*_DIES_WITH_PARENT, sys.executable, "-m", "dbusmock", "--template", template,
+             "--parameters", json.dumps(parameters)],
             env={**os.environ, **self.env}, stdout=subprocess.DEVNULL)
         wait_until(lambda: self.has_owner(name), f"{name} on the bus")
 
@@ -207,8 +209,7 @@ class SystemBus(Bus):
     # The clock
 
     def start_timedate(self, timezone="Etc/UTC"):
-        self._start(TIMEDATE, "timedated")
-        self.set_timezone(timezone)
+        self._start(TIMEDATE, "timedated", Timezone=timezone)
 
     def stop_timedate(self):
         self._stop(TIMEDATE)

@@ -13,8 +13,8 @@ CLOCK_FORMAT = ("org.gnome.desktop.interface", "clock-format")
 
 
 def load(mock, parameters):
-    mock.version = 2
-    mock.clock_format = None
+    mock.version = parameters["version"]
+    mock.clock_format = parameters["clock_format"]
 
 
 def read(mock, setting):
@@ -34,8 +34,7 @@ def ReadOne(self, namespace, key):
 
 @dbus.service.method(MAIN_IFACE, in_signature="ss", out_signature="v")
 def Read(self, namespace, key):
-    value = read(self, (namespace, key))
-    return type(value)(value, variant_level=2)
+    return dbus.String(read(self, (namespace, key)), variant_level=2)
 
 
 @dbus.service.method(TEST_IFACE, in_signature="v")
@@ -43,8 +42,3 @@ def SetClockFormat(self, value):
     """The value keeps its levels of variants."""
     self.clock_format = value
     self.EmitSignal(MAIN_IFACE, "SettingChanged", "ssv", [*CLOCK_FORMAT, value])
-
-
-@dbus.service.method(TEST_IFACE, in_signature="u")
-def SetVersion(self, version):
-    self.version = version

@@ -2,6 +2,7 @@
 
 import os
 import queue
+import signal
 import subprocess
 import tempfile
 import threading
@@ -42,6 +43,14 @@ class Probe:
     def ask(self, command):
         """Returns the answer to a command, without its verb."""
         print(command, file=self._process.stdin, flush=True)
+        return self.answer()
+
+    def ask_after(self, event, command):
+        """Returns the answer to a command that comes at the same time as an event."""
+        self._process.send_signal(signal.SIGSTOP)
+        event()
+        print(command, file=self._process.stdin, flush=True)
+        self._process.send_signal(signal.SIGCONT)
         return self.answer()
 
     def answer(self):

@@ -90,8 +90,7 @@ void PortalClockFormat::OnSignal(const Eldbus_Message* signal)
         !eldbus_message_arguments_get(signal, "ssv", &space, &key, &value) ||
         std::strcmp(space, kNamespace) != 0 || std::strcmp(key, kKey) != 0)
         return;
-    if (const std::optional<bool> countsTo24 = Parse(value))
-        Tell(countsTo24);
+    Tell(Parse(value));
 }
 
 void PortalClockFormat::OnGone()

@@ -1,11 +1,11 @@
 """The system settings: the environment, and mocked language and time services."""
 
 import struct
-import time
 
 import dbus
 import pytest
 from support.bus import LOCALE, LOCALE_PATH, PROPERTIES, TIMEDATE, SystemBus, wait_until
+from support.clock import set_clock_to_now
 from support.probe import Probe
 
 OK = "0"
@@ -418,14 +418,6 @@ def test_a_callback_of_the_time_may_unset_itself(bus, probe):
     assert [probe.answer() for _ in range(3)] == [OK] * 3
     assert probe.changes_after(TIMEDATE) == ["time"]
     wait_until(lambda: bus.matches(TIMEDATE) == [], "no listener")
-
-
-def set_clock_to_now():
-    """Sets the clock, by as little as can be, or skips the test."""
-    try:
-        time.clock_settime(time.CLOCK_REALTIME, time.clock_gettime(time.CLOCK_REALTIME))
-    except PermissionError as error:
-        pytest.skip(f"the clock cannot be set here: {error}")
 
 
 def test_a_clock_that_is_set_is_a_change_of_the_time():

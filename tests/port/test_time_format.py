@@ -177,6 +177,14 @@ def test_a_later_reading_has_the_answer_without_any_callback(bus, probe):
     wait_until(lambda: bus.matches(PORTAL) == [], "no listener")
 
 
+def test_a_portal_without_any_method_is_asked_no_more(bus, probe):
+    bus.start_portal("12h", version=0)
+    assert probe.ask("is format") == COUNTS_TO_24
+    wait_until(lambda: bus.matches(PORTAL) == [], "no listener")
+    assert probe.ask("is format") == COUNTS_TO_24
+    assert probe.end() == (0, "")
+
+
 def test_the_portal_is_listened_to_for_the_format_alone(bus, probe):
     for key in ("language", "region", "time"):
         assert probe.ask(f"set {key}") == OK

@@ -17,7 +17,10 @@ def load(mock, parameters):
     mock.clock_format = parameters["clock_format"]
 
 
-def read(mock, setting):
+def read(mock, setting, first_version):
+    if mock.version < first_version:
+        raise dbus.DBusException("No such method",
+                                 name="org.freedesktop.DBus.Error.UnknownMethod")
     if setting != CLOCK_FORMAT or mock.clock_format is None:
         raise dbus.DBusException("Requested setting not found",
                                  name="org.freedesktop.portal.Error.NotFound")
@@ -26,15 +29,12 @@ def read(mock, setting):
 
 @dbus.service.method(MAIN_IFACE, in_signature="ss", out_signature="v")
 def ReadOne(self, namespace, key):
-    if self.version < 2:
-        raise dbus.DBusException("No such method",
-                                 name="org.freedesktop.DBus.Error.UnknownMethod")
-    return read(self, (namespace, key))
+    return read(self, (namespace, key), first_version=2)
 
 
 @dbus.service.method(MAIN_IFACE, in_signature="ss", out_signature="v")
 def Read(self, namespace, key):
-    return dbus.String(read(self, (namespace, key)), variant_level=2)
+    return dbus.String(read(self, (namespace, key), first_version=1), variant_level=2)
 
 
 @dbus.service.method(TEST_IFACE, in_signature="v")

@@ -1,5 +1,6 @@
 """A probe: a small program of ours that is driven line by line and says what happened."""
 
+import contextlib
 import os
 import queue
 import signal
@@ -45,13 +46,12 @@ class Probe:
         print(command, file=self._process.stdin, flush=True)
         return self.answer()
 
-    def ask_after(self, event, command):
-        """Returns the answer to a command that comes at the same time as an event."""
+    @contextlib.contextmanager
+    def held(self):
+        """What happens in the block is found by the probe's main loop all at a time."""
         self._process.send_signal(signal.SIGSTOP)
-        event()
-        print(command, file=self._process.stdin, flush=True)
+        yield
         self._process.send_signal(signal.SIGCONT)
-        return self.answer()
 
     def answer(self):
         """Returns the next answer, such as that to a command that a callback gave."""

@@ -22,7 +22,8 @@ class SessionBus(Bus):
     variable = "DBUS_SESSION_BUS_ADDRESS"
 
     def start_portal(self, clock_format=None, version=2):
-        """A portal of version 1 has not the method ReadOne; None: the desktop has no format."""
+        """Version 1 has not the method ReadOne, version 0 no method at all; None: the desktop has
+        no format."""
         self._start(PORTAL, str(Path(__file__).with_name("portal_settings.py")),
                     clock_format=clock_format, version=version)
 

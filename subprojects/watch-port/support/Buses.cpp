@@ -5,8 +5,6 @@
 
 #include <Ecore.h>
 #include <cstdlib>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace
 {
@@ -14,13 +12,6 @@ std::string ReadVariable(const char* name)
 {
     const char* value = std::getenv(name);
     return value ? value : "";
-}
-
-bool IsOwnSocket(const std::string& path)
-{
-    struct stat status = {};
-    return stat(path.c_str(), &status) == 0 && S_ISSOCK(status.st_mode) &&
-           status.st_uid == geteuid();
 }
 
 std::string SystemBusAddress()
@@ -48,7 +39,8 @@ public:
 private:
     // Ecore's own listeners of the system bus are kept out: they report a missing bus as an error
     // and crash on a malformed PropertiesChanged. The connection is made by address, for Eldbus
-    // ends the main loop when what it knows as the session bus dies.
+    // ends the main loop when what it knows as the session bus dies, and starts one where there
+    // is none.
     static Eldbus_Connection* Connect(const std::string& address)
     {
         ecore_app_no_system_modules();
@@ -81,12 +73,11 @@ Eldbus_Connection* SessionBus()
     return sBus.Get();
 }
 
-// The bus library itself would start a bus where there is none, and takes only the user's own.
 std::string SessionBusAddress()
 {
     const std::string address = ReadVariable("DBUS_SESSION_BUS_ADDRESS");
-    if (!address.empty())
+    const std::string folder = ReadVariable("XDG_RUNTIME_DIR");
+    if (!address.empty() || folder.empty())
         return address;
-    const std::string path = ReadVariable("XDG_RUNTIME_DIR") + "/bus";
-    return IsOwnSocket(path) ? "unix:path=" + path : "";
+    return "unix:path=" + folder + "/bus";
 }

@@ -21,7 +21,7 @@ Eldbus_Connection* SessionBus();
 
 /**
  * The session bus's address: that of DBUS_SESSION_BUS_ADDRESS, else the user's bus in
- * XDG_RUNTIME_DIR; empty when there is none.
+ * XDG_RUNTIME_DIR, which may not be there; empty when neither is set.
  */
 std::string SessionBusAddress();
 

@@ -15,9 +15,10 @@ extern "C" {
  * UPower's display device is asked first: charging is its State 1, and no other (a full battery
  * at the charger does not charge). UPower is started for it where it is installed and does not
  * run yet. The call waits for its answer, 500 ms at the longest, and at the first call also for
- * the system bus: about 1 ms, and 2 s where a bus accepts and then keeps silent, which is given up
- * then for as long as the process lives. Without an answer the kernel is asked: charging is a battery in /sys/class/power_supply with the status "Charging". Batteries
- * of peripherals (scope "Device": a mouse, a pen) do not count.
+ * the system bus: about 1 ms, and 2 s where a bus accepts and then keeps silent, which is given
+ * up then for as long as the process lives. Without an answer the kernel is asked: charging is a
+ * battery in /sys/class/power_supply with the status "Charging". Batteries of peripherals (scope
+ * "Device": a mouse, a pen) do not count.
  *
  * @param charging Set to the answer on success, left as it is otherwise.
  * @return DEVICE_ERROR_NONE;

@@ -1,6 +1,7 @@
 #include "common/BaseView.h"
 
 #include "common/BaseViewFixture.h"
+#include "common/DirtyMemory.h"
 
 using QivoUi::BaseView;
 using QivoUi::NaviFrame;
@@ -25,7 +26,7 @@ using BaseViewTest = BaseViewFixture;
 
 TEST_F(BaseViewTest, StartsWithoutRecordListenerAndLayout)
 {
-    auto view = MakeView();
+    InDirtyMemory<FakeDefaultView> view;
 
     EXPECT_EQ(view->mNaviFramItemDataPtr, nullptr);
     EXPECT_EQ(view->mViewEventListener, nullptr);

@@ -1,5 +1,6 @@
 #include "common/NaviFrameItemPopHandler.h"
 
+#include "common/DirtyMemory.h"
 #include "common/NaviFrameFixture.h"
 
 using QivoUi::NaviFrame;
@@ -25,10 +26,10 @@ protected:
 
 TEST_F(NaviFrameItemPopHandlerTest, StartsUnboundAndWithoutAListener)
 {
-    NaviFrameItemPopHandler handle;
+    InDirtyMemory<NaviFrameItemPopHandler> handle;
 
-    EXPECT_EQ(handle.mNaviFrameItem, nullptr);
-    EXPECT_EQ(handle.mPopEventListener, nullptr);
+    EXPECT_EQ(handle->mNaviFrameItem, nullptr);
+    EXPECT_EQ(handle->mPopEventListener, nullptr);
 }
 
 TEST_F(NaviFrameItemPopHandlerTest, BindsToAnItem)
@@ -219,6 +220,8 @@ TEST_F(NaviFrameItemPopHandlerTest, DoesNothingUnboundAndSaysSoOnlyForTheItemsAb
 {
     FakeTransitionListener transition;
     NaviFrameItemPopHandler handle;
+    NaviFrame::Destroy();
+    Recorder::Take();
 
     handle.Pop(true, &transition);
     handle.Pop(false, &transition);
@@ -229,6 +232,7 @@ TEST_F(NaviFrameItemPopHandlerTest, DoesNothingUnboundAndSaysSoOnlyForTheItemsAb
     handle.DeleteAboveNaviFrameItem();
     EXPECT_EQ(Recorder::Take(),
               Lines({"error(DeleteAboveNaviFrameItem) [Failed] Invalid NaviFrameItem"}));
+    EXPECT_EQ(NaviFrame::mInstance, nullptr);
 }
 
 TEST_F(NaviFrameItemPopHandlerTest, IsOfNoUseAfterTheNaviframePoppedItsItem)

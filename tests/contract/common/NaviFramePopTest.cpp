@@ -1,6 +1,8 @@
 #include "common/NaviFrameFixture.h"
+#include <stdexcept>
 
 using QivoUi::NaviFrame;
+using QivoUi::NaviFramePopTransitionEventListener;
 
 namespace
 {
@@ -198,6 +200,34 @@ TEST_F(NaviFramePopTest, PopsNothingWithoutAWidget)
     EXPECT_NO_THROW(mFrame->PopItem(item, true, nullptr));
 
     EXPECT_EQ(Recorder::Take(), Lines({"error(PopItem) pop fail[[PopItem]mNaviFrame is NULL]"}));
+}
+
+TEST_F(NaviFramePopTest, LetsNoExceptionOfAListenerOut)
+{
+    FakeLowerListener lower;
+    lower.mReactions["OnNaviFrameLowered"] = [] { throw std::logic_error("no home"); };
+    mFrame->mNaviFrmaeLowerEventListener = &lower;
+    Elm_Object_Item* item = Push();
+    Recorder::Take();
+
+    EXPECT_NO_THROW(mFrame->PopItem(item, true, nullptr));
+
+    EXPECT_EQ(Recorder::TakeLog(), Lines({"error(PopItem) pop fail[no home]"}));
+}
+
+TEST_F(NaviFramePopTest, HasKeptTheListenerBeforeTheNaviframeAsksForConsent)
+{
+    FakePopListener pop;
+    FakeTransitionListener transition;
+    NaviFramePopTransitionEventListener* kept = nullptr;
+    pop.mReactions["OnViewPoped"] = [&] { kept = mFrame->mPopTransitionEventListener; };
+    Push();
+    Elm_Object_Item* top = Push();
+    mHandles.back()->mPopEventListener = &pop;
+
+    mFrame->PopItem(top, true, &transition);
+
+    EXPECT_EQ(kept, &transition);
 }
 
 TEST_F(NaviFramePopTest, PopsNoScreenThatIsNotOnTop)

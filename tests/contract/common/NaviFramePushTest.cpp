@@ -1,3 +1,4 @@
+#include "common/DirtyMemory.h"
 #include "common/NaviFrameFixture.h"
 
 using QivoUi::NaviFrame;
@@ -28,12 +29,12 @@ protected:
 
 TEST_F(NaviFramePushTest, ARecordStartsWithoutLayoutTitleAndListener)
 {
-    NaviFrameItemData record;
+    InDirtyMemory<NaviFrameItemData> record;
 
-    EXPECT_EQ(record.mViewLayout, nullptr);
-    EXPECT_EQ(record.mReserved, nullptr);
-    EXPECT_EQ(record.mTitle, "");
-    EXPECT_EQ(record.mStateListener, nullptr);
+    EXPECT_EQ(record->mViewLayout, nullptr);
+    EXPECT_EQ(record->mReserved, nullptr);
+    EXPECT_EQ(record->mTitle, "");
+    EXPECT_EQ(record->mStateListener, nullptr);
 }
 
 TEST_F(NaviFramePushTest, PushesTheFirstScreenWithoutATransitionEvenWhenAnimated)
@@ -140,13 +141,12 @@ TEST_F(NaviFramePushTest, AScreenWithoutContentIsPushedAllTheSame)
     EXPECT_NE(handle, nullptr);
 }
 
-TEST_F(NaviFramePushTest, PushesNothingWithoutAWidget)
+TEST_F(NaviFramePushTest, LooksAtNoRecordWithoutAWidget)
 {
-    FakeStateListener listener;
     NaviFrame::Destroy();
     Recorder::Take();
 
-    auto handle = NaviFrame::GetInstance()->PushNaviframeItem(MakeRecord(&listener), true);
+    auto handle = NaviFrame::GetInstance()->PushNaviframeItem(nullptr, true);
 
     EXPECT_EQ(handle, nullptr);
     EXPECT_EQ(Recorder::Take(),

@@ -1,11 +1,16 @@
 #include "common/NaviFrame.h"
 
+#include "common/DirtyMemory.h"
 #include "common/NaviFrameFixture.h"
 
 using QivoUi::NaviFrame;
 
 namespace
 {
+
+// Read before main() and any test.
+const NaviFrame* const kInstanceAtStart = NaviFrame::mInstance;
+const bool kIsAliveAtStart = NaviFrame::mIsAlive;
 
 class NaviFrameTest : public NaviFrameFixture
 {
@@ -18,6 +23,12 @@ protected:
         return mFrame;
     }
 };
+
+TEST_F(NaviFrameTest, DoesNotExistWhenTheProcessStarts)
+{
+    EXPECT_EQ(kInstanceAtStart, nullptr);
+    EXPECT_FALSE(kIsAliveAtStart);
+}
 
 TEST_F(NaviFrameTest, IsMadeOnFirstUseAndThenAlwaysTheSame)
 {
@@ -55,7 +66,7 @@ TEST_F(NaviFrameTest, DestroyingNothingDoesNothing)
 
 TEST_F(NaviFrameTest, StartsEmpty)
 {
-    NaviFrame* frame = Renew();
+    InDirtyMemory<NaviFrame> frame;
 
     EXPECT_EQ(frame->mNaviFrame, nullptr);
     EXPECT_EQ(frame->mWindow, nullptr);

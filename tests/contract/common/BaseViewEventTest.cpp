@@ -74,6 +74,8 @@ TEST_F(BaseViewEventTest, ItsItemStaysWhileTheControllerRefusesThePop)
     mController.mIsAllowed = true;
     handle->Pop(true, nullptr);
     EXPECT_EQ(Stack(), Lines({"item1"}));
+    // The popped item still calls its handle when the transition ends.
+    TakeUntil("controller.OnViewDeleteEvent");
 }
 
 TEST_F(BaseViewEventTest, TellsTheControllerOfTheLayoutsDeletionAndLeavesTheLanguageCallback)

@@ -69,17 +69,23 @@ public:
     /** Builds the view and wires its layout; error "[Failed] Invalid parent" without a frame. */
     void CreateView();
 
-    /** The screen's root object; null, with a warning, before CreateView(). */
+    /** The screen's root object; null before, with warning "mNaviFramItemDataPtr is NULL". */
     Evas_Object* GetViewLayout();
 
+    /** The back key; writes the marker line, and warning "mViewEventListener is NULL". */
     static void SLayoutBackCB(void* data, Evas_Object* object, void* eventInfo);
+
+    /** The layout is being deleted: runs OnLayoutDeleted() and forgets the layout. */
     static void SViewObjectDeleteCB(void* data, Evas* canvas, Evas_Object* object, void* eventInfo);
+
+    /** The toolkit's language has changed: runs OnLanguageChanged(). */
     static void SLanguageChangedCB(void* data, Evas_Object* object, void* eventInfo);
 
     /** For views that subscribe to changes of the theme; error "pThis is NULL" for null. */
     static void SThemeChangedCB(void* data);
 
 private:
+    // Spelled so.
     std::shared_ptr<NaviFrameItemData> mNaviFramItemDataPtr;
 
 public:
@@ -87,6 +93,7 @@ public:
     BaseViewEventListener* mViewEventListener = nullptr;
 
 private:
+    // The layout with our callbacks; null before CreateView() and once it is deleted.
     Evas_Object* mLayout = nullptr;
 };
 

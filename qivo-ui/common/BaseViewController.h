@@ -54,7 +54,10 @@ public:
     virtual std::shared_ptr<NaviFrameItemPopHandler> ShowView(bool animated);
 
 protected:
+    /** The view; filled by Initialize(). */
     std::shared_ptr<BaseView> mBaseViewPtr;
+
+    /** The handle of the shown view; empty until ShowView(). */
     std::shared_ptr<NaviFrameItemPopHandler> mPopHandlerPtr;
 };
 

@@ -84,6 +84,11 @@ NaviFrameStateListener* NaviFrame::FindStateListener(Elm_Object_Item* item) cons
     return entry == mStateListenerMap.end() ? nullptr : entry->second;
 }
 
+NaviFrameStateListener* NaviFrame::FindTopListener() const
+{
+    return FindStateListener(elm_naviframe_top_item_get(mNaviFrame));
+}
+
 std::shared_ptr<NaviFrameItemPopHandler>
 NaviFrame::PushNaviframeItem(std::shared_ptr<NaviFrameItemData> data, bool animated)
 {
@@ -104,6 +109,7 @@ NaviFrame::PushNaviframeItem(std::shared_ptr<NaviFrameItemData> data, bool anima
                                          data->mViewLayout, style.c_str());
         if (oldTop)
         {
+            // Deliberately before the new item is tested.
             QIVO_LOG_INFO("push animationStart");
             evas_object_smart_callback_add(mNaviFrame, kTransitionFinished,
                                            SNaviFrameTransitionFinishedCB, this);
@@ -248,6 +254,7 @@ void NaviFrame::DeleteAboveItems(Elm_Object_Item* item)
         return;
     }
 
+    // The loop stands again below: each line is to name the operation it was logged from.
     Eina_List* above = nullptr;
     Eina_List* below = eina_list_split_list(items, node, &above);
     for (Eina_List* it = above; it; it = eina_list_next(it))
@@ -337,7 +344,7 @@ void NaviFrame::TriggerToAppPaused()
 void NaviFrame::OnAppPause()
 {
     mIsPaused = true;
-    NaviFrameStateListener* listener = FindStateListener(elm_naviframe_top_item_get(mNaviFrame));
+    NaviFrameStateListener* listener = FindTopListener();
     if (listener)
     {
         listener->OnItemPause();
@@ -347,7 +354,7 @@ void NaviFrame::OnAppPause()
 void NaviFrame::OnAppResume()
 {
     mIsPaused = false;
-    NaviFrameStateListener* listener = FindStateListener(elm_naviframe_top_item_get(mNaviFrame));
+    NaviFrameStateListener* listener = FindTopListener();
     if (listener)
     {
         listener->OnItemResume();
@@ -387,8 +394,7 @@ void NaviFrame::SNaviFrameTransitionFinishedCB(void* data, Evas_Object* /*object
         return;
     }
     QIVO_LOG_INFO("Animation Done");
-    NaviFrameStateListener* listener =
-        pThis->FindStateListener(elm_naviframe_top_item_get(pThis->mNaviFrame));
+    NaviFrameStateListener* listener = pThis->FindTopListener();
     if (listener)
     {
         listener->OnItemTransitionFinished();

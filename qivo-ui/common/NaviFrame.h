@@ -27,7 +27,8 @@ class NaviFrameItemPopHandler;
  * logged and the operation abandoned; nothing is retried and no exception leaves an operation.
  *
  * A user of the framework must not destroy the frame in the middle of an animated pop: the
- * callback of that pop stays registered on the widget and would be given the dead frame.
+ * callback of that pop stays registered on the widget and would be given the dead frame. Nor
+ * may a listener destroy it while it is told of a transition's end.
  */
 class NaviFrame : public AppEventListener
 {
@@ -61,7 +62,8 @@ public:
      *
      * The first screen appears at once; a later one is animated, or put above the top without
      * a transition. The old top's listener is told to pause (not while the application is
-     * paused), the new screen's to resume.
+     * paused), the new screen's to resume. Logs information
+     * "push animationStart" when the push is animated onto another screen.
      *
      * @param data the screen; must hold a record
      * @return the handle of the new item; empty when it could not be pushed, with error
@@ -77,16 +79,26 @@ public:
      * @param animated with the widget's transition; without, the item is deleted at once
      * @param listener told at the end of the transition; never without one. May be null.
      *
-     * Logs error "pop fail[...]" with the reason when it cannot pop, and warning
+     * Logs information "pop animation start", error "pop fail[%s]" with the reason when it
+     * cannot pop, and warning
      * "mNaviFrmaeLowerEventListener is NULL" when nobody hears of the lowering.
      */
     void PopItem(Elm_Object_Item* item, bool animated,
                  NaviFramePopTransitionEventListener* listener);
 
-    /** Pops all items above `item`; nothing when it is on top. Null is logged as error. */
+    /**
+     * Pops all items above `item`; nothing when it is on top.
+     *
+     * Logs information "pop to animation start", or error "[Failed] Invalid Naviframe : %p
+     * naviframeItem : %p" when the frame or the item is null.
+     */
     void PopToItem(Elm_Object_Item* item);
 
-    /** Pops the top item, whatever it is, even the last. */
+    /**
+     * Pops the top item, whatever it is, even the last.
+     *
+     * Logs information "Pop Start", or error "[Failed] Pop Naviframe item" without a frame.
+     */
     void PopTopItem();
 
     /** Deletes one item without animation; null is ignored. */
@@ -95,16 +107,22 @@ public:
     /** Deletes the top item without animation. */
     void DeleteTopItem();
 
-    /** Deletes all items above `item`, bottom to top; each is logged. */
+    /**
+     * Deletes all items above `item`, bottom to top; each is logged as error
+     * "Delete naviframeItem %p", though nothing has failed. An unknown item is ignored.
+     *
+     * Logs error "[Faild] Invalid naviFrameItem" without a frame, "navifrmaeItem List is Null"
+     * without items. The texts are spelled so.
+     */
     void DeleteAboveItems(Elm_Object_Item* item);
 
     /**
-     * Deletes the items strictly between two, bottom to top; each is logged.
+     * Deletes the items strictly between two, bottom to top; logs as DeleteAboveItems().
      *
      * @param upper must lie above `lower`; the other way round the result is undefined
      *
-     * Logs error "Invalid Delete Range" when one is not on the stack, and "Invalid deletedList"
-     * when nothing lies between.
+     * Logs also error "Invalid Delete Range" when one is not on the stack, and "Invalid
+     * deletedList" when nothing lies between.
      */
     void DeleteBetweenItems(Elm_Object_Item* upper, Elm_Object_Item* lower);
 
@@ -119,24 +137,37 @@ public:
     /** Whether the stack has no item. */
     bool IsNaviFrameEmpty();
 
-    /** Lowers the main window, which sends the application to the background. */
+    /** Lowers the main window, and so pauses the application; error "Invalid Window" without. */
     void TriggerToAppPaused();
 
+    /** Tells the top item's listener of the application's pause, and so on until the resume. */
     void OnAppPause() override;
+
+    /** Tells the top item's listener of the application's resume. */
     void OnAppResume() override;
 
     /**
      * An item is being deleted: resumes the top item's listener and forgets the item's own.
      *
-     * This runs for every deletion, also below the top, so the top screen may be told to
-     * resume more than once; listeners must bear it.
+     * Deliberately for every deletion, also below the top: the top screen may be told to
+     * resume more than once, and listeners must bear it. The name is spelled so.
+     *
+     * Logs warning "mIsAlive is false" when there is no live frame.
      */
     void OnNaviImteDeleted(Elm_Object_Item* item);
 
-    /** The end of a push transition, once for each animated push onto another screen. */
+    /**
+     * The end of a push transition, once for each animated push onto another screen.
+     *
+     * Logs information "Animation Done", or error "pThis is NULL" for null data.
+     */
     static void SNaviFrameTransitionFinishedCB(void* data, Evas_Object* object, void* eventInfo);
 
-    /** The end of the pop transition that PopItem() started. */
+    /**
+     * The end of the pop transition that PopItem() started.
+     *
+     * A pop that the listener starts here loses its own listener, which is cleared afterwards.
+     */
     static void SNaviFramePopTransitionFinishedCB(void* data, Evas_Object* object, void* eventInfo);
 
 private:
@@ -144,6 +175,7 @@ private:
     ~NaviFrame() override;
 
     NaviFrameStateListener* FindStateListener(Elm_Object_Item* item) const;
+    NaviFrameStateListener* FindTopListener() const;
 
     static NaviFrame* mInstance;
     static bool mIsAlive;
@@ -154,7 +186,7 @@ private:
     std::map<Elm_Object_Item*, NaviFrameStateListener*> mStateListenerMap;
 
 public:
-    /** Told when the window was lowered by a pop of the only item; may be null. Not owned. */
+    /** Told when a pop of the only item lowered the window; may be null. Not owned. Spelled so. */
     NaviFrameLowerEventListener* mNaviFrmaeLowerEventListener = nullptr;
 
 private:

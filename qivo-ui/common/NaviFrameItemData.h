@@ -20,7 +20,7 @@ public:
     /** The screen's root object, which becomes the item's content; owned by the widget tree. */
     Evas_Object* mViewLayout = nullptr;
 
-    /** Reserved: deliberately kept, null and unread, because the record's layout has the slot. */
+    /** Reserved: deliberately kept, null and unread, as a slot of the record's memory layout. */
     void* mReserved = nullptr;
 
     /** The title; an empty one pushes the screen in the title-less item style. */

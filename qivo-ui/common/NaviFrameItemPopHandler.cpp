@@ -1,6 +1,7 @@
 #include "common/NaviFrameItemPopHandler.h"
 
 #include "common/Log.h"
+#include "common/NaviFrame.h"
 
 namespace QivoUi
 {

@@ -1,8 +1,8 @@
 #ifndef QIVO_UI_COMMON_NAVIFRAMEITEMPOPHANDLER_H
 #define QIVO_UI_COMMON_NAVIFRAMEITEMPOPHANDLER_H
 
-#include "common/NaviFrame.h"
 #include "common/NaviFramePopEventListener.h"
+#include "common/NaviFramePopTransitionEventListener.h"
 #include <Elementary.h>
 #include <memory>
 
@@ -19,6 +19,8 @@ namespace QivoUi
  *
  * A user of the framework must not release the handle while a pop that it consented to is
  * still animating: the handle is unbound by then and leaves its deletion callback on the item.
+ * Nor may the last share go while the handle is at work: in OnViewPoped(), in DeleteItem(), or
+ * in what a listener does when the item's deletion resumes it.
  */
 class NaviFrameItemPopHandler
 {

@@ -22,14 +22,10 @@ public:
     /**
      * A detent, as OnRotaryDetent() passes it on.
      *
-     * @param step 1 for a clockwise step, -1 for a counter-clockwise one
-     * @param timeStamp the event's own time stamp, in milliseconds
+     * The step is 1 clockwise and -1 counter-clockwise, the time stamp the event's own in
+     * milliseconds.
      */
-    virtual void OnRotaryEvent(int step, unsigned int timeStamp)
-    {
-        (void)step;
-        (void)timeStamp;
-    }
+    virtual void OnRotaryEvent(int /*step*/, unsigned int /*timeStamp*/) {}
 
     /** One detent while this listener is on top; passes it to OnRotaryEvent() by default. */
     virtual void OnRotaryDetent(int step, unsigned int timeStamp)

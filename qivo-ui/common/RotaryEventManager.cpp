@@ -5,6 +5,27 @@
 namespace QivoUi
 {
 
+namespace
+{
+
+using Record = std::shared_ptr<RotaryEventManager::RotaryEventData>;
+
+template <typename Key>
+Record FindFirst(const std::list<Record>& records, Key* RotaryEventManager::RotaryEventData::*field,
+                 const Key* key)
+{
+    for (const Record& record : records)
+    {
+        if (record && (*record).*field == key)
+        {
+            return record;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
 RotaryEventManager* RotaryEventManager::mPThis = nullptr;
 Evas_Object* RotaryEventManager::mConformant = nullptr;
 Eext_Circle_Surface* RotaryEventManager::mCircleSurface = nullptr;
@@ -53,8 +74,9 @@ Eext_Circle_Surface* RotaryEventManager::CreateCircleSurface(Evas_Object* confor
         QIVO_LOG_ERROR("Already mCircleSurface Exist");
         return mCircleSurface;
     }
-    mCircleSurface = eext_circle_surface_conformant_add(conformant);
+    Eext_Circle_Surface* surface = eext_circle_surface_conformant_add(conformant);
     mConformant = conformant;
+    mCircleSurface = surface;
     if (!mCircleSurface)
     {
         QIVO_LOG_ERROR("Failed Create Circle Surface");
@@ -88,6 +110,7 @@ void RotaryEventManager::UnRegisterEventListener(RotaryEventListener* eventListe
     {
         return;
     }
+    // Deliberately without a blank, unlike the warning of an activation.
     QIVO_LOG_INFO("object:%p", static_cast<void*>(record->mViewObject));
     if (record->mViewObject)
     {
@@ -175,14 +198,7 @@ RotaryEventManager::FindRotaryEventData(RotaryEventListener* eventListener)
         QIVO_LOG_ERROR("Invalid eventListener");
         return nullptr;
     }
-    for (const std::shared_ptr<RotaryEventData>& record : mRotaryEventDataList)
-    {
-        if (record && record->mEventListener == eventListener)
-        {
-            return record;
-        }
-    }
-    return nullptr;
+    return FindFirst(mRotaryEventDataList, &RotaryEventData::mEventListener, eventListener);
 }
 
 std::shared_ptr<RotaryEventManager::RotaryEventData>
@@ -193,14 +209,7 @@ RotaryEventManager::FindRotaryEventData(Evas_Object* viewObject)
         QIVO_LOG_ERROR("Invalid viewObject");
         return nullptr;
     }
-    for (const std::shared_ptr<RotaryEventData>& record : mRotaryEventDataList)
-    {
-        if (record && record->mViewObject == viewObject)
-        {
-            return record;
-        }
-    }
-    return nullptr;
+    return FindFirst(mRotaryEventDataList, &RotaryEventData::mViewObject, viewObject);
 }
 
 Eina_Bool RotaryEventManager::SRotaryEventCB(void* data, Evas_Object* /*object*/,

@@ -48,8 +48,8 @@ public:
     static RotaryEventManager* GetInstance();
 
     /**
-     * Deletes the manager. Objects stay activated and keep its rotary callbacks, so nothing may
-     * be registered any more; the circle surface is kept.
+     * Deletes the manager. Objects stay activated and keep its rotary callbacks, so every
+     * listener must be unregistered before; the circle surface is kept.
      */
     static void Destroy();
 
@@ -73,39 +73,58 @@ public:
      */
     void RegisterEventListener(RotaryEventListener* eventListener);
 
-    /** Takes the listener's oldest record away; nothing for an unknown one. */
+    /**
+     * Takes the listener's oldest record away; nothing for an unknown one.
+     *
+     * Logs information "object:%p", or error "Invalid eventListener" for null.
+     */
     void UnRegisterEventListener(RotaryEventListener* eventListener);
 
     /** Puts a widget that consumes detents by itself on top; null is ignored. */
     void ActivateRotateElementaryWidget(Evas_Object* object);
 
-    /** Takes the object's oldest record away. */
+    /** Takes the object's oldest record away; error "Invalid viewObject" for null. */
     void DeActivateRotateElementaryWidget(Evas_Object* object);
 
-    /** Installs the manager's rotary callback on an object; null is ignored. */
+    /**
+     * Installs the manager's rotary callback on an object; null is ignored.
+     *
+     * Logs error "[Failed] register eext_rotary_event_callback_set" when it is refused.
+     */
     void SetRotaryEventCB(Evas_Object* object);
 
     /** Takes the manager's rotary callback off an object; null is ignored. */
     void UnSetRotaryEventCB(Evas_Object* object);
 
-    /** Puts a record on top and activates its object; error for an empty one. */
+    /**
+     * Puts a record on top and activates its object.
+     *
+     * Logs warning "object :%p", or error "[Invalid] rotaryEventDataPtr" for an empty record.
+     * Deliberately asks neither for a second record of the object nor for a null object.
+     */
     void ActivateRotateEvent(std::shared_ptr<RotaryEventData> record);
 
     /**
      * Takes a record off the stack, wherever it is, and activates the one now on top.
      *
-     * Logs error "Initialize Rotary Activation" when nothing is left. Every call closes with
+     * Logs warning "object :%p" with the object now on top, or error
+     * "Initialize Rotary Activation" when nothing is left. Every call closes with
      * the marker line, an empty record has only that.
      */
     void DeActivateRotateEvent(std::shared_ptr<RotaryEventData> record);
 
-    /** The listener's oldest record; empty when there is none, with an error for null. */
+    /** The listener's oldest record, empty when none; null: error "Invalid eventListener". */
     std::shared_ptr<RotaryEventData> FindRotaryEventData(RotaryEventListener* eventListener);
 
-    /** The object's oldest record; empty when there is none, with an error for null. */
+    /** The object's oldest record, empty when none; null: error "Invalid viewObject". */
     std::shared_ptr<RotaryEventData> FindRotaryEventData(Evas_Object* viewObject);
 
-    /** A detent; always goes to the listener on top, whichever object it came in on. */
+    /**
+     * A detent. It deliberately goes to the listener on top, whichever object it came in on.
+     *
+     * Logs warning "Rotary direction: %d", or "mRotaryEventDataList is empty" or
+     * "mEventListener is NULL" when nobody can hear. @return EINA_FALSE, always
+     */
     static Eina_Bool SRotaryEventCB(void* data, Evas_Object* object, Eext_Rotary_Event_Info* info);
 
     /** An object with a record is being deleted. */
@@ -116,6 +135,8 @@ private:
     virtual ~RotaryEventManager();
 
     static RotaryEventManager* mPThis;
+
+    // Not owned, and not told when they go.
     static Evas_Object* mConformant;
     static Eext_Circle_Surface* mCircleSurface;
 

@@ -14,6 +14,7 @@ namespace QivoUi
 namespace
 {
 
+// Deliberately for the life of the process and never reset: one launch, one screen.
 bool sIsAppControlHandled = false;
 
 } // namespace
@@ -22,6 +23,7 @@ Evas_Object* Application::mWindow = nullptr;
 
 Application::Application()
 {
+    // Deliberate: each construction forgets the window of an earlier one.
     mWindow = nullptr;
 }
 
@@ -221,6 +223,7 @@ void Application::OnAppPauseImpl()
         OnAppPausedByPowerKey();
         mIsPowerKeyReleased = false;
     }
+    // Deliberate: the application never stays in the background.
     ui_app_exit();
 }
 
@@ -252,8 +255,8 @@ void Application::UnRegisterAppEventListener(AppEventListener* listener)
 void Application::NotifyListeners(void (AppEventListener::*event)())
 {
     // A listener may unregister itself or others while it is told.
-    const std::list<AppEventListener*> told = mAppEventListenerList;
-    for (AppEventListener* listener : told)
+    const std::list<AppEventListener*> listeners = mAppEventListenerList;
+    for (AppEventListener* listener : listeners)
     {
         const bool isHeld = std::find(mAppEventListenerList.begin(), mAppEventListenerList.end(),
                                       listener) != mAppEventListenerList.end();
@@ -289,16 +292,6 @@ void Application::NotifyLanguageChanged()
     OnAppSystemLangChangedImpl();
 }
 
-bool Application::AppControllOperationImpl(std::string /*operation*/, ExtraDataMapPtr /*extraData*/)
-{
-    return false;
-}
-
-bool Application::OnVocraOperation(ExtraDataMapPtr /*extraData*/)
-{
-    return false;
-}
-
 bool Application::OnAppControllOperation(std::string operation, ExtraDataMapPtr extraData)
 {
     AppControllOperationImpl(operation, extraData);
@@ -309,16 +302,6 @@ void Application::SaveOperation(std::string operation, ExtraDataMapPtr extraData
 {
     mOperation = operation;
     mOperationExtraData = extraData;
-}
-
-void Application::SetLaunchExtraData(ExtraDataMapPtr extraData)
-{
-    mLaunchExtraData = extraData;
-}
-
-void Application::SetResumeFlag(bool flag)
-{
-    mResumeFlag = flag;
 }
 
 void Application::ReplyAppControll(app_control_h request, bool succeeded)
@@ -344,6 +327,7 @@ bool Application::SOnAppCreate(void* data)
 {
     QIVO_LOG_MARK();
     static_cast<Application*>(data)->OnAppCreateImpl();
+    // Deliberate: even without a window the process goes on.
     return true;
 }
 
@@ -388,8 +372,9 @@ void Application::SOnAppControl(app_control_h request, void* data)
     if (!sIsAppControlHandled)
     {
         sIsAppControlHandled = true;
+        // Deliberate: the operation runs even when the tree could not be built.
         app->OnSetupLayout();
-        app->SetResumeFlag(false);
+        app->mResumeFlag = false;
         app->OnAppControllOperation(operation, extraData);
     }
     std::free(operation);

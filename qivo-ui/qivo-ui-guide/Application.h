@@ -45,13 +45,17 @@ public:
      */
     virtual bool OnSetupLayout();
 
-    /** Loads the theme, makes the main window and loads the tables; see CreateWindow(). */
+    /**
+     * Loads the theme, makes the main window and loads the tables.
+     *
+     * Logs error "[Failed] Create Window", and leaves the tables, when there is no window.
+     */
     virtual void OnAppCreateImpl();
 
     /** The system's time was set, or NotifyLanguageChanged() was called. */
     virtual void OnAppSystemLangChangedImpl() {}
 
-    /** Destroys the navigation frame. Listeners are not told. */
+    /** Writes the marker line and destroys the navigation frame. Listeners are not told. */
     virtual void OnAppTerminateImpl();
 
     /** Tells the listeners, then ends the application. */
@@ -66,13 +70,16 @@ public:
     /**
      * Handles the first launch request.
      *
-     * @param extraData never an empty pointer
-     * @return whether the operation was handled; nobody asks
+     * @param extraData never empty when it comes from a request; an empty pointer means none
+     * @return whether the operation was handled, false here; nobody asks
      */
-    virtual bool AppControllOperationImpl(std::string operation, ExtraDataMapPtr extraData);
+    virtual bool AppControllOperationImpl(std::string /*operation*/, ExtraDataMapPtr /*extraData*/)
+    {
+        return false;
+    }
 
-    /** For applications that take voice operations; nothing here calls it. */
-    virtual bool OnVocraOperation(ExtraDataMapPtr extraData);
+    /** Deliberately kept for derived applications, though nothing here calls it. */
+    virtual bool OnVocraOperation(ExtraDataMapPtr /*extraData*/) { return false; }
 
     /** The wallet's own font table: deliberately that of another package than this one. */
     virtual std::string GetFontTablePath();
@@ -83,11 +90,30 @@ public:
     /** Shows the first screen, at the end of OnSetupLayout(). */
     virtual bool ShowView() = 0;
 
+    /**
+     * The framework's callbacks, whose user data is the application. Each writes the marker line
+     * and then calls its hook; creation always succeeds.
+     */
     static bool SOnAppCreate(void* data);
-    static void SOnAppTerminate(void* data);
     static void SOnAppPause(void* data);
     static void SOnAppResume(void* data);
+
+    /** Terminates, unsets the settings callbacks, deletes the application; the marker is last. */
+    static void SOnAppTerminate(void* data);
+
+    /**
+     * Takes a launch request: keeps its extra data and, the first time in the process, builds
+     * the screen and hands the operation on.
+     *
+     * Logs information "operation:[%s]", or error "get operation fail" and ignores the request.
+     */
     static void SOnAppControl(app_control_h request, void* data);
+
+    /**
+     * The system's settings have changed: language and region hand the language to the toolkit,
+     * the time runs the language hook, the time format (spelled so) only writes its
+     * marker line.
+     */
     static void SOnLanguageChanged(system_settings_key_e key, void* data);
     static void SOnRegionChanged(system_settings_key_e key, void* data);
     static void SOnSystemTimeChanged(system_settings_key_e key, void* data);
@@ -110,7 +136,7 @@ public:
     /** Makes the window's background; null on failure. */
     Evas_Object* CreateBackGround(Evas_Object* window);
 
-    /** Makes the conformant; null, with an error, on failure. */
+    /** Makes the conformant; null, with error "[Failed] comformant object create", on failure. */
     Evas_Object* CreateConformant(Evas_Object* window);
 
     /** Makes the conformant's content; null, with error "Failed elm_layout_add.", on failure. */
@@ -119,10 +145,19 @@ public:
     /** Loads the wallet's colour and font tables; they stay for the life of the process. */
     void LoadColorTable();
 
-    /** The system's language as the watch gives it; empty, with an error, when it does not. */
+    /**
+     * The system's language as the watch gives it, logged as warning "Lang region text : %s".
+     *
+     * @return empty, with error "system_settings_get_value_string(
+     *         SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE) failed [%d]", when the watch gives none
+     */
     static std::string GetCurrentLocale();
 
-    /** Hands the system's language to the toolkit, which tells every widget. */
+    /**
+     * Hands the system's language, unless it is empty, to the toolkit, which tells every widget.
+     *
+     * Logs information "currentLanguage:[%s]". Neither the listeners nor the hook are told.
+     */
     static void AppSystemLangChanged(void* data);
 
     /** Watches key releases; an earlier handler is not taken away first. */
@@ -131,10 +166,18 @@ public:
     /** Stops watching key releases. */
     void UnRegisterPowerKeyEvent();
 
-    /** Notes a release of the power key while resumed; always passes the event on. */
+    /**
+     * Notes a release of the power key while resumed; always passes the event on.
+     *
+     * Logs information "POWER KEY Released!", and nothing for another key.
+     */
     static Eina_Bool OnKeyReleasedCB(void* data, int type, void* event);
 
-    /** Adds a listener at the end; one held already moves there. Null is ignored. */
+    /**
+     * Adds a listener at the end; one held already moves there. Null is ignored.
+     *
+     * One that is added while the listeners are told of an event hears of the next one.
+     */
     void RegisterAppEventListener(AppEventListener* listener);
 
     /** Removes a listener; null is ignored. */
@@ -154,15 +197,15 @@ public:
     void SaveOperation(std::string operation, ExtraDataMapPtr extraData);
 
     /** Keeps the extra data of the latest launch request. */
-    void SetLaunchExtraData(ExtraDataMapPtr extraData);
+    void SetLaunchExtraData(ExtraDataMapPtr extraData) { mLaunchExtraData = extraData; }
 
     /** For derived applications, unused here; cleared by the first launch request. */
-    void SetResumeFlag(bool flag);
+    void SetResumeFlag(bool flag) { mResumeFlag = flag; }
 
     /**
      * Answers a launch request without extra data; for derived applications, unused here.
      *
-     * Logs error "app_control_create failed, %d" or
+     * Writes the marker line; logs error "app_control_create failed, %d" or
      * "app_control_reply_to_launch_request failed! [%d]".
      */
     void ReplyAppControll(app_control_h request, bool succeeded);
@@ -177,6 +220,7 @@ private:
 
     void NotifyListeners(void (AppEventListener::*event)());
 
+    // Deliberately kept though nothing reads them: the flag, the operation and its extra data.
     bool mResumeFlag = false;
     ExtraDataMapPtr mLaunchExtraData;
     std::string mOperation;
@@ -184,6 +228,7 @@ private:
     std::list<AppEventListener*> mAppEventListenerList;
     int mAppState = APP_STATE_NONE;
     Ecore_Event_Handler* mPowerKeyHandler = nullptr;
+    // Deliberately never set here; it keeps its slot and is cleared with the other.
     Ecore_Event_Handler* mExtraKeyHandler = nullptr;
     bool mIsPowerKeyReleased = false;
     Evas_Object* mMainLayout = nullptr;

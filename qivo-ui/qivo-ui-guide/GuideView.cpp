@@ -115,6 +115,7 @@ void GuideView::FillPage(Evas_Object* page)
 
 void GuideView::UpdateHelpText()
 {
+    // Deliberate: only the first line feed becomes a line break.
     std::string text = StringUtil::StringReplace(dgettext(kTextDomain, kHelpTextId), "\n", "<br>");
     if (text.find('&') == std::string::npos)
     {

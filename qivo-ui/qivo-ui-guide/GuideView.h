@@ -18,8 +18,10 @@ namespace QivoUi
  *                                          signals "show_arrow" and "hide_arrow"
  *           "tutorial/pad"                 from the first scroll on
  *
- * They all belong to the widget tree; the view deletes none. A widget that cannot be made is
- * logged as error "elm_layout_add failed." and leaves the screen without a layout.
+ * They all belong to the widget tree; the view deletes none, and its handles are null until
+ * the widget is made. When the outer layout or the page cannot be made, error
+ * "elm_layout_add failed." is logged, the record gets no layout, and the widgets made so far
+ * stay under the parent.
  */
 class GuideView : public BaseView
 {
@@ -27,7 +29,12 @@ public:
     GuideView() = default;
     ~GuideView() override = default;
 
-    /** Builds the page; empty, with error "[Failed] Invalid parent", for a null parent. */
+    /**
+     * Builds the page.
+     *
+     * @return the record, whose layout is null when the page could not be built; empty, with
+     *         error "[Failed] Invalid parent", for a null parent
+     */
     std::shared_ptr<NaviFrameItemData> CreateViewImpl(Evas_Object* parent) override;
 
     /** Sets the help text again; images and arrow stay as they are. */
@@ -39,7 +46,12 @@ public:
     /** Shows or hides the arrow hint; before the page is built, the wish is kept for it. */
     void SetArrowVisible(bool visible);
 
-    /** The first scroll appends the pad that lets the last line come to the middle. */
+    /**
+     * The first scroll appends the pad that lets the last line come to the middle.
+     *
+     * @param data the view; null is ignored. A pad that cannot be made is an error
+     *             "elm_layout_add failed." and tried again at the next scroll.
+     */
     static void SOnScrollCB(void* data, Evas_Object* object, void* eventInfo);
 
 private:

@@ -42,6 +42,7 @@ void GuideViewController::DeviceChangedCallback(device_callback_e /*type*/, void
         QIVO_LOG_ERROR("mGuideViewPtr is NULL");
         return;
     }
+    // The kind is deliberately not examined: only charger changes are registered for.
     pThis->mGuideViewPtr->SetArrowVisible(value == nullptr);
 }
 

@@ -12,8 +12,8 @@ namespace QivoUi
 /**
  * The guide screen's controller: shows the arrow hint while the watch is not charging.
  *
- * It follows the charger from Initialize() until the view's layout is deleted; its destruction
- * alone does not end that, so the layout must go first.
+ * It follows the charger from Initialize() until the view's layout is deleted. Its destruction
+ * deliberately does not end that: it dies with its layout gone, or with the process.
  */
 class GuideViewController : public BaseViewController
 {

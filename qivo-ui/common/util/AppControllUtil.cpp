@@ -44,7 +44,7 @@ void Launch(const char* function, app_control_h& handle, const std::string& appI
     }
     if (app_control_add_extra_data(handle, "__FAKE_EFFECT__", "ON") != 0)
     {
-        // Deliberately names another key than the one set; log readers know this text.
+        // Deliberately names another key than the one set.
         ThrowRuntimeError(function, "Fail to set APP_CONTROL_DATA_SPLASH_IMAGE");
     }
     if (!operation.empty() && app_control_set_operation(handle, operation.c_str()) != 0)
@@ -60,6 +60,7 @@ void Launch(const char* function, app_control_h& handle, const std::string& appI
 
 } // namespace
 
+// The handle goes after the log line, and each line names the operation that failed.
 void AppControllUtil::LaunchApp(std::string appId, std::string operation)
 {
     app_control_h handle = nullptr;

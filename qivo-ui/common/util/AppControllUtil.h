@@ -18,7 +18,7 @@ using ExtraDataMapPtr = std::shared_ptr<ExtraDataMap>;
 } // namespace QivoUi
 
 /**
- * Launching other applications and answering launch requests.
+ * Launching other applications and answering launch requests. The names are spelled so.
  *
  * Failures are logged as errors and never reported to the caller. Of extra data, only entries
  * whose key and value are both not empty are sent.
@@ -42,7 +42,7 @@ public:
     static void LaucnhAppWithExtraData(std::string appId, std::string operation,
                                        QivoUi::ExtraDataMapPtr extraData);
 
-    /** Deliberately launches nothing: the watch has no power-saving mode to tell it from. */
+    /** Deliberately does nothing: no launch, no log line. */
     static void LaucnhAppWithExtraDataWhenNotPowerSavingMode(std::string appId,
                                                              std::string operation,
                                                              QivoUi::ExtraDataMapPtr extraData);

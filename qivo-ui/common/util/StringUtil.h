@@ -17,11 +17,12 @@ public:
     StringUtil() = default;
     virtual ~StringUtil() = default;
 
-    /** Replaces the first occurrence only; an empty `from` puts `to` in front. */
+    /** Deliberately replaces only the first occurrence; an empty `from` puts `to` in front. */
     static std::string StringReplace(std::string source, std::string from, std::string to);
 
     /**
-     * Wraps a text in a colour tag: "<color=#rrggbbaa font_size=N font=NAME>text</color>".
+     * Wraps a text in a colour tag (the name is spelled so): "<color=#rrggbbaa font_size=N
+     * font=NAME>text</color>".
      *
      * @param red, green, blue, alpha written as at least two hexadecimal digits, not clamped
      * @param font left out of the tag when empty; note that it comes after the text
@@ -36,7 +37,7 @@ public:
 
     /**
      * The number at the start, read as unsigned 64 bits and returned as signed ones: 2^64-1
-     * reads as -1. Deliberate; values up to 2^64-1 must pass.
+     * reads as -1. Deliberate: every 64-bit pattern can be given.
      *
      * @throws std::runtime_error with the text itself when it does not begin with a number
      */
@@ -55,8 +56,7 @@ public:
     /**
      * Lowercase hexadecimal digits, at least two: "00", "0a", "ff", "100".
      *
-     * Deliberate: 16 reads "010", and a negative value "0" and its eight digits; data written
-     * with the former threshold is compared as text.
+     * Deliberate: 16 reads "010", and a negative value "0" and its eight digits.
      */
     static std::string IntToHexaStringBy8Bit(int value);
 

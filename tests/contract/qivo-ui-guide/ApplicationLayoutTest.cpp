@@ -79,7 +79,7 @@ TEST_F(ApplicationLayoutTest, RegistersTheFrameAsItsListener)
     EXPECT_EQ(mApp.mAppEventListenerList, std::list<AppEventListener*>({NaviFrame::GetInstance()}));
 }
 
-TEST_F(ApplicationLayoutTest, TakesTheLowerListenerFromAFrameThatItIsNotFor)
+TEST_F(ApplicationLayoutTest, ReplacesAnEarlierLowerListenerByNone)
 {
     int listener = 0;
     NaviFrame::GetInstance()->mNaviFrmaeLowerEventListener =

@@ -282,6 +282,40 @@ TEST_F(ApplicationTest, DoesNotTellAListenerThatAnotherOneUnregistered)
     EXPECT_EQ(Recorder::Take(), Lines({"leaving.OnAppPause()", "second.OnAppPause()"}));
 }
 
+// Registers a listener while it is told of a pause.
+class InvitingListener : public TestListener
+{
+public:
+    InvitingListener(Application& app, AppEventListener* guest)
+        : TestListener("inviting"), mApp(app), mGuest(guest)
+    {
+    }
+
+    void OnAppPause() override
+    {
+        TestListener::OnAppPause();
+        mApp.RegisterAppEventListener(mGuest);
+    }
+
+private:
+    Application& mApp;
+    AppEventListener* mGuest;
+};
+
+TEST_F(ApplicationTest, TellsAListenerThatAnotherOneRegisteredOfTheNextEvent)
+{
+    PlainApplication app;
+    InvitingListener inviting(app, &mFirst);
+    app.mAppEventListenerList = {&inviting, &mSecond};
+
+    app.NotifyAppPaused();
+    app.NotifyAppResumed();
+
+    EXPECT_EQ(Recorder::Take(),
+              Lines({"inviting.OnAppPause()", "second.OnAppPause()", "inviting.OnAppResume()",
+                     "second.OnAppResume()", "first.OnAppResume()"}));
+}
+
 TEST_F(ApplicationTest, DoesNothingInTheHooksThatDerivedApplicationsMayFill)
 {
     PlainApplication app;

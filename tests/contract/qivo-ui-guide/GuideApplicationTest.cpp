@@ -167,7 +167,7 @@ TEST_F(GuideApplicationTest, ShowsNothingAtTheEndOfTheSetUp)
     EXPECT_EQ(Recorder::Take(), Lines());
 }
 
-TEST_F(GuideApplicationTest, InheritsTheLanguageAndTheVoiceHook)
+TEST_F(GuideApplicationTest, InheritsTheHooksItDoesNotFill)
 {
     mApp->OnAppSystemLangChangedImpl();
 

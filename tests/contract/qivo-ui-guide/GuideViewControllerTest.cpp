@@ -26,7 +26,7 @@ protected:
 
     void TearDown() override
     {
-        // As in the application: the widgets go while the controller is there.
+        // Unlike at the application's end, the widgets go while the controller is there.
         NaviFrame::Destroy();
         evas_object_del(mWindow);
         mWindow = nullptr;

@@ -115,7 +115,7 @@ TEST_F(AppControllUtilTest, LaunchesAllTheSameWhenAnEntryIsRefused)
                      "app_control_destroy(request1)"}));
 }
 
-TEST_F(AppControllUtilTest, LaunchesNothingForWhenThePowerIsNotSaved)
+TEST_F(AppControllUtilTest, LaunchesNothingWhenAskedToMindThePowerSavingMode)
 {
     AppControllUtil::LaucnhAppWithExtraDataWhenNotPowerSavingMode("app", "pay",
                                                                   MakeExtraData({{"a", "1"}}));

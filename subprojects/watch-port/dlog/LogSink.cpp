@@ -1,5 +1,7 @@
 #include "dlog/LogSink.h"
 
+#include "dlog/Journal.h"
+
 #include <atomic>
 #include <cerrno>
 #include <chrono>
@@ -121,6 +123,11 @@ LogSink::LogSink()
 bool LogSink::IsTerminal() const
 {
     return S_ISCHR(mStatus.st_mode) && isatty(STDERR_FILENO) == 1;
+}
+
+bool LogSink::IsJournal() const
+{
+    return mStatus.st_mode != 0 && IsJournalStream(mStatus);
 }
 
 bool LogSink::Write(std::string_view line) const

@@ -16,6 +16,9 @@ public:
     /** Tells whether somebody sees the colours. */
     bool IsTerminal() const;
 
+    /** Tells whether the journal reads the stream. */
+    bool IsJournal() const;
+
     /** Writes the line with one write(2); returns whether the stream took all of it. */
     bool Write(std::string_view line) const;
 

@@ -1,5 +1,8 @@
 #include "dlog/dlog.h"
 
+#include "dlog/CallSite.h"
+#include "dlog/Journal.h"
+#include "dlog/JournalEntry.h"
 #include "dlog/LogLevel.h"
 #include "dlog/LogLine.h"
 #include "dlog/LogSink.h"
@@ -13,13 +16,19 @@
 
 namespace
 {
-int WriteLine(int priority, const char* tag, std::string_view text)
+int WriteLine(int priority, std::string_view tag, std::string_view text, const CallSite& site)
 {
     const LogSink sink;
+    if (sink.IsJournal())
+    {
+        const std::string entry = FormatJournalEntry(priority, tag, text, site);
+        if (SendToJournal(entry))
+            return static_cast<int>(entry.size());
+    }
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    const std::string line = FormatLogLine(now, priority, tag == nullptr ? "" : tag, text,
-                                           sink.IsTerminal() ? Colours::Keep : Colours::Strip);
+    const std::string line =
+        FormatLogLine(now, priority, tag, text, sink.IsTerminal() ? Colours::Keep : Colours::Strip);
     return sink.Write(line) ? static_cast<int>(line.size()) : DLOG_ERROR_NOT_WRITTEN;
 }
 
@@ -33,7 +42,8 @@ int ReadLevel()
         WriteLine(DLOG_WARN, "WATCH_PORT",
                   "DLOG_LEVEL is \"" + std::string(value) +
                       "\", which is no level (debug, info, warn, error, silent): "
-                      "every line is written");
+                      "every line is written",
+                  CallSite());
     return level.value_or(DLOG_DEBUG);
 }
 
@@ -43,8 +53,18 @@ bool IsWanted(int priority)
     return priority >= lowest;
 }
 
+CallSite FindCallSite(const char* format, va_list arguments)
+{
+    va_list own;
+    va_copy(own, arguments);
+    const CallSite site = ReadCallSite(format, own);
+    va_end(own);
+    return site;
+}
+
 int Print(int priority, const char* tag, const char* format, va_list arguments)
 {
+    const CallSite site = FindCallSite(format, arguments);
     char shortText[512];
     va_list again;
     va_copy(again, arguments);
@@ -60,7 +80,7 @@ int Print(int priority, const char* tag, const char* format, va_list arguments)
         return DLOG_ERROR_BAD_FORMAT;
     const std::string_view text(longText.empty() ? shortText : longText.data(),
                                 static_cast<size_t>(length));
-    return WriteLine(priority, tag, text);
+    return WriteLine(priority, tag == nullptr ? "" : tag, text, site);
 }
 
 int PrintIfWanted(int priority, const char* tag, const char* format, va_list arguments)

@@ -169,11 +169,22 @@ void STerminate(void*)
     Act("terminate");
 }
 
+// Nothing else tells of a run without callbacks.
+void SayWhenTheLoopRuns()
+{
+    ecore_app_no_system_modules();
+    ecore_init();
+    ecore_job_add([](void*) { Say("loop"); }, nullptr);
+}
+
 int Run(int argc, char** argv)
 {
     ui_app_lifecycle_callback_s callbacks = {SCreate, STerminate, SPause, SResume, SAppControl};
     if (Does("callbacks:none"))
+    {
         callbacks = {};
+        SayWhenTheLoopRuns();
+    }
     if (Does("callbacks:null"))
         return ui_app_main(argc, argv, nullptr, nullptr);
     static char userData[] = "user-data";

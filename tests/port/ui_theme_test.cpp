@@ -345,6 +345,24 @@ TEST_F(UiTheme, KeepsTheEntriesBeforeXmlThatBreaksOff)
     EXPECT_THAT(ColorFor(table, "test/text"), Rgba({128, 0, 0, 128}));
 }
 
+class BadAttributes : public UiTheme, public testing::WithParamInterface<const char*>
+{
+};
+
+TEST_P(BadAttributes, LeaveTheirEntryOutWithOneLine)
+{
+    uxt_theme_color_table_h table =
+        AddColors(std::string("<ColorTable><Color ") + GetParam() +
+                  R"(/><Color id="test/text" r="255" g="0" b="0" a="255"/></ColorTable>)");
+    ASSERT_NE(table, nullptr);
+    EXPECT_THAT(LogLines(), ElementsAre(HasSubstr("NAME=\"VALUE\"")));
+    EXPECT_THAT(ColorFor(table, "test/text"), Rgba({255, 0, 0, 255}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Tables, BadAttributes,
+                         testing::Values(R"(="1")", R"(=r="1")", "id", "id=", "id=x", R"(a b="1")",
+                                         R"('a'="1")", R"(a&b="1")"));
+
 TEST_F(UiTheme, ReadsNoDocumentTypeAndNoEntity)
 {
     std::string secret = Write("255");

@@ -91,6 +91,31 @@ bool IsDocumentType(Eina_Simple_XML_Type type, const char* content, unsigned len
             std::string_view(content, length).substr(0, kStart.size()) == kStart);
 }
 
+// Eina's own reader of attributes never comes back from one without a name.
+bool ReadAttributes(std::string_view text, std::map<std::string, std::string>& attributes)
+{
+    constexpr std::string_view kBlanks = " \t\r\n";
+    constexpr std::string_view kNoName = " \t\r\n\"'<>&";
+    while (true)
+    {
+        text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+        if (text.empty())
+            return true;
+        const std::size_t equals = text.find('=');
+        const std::string_view name = text.substr(0, equals);
+        if (equals == std::string_view::npos || name.empty() ||
+            name.find_first_of(kNoName) != std::string_view::npos)
+            return false;
+        text.remove_prefix(equals + 1);
+        const bool isQuoted = !text.empty() && (text.front() == '"' || text.front() == '\'');
+        const std::size_t end = isQuoted ? text.find(text.front(), 1) : std::string_view::npos;
+        if (end == std::string_view::npos)
+            return false;
+        attributes[std::string(name)] = text.substr(1, end - 1);
+        text.remove_prefix(end + 1);
+    }
+}
+
 class Parser
 {
 public:
@@ -104,7 +129,6 @@ public:
 private:
     static Eina_Bool STokenCB(void* data, Eina_Simple_XML_Type type, const char* content,
                               unsigned offset, unsigned length);
-    static Eina_Bool SAttributeCB(void* data, const char* key, const char* value);
 
     void TagFound(Eina_Simple_XML_Type type, const char* content, unsigned length);
     void RootFound(bool isEmpty, const std::string& name);
@@ -203,13 +227,6 @@ void Parser::RootFound(bool isEmpty, const std::string& name)
     mProgress = isEmpty ? Progress::AfterRoot : Progress::InRoot;
 }
 
-Eina_Bool Parser::SAttributeCB(void* data, const char* key, const char* value)
-{
-    auto* attributes = static_cast<std::map<std::string, std::string>*>(data);
-    (*attributes)[key] = value;
-    return EINA_TRUE;
-}
-
 void Parser::EntryFound(const char* content, unsigned length)
 {
     if (length > kMaxTagLength)
@@ -221,15 +238,12 @@ void Parser::EntryFound(const char* content, unsigned length)
     }
     std::map<std::string, std::string> attributes;
     const char* first = eina_simple_xml_tag_attributes_find(content, length);
-    if (first)
+    const auto rest = first ? static_cast<std::size_t>(content + length - first) : 0;
+    if (!ReadAttributes({first, rest}, attributes))
     {
-        auto rest = static_cast<unsigned>(content + length - first);
-        if (!eina_simple_xml_attributes_parse(first, rest, SAttributeCB, &attributes))
-        {
-            ReportAt(Place(), DLOG_ERROR,
-                     R"(entry left out, its attributes are not of the form NAME="VALUE")");
-            return;
-        }
+        ReportAt(Place(), DLOG_ERROR,
+                 R"(entry left out, its attributes are not of the form NAME="VALUE")");
+        return;
     }
     mEntries.emplace_back(std::move(attributes), Place());
 }

@@ -10,6 +10,8 @@ namespace
 constexpr char kDrawn[] = "watch-port-drawn";
 // Set on a window whose first frame is waited for.
 constexpr char kAwaited[] = "watch-port-awaited";
+// Set on a window once it has been active.
+constexpr char kActivated[] = "watch-port-activated";
 
 void SNothingJob(void*)
 {
@@ -31,6 +33,20 @@ bool IsShown(const Ecore_Evas* window)
     const auto* object = static_cast<Evas_Object*>(ecore_evas_data_get(window, "elm_win"));
     return ecore_evas_visibility_get(window) != 0 && !ecore_evas_iconified_get(window) &&
            (object == nullptr || evas_object_visible_get(object));
+}
+
+bool IsDeactivated(const Ecore_Evas* window)
+{
+    return ecore_evas_data_get(window, kActivated) != nullptr && !ecore_evas_focus_get(window);
+}
+
+void NoteActivations(const Display& display)
+{
+    for (Ecore_Evas* window : ListWindows(display))
+    {
+        if (ecore_evas_focus_get(window))
+            ecore_evas_data_set(window, kActivated, window);
+    }
 }
 
 void AwaitFirstFrames(const Display& display)
@@ -63,6 +79,7 @@ WindowVisibility::~WindowVisibility()
 
 void WindowVisibility::WatchX11()
 {
+    mStacking.emplace();
     mHandlers = {
         ecore_event_handler_add(ECORE_X_EVENT_WINDOW_VISIBILITY_CHANGE, SVisibilityCB, this),
         ecore_event_handler_add(ECORE_X_EVENT_WINDOW_HIDE, SHideCB, this),
@@ -81,15 +98,27 @@ Ecore_Evas* WindowVisibility::FindVisibleWindow() const
 
 bool WindowVisibility::IsVisible(const Ecore_Evas* window) const
 {
-    if (mDisplay.GetKind() == Display::Kind::X11)
-        return mUncovered.count(static_cast<Ecore_X_Window>(ecore_evas_window_get(window))) != 0;
-    return ecore_evas_data_get(window, kDrawn) != nullptr && IsShown(window);
+    if (mStacking)
+        return IsVisibleOnX11(window);
+    const bool isDrawn = ecore_evas_data_get(window, kDrawn) != nullptr && IsShown(window);
+    return isDrawn && (mDisplay.GetKind() != Display::Kind::Wayland || !IsDeactivated(window));
+}
+
+bool WindowVisibility::IsVisibleOnX11(const Ecore_Evas* window) const
+{
+    const auto id = static_cast<Ecore_X_Window>(ecore_evas_window_get(window));
+    // The window manager knows nothing of a window that keeps it out.
+    return mUncovered.count(id) != 0 &&
+           (ecore_evas_override_get(window) || !mStacking->IsOutOfSight(id));
 }
 
 Eina_Bool WindowVisibility::SLoopIdleCB(void* data)
 {
     auto* visibility = static_cast<WindowVisibility*>(data);
     AwaitFirstFrames(visibility->mDisplay);
+    NoteActivations(visibility->mDisplay);
+    if (visibility->mStacking)
+        visibility->mStacking->Update();
     visibility->mOnLoopIdle();
     return ECORE_CALLBACK_RENEW;
 }

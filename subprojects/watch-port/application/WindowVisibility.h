@@ -2,11 +2,13 @@
 #define WATCH_PORT_APPLICATION_WINDOW_VISIBILITY_H
 
 #include "application/Display.h"
+#include "application/X11Stacking.h"
 
 #include <Ecore.h>
 #include <Ecore_Evas.h>
 #include <Ecore_X.h>
 #include <functional>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -16,6 +18,10 @@
  * Events are gathered, and the sum is drawn when the loop has none left: a window that is covered
  * and uncovered at once changes nothing. So a window manager's shuffling during a start is not seen
  * either.
+ *
+ * On X11 the server tells what is covered, and X11Stacking what it does not tell. On Wayland nobody
+ * tells: there a window that was active is in sight until another one is active or it is minimised.
+ * A window that a compositor never made active is in sight as soon as it is drawn.
  */
 class WindowVisibility
 {
@@ -40,12 +46,14 @@ private:
 
     void WatchX11();
     bool IsVisible(const Ecore_Evas* window) const;
+    bool IsVisibleOnX11(const Ecore_Evas* window) const;
 
     const Display& mDisplay;
     std::function<void()> mOnLoopIdle;
     Ecore_Idle_Enterer* mIdleEnterer;
     std::vector<Ecore_Event_Handler*> mHandlers;
     std::set<Ecore_X_Window> mUncovered;
+    std::optional<X11Stacking> mStacking;
 };
 
 #endif

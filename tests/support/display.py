@@ -3,6 +3,7 @@
 import os
 import pathlib
 import select
+import socket
 import subprocess
 import tempfile
 import time
@@ -13,29 +14,45 @@ START_DEADLINE = 20.0
 """Seconds in which the server and the window manager must be ready; normally 0.2 are enough."""
 
 
+def end(process):
+    """Ends a process, and waits for it."""
+    process.terminate()
+    try:
+        process.wait(timeout=5)
+    except subprocess.TimeoutExpired:
+        process.kill()
+        process.wait()
+
+
 class Display:
-    """Context manager: a private X server (Xvfb) with openbox on it.
+    """Context manager: a private X server (Xvfb) with a window manager on it.
 
     The server takes a free display number, listens on no network and has one screen of SIZE
-    ("WIDTHxHEIGHTxDEPTH"). When the context is entered, the window manager manages. Both
-    processes end with the context, and also when the test's own process dies.
+    ("WIDTHxHEIGHTxDEPTH"). MANAGER is "openbox", which does not composite, "xfwm4", which does, or
+    "weston", a Wayland compositor whose one output fills the screen. When the context is entered,
+    the window manager manages. All processes end with the context, and also when the test's own
+    process dies.
 
-    name: the display's name, such as ":7".
+    name: the X display's name, such as ":7".
     env: what a client needs in its environment; merge it: {**os.environ, **display.env}.
     """
 
-    def __init__(self, size="360x360x24"):
+    def __init__(self, size="360x360x24", manager="openbox"):
         self.size = size
+        self.manager = manager
         self.name = None
         self.env = {}
         self._processes = []
         self._log = None
+        self._home = None
 
     def __enter__(self):
         self._log = tempfile.TemporaryFile()
+        self._home = tempfile.TemporaryDirectory()
         try:
             self._start_server()
-            self._start_window_manager()
+            {"openbox": self._start_openbox, "xfwm4": self._start_xfwm4,
+             "weston": self._start_weston}[self.manager]()
         except BaseException:
             self._end()
             raise
@@ -56,7 +73,7 @@ class Display:
         self.name = ":" + number.strip().decode()
         self.env = {"DISPLAY": self.name}
 
-    def _start_window_manager(self):
+    def _start_openbox(self):
         # openbox runs its start-up command once it manages, with its own standard output.
         out, into = os.pipe()
         try:
@@ -67,12 +84,46 @@ class Display:
         with os.fdopen(out, "rb", buffering=0) as pipe:
             self._wait_line(pipe, lambda line: line == b"managing", "openbox")
 
+    def _start_xfwm4(self):
+        # Its settings come over a session bus. It tells the active window when all else is set up.
+        self._spawn(["dbus-run-session", "--", "xfwm4", "--compositor=on", "--vblank=off"],
+                    env={"PATH": os.environ["PATH"], "HOME": self._home.name,
+                         "XDG_RUNTIME_DIR": self._home.name, "NO_AT_BRIDGE": "1", **self.env})
+        deadline = time.monotonic() + START_DEADLINE
+        while "window id" not in self._root_property("_NET_ACTIVE_WINDOW"):
+            if time.monotonic() > deadline:
+                self._fail("xfwm4")
+            time.sleep(0.02)
+
+    def _root_property(self, name):
+        return subprocess.run(["xprop", "-root", name], env={**os.environ, **self.env}, text=True,
+                              stdout=subprocess.PIPE, timeout=START_DEADLINE).stdout
+
+    def _start_weston(self):
+        width, height, _ = self.size.split("x")
+        env = {"XDG_RUNTIME_DIR": self._home.name, "WAYLAND_DISPLAY": "wayland-test"}
+        # It says that it is ready over the socket that NOTIFY_SOCKET names.
+        with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as notices:
+            path = os.path.join(self._home.name, "notify")
+            notices.bind(path)
+            notices.settimeout(START_DEADLINE)
+            self._spawn(["weston", "--backend=x11-backend.so", "--use-pixman", "--no-config",
+                         "--idle-time=0", f"--width={width}", f"--height={height}",
+                         "--socket=wayland-test", "--modules=systemd-notify.so"],
+                        env={"PATH": os.environ["PATH"], "HOME": self._home.name,
+                             "NOTIFY_SOCKET": path, **env, **self.env})
+            while b"READY=1" not in notices.recv(4096):
+                pass
+        self.env = env
+
     def _spawn(self, command, **options):
         # The kernel ends the child when the test dies without a chance to clean up.
-        self._processes.append(subprocess.Popen(
+        process = subprocess.Popen(
             ["setpriv", "--pdeathsig", "TERM", *command], start_new_session=True,
-            env={**os.environ, **self.env}, stdin=subprocess.DEVNULL, stderr=self._log,
-            **{"stdout": self._log, **options}))
+            stdin=subprocess.DEVNULL, stderr=self._log,
+            **{"env": {**os.environ, **self.env}, "stdout": self._log, **options})
+        self._processes.append(process)
+        return process
 
     def _wait_line(self, pipe, accept, who):
         deadline = time.monotonic() + START_DEADLINE
@@ -85,19 +136,18 @@ class Display:
             for line in text.split(b"\n")[:-1]:
                 if accept(line):
                     return line
+        self._fail(who)
+
+    def _fail(self, who):
         self._log.seek(0)
         output = self._log.read().decode(errors="replace")
         raise RuntimeError(f"{who} did not become ready: {output}")
 
     def _end(self):
         for process in reversed(self._processes):
-            process.terminate()
-            try:
-                process.wait(timeout=5)
-            except subprocess.TimeoutExpired:
-                process.kill()
-                process.wait()
+            end(process)
         self._processes.clear()
         if self._log:
             self._log.close()
+            self._home.cleanup()
             self._log = None

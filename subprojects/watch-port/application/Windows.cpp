@@ -6,10 +6,20 @@
 
 namespace
 {
-bool IsX11Window(const Ecore_Evas* window)
+bool IsWindow(const Ecore_Evas* canvas, Display::Kind kind)
 {
-    const std::string_view engine = ecore_evas_engine_name_get(window);
-    return engine == "software_x11" || engine == "opengl_x11";
+    const std::string_view engine = ecore_evas_engine_name_get(canvas);
+    switch (kind)
+    {
+    case Display::Kind::X11:
+        return engine == "software_x11" || engine == "opengl_x11";
+    case Display::Kind::Wayland:
+        // There the pointer's picture is a canvas of this engine too, but no window's.
+        return engine.rfind("wayland_", 0) == 0 &&
+               ecore_evas_data_get(canvas, "elm_win") != nullptr;
+    default:
+        return true;
+    }
 }
 } // namespace
 
@@ -20,7 +30,7 @@ std::vector<Ecore_Evas*> ListWindows(const Display& display)
     for (; list != nullptr; list = eina_list_remove_list(list, list))
     {
         auto* window = static_cast<Ecore_Evas*>(eina_list_data_get(list));
-        if (display.GetKind() != Display::Kind::X11 || IsX11Window(window))
+        if (IsWindow(window, display.GetKind()))
             windows.push_back(window);
     }
     return windows;

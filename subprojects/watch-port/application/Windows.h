@@ -7,8 +7,8 @@
 #include <vector>
 
 /**
- * Returns the canvases of the process's windows. With an X server, a canvas in memory is part of
- * a picture and no window.
+ * Returns the canvases of the process's windows. With a display server, a canvas in memory is part
+ * of a picture and no window.
  */
 std::vector<Ecore_Evas*> ListWindows(const Display& display);
 

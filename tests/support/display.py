@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import re
 import select
 import socket
 import subprocess
@@ -9,6 +10,19 @@ import tempfile
 import time
 
 OPENBOX_CONFIGURATION = pathlib.Path(__file__).parents[2] / "script" / "openbox.xml"
+
+SETTINGS_SERVICE = pathlib.Path("/usr/share/dbus-1/services/org.xfce.Xfconf.service")
+BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <listen>{address}</listen>
+  <policy context="default">
+    <allow send_destination="*"/>
+    <allow receive_sender="*"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
 
 START_DEADLINE = 20.0
 """Seconds in which the server and the window manager must be ready; normally 0.2 are enough."""
@@ -85,15 +99,44 @@ class Display:
             self._wait_line(pipe, lambda line: line == b"managing", "openbox")
 
     def _start_xfwm4(self):
-        # Its settings come over a session bus. It tells the active window when all else is set up.
-        self._spawn(["dbus-run-session", "--", "xfwm4", "--compositor=on", "--vblank=off"],
-                    env={"PATH": os.environ["PATH"], "HOME": self._home.name,
-                         "XDG_RUNTIME_DIR": self._home.name, "NO_AT_BRIDGE": "1", **self.env})
+        env = {"PATH": os.environ["PATH"], "HOME": self._home.name, "NO_AT_BRIDGE": "1",
+               "XDG_RUNTIME_DIR": self._home.name, **self._start_settings(), **self.env}
+        self._spawn(["xfwm4", "--compositor=on", "--vblank=off"], env=env)
+        # It tells the active window when all else is set up.
         deadline = time.monotonic() + START_DEADLINE
         while "window id" not in self._root_property("_NET_ACTIVE_WINDOW"):
             if time.monotonic() > deadline:
                 self._fail("xfwm4")
             time.sleep(0.02)
+
+    def set_compositing(self, is_on):
+        """Lets xfwm4 composite or not; returns when it does as told."""
+        subprocess.run(["xfconf-query", "--channel", "xfwm4", "--property",
+                        "/general/use_compositing", "--create", "--type", "bool", "--set",
+                        str(is_on).lower()], env=self._settings_env, check=True,
+                       timeout=START_DEADLINE)
+
+    def _start_settings(self):
+        # xfwm4 reads its settings over a session bus. A service that the bus started would outlive
+        # the test.
+        address = f"unix:path={self._home.name}/bus"
+        configuration = pathlib.Path(self._home.name, "bus.conf")
+        configuration.write_text(BUS_CONFIGURATION.format(address=address))
+        env = {"DBUS_SESSION_BUS_ADDRESS": address}
+        own = {"PATH": os.environ["PATH"], "HOME": self._home.name, **env}
+        out, into = os.pipe()
+        try:
+            self._spawn(["dbus-daemon", "--nofork", "--config-file", str(configuration),
+                         "--print-address"], stdout=into)
+        finally:
+            os.close(into)
+        with os.fdopen(out, "rb", buffering=0) as pipe:
+            self._wait_line(pipe, lambda line: line.startswith(b"unix:"), "dbus-daemon")
+        program = re.search("^Exec=(.*)$", SETTINGS_SERVICE.read_text(), re.MULTILINE)[1]
+        self._spawn([program], env=own)
+        subprocess.run(["gdbus", "wait", "--session", "--timeout", str(int(START_DEADLINE)),
+                        "org.xfce.Xfconf"], env=own, check=True)
+        return env
 
     def _root_property(self, name):
         return subprocess.run(["xprop", "-root", name], env={**os.environ, **self.env}, text=True,

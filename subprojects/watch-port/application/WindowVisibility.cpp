@@ -2,7 +2,7 @@
 
 #include "application/Windows.h"
 
-#include <Evas.h>
+#include <Elementary.h>
 
 namespace
 {
@@ -46,7 +46,24 @@ void NoteActivations(const Display& display)
     {
         if (ecore_evas_focus_get(window))
             ecore_evas_data_set(window, kActivated, window);
+        else if (!IsShown(window) && !ecore_evas_iconified_get(window))
+            ecore_evas_data_set(window, kActivated, nullptr);
     }
+}
+
+// No client of Wayland can lower its window; what it can do to leave is to minimise it.
+Eina_Bool SMinimiseInsteadCB(void*, Evas_Object* window)
+{
+    elm_win_iconified_set(window, EINA_TRUE);
+    return EINA_FALSE;
+}
+
+void MinimiseLoweredWindows()
+{
+    static Elm_Win_Trap trap = {};
+    trap.version = ELM_WIN_TRAP_VERSION;
+    trap.lower = SMinimiseInsteadCB;
+    elm_win_trap_set(&trap);
 }
 
 void AwaitFirstFrames(const Display& display)
@@ -68,6 +85,8 @@ WindowVisibility::WindowVisibility(const Display& display, std::function<void()>
 {
     if (display.GetKind() == Display::Kind::X11)
         WatchX11();
+    if (display.GetKind() == Display::Kind::Wayland)
+        MinimiseLoweredWindows();
 }
 
 WindowVisibility::~WindowVisibility()

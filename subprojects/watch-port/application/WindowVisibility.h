@@ -21,7 +21,8 @@
  *
  * On X11 the server tells what is covered, and X11Stacking what it does not tell. On Wayland nobody
  * tells: there a window that was active is in sight until another one is active or it is minimised.
- * A window that a compositor never made active is in sight as soon as it is drawn.
+ * A window that a compositor never made active, since it was shown, is in sight once it is drawn;
+ * one that the application lowers is minimised.
  */
 class WindowVisibility
 {

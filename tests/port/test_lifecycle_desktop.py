@@ -1,0 +1,205 @@
+"""Resume and pause where windows are drawn whole and the active one decides."""
+
+import subprocess
+
+import pytest
+
+from port.lifecycle import App
+from support.display import Display
+
+CREATED = ["create user-data", "app_control default", "resume"]
+ENDED = ["terminate", "result 0"]
+
+
+class Desktop:
+    """Runs applications on one display; all of them are gone at its end."""
+
+    def __init__(self, display, folder):
+        self._display = display
+        self._folder = folder
+        self._apps = []
+
+    def start(self):
+        """Starts an application in sight."""
+        app = App(self._display.env, self._folder)
+        self._apps.append(app)
+        app.wait_for("resume")
+        return app
+
+    def xdotool(self, *arguments):
+        return subprocess.run(["xdotool", *arguments], env={"DISPLAY": self._display.name},
+                              check=True, text=True, capture_output=True,
+                              timeout=20).stdout.split()
+
+    def window_of(self, app):
+        return self.xdotool("search", "--all", "--pid", str(app.process.pid),
+                            "--name", "^lifecycle-app$")[-1]
+
+    def end(self):
+        for app in self._apps:
+            app.__exit__()
+
+
+@pytest.fixture(scope="module")
+def xfwm4():
+    with Display(manager="xfwm4") as display:
+        yield display
+
+
+@pytest.fixture(scope="module")
+def weston():
+    with Display("400x400x24", manager="weston") as display:
+        yield display
+
+
+@pytest.fixture
+def composited(xfwm4, tmp_path):
+    desktop = Desktop(xfwm4, tmp_path)
+    yield desktop
+    desktop.end()
+
+
+@pytest.fixture
+def wayland(weston, tmp_path):
+    desktop = Desktop(weston, tmp_path)
+    # The compositor's switcher works wherever the pointer is on its output.
+    desktop.xdotool("mousemove", "200", "200")
+    yield desktop
+    desktop.end()
+
+
+def went(app, *since):
+    """Ends an application that has lived like this; "pause" comes last if it is in sight."""
+    app.tell("exit")
+    status, lines = app.end()
+    assert status == 0
+    assert lines == CREATED + [*since] + ENDED
+
+
+def test_a_window_that_opens_above_pauses_and_its_end_resumes(composited):
+    app = composited.start()
+    above = composited.start()
+    app.wait_for("pause")
+    went(above, "did exit", "pause")
+    app.wait_for("resume")
+    went(app, "pause", "resume", "did exit", "pause")
+
+
+def test_the_window_that_is_made_active_is_resumed_and_the_other_one_paused(composited):
+    app = composited.start()
+    other = composited.start()
+    app.wait_for("pause")
+    composited.xdotool("windowactivate", composited.window_of(app))
+    app.wait_for("resume")
+    other.wait_for("pause")
+    composited.xdotool("windowactivate", composited.window_of(other))
+    app.wait_for("pause")
+    other.wait_for("resume")
+    went(other, "pause", "resume", "did exit", "pause")
+    app.wait_for("resume")
+    went(app, *["pause", "resume"] * 2, "did exit", "pause")
+
+
+def test_lowering_below_another_window_pauses_and_raising_resumes(composited):
+    other = composited.start()
+    app = composited.start()
+    other.wait_for("pause")
+    app.tell("lower")
+    app.wait_for("pause")
+    other.wait_for("resume")
+    app.tell("raise")
+    app.wait_for("resume")
+    other.wait_for("pause")
+    went(app, "did lower", "pause", "did raise", "resume", "did exit", "pause")
+    other.wait_for("resume")
+    went(other, *["pause", "resume"] * 2, "did exit", "pause")
+
+
+def test_lowering_with_nothing_behind_keeps_a_composited_window_in_sight(composited):
+    app = composited.start()
+    app.tell("lower")
+    went(app, "did lower", "did exit", "pause")
+
+
+def test_a_lowered_window_is_in_sight_again_when_the_other_one_leaves(composited):
+    other = composited.start()
+    app = composited.start()
+    app.tell("lower")
+    app.wait_for("pause")
+    other.tell("iconify")
+    app.wait_for("resume")
+    went(app, "did lower", "pause", "resume", "did exit", "pause")
+
+
+def test_lowering_above_a_minimised_window_keeps_the_application_in_sight(composited):
+    other = composited.start()
+    other.tell("iconify")
+    other.wait_for("pause")
+    app = composited.start()
+    app.tell("lower")
+    went(app, "did lower", "did exit", "pause")
+
+
+@pytest.mark.parametrize("way_back", ["windowmap", "windowactivate"])
+def test_minimising_pauses_and_restoring_resumes(composited, way_back):
+    app = composited.start()
+    window = composited.window_of(app)
+    composited.xdotool("windowminimize", window)
+    app.wait_for("pause")
+    composited.xdotool(way_back, window)
+    app.wait_for("resume")
+    went(app, "pause", "resume", "did exit", "pause")
+
+
+def test_another_workspace_pauses_and_the_windows_own_resumes(composited):
+    app = composited.start()
+    composited.xdotool("set_desktop", "1")
+    app.wait_for("pause")
+    composited.xdotool("set_desktop", "0")
+    app.wait_for("resume")
+    went(app, "pause", "resume", "did exit", "pause")
+
+
+def test_the_server_decides_again_when_compositing_ends(composited, xfwm4):
+    app = composited.start()
+    cover = composited.start()
+    app.wait_for("pause")
+    xfwm4.set_compositing(False)
+    cover.tell("lower")
+    cover.wait_for("pause")
+    app.wait_for("resume")
+    xfwm4.set_compositing(True)
+    cover.tell("raise")
+    cover.wait_for("resume")
+    app.wait_for("pause")
+    went(cover, "did lower", "pause", "did raise", "resume", "did exit", "pause")
+    app.wait_for("resume")
+    went(app, *["pause", "resume"] * 2, "did exit", "pause")
+
+
+def test_on_wayland_the_active_window_is_resumed_and_the_other_one_paused(wayland):
+    app = wayland.start()
+    other = wayland.start()
+    app.wait_for("pause")
+    wayland.xdotool("key", "super+Tab")
+    other.wait_for("pause")
+    app.wait_for("resume")
+    went(other, "pause", "did exit")
+    went(app, "pause", "resume", "did exit", "pause")
+
+
+@pytest.mark.parametrize("word", ["iconify", "lower"])
+def test_on_wayland_minimising_and_lowering_pause(wayland, word):
+    app = wayland.start()
+    app.tell(word)
+    app.wait_for("pause")
+    went(app, "did " + word, "pause", "did exit")
+
+
+def test_on_wayland_hiding_pauses_and_showing_resumes(wayland):
+    app = wayland.start()
+    app.tell("hide")
+    app.wait_for("pause")
+    app.tell("show")
+    app.wait_for("resume")
+    went(app, "did hide", "pause", "did show", "resume", "did exit", "pause")

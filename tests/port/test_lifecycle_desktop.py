@@ -73,6 +73,7 @@ def went(app, *since):
     app.tell("exit")
     status, lines = app.end()
     assert status == 0
+    print(lines)
     assert lines == CREATED + [*since] + ENDED
 
 

@@ -1,5 +1,6 @@
 """A watch's screen for one test: an X server without a monitor, managed as the watch is."""
 
+import ctypes
 import os
 import pathlib
 import re
@@ -38,6 +39,17 @@ def end(process):
         process.wait()
 
 
+def is_composited(name):
+    """Whether a compositing manager runs on the first screen of an X display."""
+    x11 = ctypes.CDLL("libX11.so.6")
+    x11.XOpenDisplay.restype = ctypes.c_void_p
+    connection = ctypes.c_void_p(x11.XOpenDisplay(name.encode()))
+    selection = x11.XInternAtom(connection, b"_NET_WM_CM_S0", False)
+    owner = x11.XGetSelectionOwner(connection, ctypes.c_ulong(selection))
+    x11.XCloseDisplay(connection)
+    return owner != 0
+
+
 class Display:
     """Context manager: a private X server (Xvfb) with a window manager on it.
 
@@ -59,6 +71,7 @@ class Display:
         self._processes = []
         self._log = None
         self._home = None
+        self._settings = {}
 
     def __enter__(self):
         self._log = tempfile.TemporaryFile()
@@ -99,8 +112,9 @@ class Display:
             self._wait_line(pipe, lambda line: line == b"managing", "openbox")
 
     def _start_xfwm4(self):
+        self._start_settings()
         env = {"PATH": os.environ["PATH"], "HOME": self._home.name, "NO_AT_BRIDGE": "1",
-               "XDG_RUNTIME_DIR": self._home.name, **self._start_settings(), **self.env}
+               "XDG_RUNTIME_DIR": self._home.name, **self._settings, **self.env}
         self._spawn(["xfwm4", "--compositor=on", "--vblank=off"], env=env)
         # It tells the active window when all else is set up.
         deadline = time.monotonic() + START_DEADLINE
@@ -113,8 +127,13 @@ class Display:
         """Lets xfwm4 composite or not; returns when it does as told."""
         subprocess.run(["xfconf-query", "--channel", "xfwm4", "--property",
                         "/general/use_compositing", "--create", "--type", "bool", "--set",
-                        str(is_on).lower()], env=self._settings_env, check=True,
+                        str(is_on).lower()], env={**os.environ, **self._settings}, check=True,
                        timeout=START_DEADLINE)
+        deadline = time.monotonic() + START_DEADLINE
+        while is_composited(self.name) != is_on:
+            if time.monotonic() > deadline:
+                self._fail("xfwm4's compositor")
+            time.sleep(0.02)
 
     def _start_settings(self):
         # xfwm4 reads its settings over a session bus. A service that the bus started would outlive
@@ -122,8 +141,8 @@ class Display:
         address = f"unix:path={self._home.name}/bus"
         configuration = pathlib.Path(self._home.name, "bus.conf")
         configuration.write_text(BUS_CONFIGURATION.format(address=address))
-        env = {"DBUS_SESSION_BUS_ADDRESS": address}
-        own = {"PATH": os.environ["PATH"], "HOME": self._home.name, **env}
+        self._settings = {"DBUS_SESSION_BUS_ADDRESS": address}
+        own = {"PATH": os.environ["PATH"], "HOME": self._home.name, **self._settings}
         out, into = os.pipe()
         try:
             self._spawn(["dbus-daemon", "--nofork", "--config-file", str(configuration),
@@ -136,7 +155,6 @@ class Display:
         self._spawn([program], env=own)
         subprocess.run(["gdbus", "wait", "--session", "--timeout", str(int(START_DEADLINE)),
                         "org.xfce.Xfconf"], env=own, check=True)
-        return env
 
     def _root_property(self, name):
         return subprocess.run(["xprop", "-root", name], env={**os.environ, **self.env}, text=True,

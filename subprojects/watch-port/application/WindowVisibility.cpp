@@ -10,8 +10,10 @@ namespace
 constexpr char kDrawn[] = "watch-port-drawn";
 // Set on a window whose first frame is waited for.
 constexpr char kAwaited[] = "watch-port-awaited";
-// Set on a window once it has been active.
+// Set on a window once it has been active since it was shown.
 constexpr char kActivated[] = "watch-port-activated";
+// Set on a window that was hidden while active, until it is not active.
+constexpr char kHiddenActive[] = "watch-port-hidden-active";
 
 void SNothingJob(void*)
 {
@@ -40,15 +42,17 @@ bool IsDeactivated(const Ecore_Evas* window)
     return ecore_evas_data_get(window, kActivated) != nullptr && !ecore_evas_focus_get(window);
 }
 
-void NoteActivations(const Display& display)
+void NoteActivation(Ecore_Evas* window)
 {
-    for (Ecore_Evas* window : ListWindows(display))
-    {
-        if (ecore_evas_focus_get(window))
-            ecore_evas_data_set(window, kActivated, window);
-        else if (!IsShown(window) && !ecore_evas_iconified_get(window))
-            ecore_evas_data_set(window, kActivated, nullptr);
-    }
+    const bool isActive = ecore_evas_focus_get(window);
+    const bool isHidden = !IsShown(window) && !ecore_evas_iconified_get(window);
+    // A window that is hidden stays active until the compositor's answer, which may come late.
+    if (isHidden || !isActive)
+        ecore_evas_data_set(window, kHiddenActive, isActive ? window : nullptr);
+    if (isHidden)
+        ecore_evas_data_set(window, kActivated, nullptr);
+    else if (isActive && ecore_evas_data_get(window, kHiddenActive) == nullptr)
+        ecore_evas_data_set(window, kActivated, window);
 }
 
 // No client of Wayland can lower its window; what it can do to leave is to minimise it.
@@ -135,7 +139,8 @@ Eina_Bool WindowVisibility::SLoopIdleCB(void* data)
 {
     auto* visibility = static_cast<WindowVisibility*>(data);
     AwaitFirstFrames(visibility->mDisplay);
-    NoteActivations(visibility->mDisplay);
+    for (Ecore_Evas* window : ListWindows(visibility->mDisplay))
+        NoteActivation(window);
     if (visibility->mStacking)
         visibility->mStacking->Update();
     visibility->mOnLoopIdle();

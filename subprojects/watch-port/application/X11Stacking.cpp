@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <initializer_list>
 #include <memory>
+#include <string>
 
 namespace
 {
@@ -17,6 +18,11 @@ struct FreeDeleter
 int ScreenNumber()
 {
     return ecore_x_screen_index_get(ecore_x_default_screen_get());
+}
+
+Ecore_X_Atom CompositorSelection()
+{
+    return ecore_x_atom_get(("_NET_WM_CM_S" + std::to_string(ScreenNumber())).c_str());
 }
 
 bool ReadWindowList(Ecore_X_Window root, std::vector<Ecore_X_Window>& windows)
@@ -63,13 +69,16 @@ bool Contains(const std::vector<Ecore_X_Window>& windows, Ecore_X_Window window)
 } // namespace
 
 X11Stacking::X11Stacking()
-    : mRoot(ecore_x_window_root_first_get()),
-      mCompositorSelection("_NET_WM_CM_S" + std::to_string(ScreenNumber())),
-      mHandlers{ecore_event_handler_add(ECORE_X_EVENT_WINDOW_PROPERTY, SPropertyCB, this),
-                ecore_event_handler_add(ECORE_X_EVENT_FIXES_SELECTION_NOTIFY, SSelectionCB, this)}
+    : mRoot(ecore_x_window_root_first_get()), mCompositorSelection(CompositorSelection()),
+      mHandlers{
+          ecore_event_handler_add(ECORE_X_EVENT_WINDOW_PROPERTY, SPropertyCB, this),
+          ecore_event_handler_add(ECORE_X_EVENT_FIXES_SELECTION_NOTIFY, SSelectionCB, this),
+          ecore_event_handler_add(ECORE_X_EVENT_WINDOW_VISIBILITY_CHANGE, SVisibilityCB, this)}
 {
     ecore_x_event_mask_set(mRoot, ECORE_X_EVENT_MASK_WINDOW_PROPERTY);
-    ecore_x_fixes_selection_notification_request(ecore_x_atom_get(mCompositorSelection.c_str()));
+    ecore_x_fixes_selection_notification_request(mCompositorSelection);
+    mHasCompositor = ecore_x_screen_is_composited(ScreenNumber());
+    mIsComposited = mHasCompositor;
 }
 
 X11Stacking::~X11Stacking()
@@ -83,7 +92,6 @@ void X11Stacking::Update()
     if (!mIsOutdated)
         return;
     mIsOutdated = false;
-    mIsComposited = ecore_x_screen_is_composited(ScreenNumber());
     if (ecore_x_window_prop_window_get(mRoot, ECORE_X_ATOM_NET_ACTIVE_WINDOW, &mActive, 1) != 1)
         mActive = 0;
     ReadWindows();
@@ -146,8 +154,22 @@ Eina_Bool X11Stacking::SPropertyCB(void* data, int, void* event)
     return ECORE_CALLBACK_PASS_ON;
 }
 
-Eina_Bool X11Stacking::SSelectionCB(void* data, int, void*)
+// What the event says, not what is so by now: its place among the reports of the server counts.
+Eina_Bool X11Stacking::SSelectionCB(void* data, int, void* event)
 {
-    static_cast<X11Stacking*>(data)->mIsOutdated = true;
+    const auto* change = static_cast<Ecore_X_Event_Fixes_Selection_Notify*>(event);
+    auto* stacking = static_cast<X11Stacking*>(data);
+    if (change->atom != stacking->mCompositorSelection)
+        return ECORE_CALLBACK_PASS_ON;
+    stacking->mHasCompositor = change->owner != 0;
+    if (stacking->mHasCompositor)
+        stacking->mIsComposited = true;
+    return ECORE_CALLBACK_PASS_ON;
+}
+
+Eina_Bool X11Stacking::SVisibilityCB(void* data, int, void*)
+{
+    auto* stacking = static_cast<X11Stacking*>(data);
+    stacking->mIsComposited = stacking->mHasCompositor;
     return ECORE_CALLBACK_PASS_ON;
 }

@@ -4,7 +4,6 @@
 #include <Ecore.h>
 #include <Ecore_X.h>
 #include <set>
-#include <string>
 #include <vector>
 
 /**
@@ -35,14 +34,17 @@ public:
 private:
     static Eina_Bool SPropertyCB(void* data, int type, void* event);
     static Eina_Bool SSelectionCB(void* data, int type, void* event);
+    static Eina_Bool SVisibilityCB(void* data, int type, void* event);
 
     void ReadWindows();
     bool IsLowered(const std::vector<Ecore_X_Window>& stack) const;
 
     const Ecore_X_Window mRoot;
-    const std::string mCompositorSelection;
+    const Ecore_X_Atom mCompositorSelection;
     std::vector<Ecore_Event_Handler*> mHandlers;
     bool mIsOutdated = true;
+    bool mHasCompositor = false;
+    /** Stays true when the compositor ends, until the server tells again what is covered. */
     bool mIsComposited = false;
     /** Whether the window manager lists its windows at all. */
     bool mIsListing = false;

@@ -70,15 +70,12 @@ bool Contains(const std::vector<Ecore_X_Window>& windows, Ecore_X_Window window)
 
 X11Stacking::X11Stacking()
     : mRoot(ecore_x_window_root_first_get()), mCompositorSelection(CompositorSelection()),
-      mHandlers{
-          ecore_event_handler_add(ECORE_X_EVENT_WINDOW_PROPERTY, SPropertyCB, this),
-          ecore_event_handler_add(ECORE_X_EVENT_FIXES_SELECTION_NOTIFY, SSelectionCB, this),
-          ecore_event_handler_add(ECORE_X_EVENT_WINDOW_VISIBILITY_CHANGE, SVisibilityCB, this)}
+      mHandlers{ecore_event_handler_add(ECORE_X_EVENT_WINDOW_PROPERTY, SPropertyCB, this),
+                ecore_event_handler_add(ECORE_X_EVENT_FIXES_SELECTION_NOTIFY, SSelectionCB, this)}
 {
     ecore_x_event_mask_set(mRoot, ECORE_X_EVENT_MASK_WINDOW_PROPERTY);
     ecore_x_fixes_selection_notification_request(mCompositorSelection);
-    mHasCompositor = ecore_x_screen_is_composited(ScreenNumber());
-    mIsComposited = mHasCompositor;
+    mIsComposited = ecore_x_screen_is_composited(ScreenNumber());
 }
 
 X11Stacking::~X11Stacking()
@@ -159,17 +156,7 @@ Eina_Bool X11Stacking::SSelectionCB(void* data, int, void* event)
 {
     const auto* change = static_cast<Ecore_X_Event_Fixes_Selection_Notify*>(event);
     auto* stacking = static_cast<X11Stacking*>(data);
-    if (change->atom != stacking->mCompositorSelection)
-        return ECORE_CALLBACK_PASS_ON;
-    stacking->mHasCompositor = change->owner != 0;
-    if (stacking->mHasCompositor)
-        stacking->mIsComposited = true;
-    return ECORE_CALLBACK_PASS_ON;
-}
-
-Eina_Bool X11Stacking::SVisibilityCB(void* data, int, void*)
-{
-    auto* stacking = static_cast<X11Stacking*>(data);
-    stacking->mIsComposited = stacking->mHasCompositor;
+    if (change->atom == stacking->mCompositorSelection)
+        stacking->mIsComposited = change->owner != 0;
     return ECORE_CALLBACK_PASS_ON;
 }

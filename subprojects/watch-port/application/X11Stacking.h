@@ -34,7 +34,6 @@ public:
 private:
     static Eina_Bool SPropertyCB(void* data, int type, void* event);
     static Eina_Bool SSelectionCB(void* data, int type, void* event);
-    static Eina_Bool SVisibilityCB(void* data, int type, void* event);
 
     void ReadWindows();
     bool IsLowered(const std::vector<Ecore_X_Window>& stack) const;
@@ -43,8 +42,6 @@ private:
     const Ecore_X_Atom mCompositorSelection;
     std::vector<Ecore_Event_Handler*> mHandlers;
     bool mIsOutdated = true;
-    bool mHasCompositor = false;
-    /** Stays true when the compositor ends, until the server tells again what is covered. */
     bool mIsComposited = false;
     /** Whether the window manager lists its windows at all. */
     bool mIsListing = false;

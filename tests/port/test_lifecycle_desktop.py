@@ -168,6 +168,7 @@ def test_a_cover_pauses_after_compositing_has_ended_and_begun_again(composited, 
         app.wait_for("pause")
         went(cover, "did exit", "pause")
         app.wait_for("resume")
+    assert "ERR<" not in app.log
     went(app, *["pause", "resume"] * 2, "did exit", "pause")
 
 

@@ -109,6 +109,12 @@ void WindowVisibility::WatchX11()
         ecore_event_handler_add(ECORE_X_EVENT_WINDOW_DESTROY, SDestroyCB, this)};
 }
 
+void WindowVisibility::Forget(Ecore_X_Window window)
+{
+    mUncovered.erase(window);
+    mSeen.erase(window);
+}
+
 Ecore_Evas* WindowVisibility::FindVisibleWindow() const
 {
     for (Ecore_Evas* window : ListWindows(mDisplay))
@@ -130,8 +136,9 @@ bool WindowVisibility::IsVisible(const Ecore_Evas* window) const
 bool WindowVisibility::IsVisibleOnX11(const Ecore_Evas* window) const
 {
     const auto id = static_cast<Ecore_X_Window>(ecore_evas_window_get(window));
+    const auto& inSight = mStacking->IsComposited() ? mSeen : mUncovered;
     // The window manager knows nothing of a window that keeps it out.
-    return mUncovered.count(id) != 0 &&
+    return inSight.count(id) != 0 &&
            (ecore_evas_override_get(window) || !mStacking->IsOutOfSight(id));
 }
 
@@ -150,24 +157,27 @@ Eina_Bool WindowVisibility::SLoopIdleCB(void* data)
 Eina_Bool WindowVisibility::SVisibilityCB(void* data, int, void* event)
 {
     const auto* change = static_cast<Ecore_X_Event_Window_Visibility_Change*>(event);
-    auto& uncovered = static_cast<WindowVisibility*>(data)->mUncovered;
+    auto* visibility = static_cast<WindowVisibility*>(data);
     if (change->fully_obscured)
-        uncovered.erase(change->win);
-    else
-        uncovered.insert(change->win);
+    {
+        visibility->mUncovered.erase(change->win);
+        return ECORE_CALLBACK_PASS_ON;
+    }
+    visibility->mUncovered.insert(change->win);
+    visibility->mSeen.insert(change->win);
     return ECORE_CALLBACK_PASS_ON;
 }
 
 Eina_Bool WindowVisibility::SHideCB(void* data, int, void* event)
 {
     const auto* hide = static_cast<Ecore_X_Event_Window_Hide*>(event);
-    static_cast<WindowVisibility*>(data)->mUncovered.erase(hide->win);
+    static_cast<WindowVisibility*>(data)->Forget(hide->win);
     return ECORE_CALLBACK_PASS_ON;
 }
 
 Eina_Bool WindowVisibility::SDestroyCB(void* data, int, void* event)
 {
     const auto* destroy = static_cast<Ecore_X_Event_Window_Destroy*>(event);
-    static_cast<WindowVisibility*>(data)->mUncovered.erase(destroy->win);
+    static_cast<WindowVisibility*>(data)->Forget(destroy->win);
     return ECORE_CALLBACK_PASS_ON;
 }

@@ -46,6 +46,7 @@ private:
     static Eina_Bool SDestroyCB(void* data, int type, void* event);
 
     void WatchX11();
+    void Forget(Ecore_X_Window window);
     bool IsVisible(const Ecore_Evas* window) const;
     bool IsVisibleOnX11(const Ecore_Evas* window) const;
 
@@ -54,6 +55,8 @@ private:
     Ecore_Idle_Enterer* mIdleEnterer;
     std::vector<Ecore_Event_Handler*> mHandlers;
     std::set<Ecore_X_Window> mUncovered;
+    /** Those that were uncovered once, and not hidden since. */
+    std::set<Ecore_X_Window> mSeen;
     std::optional<X11Stacking> mStacking;
 };
 

@@ -156,7 +156,9 @@ Eina_Bool X11Stacking::SSelectionCB(void* data, int, void* event)
 {
     const auto* change = static_cast<Ecore_X_Event_Fixes_Selection_Notify*>(event);
     auto* stacking = static_cast<X11Stacking*>(data);
-    if (change->atom == stacking->mCompositorSelection)
-        stacking->mIsComposited = change->owner != 0;
-    return ECORE_CALLBACK_PASS_ON;
+    if (change->atom != stacking->mCompositorSelection)
+        return ECORE_CALLBACK_PASS_ON;
+    stacking->mIsComposited = change->owner != 0;
+    // The toolkit takes every such event for one of its own windows, and complains.
+    return ECORE_CALLBACK_DONE;
 }

@@ -22,6 +22,9 @@ public:
     X11Stacking(const X11Stacking&) = delete;
     X11Stacking& operator=(const X11Stacking&) = delete;
 
+    /** Whether a compositing manager draws the windows: what the server tells says nothing then. */
+    bool IsComposited() const { return mIsComposited; }
+
     /** Reads the properties if any has changed. */
     void Update();
 

@@ -29,6 +29,7 @@ TEST(CommandLine, WithoutArgumentsIsTheDefaultRequest)
     EXPECT_EQ(line.operation, "default");
     EXPECT_THAT(line.extraData, IsEmpty());
     EXPECT_FALSE(line.isHelpWanted);
+    EXPECT_FALSE(line.isService);
 }
 
 TEST(CommandLine, TakesTheOperationInBothForms)
@@ -67,12 +68,30 @@ TEST(CommandLine, AsksForHelp)
     EXPECT_TRUE(line.isHelpWanted);
 }
 
+TEST(CommandLine, IsOfAService)
+{
+    const CommandLine line = ParseCommandLine({"--service"});
+    EXPECT_EQ(line.error, "");
+    EXPECT_TRUE(line.isService);
+}
+
+TEST(CommandLine, RejectsARequestOfAService)
+{
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"--service", "--operation", "open"},
+          {"--extra=a=b", "--service"}})
+        EXPECT_THAT(ErrorOf(arguments), HasSubstr("--service waits for requests: it takes no "
+                                                  "--operation or --extra"));
+}
+
 TEST(CommandLine, RejectsAnUnknownOption)
 {
-    for (const char* option : {"--version", "-h", "-", "--", "--operations", "--help=now"})
+    for (const char* option :
+         {"--version", "-h", "-", "--", "--operations", "--help=now", "--service=yes"})
         EXPECT_THAT(ErrorOf({option}),
                     AllOf(HasSubstr("unknown option \"" + std::string(option) + "\""),
-                          HasSubstr("accepted are --operation OP, --extra KEY=VALUE and --help")));
+                          HasSubstr("accepted are --operation OP, --extra KEY=VALUE, "
+                                    "--service and --help")));
 }
 
 TEST(CommandLine, RejectsAStrayArgument)
@@ -121,6 +140,7 @@ TEST(CommandLine, ReportsTheFirstMistake)
 TEST(CommandLine, UsageNamesTheProgramAndEveryOption)
 {
     const std::string usage = CommandLineUsage("clock");
-    for (const char* part : {"Usage: clock ", "--operation OP", "--extra KEY=VALUE", "--help"})
+    for (const char* part :
+         {"Usage: clock ", "--operation OP", "--extra KEY=VALUE", "--service", "--help"})
         EXPECT_THAT(usage, HasSubstr(part));
 }

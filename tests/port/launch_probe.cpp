@@ -1,5 +1,6 @@
 // Sends one launch request: launch_probe [--no-loop] APP_ID OPERATION [KEY VALUE]...
-// An empty operation is the default one. Prints what came of it.
+// An empty operation is the default one. Without a loop, nobody waits for the answer. Prints what
+// came of it.
 
 #include <Ecore.h>
 #include <app_control.h>
@@ -26,7 +27,7 @@ void SReply(app_control_h request, app_control_h reply, app_control_result_e res
     ecore_main_loop_quit();
 }
 
-int Send(const std::vector<std::string>& arguments)
+int Send(const std::vector<std::string>& arguments, app_control_reply_cb callback)
 {
     static char userData[] = "user-data";
     app_control_h request = nullptr;
@@ -36,7 +37,7 @@ int Send(const std::vector<std::string>& arguments)
         app_control_set_operation(request, arguments[1].c_str());
     for (size_t i = 2; i + 1 < arguments.size(); i += 2)
         app_control_add_extra_data(request, arguments[i].c_str(), arguments[i + 1].c_str());
-    const int result = app_control_send_launch_request(request, SReply, userData);
+    const int result = app_control_send_launch_request(request, callback, userData);
     app_control_destroy(request);
     Say("sent " + std::to_string(result));
     return result;
@@ -51,7 +52,7 @@ int main(int argc, char** argv)
         arguments.erase(arguments.begin());
     ecore_app_no_system_modules();
     ecore_init();
-    if (Send(arguments) == 0 && hasLoop)
+    if (Send(arguments, hasLoop ? SReply : nullptr) == 0 && hasLoop)
         ecore_main_loop_begin();
     ecore_shutdown();
     return 0;

@@ -47,9 +47,9 @@ class App:
         """The port's own log lines, without their time."""
         return [line[13:] for line in self.log.splitlines() if " WATCH_PORT: " in line]
 
-    def wait_for(self, line):
-        """Waits for a line after the one that was waited for last."""
-        deadline = time.monotonic() + DEADLINE
+    def wait_for(self, line, deadline=DEADLINE):
+        """Waits, for so many seconds, for a line after the one that was waited for last."""
+        deadline += time.monotonic()
         while line not in self.lines[self._seen:]:
             assert self._read(deadline), f"no {line!r} in {self.lines}\n{self.log}"
         self._seen = self.lines.index(line, self._seen) + 1

@@ -4,14 +4,13 @@ import contextlib
 import json
 import os
 import pathlib
-import socket
 import subprocess
 import sys
-import threading
 
 import pytest
 
 from port.lifecycle import SANITIZERS
+from port.partial_bus import PartialBus
 from support.bus import SystemBus, wait_until
 
 PROBE = pathlib.Path(os.environ["BUILD_DIR"], "tests/port/launch_probe")
@@ -46,32 +45,6 @@ def send(address, *arguments):
     return subprocess.run([PROBE, *arguments], capture_output=True,
                           env={**SANITIZERS, "DBUS_SESSION_BUS_ADDRESS": address},
                           text=True, timeout=40, check=True)
-
-
-class SilentBus:
-    """Stands before a bus and swallows what a client sends with a certain word in it."""
-
-    def __init__(self, bus, folder, word):
-        self.address = f"unix:path={folder}/silent"
-        self._word = word
-        self._real = bus.address.split("path=")[1].split(",")[0]
-        self._listener = socket.socket(socket.AF_UNIX)
-        self._listener.bind(f"{folder}/silent")
-        self._listener.listen()
-        threading.Thread(target=self._serve, daemon=True).start()
-
-    def _serve(self):
-        client, _ = self._listener.accept()
-        server = socket.socket(socket.AF_UNIX)
-        server.connect(self._real)
-        threading.Thread(target=self._forward, args=(server, client), daemon=True).start()
-        self._forward(client, server)
-
-    def _forward(self, source, target):
-        with contextlib.suppress(OSError):
-            while data := source.recv(4096):
-                if self._word not in data:
-                    target.sendall(data)
 
 
 def test_the_default_operation_alone_is_an_activation(bus, tmp_path):
@@ -146,7 +119,7 @@ def test_a_bus_that_is_gone_is_no_bus(bus):
 
 @pytest.mark.parametrize("word", ["AUTH", "Hello", "NameHasOwner", "ListActivatableNames"])
 def test_a_bus_that_does_not_answer_is_given_up(bus, tmp_path, word):
-    silent = SilentBus(bus, tmp_path, word.encode())
+    silent = PartialBus(bus, tmp_path, word.encode())
     result = send(silent.address, NAME, "")
     assert result.stdout == f"sent {NO_SESSION_BUS}\n"
     assert "there is no session bus, or it does not answer" in result.stderr

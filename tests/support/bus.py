@@ -48,6 +48,7 @@ _CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Co
     <allow receive_sender="*"/>
     <allow own="*"/>
   </policy>
+  <limit name="max_replies_per_connection">50000</limit>
 </busconfig>
 """
 
@@ -114,6 +115,17 @@ class Bus:
 
     def has_owner(self, name):
         return self._client.name_has_owner(name)
+
+    def has_client(self, process):
+        """Whether a process, by its id, is connected."""
+        def process_of(name):
+            try:
+                return self._client.call_blocking(
+                    dbus.BUS_DAEMON_NAME, dbus.BUS_DAEMON_PATH, dbus.BUS_DAEMON_IFACE,
+                    "GetConnectionUnixProcessID", "s", (name,))
+            except dbus.DBusException:
+                return None
+        return any(process_of(name) == process for name in self._client.list_names())
 
     def matches(self, name):
         """The match rules by which clients listen to a service."""

@@ -181,6 +181,5 @@ app_control_reply_to_launch_request(app_control_h reply, app_control_h request,
         return Reject(__func__, "the reply or the request is null");
     if (result != APP_CONTROL_RESULT_SUCCEEDED && result != APP_CONTROL_RESULT_FAILED)
         return Reject(__func__, "the result is neither SUCCEEDED (0) nor FAILED (-1)");
-    return Fail(APP_CONTROL_ERROR_NO_SENDER, __func__,
-                "the request came from the command line: nobody waits for an answer");
+    return WithinMemory(__func__, [=] { return ReplyToLaunchRequest(*reply, *request, result); });
 }

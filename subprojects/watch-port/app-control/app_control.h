@@ -36,6 +36,7 @@ typedef enum
     APP_CONTROL_ERROR_APP_NOT_FOUND = -7,     /**< Neither running nor known to the bus. */
     APP_CONTROL_ERROR_NOT_SENT = -8,          /**< The bus connection broke on sending. */
     APP_CONTROL_ERROR_NO_SENDER = -9,         /**< Nobody waits for an answer to the request. */
+    APP_CONTROL_ERROR_ALREADY_REPLIED = -10,  /**< The request has had its reply. */
 } app_control_error_e;
 
 /** What became of a request. */
@@ -49,10 +50,13 @@ typedef enum
  * Tells what became of a request that was sent.
  *
  * @param request A copy of the request as it was sent, valid during the call.
- * @param reply Null: an application that was started answers with no data.
- * @param result SUCCEEDED when the application took the request, FAILED when it refused it,
- *        could not be started, or did not answer within 25 seconds (the bus's own limit for
- *        starting a service is the same).
+ * @param reply What the application replied, valid during the call: its extra data are the answer.
+ *        Null when the application took the request but is none that can reply, and when no reply
+ *        came.
+ * @param result The result that the application replied. Without a reply: SUCCEEDED when the
+ *        application took the request and is none that can reply, FAILED when it refused it,
+ *        could not be started, ended, or did not answer within 25 seconds (the bus's own limit
+ *        for starting a service is the same).
  * @param user_data As given to app_control_send_launch_request().
  */
 typedef void (*app_control_reply_cb)(app_control_h request, app_control_h reply,
@@ -124,13 +128,16 @@ int app_control_foreach_extra_data(app_control_h app_control, app_control_extra_
 /**
  * Sends the request to its application over the session bus, which starts it if need be.
  *
- * The application is reached through the interface org.freedesktop.Application: Activate for
- * the default operation without extra data, else ActivateAction with the operation as the action
+ * With a callback, the application is asked for a reply through org.watchport.Launch1, which every
+ * application of the port offers. Without a callback, and when the application has no such
+ * interface, it is reached through the desktop's org.freedesktop.Application: Activate for the
+ * default operation without extra data, else ActivateAction with the operation as the action
  * and the extra data as its parameter, a dictionary of texts (a{sv}).
  *
- * The request has been handed to the bus on return and may be destroyed. Whether the application
- * took it is known later, in the main loop. Asking the bus for the application takes two seconds
- * at most, normally about a millisecond.
+ * The request has been handed to the bus on return and may be destroyed. What became of it is known
+ * later, in the main loop; with a callback, the process must live on until that is called, for the
+ * second way is tried in the main loop too. Asking the bus for the application takes two seconds at
+ * most, normally about a millisecond.
  *
  * @param callback Called once with what became of it, unless the main loop ends before; null:
  *        nobody wants to know, and a failure is logged as a warning.
@@ -143,13 +150,18 @@ int app_control_send_launch_request(app_control_h app_control, app_control_reply
                                     void* user_data);
 
 /**
- * Answers a request that the application got.
+ * Answers a request that the application got. Its sender gets the result and the extra data.
  *
- * @param reply Made by app_control_create(); its extra data are the answer.
+ * Only a sender who gave a callback to app_control_send_launch_request() waits for a reply; the
+ * request of such a sender may be answered later than in the app_control callback, as app.h says.
+ *
+ * @param reply Made by app_control_create(); its extra data are the answer. May be destroyed on
+ *        return.
  * @param request The request that is answered.
  * @param result What became of it.
- * @return INVALID_PARAMETER for a null handle or an unknown result, else NO_SENDER: a request
- *         from the command line has no sender who could get an answer.
+ * @return Besides APP_CONTROL_ERROR_NONE: INVALID_PARAMETER for a null handle, an unknown result
+ *         or more than 1 MiB of text; NO_SENDER for a request from the command line, from a
+ *         sender who waits for no reply, and when the bus has gone; ALREADY_REPLIED; OUT_OF_MEMORY.
  */
 int app_control_reply_to_launch_request(app_control_h reply, app_control_h request,
                                         app_control_result_e result);

@@ -7,7 +7,7 @@
 
 namespace
 {
-constexpr char kAccepted[] = "accepted are --operation OP, --extra KEY=VALUE and --help";
+constexpr char kAccepted[] = "accepted are --operation OP, --extra KEY=VALUE, --service and --help";
 
 std::string Quoted(const std::string& text)
 {
@@ -27,6 +27,8 @@ public:
     {
         for (mNext = 0; mNext < mArguments.size() && mResult.error.empty();)
             ReadArgument(mArguments[mNext++]);
+        if (mResult.error.empty() && mResult.isService && mHasRequest)
+            mResult.error = "--service waits for requests: it takes no --operation or --extra";
         return mResult;
     }
 
@@ -37,6 +39,8 @@ private:
         const std::string name = argument.substr(0, equals);
         if (argument == "--help")
             mResult.isHelpWanted = true;
+        else if (argument == "--service")
+            mResult.isService = true;
         else if (name == "--operation")
             SetOperation(ReadValue(argument, equals));
         else if (name == "--extra")
@@ -66,6 +70,7 @@ private:
             mResult.error = "--operation " + Quoted(*value) +
                             ": a text in UTF-8 is accepted that " + "is not empty";
         mResult.operation = *value;
+        mHasRequest = true;
     }
 
     void AddExtra(const std::optional<std::string>& value)
@@ -78,10 +83,12 @@ private:
                             "with a key that is not empty";
         else
             mResult.extraData[value->substr(0, equals)] = value->substr(equals + 1);
+        mHasRequest = true;
     }
 
     const std::vector<std::string>& mArguments;
     size_t mNext = 0;
+    bool mHasRequest = false;
     CommandLine mResult;
 };
 } // namespace
@@ -95,10 +102,16 @@ std::string CommandLineUsage(const std::string& program)
 {
     return "Usage: " + program +
            " [--operation OP] [--extra KEY=VALUE]...\n"
+           "       " +
+           program +
+           " --service\n"
            "\n"
-           "Starts the application with a launch request.\n"
+           "Starts the application with a launch request, or hands the request to the\n"
+           "application that runs already.\n"
            "\n"
            "  --operation OP     what to do (without it: " APP_CONTROL_OPERATION_DEFAULT ")\n"
            "  --extra KEY=VALUE  extra data of the request; may be given several times\n"
+           "  --service          wait for the first request on the session bus, ten seconds at\n"
+           "                     most; for the bus's own use\n"
            "  --help             print this text and end\n";
 }

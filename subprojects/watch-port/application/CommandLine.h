@@ -9,7 +9,8 @@
 struct CommandLine
 {
     bool isHelpWanted = false;
-    std::string operation; /**< Never empty; UTF-8. */
+    bool isService = false; /**< The first request comes over the bus. */
+    std::string operation;  /**< Never empty; UTF-8. */
     std::map<std::string, std::string> extraData;
     std::string error; /**< What is wrong, in one line; empty: nothing, the rest holds. */
 };

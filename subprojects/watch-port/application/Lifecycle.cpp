@@ -4,27 +4,15 @@
 #include "application/Windows.h"
 #include "dlog/dlog.h"
 
-#include <memory>
-
 namespace
 {
-using Request = std::unique_ptr<app_control_s, decltype(&app_control_destroy)>;
-
-Request NewRequest(const CommandLine& commandLine)
-{
-    app_control_h handle = nullptr;
-    app_control_create(&handle);
-    Request request(handle, app_control_destroy);
-    app_control_set_operation(handle, commandLine.operation.c_str());
-    for (const auto& [key, value] : commandLine.extraData)
-        app_control_add_extra_data(handle, key.c_str(), value.c_str());
-    return request;
-}
+// As long as the desktop's own services wait that were started and then not called.
+constexpr double kServiceSeconds = 10;
 } // namespace
 
 Lifecycle::Lifecycle(const ui_app_lifecycle_callback_s& callbacks, void* userData,
-                     const Display& display)
-    : mCallbacks(callbacks), mUserData(userData), mDisplay(display),
+                     const Display& display, LaunchInbox* inbox)
+    : mCallbacks(callbacks), mUserData(userData), mDisplay(display), mInbox(inbox),
       mVisibility(display, [this] { OnLoopIdle(); }),
       mTerminationHandler(ecore_event_handler_add(ECORE_EVENT_SIGNAL_EXIT, SExitSignalCB, this)),
       mHangUpHandler(ecore_event_handler_add(ECORE_EVENT_SIGNAL_HUP, SExitSignalCB, this))
@@ -37,16 +25,19 @@ Lifecycle::~Lifecycle()
     ecore_event_handler_del(mHangUpHandler);
 }
 
-int Lifecycle::Run(const CommandLine& request)
+int Lifecycle::Run(const CommandLine& commandLine)
 {
+    if (commandLine.isService && !AwaitRequest())
+        return APP_ERROR_NONE;
     if (mCallbacks.create != nullptr && !mCallbacks.create(mUserData))
     {
         __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "the application was not created");
         return APP_ERROR_NOT_CREATED;
     }
+    mIsCreated = true;
     SizeWindows(mDisplay);
     if (!mIsExitRequested)
-        Launch(request);
+        DeliverFirst(commandLine);
     if (!mIsExitRequested)
         RunLoop();
     if (mIsResumed)
@@ -63,11 +54,42 @@ void Lifecycle::RequestExit()
         ecore_main_loop_quit();
 }
 
-void Lifecycle::Launch(const CommandLine& commandLine)
+bool Lifecycle::AwaitRequest()
 {
-    const Request request = NewRequest(commandLine);
+    Ecore_Timer* timer = ecore_timer_add(kServiceSeconds, SIdleTooLongCB, nullptr);
+    mIsInLoop = true;
+    ecore_main_loop_begin();
+    mIsInLoop = false;
+    ecore_timer_del(timer);
+    return !mIsExitRequested && !mInbox->IsEmpty();
+}
+
+void Lifecycle::DeliverFirst(const CommandLine& commandLine)
+{
+    if (commandLine.isService)
+    {
+        mInbox->HandOver([this](app_control_h request) { Deliver(request); });
+        return;
+    }
+    app_control_s request;
+    request.operation = commandLine.operation;
+    request.extraData = commandLine.extraData;
+    Deliver(&request);
+}
+
+void Lifecycle::DeliverArrived()
+{
+    if (mInbox == nullptr)
+        return;
+    while (!mIsExitRequested && !mInbox->IsEmpty())
+        mInbox->HandOver([this](app_control_h request) { Deliver(request); });
+    mInbox->ReleaseWaiting();
+}
+
+void Lifecycle::Deliver(app_control_h request)
+{
     if (mCallbacks.app_control != nullptr)
-        mCallbacks.app_control(request.get(), mUserData);
+        mCallbacks.app_control(request, mUserData);
 }
 
 void Lifecycle::RunLoop()
@@ -84,8 +106,17 @@ void Lifecycle::RunLoop()
 void Lifecycle::OnLoopIdle()
 try
 {
+    if (!mIsInLoop)
+        return;
+    if (!mIsCreated)
+    {
+        if (!mInbox->IsEmpty())
+            ecore_main_loop_quit();
+        return;
+    }
+    DeliverArrived();
     SizeWindows(mDisplay);
-    if (mIsInLoop && !mIsExitRequested)
+    if (!mIsExitRequested)
         UpdateVisibility();
 }
 catch (...)
@@ -125,4 +156,10 @@ Eina_Bool Lifecycle::SExitSignalCB(void* data, int, void*)
 {
     static_cast<Lifecycle*>(data)->RequestExit();
     return ECORE_CALLBACK_PASS_ON;
+}
+
+Eina_Bool Lifecycle::SIdleTooLongCB(void*)
+{
+    ecore_main_loop_quit();
+    return ECORE_CALLBACK_RENEW;
 }

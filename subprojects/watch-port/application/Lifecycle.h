@@ -1,6 +1,7 @@
 #ifndef WATCH_PORT_APPLICATION_LIFECYCLE_H
 #define WATCH_PORT_APPLICATION_LIFECYCLE_H
 
+#include "app-control/LaunchInbox.h"
 #include "application/CommandLine.h"
 #include "application/Display.h"
 #include "application/WindowVisibility.h"
@@ -13,22 +14,33 @@
 class Lifecycle
 {
 public:
-    /** @param display Outlives the object, and the toolkit. */
-    Lifecycle(const ui_app_lifecycle_callback_s& callbacks, void* userData, const Display& display);
+    /**
+     * @param display Outlives the object, and the toolkit.
+     * @param inbox Where launch requests arrive, which outlives the object; null: nowhere.
+     */
+    Lifecycle(const ui_app_lifecycle_callback_s& callbacks, void* userData, const Display& display,
+              LaunchInbox* inbox);
     ~Lifecycle();
     Lifecycle(const Lifecycle&) = delete;
     Lifecycle& operator=(const Lifecycle&) = delete;
 
-    /** Runs from create to terminate with a first request; returns an app_error_e. */
-    int Run(const CommandLine& request);
+    /**
+     * Runs from create to terminate; returns an app_error_e. The first request is that of the
+     * command line; as a service, the first to arrive, and none of the callbacks is called before.
+     */
+    int Run(const CommandLine& commandLine);
 
     /** Ends the run as soon as the callback at work has returned. */
     void RequestExit();
 
 private:
     static Eina_Bool SExitSignalCB(void* data, int type, void* event);
+    static Eina_Bool SIdleTooLongCB(void* data);
 
-    void Launch(const CommandLine& commandLine);
+    bool AwaitRequest();
+    void DeliverFirst(const CommandLine& commandLine);
+    void DeliverArrived();
+    void Deliver(app_control_h request);
     void RunLoop();
     void OnLoopIdle();
     void UpdateVisibility();
@@ -38,10 +50,12 @@ private:
     const ui_app_lifecycle_callback_s mCallbacks;
     void* const mUserData;
     const Display& mDisplay;
+    LaunchInbox* const mInbox;
     WindowVisibility mVisibility;
     Ecore_Event_Handler* mTerminationHandler;
     Ecore_Event_Handler* mHangUpHandler;
     bool mIsInLoop = false;
+    bool mIsCreated = false;
     bool mIsResumed = false;
     bool mWasResumed = false;
     bool mIsExitRequested = false;

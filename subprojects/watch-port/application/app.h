@@ -9,7 +9,8 @@
  *     create -> app_control -> (resume -> pause)* -> terminate
  *
  * - create: makes the window. The toolkit is up, the text domain is bound.
- * - app_control: a launch request. The first one is that of the command line.
+ * - app_control: a launch request. The first one is that of the command line, or, as a service, the
+ *   first to arrive over the session bus. Later ones may come at any time until the end.
  * - resume: a window of the process can be seen for the first time, or again.
  * - pause: none can be seen any more: lowered out of sight, covered, iconified, hidden or deleted.
  *   Where nothing tells whether a window is covered (off-screen engines, Wayland), a window can be
@@ -17,6 +18,33 @@
  * - terminate: the last call. It may release what user_data points to.
  *
  * All of them are called on the main loop's thread. A null one is skipped.
+ *
+ * Launch requests over the session bus. An application whose resource folder holds the file
+ * PROGRAM.id, with the application id (such as "org.example.Clock") as its only line, owns that id
+ * as its name on the session bus. At the object path of the id ("/org/example/Clock"; a "-" of the
+ * id is a "_" there) it offers
+ *
+ *     org.freedesktop.Application, as the desktop has it
+ *         Activate(a{sv})                the default operation
+ *         Open(as, a{sv})                the operation "open"; the extra data "uris" holds the
+ *                                        URIs, one a line
+ *         ActivateAction(s, av, a{sv})   the action is the operation; the parameter, none or one
+ *                                        a{sv}, is the extra data: the texts in it, for a value of
+ *                                        another type is left out
+ *     org.watchport.Launch1
+ *         Launch(s operation, a{ss} extra data) -> (i result, a{ss} extra data)
+ *                                        answered by app_control_reply_to_launch_request()
+ *
+ * The first interface's methods are answered, with nothing, when the app_control callback has
+ * returned. The platform data (the last argument) are not used; an empty key of the extra data is
+ * left out. Other arguments and an empty operation are answered with the error InvalidArgs or
+ * InvalidSignature of org.freedesktop.DBus.Error, more than 1 MiB of text with LimitsExceeded, and
+ * so is a Launch while 256 others wait for their reply.
+ *
+ * A second start finds the name owned, hands its command line's request to the owner, and ends with
+ * APP_ERROR_NONE before any callback, or with APP_ERROR_NOT_FORWARDED when the owner has not taken
+ * it within ten seconds. An owner that ends in that time is succeeded by the second start. When the
+ * bus goes, the application goes on without it, also when another bus comes.
  *
  * Environment: ELM_ENGINE=buffer and ELM_ENGINE=shot:OPTIONS need no display, DLOG_LEVEL filters
  * the log (see dlog.h).
@@ -40,6 +68,8 @@ typedef enum
     APP_ERROR_NO_DISPLAY = -5,           /**< No display is named, or none answers. */
     APP_ERROR_NO_TOOLKIT = -6,           /**< The toolkit did not start. */
     APP_ERROR_NOT_CREATED = -7,          /**< The create callback returned false. */
+    APP_ERROR_NOT_FORWARDED = -8,        /**< Runs already, and the other took no request. */
+    APP_ERROR_NO_SESSION_BUS = -9,       /**< Started with --service, without a bus or an id. */
 } app_error_e;
 
 /** @return False when the application cannot run: no other callback is called then. */
@@ -50,7 +80,11 @@ typedef void (*app_terminate_cb)(void* user_data);
 typedef void (*app_pause_cb)(void* user_data);
 /** The application came in sight. */
 typedef void (*app_resume_cb)(void* user_data);
-/** @param app_control The request, valid during the call. */
+/**
+ * @param app_control The request, valid during the call. When its sender waits for a reply, it
+ * stays valid until the turn of the main loop in which it is replied to has ended, or until 25
+ *        seconds after the call, when the sender waits no more, or until terminate has returned.
+ */
 typedef void (*app_control_cb)(app_control_h app_control, void* user_data);
 
 /** What the application does at the turns of its life. */
@@ -76,11 +110,15 @@ typedef struct
  *
  * Command line: [--operation OP] [--extra KEY=VALUE]..., also as --operation=OP and
  * --extra=KEY=VALUE, make the first launch request; the last one of an operation or a key holds.
+ * --service, alone, is for the session bus, which starts the application to have a message taken:
+ * create waits for the first launch request to arrive, and a process to which none comes within ten
+ * seconds ends with APP_ERROR_NONE and without a callback.
  * --help prints the usage and returns 0. Anything else ends with one line on stderr.
  *
  * Log, tag "WATCH_PORT": an error for each negative result but that of the command line; a warning
- * for a catalogue or a theme that is missing or broken; at info level "first frame" once the first
- * frame after the first resume has been drawn and the X server has it.
+ * for a catalogue or a theme that is missing or broken, and for a session bus that is missing or
+ * has not answered within two seconds (three when it answers in part); at info level "first frame" once
+ * the first frame after the first resume has been drawn and the X server has it.
  *
  * An exception of a callback leaves ui_app_main() when the toolkit is shut down; no further
  * callback is called then. A process has one run: the toolkit does not start twice without

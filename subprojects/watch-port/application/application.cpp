@@ -4,8 +4,10 @@
 #include "application/CommandLine.h"
 #include "application/Display.h"
 #include "application/Lifecycle.h"
+#include "application/OwnId.h"
 #include "application/PlatformTheme.h"
 #include "application/Screen.h"
+#include "application/SingleInstance.h"
 #include "application/TextDomain.h"
 #include "dlog/dlog.h"
 
@@ -90,19 +92,45 @@ std::optional<Installation> FindOwnInstallation()
     return installation;
 }
 
-int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks,
-                   void* userData, const CommandLine& commandLine)
+// What a run finds outside of the toolkit.
+struct Surroundings
 {
-    KeepToolkitAlone();
+    const std::optional<Installation>& installation;
+    LaunchInbox* inbox;
+};
+
+// Ends what another process does, or what nobody could; nothing when this one is to run.
+std::optional<int> AnswerInstance(const SingleInstance& instance, bool isService)
+{
+    switch (instance.GetStanding())
+    {
+    case SingleInstance::Standing::Forwarded:
+        return APP_ERROR_NONE;
+    case SingleInstance::Standing::NotTaken:
+        return Fail(APP_ERROR_NOT_FORWARDED,
+                    "the application runs already, but did not take the launch request");
+    case SingleInstance::Standing::Alone:
+        if (isService)
+            return Fail(APP_ERROR_NO_SESSION_BUS,
+                        "--service needs an application id and a session bus");
+        break;
+    case SingleInstance::Standing::Owner:
+        break;
+    }
+    return std::nullopt;
+}
+
+int RunWithToolkit(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks,
+                   void* userData, const CommandLine& commandLine, Surroundings surroundings)
+{
     const Display display;
     if (display.GetKind() == Display::Kind::None)
         return Fail(APP_ERROR_NO_DISPLAY,
                     "no display: set DISPLAY or WAYLAND_DISPLAY to one that answers, "
                     "or ELM_ENGINE to \"buffer\"");
     SetProgramLocale();
-    const auto installation = FindOwnInstallation();
-    if (installation)
-        BindTextDomain(*installation);
+    if (surroundings.installation)
+        BindTextDomain(*surroundings.installation);
     const Toolkit toolkit(argc, argv);
     if (!toolkit.IsUp())
         return Fail(APP_ERROR_NO_TOOLKIT, "the toolkit does not start");
@@ -110,11 +138,23 @@ int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
     // The toolkit has set the character type of the environment, which may be that of C.
     SetProgramLocale();
     std::optional<PlatformTheme> theme;
-    if (installation)
-        theme.emplace(installation->platformTheme);
-    Lifecycle lifecycle(callbacks, userData, display);
+    if (surroundings.installation)
+        theme.emplace(surroundings.installation->platformTheme);
+    Lifecycle lifecycle(callbacks, userData, display, surroundings.inbox);
     const RunningMark mark(lifecycle);
     return lifecycle.Run(commandLine);
+}
+
+int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks,
+                   void* userData, const CommandLine& commandLine)
+{
+    KeepToolkitAlone();
+    const auto installation = FindOwnInstallation();
+    const SingleInstance instance(installation ? ReadOwnId(*installation) : "", commandLine);
+    const auto answer = AnswerInstance(instance, commandLine.isService);
+    return answer ? *answer
+                  : RunWithToolkit(argc, argv, callbacks, userData, commandLine,
+                                   {installation, instance.Inbox()});
 }
 } // namespace
 

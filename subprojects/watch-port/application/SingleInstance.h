@@ -1,0 +1,40 @@
+#ifndef WATCH_PORT_APPLICATION_SINGLE_INSTANCE_H
+#define WATCH_PORT_APPLICATION_SINGLE_INSTANCE_H
+
+#include "app-control/LaunchBus.h"
+#include "app-control/LaunchInbox.h"
+#include "application/CommandLine.h"
+
+#include <memory>
+#include <string>
+
+/** Makes the process the only one of its application on the session bus, as app.h describes. */
+class SingleInstance
+{
+public:
+    enum class Standing
+    {
+        Alone,     /**< Without a name on the bus: no id, or no bus that answers. */
+        Owner,     /**< Requests arrive in Inbox(). */
+        Forwarded, /**< Another process runs, and has the request, if there was one. */
+        NotTaken,  /**< Another process runs, and did not take the request. */
+    };
+
+    /** Asks for the application's name on the bus; a request goes to the process that has it. */
+    SingleInstance(const std::string& applicationId, const CommandLine& commandLine);
+
+    Standing GetStanding() const { return mStanding; }
+
+    /** Null unless the process is the owner. */
+    LaunchInbox* Inbox() const { return mInbox.get(); }
+
+private:
+    Standing Settle(const std::string& id, const CommandLine& commandLine);
+    bool Forward(const std::string& id, const CommandLine& commandLine) const;
+
+    std::unique_ptr<LaunchBus> mBus;
+    std::unique_ptr<LaunchInbox> mInbox;
+    Standing mStanding = Standing::Alone;
+};
+
+#endif

@@ -1,0 +1,169 @@
+// An application that launches others and answers them. It prints each callback of its life and
+// each reply, and obeys lines on its standard input:
+//
+//     launch ID OPERATION [KEY=VALUE]...    with a callback
+//     notify ID OPERATION [KEY=VALUE]...    without one
+//     reply RESULT [KEY=VALUE]...           to the request that came last
+//     at-once RESULT [KEY=VALUE]...         to each request from now on, in its callback, twice
+//     exit
+
+#include <Ecore.h>
+#include <app.h>
+#include <cstdio>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+
+namespace
+{
+app_control_h sLastRequest = nullptr;
+std::string sAnswerAtOnce;
+
+void Say(const std::string& text)
+{
+    std::puts(text.c_str());
+    std::fflush(stdout);
+}
+
+bool SExtraData(app_control_h request, const char* key, void* data)
+{
+    char* value = nullptr;
+    app_control_get_extra_data(request, key, &value);
+    const std::string text = value;
+    *static_cast<std::string*>(data) +=
+        std::string(" ") + key + "=" +
+        (text.size() > 100 ? std::to_string(text.size()) + " bytes" : text);
+    std::free(value);
+    return true;
+}
+
+std::string Describe(app_control_h request)
+{
+    char* operation = nullptr;
+    app_control_get_operation(request, &operation);
+    std::string text = operation;
+    std::free(operation);
+    app_control_foreach_extra_data(request, SExtraData, &text);
+    return text;
+}
+
+app_control_h NewRequest(std::istream& words)
+{
+    app_control_h request = nullptr;
+    app_control_create(&request);
+    for (std::string word; words >> word;)
+    {
+        const size_t equals = word.find('=');
+        const std::string value = word.substr(equals + 1);
+        app_control_add_extra_data(request, word.substr(0, equals).c_str(),
+                                   value == "HUGE" ? std::string(1024 * 1024, 'v').c_str()
+                                                   : value.c_str());
+    }
+    return request;
+}
+
+void SReply(app_control_h request, app_control_h reply, app_control_result_e result, void*)
+{
+    Say("result " + std::to_string(result) + " of " + Describe(request) +
+        (reply == nullptr ? " without reply" : ": " + Describe(reply)));
+}
+
+void Launch(std::istream& words, app_control_reply_cb callback)
+{
+    std::string id;
+    std::string operation;
+    words >> id >> operation;
+    app_control_h request = NewRequest(words);
+    app_control_set_app_id(request, id.c_str());
+    app_control_set_operation(request, operation.c_str());
+    Say("sent " + std::to_string(app_control_send_launch_request(request, callback, nullptr)));
+    app_control_destroy(request);
+}
+
+void Reply(app_control_h request, std::istream& words)
+{
+    int result = 0;
+    words >> result;
+    app_control_h reply = NewRequest(words);
+    Say("replied " + std::to_string(app_control_reply_to_launch_request(
+                         reply, request, static_cast<app_control_result_e>(result))));
+    app_control_destroy(reply);
+}
+
+void Obey(const std::string& line)
+{
+    std::istringstream words(line);
+    std::string verb;
+    words >> verb;
+    if (verb == "launch")
+        Launch(words, SReply);
+    else if (verb == "notify")
+        Launch(words, nullptr);
+    else if (verb == "reply")
+        Reply(sLastRequest, words);
+    else if (verb == "at-once")
+        sAnswerAtOnce = line.substr(verb.size());
+    else if (verb == "exit")
+        ui_app_exit();
+    Say("did " + line);
+}
+
+Eina_Bool SInputCB(void*, Ecore_Fd_Handler* handler)
+{
+    static std::string text;
+    char piece[256];
+    const ssize_t length = read(ecore_main_fd_handler_fd_get(handler), piece, sizeof piece);
+    if (length <= 0)
+        return ECORE_CALLBACK_CANCEL;
+    text.append(piece, static_cast<size_t>(length));
+    for (size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n'))
+    {
+        const std::string line = text.substr(0, end);
+        text.erase(0, end + 1);
+        Obey(line);
+    }
+    return ECORE_CALLBACK_RENEW;
+}
+
+bool SCreate(void*)
+{
+    Say("create");
+    ecore_main_fd_handler_add(STDIN_FILENO, ECORE_FD_READ, SInputCB, nullptr, nullptr, nullptr);
+    return true;
+}
+
+void SAppControl(app_control_h request, void*)
+{
+    Say("app_control " + Describe(request));
+    sLastRequest = request;
+    for (int i = 0; i < 2 && !sAnswerAtOnce.empty(); ++i)
+    {
+        std::istringstream words(sAnswerAtOnce);
+        Reply(request, words);
+    }
+    if (Describe(request).rfind("exit", 0) == 0)
+        ui_app_exit();
+    if (Describe(request).rfind("throw", 0) == 0)
+        throw 7;
+}
+
+void STerminate(void*)
+{
+    Say("terminate");
+}
+} // namespace
+
+int main(int argc, char** argv)
+try
+{
+    ui_app_lifecycle_callback_s callbacks = {};
+    callbacks.create = SCreate;
+    callbacks.terminate = STerminate;
+    callbacks.app_control = SAppControl;
+    return ui_app_main(argc, argv, &callbacks, nullptr);
+}
+catch (int)
+{
+    return 99;
+}

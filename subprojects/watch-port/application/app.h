@@ -117,8 +117,8 @@ typedef struct
  *
  * Log, tag "WATCH_PORT": an error for each negative result but that of the command line; a warning
  * for a catalogue or a theme that is missing or broken, and for a session bus that is missing or
- * has not answered within two seconds (three when it answers in part); at info level "first frame" once
- * the first frame after the first resume has been drawn and the X server has it.
+ * has not answered within two seconds (three when it answers in part); at info level "first frame"
+ * once the first frame after the first resume has been drawn and the X server has it.
  *
  * An exception of a callback leaves ui_app_main() when the toolkit is shut down; no further
  * callback is called then. A process has one run: the toolkit does not start twice without

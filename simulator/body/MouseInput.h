@@ -1,0 +1,47 @@
+#ifndef SIMULATOR_BODY_MOUSE_INPUT_H
+#define SIMULATOR_BODY_MOUSE_INPUT_H
+
+#include "body/DetentDrag.h"
+#include "body/Layout.h"
+#include "body/NestedScreen.h"
+#include "common/ControlClient.h"
+
+#include <Evas.h>
+#include <optional>
+
+/**
+ * What the mouse does on the watch in its window.
+ *
+ *   left button on the screen      the finger, also where it is dragged beyond the screen's edge
+ *   left button held on a key      the key is pushed until the button is released
+ *   dragging the ring              a detent every 15 degrees
+ *   a click on the charger         plugs or unplugs it
+ *   the wheel, anywhere            a detent a notch, downwards clockwise
+ *
+ * What keys, ring and charger then look like is not decided here: the keeper tells.
+ */
+class MouseInput
+{
+public:
+    /** Listens to the canvas's mouse above everything on it; all arguments outlive this object. */
+    MouseInput(Evas* canvas, const Layout& layout, NestedScreen& screen, ControlClient& control);
+
+private:
+    void Press(Point point);
+    void Move(Point point);
+    void Release(Point point);
+    void TurnBezel(int detents);
+
+    static void SDownCB(void* data, Evas* canvas, Evas_Object* object, void* event);
+    static void SMoveCB(void* data, Evas* canvas, Evas_Object* object, void* event);
+    static void SUpCB(void* data, Evas* canvas, Evas_Object* object, void* event);
+    static void SWheelCB(void* data, Evas* canvas, Evas_Object* object, void* event);
+
+    const Layout& mLayout;
+    NestedScreen& mScreen;
+    ControlClient& mControl;
+    Target mHeld = Target::Nothing;
+    std::optional<DetentDrag> mDrag;
+};
+
+#endif

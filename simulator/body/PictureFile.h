@@ -1,0 +1,18 @@
+#ifndef SIMULATOR_BODY_PICTURE_FILE_H
+#define SIMULATOR_BODY_PICTURE_FILE_H
+
+#include "body/NestedScreen.h"
+#include "common/WatchState.h"
+
+#include <string>
+
+/**
+ * Saves the whole watch as a PNG picture at zoom 1, transparent where the watch is not. It is
+ * drawn off screen from the state, with nothing in motion.
+ *
+ * Throws std::runtime_error with one line when the file's name is not absolute or does not end in
+ * ".png", or the file cannot be written.
+ */
+void SavePicture(const std::string& file, const WatchState& state, const NestedScreen& screen);
+
+#endif

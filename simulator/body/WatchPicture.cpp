@@ -1,0 +1,68 @@
+#include "body/WatchPicture.h"
+
+#include "body/RoundMask.h"
+#include "common/Theme.h"
+
+#include <Edje.h>
+#include <algorithm>
+
+WatchPicture::WatchPicture(Evas* canvas, const Layout& layout, Kind kind)
+    : mLayout(layout), mBody(AddThemed(canvas, "watch/body")), mRing(canvas), mKind(kind)
+{
+    edje_object_part_swallow(mBody, "marks", mRing.GetObject());
+    evas_object_resize(mBody, layout.GetWindowSide(), layout.GetWindowSide());
+    if (kind == Kind::Alone)
+        edje_object_signal_emit(mBody, "desk,hide", "watch");
+    AddScreen(canvas);
+}
+
+void WatchPicture::AddScreen(Evas* canvas)
+{
+    const Point corner = mLayout.GetScreenCorner();
+    const int size = mLayout.GetScreenSize();
+    const int side = mLayout.GetScreenSide();
+    Evas_Object* mask = AddRoundMask(canvas, side);
+    evas_object_move(mask, corner.x, corner.y);
+    mScreen = evas_object_image_filled_add(canvas);
+    evas_object_image_size_set(mScreen, size, size);
+    evas_object_image_alpha_set(mScreen, EINA_FALSE);
+    evas_object_move(mScreen, corner.x, corner.y);
+    evas_object_resize(mScreen, side, side);
+    evas_object_clip_set(mScreen, mask);
+    evas_object_show(mScreen);
+}
+
+void WatchPicture::Signal(bool before, bool now, const char* on, const char* off)
+{
+    if (before != now)
+        edje_object_signal_emit(mBody, now ? on : off, "watch");
+}
+
+void WatchPicture::Show(const WatchState& state)
+{
+    const bool isMoving = mKind == Kind::OnDesk && mIsShown;
+    edje_object_animation_set(mBody, isMoving);
+    Signal(mState.isBackPressed, state.isBackPressed, "key,back,push", "key,back,release");
+    Signal(mState.isPowerPressed, state.isPowerPressed, "key,power,push", "key,power,release");
+    Signal(mState.isCharging, state.isCharging, "charger,plug", "charger,unplug");
+    edje_object_message_signal_process(mBody);
+    if (isMoving)
+        mRing.TurnTo(state.bezelPosition);
+    else
+        mRing.JumpTo(state.bezelPosition);
+    mState = state;
+    mIsShown = true;
+}
+
+void WatchPicture::ShowScreen(const uint32_t* pixels, const Eina_Rectangle& area)
+{
+    const int size = mLayout.GetScreenSize();
+    auto* shown = static_cast<uint32_t*>(evas_object_image_data_get(mScreen, EINA_TRUE));
+    for (int row = area.y; row < area.y + area.h; ++row)
+    {
+        const size_t start = static_cast<size_t>(row) * size + area.x;
+        std::copy_n(pixels + start, area.w, shown + start);
+    }
+    evas_object_image_data_set(mScreen, shown);
+    evas_object_image_data_update_add(mScreen, area.x, area.y, area.w, area.h);
+}

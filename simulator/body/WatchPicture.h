@@ -1,0 +1,48 @@
+#ifndef SIMULATOR_BODY_WATCH_PICTURE_H
+#define SIMULATOR_BODY_WATCH_PICTURE_H
+
+#include "body/BezelRing.h"
+#include "body/Layout.h"
+#include "common/WatchState.h"
+
+#include <Evas.h>
+#include <cstdint>
+
+/** The whole watch on a canvas: body, ring, keys, charger, and what its screen shows. */
+class WatchPicture
+{
+public:
+    enum class Kind
+    {
+        OnDesk, ///< on a desk, in motion
+        Alone   ///< transparent where the watch is not; every state is shown at once
+    };
+
+    /** Adds all to the upper left corner of the canvas, which owns it and must outlive this. */
+    WatchPicture(Evas* canvas, const Layout& layout, Kind kind);
+
+    /** Shows the ring, the keys and the charger as they are. The first time nothing moves. */
+    void Show(const WatchState& state);
+
+    /**
+     * Shows a part of the screen anew.
+     *
+     * @param pixels All of the screen, row by row, 0x__RRGGBB.
+     * @param area Which of them are new, within the screen.
+     */
+    void ShowScreen(const uint32_t* pixels, const Eina_Rectangle& area);
+
+private:
+    void AddScreen(Evas* canvas);
+    void Signal(bool before, bool now, const char* on, const char* off);
+
+    const Layout mLayout;
+    Evas_Object* const mBody;
+    BezelRing mRing;
+    const Kind mKind;
+    Evas_Object* mScreen = nullptr;
+    WatchState mState;
+    bool mIsShown = false;
+};
+
+#endif

@@ -1,0 +1,228 @@
+#include "common/ControlClient.h"
+
+#include "common/Complaint.h"
+
+#include <Ecore.h>
+#include <cstdlib>
+#include <cstring>
+#include <stdexcept>
+#include <utility>
+
+namespace
+{
+constexpr char kName[] = "com.velmora.QivoWatch";
+constexpr char kPath[] = "/com/velmora/QivoWatch";
+constexpr char kInterface[] = "com.velmora.QivoWatch1";
+constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
+
+bool HasSignature(const Eldbus_Message* message, const char* signature)
+{
+    return std::strcmp(eldbus_message_signature_get(message), signature) == 0;
+}
+
+bool HasSignature(Eldbus_Message_Iter* value, const char* signature)
+{
+    char* actual = eldbus_message_iter_signature_get(value);
+    const bool isEqual = actual && std::strcmp(actual, signature) == 0;
+    std::free(actual);
+    return isEqual;
+}
+
+// Not the session bus of the toolkit's own knowledge, whose death ends the process with an error.
+Eldbus_Connection* Connect()
+{
+    const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    if (!address)
+        throw std::runtime_error("DBUS_SESSION_BUS_ADDRESS is not set");
+    Eldbus_Connection* bus = eldbus_address_connection_get(address);
+    if (!bus)
+        throw std::runtime_error(std::string("no bus at ") + address);
+    return bus;
+}
+
+template <typename Type> Type Read(Eldbus_Message_Iter* value, const char* signature)
+{
+    Type read{};
+    eldbus_message_iter_arguments_get(value, signature, &read);
+    return read;
+}
+
+bool ReadFlag(Eldbus_Message_Iter* value)
+{
+    return Read<Eina_Bool>(value, "b") != EINA_FALSE;
+}
+} // namespace
+
+const std::map<std::string, ControlClient::Property>& ControlClient::Properties()
+{
+    using State = WatchState;
+    using Value = Eldbus_Message_Iter*;
+    static const std::map<std::string, Property> sProperties = {
+        {"ScreenOn", {"b", [](State& state, Value v) { state.isScreenOn = ReadFlag(v); }}},
+        {"BezelPosition",
+         {"i", [](State& state, Value v) { state.bezelPosition = Read<int>(v, "i"); }}},
+        {"BackPressed", {"b", [](State& state, Value v) { state.isBackPressed = ReadFlag(v); }}},
+        {"PowerPressed", {"b", [](State& state, Value v) { state.isPowerPressed = ReadFlag(v); }}},
+        {"Charging", {"b", [](State& state, Value v) { state.isCharging = ReadFlag(v); }}},
+        {"Percentage",
+         {"d", [](State& state, Value v) { state.percentage = Read<double>(v, "d"); }}},
+        {"Time", {"x", [](State& state, Value v) { state.time = Read<int64_t>(v, "x"); }}},
+        {"TimeFrozen", {"b", [](State& state, Value v) { state.isTimeFrozen = ReadFlag(v); }}},
+    };
+    return sProperties;
+}
+
+ControlClient::ControlClient(StateCallback onState)
+    : mBus((eldbus_init(), Connect())), mOnState(std::move(onState))
+{
+    eldbus_connection_event_callback_add(mBus, ELDBUS_CONNECTION_EVENT_DISCONNECTED,
+                                         SDisconnectedCB, this);
+    eldbus_signal_handler_add(mBus, kName, kPath, kProperties, "PropertiesChanged", SChangedCB,
+                              this);
+    eldbus_name_owner_changed_callback_add(mBus, kName, SOwnerChangedCB, this, EINA_TRUE);
+}
+
+ControlClient::~ControlClient()
+{
+    eldbus_connection_unref(mBus);
+    eldbus_shutdown();
+}
+
+void ControlClient::OwnName(const char* name)
+{
+    eldbus_name_request(mBus, name, ELDBUS_NAME_REQUEST_FLAG_DO_NOT_QUEUE, SNameCB, this);
+}
+
+Eldbus_Message* ControlClient::NewCall(const char* method) const
+{
+    return eldbus_message_method_call_new(kName, kPath, kInterface, method);
+}
+
+// The method's name travels with the call, to be told should it fail.
+void ControlClient::Send(Eldbus_Message* call)
+{
+    const char* method = eina_stringshare_add(eldbus_message_member_get(call));
+    eldbus_connection_send(mBus, call, SAnswerCB, method, -1);
+}
+
+void ControlClient::TurnBezel(const char* direction, unsigned int detents)
+{
+    Eldbus_Message* call = NewCall("Bezel");
+    eldbus_message_arguments_append(call, "suu", direction, detents, 0u);
+    Send(call);
+}
+
+void ControlClient::MoveKey(const char* action, const char* key)
+{
+    Eldbus_Message* call = NewCall("Button");
+    eldbus_message_arguments_append(call, "ssuuu", action, key, 0u, 1u, 0u);
+    Send(call);
+}
+
+void ControlClient::SetCharging(bool isCharging)
+{
+    Eldbus_Message* call = NewCall("SetBattery");
+    eldbus_message_arguments_append(call, "ds", mState.percentage,
+                                    isCharging ? "charging" : "discharging");
+    Send(call);
+}
+
+void ControlClient::Launch(const char* application)
+{
+    Eldbus_Message* call = NewCall("Launch");
+    Eldbus_Message_Iter* arguments = eldbus_message_iter_get(call);
+    eldbus_message_iter_arguments_append(arguments, "ss", application, "");
+    Eldbus_Message_Iter* extra = eldbus_message_iter_container_new(arguments, 'a', "{ss}");
+    eldbus_message_iter_container_close(arguments, extra);
+    Send(call);
+}
+
+void ControlClient::Stop()
+{
+    Send(NewCall("Stop"));
+}
+
+void ControlClient::ReadState()
+{
+    Eldbus_Message* question = eldbus_message_method_call_new(kName, kPath, kProperties, "GetAll");
+    eldbus_message_arguments_append(question, "s", kInterface);
+    eldbus_connection_send(mBus, question, SStateCB, this, -1);
+}
+
+void ControlClient::TakeProperties(Eldbus_Message_Iter* values)
+{
+    bool isTimeTold = false;
+    Eldbus_Message_Iter* entry = nullptr;
+    while (eldbus_message_iter_get_and_next(values, 'e', &entry))
+    {
+        const char* name = nullptr;
+        Eldbus_Message_Iter* value = nullptr;
+        if (!eldbus_message_iter_arguments_get(entry, "sv", &name, &value))
+            continue;
+        const auto property = Properties().find(name);
+        if (property == Properties().end() || !HasSignature(value, property->second.mSignature))
+            continue;
+        property->second.mSet(mState, value);
+        isTimeTold = isTimeTold || property->first == "Time";
+    }
+    mOnState(mState, isTimeTold);
+}
+
+void ControlClient::SOwnerChangedCB(void* data, const char* /*name*/, const char* before,
+                                    const char* now)
+{
+    if (*now)
+        static_cast<ControlClient*>(data)->ReadState();
+    else if (*before)
+        ecore_main_loop_quit();
+}
+
+void ControlClient::SDisconnectedCB(void* /*data*/, Eldbus_Connection* /*bus*/, void* /*event*/)
+{
+    Complain("the bus has gone");
+    ecore_main_loop_quit();
+}
+
+void ControlClient::SStateCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* /*pending*/)
+{
+    const char* text = nullptr;
+    Eldbus_Message_Iter* values = nullptr;
+    if (eldbus_message_error_get(answer, nullptr, &text))
+        Complain(std::string("the watch's state cannot be read: ") + text);
+    else if (HasSignature(answer, "a{sv}") &&
+             eldbus_message_arguments_get(answer, "a{sv}", &values))
+        static_cast<ControlClient*>(data)->TakeProperties(values);
+}
+
+void ControlClient::SChangedCB(void* data, const Eldbus_Message* signal)
+{
+    const char* interface = nullptr;
+    Eldbus_Message_Iter* changed = nullptr;
+    Eldbus_Message_Iter* invalidated = nullptr;
+    if (HasSignature(signal, "sa{sv}as") &&
+        eldbus_message_arguments_get(signal, "sa{sv}as", &interface, &changed, &invalidated) &&
+        std::strcmp(interface, kInterface) == 0)
+        static_cast<ControlClient*>(data)->TakeProperties(changed);
+}
+
+void ControlClient::SAnswerCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* /*pending*/)
+{
+    const char* method = static_cast<const char*>(data);
+    const char* text = nullptr;
+    if (eldbus_message_error_get(answer, nullptr, &text))
+        Complain(std::string(method) + ": " + text);
+    eina_stringshare_del(method);
+}
+
+void ControlClient::SNameCB(void* /*data*/, const Eldbus_Message* answer,
+                            Eldbus_Pending* /*pending*/)
+{
+    unsigned int result = 0;
+    const char* text = "another one runs on this bus";
+    if (!eldbus_message_error_get(answer, nullptr, &text) && HasSignature(answer, "u") &&
+        eldbus_message_arguments_get(answer, "u", &result) &&
+        result == ELDBUS_NAME_REQUEST_REPLY_PRIMARY_OWNER)
+        return;
+    Complain(text);
+    ecore_main_loop_quit();
+}

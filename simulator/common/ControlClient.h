@@ -1,0 +1,78 @@
+#ifndef SIMULATOR_COMMON_CONTROL_CLIENT_H
+#define SIMULATOR_COMMON_CONTROL_CLIENT_H
+
+#include "common/WatchState.h"
+
+#include <Eldbus.h>
+#include <functional>
+#include <map>
+#include <string>
+
+/**
+ * The keeper of the watch, as its own programs see it: com.velmora.QivoWatch on the session bus
+ * that DBUS_SESSION_BUS_ADDRESS names.
+ *
+ * The watch's state is read when the keeper appears, and follows its PropertiesChanged. When the
+ * keeper goes, or the bus, the main loop is ended: nobody would end the process otherwise.
+ *
+ * Calls do not wait for their answer. One that fails is told in one line on standard error, and
+ * everything goes on. What the keeper sends is not trusted: properties of another type are passed
+ * over in silence.
+ */
+class ControlClient
+{
+public:
+    /** Told of a new state; `isTimeTold` when its time is of this moment. */
+    using StateCallback = std::function<void(const WatchState& state, bool isTimeTold)>;
+
+    /** Throws std::runtime_error when there is no such bus. The toolkit must be initialised. */
+    explicit ControlClient(StateCallback onState);
+    ~ControlClient();
+    ControlClient(const ControlClient&) = delete;
+    ControlClient& operator=(const ControlClient&) = delete;
+
+    /** Owned by this object. */
+    Eldbus_Connection* GetBus() const { return mBus; }
+    const WatchState& GetState() const { return mState; }
+
+    /**
+     * Takes a name on the bus. Where it is taken already the process complains and ends its main
+     * loop, for a watch has one of each of its programs.
+     */
+    void OwnName(const char* name);
+
+    /** @param direction "cw" or "ccw" */
+    void TurnBezel(const char* direction, unsigned int detents);
+    /** @param action "push" or "release"  @param key "back" or "power" */
+    void MoveKey(const char* action, const char* key);
+    void SetCharging(bool isCharging);
+    void Launch(const char* application);
+    void Stop();
+
+private:
+    using Setter = std::function<void(WatchState& state, Eldbus_Message_Iter* value)>;
+    struct Property
+    {
+        const char* mSignature;
+        Setter mSet;
+    };
+
+    static const std::map<std::string, Property>& Properties();
+    Eldbus_Message* NewCall(const char* method) const;
+    void Send(Eldbus_Message* call);
+    void ReadState();
+    void TakeProperties(Eldbus_Message_Iter* values);
+
+    static void SOwnerChangedCB(void* data, const char* name, const char* before, const char* now);
+    static void SDisconnectedCB(void* data, Eldbus_Connection* bus, void* event);
+    static void SStateCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* pending);
+    static void SChangedCB(void* data, const Eldbus_Message* signal);
+    static void SAnswerCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* pending);
+    static void SNameCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* pending);
+
+    Eldbus_Connection* mBus;
+    const StateCallback mOnState;
+    WatchState mState;
+};
+
+#endif

@@ -1,0 +1,70 @@
+#include "home/Home.h"
+
+#include <ctime>
+
+namespace
+{
+constexpr char kGuide[] = "com.velmora.qivo-guide-app";
+
+// Runs on while the machine sleeps, and is never set.
+int64_t Now()
+{
+    timespec now{};
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    return int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
+}
+} // namespace
+
+Home::Home(const Options& options)
+    : mControl([this](const WatchState& state, bool isTimeTold) { Show(state, isTimeTold); }),
+      mWindow("qivo-watch-home", "Home", options.GetScreenSize()),
+      mFace(mWindow.GetCanvas(), options.GetScreenSize(), [this] { mControl.Launch(kGuide); })
+{
+    mClock.Set(int64_t{std::time(nullptr)} * 1000, Now());
+    mFace.Show(mControl.GetState());
+    ShowTime();
+    mWindow.Show([this] { mControl.OwnName("com.velmora.QivoWatch.Home"); });
+}
+
+Home::~Home()
+{
+    StopTimer();
+}
+
+void Home::Show(const WatchState& state, bool isTimeTold)
+{
+    const int64_t now = Now();
+    if (state.isTimeFrozen != mClock.IsFrozen())
+        mClock.Freeze(state.isTimeFrozen, now);
+    if (isTimeTold)
+        mClock.Set(state.time, now);
+    mFace.Show(state);
+    if (mIsScreenOn && !state.isScreenOn)
+        mWindow.Raise();
+    mIsScreenOn = state.isScreenOn;
+    ShowTime();
+}
+
+void Home::ShowTime()
+{
+    StopTimer();
+    const int64_t now = Now();
+    mFace.ShowTime(HandsAt(mClock.GetTime(now)));
+    if (mIsScreenOn && !mClock.IsFrozen())
+        mTimer = ecore_timer_add(mClock.GetMillisecondsToMinute(now) / 1000.0, SMinuteCB, this);
+}
+
+void Home::StopTimer()
+{
+    if (mTimer)
+        ecore_timer_del(mTimer);
+    mTimer = nullptr;
+}
+
+Eina_Bool Home::SMinuteCB(void* data)
+{
+    auto* home = static_cast<Home*>(data);
+    home->mTimer = nullptr;
+    home->ShowTime();
+    return ECORE_CALLBACK_CANCEL;
+}

@@ -1,0 +1,47 @@
+#ifndef SIMULATOR_HOME_HOME_H
+#define SIMULATOR_HOME_HOME_H
+
+#include "common/ControlClient.h"
+#include "common/Options.h"
+#include "common/Window.h"
+#include "home/Face.h"
+#include "home/WatchClock.h"
+
+#include <Ecore.h>
+
+/**
+ * The watch's home: a window as large as the screen, which the applications come to lie on.
+ *
+ * It is woken once a minute, when the watch's own minute is full; not at all while the watch's time
+ * is frozen or its screen off. When the screen goes off the window turns black and covers all
+ * others, and stays above them when the screen is on again.
+ */
+class Home
+{
+public:
+    /**
+     * Opens the window. The process takes its name on the bus when the first frame is drawn.
+     *
+     * Throws std::exception with one line when the bus, the display or the theme is not there.
+     */
+    explicit Home(const Options& options);
+    ~Home();
+    Home(const Home&) = delete;
+    Home& operator=(const Home&) = delete;
+
+private:
+    void Show(const WatchState& state, bool isTimeTold);
+    void ShowTime();
+    void StopTimer();
+
+    static Eina_Bool SMinuteCB(void* data);
+
+    ControlClient mControl;
+    Window mWindow;
+    Face mFace;
+    WatchClock mClock;
+    bool mIsScreenOn = true;
+    Ecore_Timer* mTimer = nullptr;
+};
+
+#endif

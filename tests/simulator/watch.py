@@ -1,0 +1,121 @@
+"""The watch's own two programs for one test: nested screen, host display, bus and a keeper."""
+
+import contextlib
+import os
+import pathlib
+import subprocess
+import tempfile
+
+import dbus
+
+from support.bus import MOCK, PROPERTIES, wait_until
+from support.display import Display
+from support.session_bus import SessionBus
+
+BUILD = pathlib.Path(os.environ["BUILD_DIR"])
+PROGRAMS = {name: BUILD / "simulator" / name / f"qivo-watch-{name}" for name in ("body", "home")}
+
+KEEPER = "com.velmora.QivoWatch"
+CONTROL = "com.velmora.QivoWatch1"
+BODY = "com.velmora.QivoWatch.Body"
+HOME = "com.velmora.QivoWatch.Home"
+PATH = "/com/velmora/QivoWatch"
+
+TEN_PAST_TEN = 1_700_000_000_000 // 86_400_000 * 86_400_000 + (10 * 60 + 10) * 60_000
+"""In the zone of the programs, which is UTC."""
+
+
+class Watch:
+    """Context manager: a watch without an application; its programs are started by the test."""
+
+    def __init__(self, size=360, time=TEN_PAST_TEN, frozen=True):
+        self.size = size
+        self._time = {"Time": time, "TimeFrozen": frozen}
+        self._stack = contextlib.ExitStack()
+        self.screen = Display(f"{size}x{size}x24")
+        self.host = None
+        self.bus = SessionBus()
+
+    def __enter__(self):
+        with contextlib.ExitStack() as stack:
+            self._home = stack.enter_context(tempfile.TemporaryDirectory())
+            stack.enter_context(self.screen)
+            stack.enter_context(self.bus)
+            self.bus._start(KEEPER, str(pathlib.Path(__file__).with_name("keeper.py")),
+                            **self._time)
+            self._stack = stack.pop_all()
+        return self
+
+    def __exit__(self, *_):
+        self._stack.close()
+
+    def start_body(self, zoom=1):
+        """With its window on a host display, large enough for it."""
+        side = round(680 * self.size / 360 * zoom)
+        self.host = self._stack.enter_context(Display(f"{side}x{side}x24"))
+        return self._start("body", BODY, self.host.env, "--screen", self.screen.name,
+                           "--size", str(self.size), "--zoom", str(zoom))
+
+    def start_headless_body(self):
+        return self._start("body", BODY, {"ELM_ENGINE": "buffer"}, "--screen", self.screen.name,
+                           "--size", str(self.size))
+
+    def start_home(self):
+        return self._start("home", HOME, self.screen.env, "--size", str(self.size))
+
+    def environment(self, **more):
+        kept = {key: value for key, value in os.environ.items()
+                if key in ("PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")}
+        return kept | {"HOME": self._home, "XDG_RUNTIME_DIR": self._home, "LANG": "C.UTF-8",
+                       "TZ": "UTC"} | self.bus.env | more
+
+    def _start(self, program, name, environment, *arguments):
+        process = subprocess.Popen(
+            ["setpriv", "--pdeathsig", "KILL", PROGRAMS[program], *arguments],
+            env=self.environment(**environment), stderr=subprocess.PIPE, text=True)
+        self._stack.callback(_end, process)
+        wait_until(lambda: process.poll() is not None or self.bus.has_owner(name), name)
+        assert process.poll() is None, process.stderr.read()
+        return process
+
+    # The keeper
+
+    def set(self, **properties):
+        """Sets properties of the keeper, which tells them."""
+        for name, value in properties.items():
+            self.bus.set_property(KEEPER, PATH, CONTROL, name, value)
+
+    def get(self, name):
+        return self._object(KEEPER).Get(CONTROL, name, dbus_interface=PROPERTIES)
+
+    def calls(self, method):
+        """The arguments of all calls of a control method so far."""
+        calls = self._object(KEEPER).GetMethodCalls(method, dbus_interface=MOCK)
+        return [tuple(map(_plain, arguments)) for _, arguments in calls]
+
+    def wait_calls(self, method, expected):
+        wait_until(lambda: len(self.calls(method)) >= len(expected), f"{method} {expected}")
+        assert self.calls(method) == expected
+
+    # The body
+
+    def frames(self):
+        return int(self._object(BODY).Get("com.velmora.QivoWatch.Body1", "Frames",
+                                          dbus_interface=PROPERTIES))
+
+    def picture(self, file, body=True):
+        self._object(BODY).Picture(str(file), body, dbus_interface="com.velmora.QivoWatch.Body1")
+
+    def _object(self, name):
+        return self.bus._client.get_object(name, PATH, introspect=False)
+
+
+def _plain(value):
+    return {dbus.String: str, dbus.UInt32: int, dbus.Double: float, dbus.Boolean: bool}.get(
+        type(value), lambda other: other)(value)
+
+
+def _end(process):
+    process.kill()
+    process.wait()
+    process.stderr.close()

@@ -27,8 +27,8 @@ def test_a_launch_logs_its_steps_in_order(watch):
 def test_the_page_fills_the_round_screen_with_a_picture_and_white_text(watch):
     watch.launch()
     picture = watch.still_picture()
-    hero = picture.colours(bottom=264)
-    text = picture.colours(top=264)
+    hero = picture.colours(bottom=230)
+    text = picture.colours(top=230)
     assert len(hero) > 50
     assert text.get(WHITE, 0) > 100 and text.get(BLACK, 0) > 1000
 
@@ -85,7 +85,7 @@ def test_a_change_of_the_language_replaces_the_text_alone(watch):
     app.wait_log("currentLanguage:[ko_KR")
     watch.wait_picture(lambda picture: picture != english, "the text in Korean")
     _, top, _, _ = watch.still_picture().differing(english)
-    assert top > 250
+    assert top > 230
     watch.set_language("en_US")
     app.wait_log("currentLanguage:[en_US")
     watch.wait_picture(lambda picture: picture == english, "the text in English")
@@ -98,7 +98,7 @@ def test_a_right_to_left_language_does_not_mirror_the_page(watch):
     app.wait_log("currentLanguage:[ar_EG")
     watch.wait_picture(lambda picture: picture != english, "the text in Arabic")
     _, top, _, _ = watch.still_picture().differing(english)
-    assert top > 250
+    assert top > 230
 
 
 @pytest.mark.parametrize("key", ["XF86Back", "Escape"])

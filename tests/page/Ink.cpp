@@ -1,0 +1,72 @@
+#include "page/Ink.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+constexpr unsigned kFaintest = 40;
+
+template <typename Visitor>
+void ForEach(const Picture& picture, int top, int bottom, const Visitor& visit)
+{
+    for (int y = std::max(top, 0); y < std::min(bottom, picture.Side()); ++y)
+    {
+        for (int x = 0; x < picture.Side(); ++x)
+        {
+            if (Ink::IsAt(picture, x, y))
+                visit(x, y);
+        }
+    }
+}
+
+} // namespace
+
+bool Ink::IsAt(const Picture& picture, int x, int y)
+{
+    uint32_t pixel = picture.At(x, y);
+    return std::max({pixel >> 16, pixel >> 8 & 0xff, pixel & 0xff}) > kFaintest;
+}
+
+bool Ink::IsInRow(const Picture& picture, int y)
+{
+    return Within(picture, y, y + 1).has_value();
+}
+
+std::optional<Box> Ink::Within(const Picture& picture, int top, int bottom)
+{
+    std::optional<Box> box;
+    ForEach(picture, top, bottom,
+            [&](int x, int y)
+            {
+                if (!box)
+                    box = Box{x, y, x, y};
+                *box = {std::min(box->left, x), box->top, std::max(box->right, x + 1), y + 1};
+            });
+    return box;
+}
+
+double Ink::Reach(const Picture& picture, int top, int bottom)
+{
+    double radius = picture.Side() / 2.0;
+    double reach = 0;
+    // To the far corner of each pixel.
+    ForEach(picture, top, bottom,
+            [&](int x, int y)
+            {
+                double distance =
+                    std::hypot(std::abs(x + 0.5 - radius) + 0.5, std::abs(y + 0.5 - radius) + 0.5);
+                reach = std::max(reach, distance / radius);
+            });
+    return reach;
+}
+
+double Ink::Contrast(const Picture& picture, int top, int bottom)
+{
+    constexpr double kFlare = 0.05;
+    double brightest = 0;
+    ForEach(picture, top, bottom,
+            [&](int x, int y) { brightest = std::max(brightest, picture.LuminanceAt(x, y)); });
+    return (brightest + kFlare) / kFlare;
+}

@@ -1,0 +1,280 @@
+#include "page/Page.h"
+
+#include "common/NaviFrame.h"
+#include "common/RotaryEventManager.h"
+#include "page/Clock.h"
+#include "system-settings/Catalogues.h"
+#include "system-settings/LocaleName.h"
+
+#include <Ecore_Evas.h>
+#include <Ecore_Input.h>
+#include <Ecore_Input_Evas.h>
+#include <algorithm>
+#include <app_common.h>
+#include <cstdlib>
+#include <filesystem>
+#include <libintl.h>
+#include <optional>
+#include <ui_extension.h>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+constexpr const char* kTextDomain = "qivo-guide-app";
+constexpr Ecore_Window kWindowId = 4242;
+constexpr double kScale = 1.3 / 360;
+constexpr double kMotion = 4.0;
+
+std::optional<std::string> gTranslation;
+
+std::string Resource(const std::string& name)
+{
+    char* folder = app_get_resource_path();
+    std::string path = folder + name;
+    free(folder);
+    return path;
+}
+
+std::string LocaleFolder()
+{
+    return Resource("locale");
+}
+
+void LoadTables()
+{
+    const std::string table = Resource("tables/com.velmora.qivo-app_");
+    uxt_theme_set_changeable_ui_enabled(EINA_TRUE);
+    uxt_theme_set_color_table(
+        uxt_theme_add_color_table((table + "ChangeableColorTable.xml").c_str()));
+    uxt_theme_set_font_table(uxt_theme_add_font_table((table + "FontInfoTable.xml").c_str()));
+}
+
+void StartToolkit()
+{
+    static bool sIsStarted = false;
+    if (sIsStarted)
+        return;
+    sIsStarted = true;
+    setenv("ELM_ENGINE", "buffer", 1);
+    efreet_cache_disable();
+    ecore_app_no_system_modules();
+    elm_init(0, nullptr);
+    LeaveLocaleC();
+    bindtextdomain(kTextDomain, LocaleFolder().c_str());
+    bind_textdomain_codeset(kTextDomain, "UTF-8");
+    textdomain(kTextDomain);
+    elm_theme_overlay_add(nullptr, PLATFORM_THEME);
+    elm_config_scroll_thumbscroll_enabled_set(EINA_TRUE);
+    elm_config_scroll_bounce_enabled_set(EINA_TRUE);
+    elm_app_base_scale_set(1.3);
+    LoadTables();
+    Clock::TakeOver();
+}
+
+Box BoxOf(const Evas_Object* object)
+{
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    evas_object_geometry_get(object, &x, &y, &width, &height);
+    return {x, y, x + width, y + height};
+}
+
+} // namespace
+
+// The linker sends the application's call here.
+extern "C" char* __real_dgettext(const char* domain, const char* id);
+
+extern "C" char* __wrap_dgettext(const char* domain, const char* id)
+{
+    return gTranslation ? gTranslation->data() : __real_dgettext(domain, id);
+}
+
+const std::vector<int>& Page::Sides()
+{
+    static const std::vector<int> sSides = {360, 390, 454};
+    return sSides;
+}
+
+std::vector<std::string> Page::Languages()
+{
+    std::vector<std::string> languages;
+    for (const auto& entry : fs::directory_iterator(LocaleFolder()))
+    {
+        if (fs::exists(entry.path() / "LC_MESSAGES" / (std::string(kTextDomain) + ".mo")))
+            languages.push_back(entry.path().filename());
+    }
+    std::sort(languages.begin(), languages.end());
+    return languages;
+}
+
+Page::Page(int side) : mSide(side)
+{
+    StartToolkit();
+    elm_config_scale_set(kScale * side);
+    mWindow = elm_win_add(nullptr, "page", ELM_WIN_BASIC);
+    evas_object_resize(mWindow, side, side);
+    evas_object_show(mWindow);
+    Evas* canvas = evas_object_evas_get(mWindow);
+    ecore_event_window_register(kWindowId, ecore_evas_ecore_evas_get(canvas), canvas, nullptr,
+                                nullptr, nullptr, nullptr);
+    evas_event_feed_mouse_in(canvas, 0, nullptr);
+    ShowView();
+    SetLanguage("en");
+    Clock::Advance(kMotion);
+}
+
+void Page::ShowView()
+{
+    Evas_Object* layout = elm_layout_add(mWindow);
+    elm_layout_theme_set(layout, "layout", "application", "default");
+    evas_object_size_hint_weight_set(layout, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
+    elm_win_resize_object_add(mWindow, layout);
+    evas_object_show(layout);
+    QivoUi::NaviFrame::GetInstance()->CreateNaviFrame(layout);
+    mView->CreateView();
+    mView->Show(false);
+    mScroller = elm_object_part_content_get(mView->GetViewLayout(), "scroller");
+    Eina_List* children = elm_box_children_get(elm_object_content_get(mScroller));
+    mPage = static_cast<Evas_Object*>(eina_list_data_get(children));
+    eina_list_free(children);
+}
+
+Page::~Page()
+{
+    gTranslation.reset();
+    mView.reset();
+    ecore_event_window_unregister(kWindowId);
+    QivoUi::NaviFrame::Destroy();
+    evas_object_del(mWindow);
+    Clock::Flush();
+    QivoUi::RotaryEventManager::Destroy();
+}
+
+void Page::SetLanguage(const std::string& language)
+{
+    const std::string locale = language + ".UTF-8";
+    ChangeCatalogues(locale);
+    elm_language_set(locale.c_str());
+    Settle();
+}
+
+// What is scrolled moves only with the layout's next calculation.
+void Page::Settle()
+{
+    Clock::Flush();
+    evas_smart_objects_calculate(evas_object_evas_get(mWindow));
+}
+
+void Page::SetTranslation(const std::string& text)
+{
+    gTranslation = text;
+    SetLanguage("en");
+}
+
+void Page::SetArrowVisible(bool visible)
+{
+    mView->SetArrowVisible(visible);
+    Clock::Advance(kMotion);
+}
+
+void Page::TurnBezel(int detents)
+{
+    auto* wheel = static_cast<Ecore_Event_Mouse_Wheel*>(calloc(1, sizeof(Ecore_Event_Mouse_Wheel)));
+    wheel->window = wheel->event_window = kWindowId;
+    wheel->z = detents;
+    ecore_event_add(ECORE_EVENT_MOUSE_WHEEL, wheel, nullptr, nullptr);
+    Clock::Flush();
+}
+
+void Page::Touch(int y)
+{
+    Evas* canvas = evas_object_evas_get(mWindow);
+    evas_event_feed_mouse_move(canvas, mSide / 2, y, mTime, nullptr);
+    evas_event_feed_mouse_down(canvas, 1, EVAS_BUTTON_NONE, mTime, nullptr);
+}
+
+void Page::DragTo(int y)
+{
+    Clock::Advance(1.0 / 60);
+    mTime += 17;
+    evas_event_feed_mouse_move(evas_object_evas_get(mWindow), mSide / 2, y, mTime, nullptr);
+}
+
+void Page::Release()
+{
+    evas_event_feed_mouse_up(evas_object_evas_get(mWindow), 1, EVAS_BUTTON_NONE, mTime, nullptr);
+}
+
+void Page::BringToMiddle(int y)
+{
+    // The first scroll appends the pad, and only then the page is as long as it gets.
+    for (int pass = 0; pass < 2; ++pass)
+    {
+        int before = ScrolledBy();
+        int target = std::clamp(before + y - mSide / 2, 0, End());
+        elm_scroller_region_show(mScroller, 0, target, mSide, mSide);
+        Settle();
+        y -= ScrolledBy() - before;
+    }
+}
+
+void Page::ScrollToTop()
+{
+    elm_scroller_region_show(mScroller, 0, 0, mSide, mSide);
+    Settle();
+}
+
+int Page::ScrolledBy() const
+{
+    int top = 0;
+    elm_scroller_region_get(mScroller, nullptr, &top, nullptr, nullptr);
+    return top;
+}
+
+int Page::End() const
+{
+    int height = 0;
+    elm_scroller_child_size_get(mScroller, nullptr, &height);
+    return std::max(0, height - mSide);
+}
+
+std::vector<Box> Page::Lines() const
+{
+    const Evas_Object* text = Part("help_text");
+    const Box block = BoxOf(text);
+    std::vector<Box> lines;
+    Box line{};
+    while (evas_object_textblock_line_number_geometry_get(
+        text, static_cast<int>(lines.size()), &line.left, &line.top, &line.right, &line.bottom))
+        lines.push_back({block.left + line.left, block.top + line.top,
+                         block.left + line.left + line.right, block.top + line.top + line.bottom});
+    return lines;
+}
+
+Box Page::PartBox(const char* part) const
+{
+    return BoxOf(Part(part));
+}
+
+Evas_Object* Page::Part(const char* part) const
+{
+    return const_cast<Evas_Object*>(edje_object_part_object_get(elm_layout_edje_get(mPage), part));
+}
+
+Evas_Object* Page::ImageIn(const char* part, const char* image) const
+{
+    Evas_Object* holder = elm_object_part_content_get(mPage, part);
+    return const_cast<Evas_Object*>(
+        edje_object_part_object_get(elm_image_object_get(holder), image));
+}
+
+Picture Page::Look() const
+{
+    Ecore_Evas* screen = ecore_evas_ecore_evas_get(evas_object_evas_get(mWindow));
+    ecore_evas_manual_render(screen);
+    return Picture(static_cast<const uint32_t*>(ecore_evas_buffer_pixels_get(screen)), mSide);
+}

@@ -1,0 +1,89 @@
+#ifndef TESTS_PAGE_PAGE_H
+#define TESTS_PAGE_PAGE_H
+
+#include "page/Picture.h"
+#include "qivo-ui-guide/GuideView.h"
+
+#include <Elementary.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+/// The place of something on the screen, in pixels.
+struct Box
+{
+    int left;
+    int top;
+    int right;
+    int bottom;
+
+    int Middle() const { return (top + bottom) / 2; }
+    int Width() const { return right - left; }
+    int Height() const { return bottom - top; }
+};
+
+/// The guide's screen as the application builds it, on a watch without display. There is one at a
+/// time.
+class Page
+{
+public:
+    /// The sides in pixels of the watch screens that the page is made for.
+    static const std::vector<int>& Sides();
+    /// The languages that have a catalogue, in alphabetical order.
+    static std::vector<std::string> Languages();
+
+    /// The page in English at rest, the arrow shown.
+    explicit Page(int side);
+    ~Page();
+    Page(const Page&) = delete;
+    Page& operator=(const Page&) = delete;
+
+    int Side() const { return mSide; }
+
+    /// Turns to another language as the application does.
+    void SetLanguage(const std::string& language);
+    /// Has the catalogues answer with this text, until the page's end.
+    void SetTranslation(const std::string& text);
+    /// Shows or hides the arrow and waits for the end of its motion.
+    void SetArrowVisible(bool visible);
+
+    /// Turns the bezel, clockwise when positive; the motion needs time.
+    static void TurnBezel(int detents);
+    void Touch(int y);
+    void DragTo(int y);
+    void Release();
+
+    /// Scrolls so far that this height of the screen comes to its middle, or as near as can be.
+    void BringToMiddle(int y);
+    void ScrollToTop();
+    /// The content's height above the screen.
+    int ScrolledBy() const;
+    /// How far it can scroll.
+    int End() const;
+
+    /// The help text's lines from top to bottom, where they are on the screen.
+    std::vector<Box> Lines() const;
+    /// Where a part of the page is on the screen.
+    Box PartBox(const char* part) const;
+    /// The canvas object of a part of the page.
+    Evas_Object* Part(const char* part) const;
+    /// An image of the theme's group that a part of the page holds.
+    Evas_Object* ImageIn(const char* part, const char* image) const;
+
+    /// The screen as it now is.
+    Picture Look() const;
+
+private:
+    void ShowView();
+    void Settle();
+
+    int mSide;
+    unsigned int mTime = 0;
+    Evas_Object* mWindow = nullptr;
+    Evas_Object* mScroller = nullptr;
+    Evas_Object* mPage = nullptr;
+    std::unique_ptr<QivoUi::GuideView> mView = std::make_unique<QivoUi::GuideView>();
+};
+
+#endif

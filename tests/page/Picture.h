@@ -1,0 +1,31 @@
+#ifndef TESTS_PAGE_PICTURE_H
+#define TESTS_PAGE_PICTURE_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// What a square screen showed at one moment.
+class Picture
+{
+public:
+    Picture(const uint32_t* pixels, int side);
+
+    int Side() const { return mSide; }
+    /// 0xRRGGBB
+    uint32_t At(int x, int y) const { return mPixels[y * mSide + x] & 0xffffff; }
+    /// The relative luminance of a pixel, from 0 (black) to 1 (white), as in WCAG 2.
+    double LuminanceAt(int x, int y) const;
+
+    /// Writes a binary PPM file; false when it cannot.
+    bool Save(const std::string& file) const;
+
+    bool operator==(const Picture& other) const { return mPixels == other.mPixels; }
+    bool operator!=(const Picture& other) const { return mPixels != other.mPixels; }
+
+private:
+    int mSide;
+    std::vector<uint32_t> mPixels;
+};
+
+#endif

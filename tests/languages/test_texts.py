@@ -1,0 +1,113 @@
+"""The help text in every language, as far as rules can tell that it will read well."""
+
+import unicodedata
+
+from languages.catalogues import texts
+
+LONGEST = 90
+"""Characters of which no more than six or seven lines come on a round screen."""
+
+NON_LATIN = {
+    "am": {"ETHIOPIC"}, "ar": {"ARABIC"}, "as": {"BENGALI"}, "be": {"CYRILLIC"},
+    "bg": {"CYRILLIC"}, "bn": {"BENGALI"}, "el": {"GREEK"}, "fa": {"ARABIC"}, "gu": {"GUJARATI"},
+    "he": {"HEBREW"}, "hi": {"DEVANAGARI"}, "hy": {"ARMENIAN"},
+    "ja": {"CJK", "HIRAGANA", "KATAKANA", "KATAKANA-HIRAGANA"}, "ka": {"GEORGIAN"},
+    "kk": {"CYRILLIC"}, "km": {"KHMER"}, "kn": {"KANNADA"}, "ko": {"HANGUL"}, "ky": {"CYRILLIC"},
+    "lo": {"LAO"}, "mk": {"CYRILLIC"}, "ml": {"MALAYALAM"}, "mn": {"CYRILLIC"},
+    "mr": {"DEVANAGARI"}, "my": {"MYANMAR"}, "ne": {"DEVANAGARI"}, "or": {"ORIYA"},
+    "pa": {"GURMUKHI"}, "ru": {"CYRILLIC"}, "si": {"SINHALA"}, "sr": {"CYRILLIC"},
+    "ta": {"TAMIL"}, "te": {"TELUGU"}, "tg": {"CYRILLIC"}, "th": {"THAI"}, "uk": {"CYRILLIC"},
+    "ur": {"ARABIC"}, "zh_CN": {"CJK"}, "zh_HK": {"CJK"}, "zh_TW": {"CJK"},
+}
+"""The scripts of languages, as the names of Unicode's characters begin."""
+
+FULL_STOPS = {
+    "am": "\u1362", "as": "\u0964", "bn": "\u0964", "hi": "\u0964", "hy": "\u0589",
+    "ja": "\u3002", "km": "\u17d4", "lo": "", "my": "\u104b", "ne": "\u0964", "or": "\u0964",
+    "pa": "\u0964", "th": "", "ur": "\u06d4", "zh_CN": "\u3002", "zh_HK": "\u3002",
+    "zh_TW": "\u3002",
+}
+"""How a sentence ends where it is not with a dot; Thai and Lao put nothing there."""
+
+WORD_BREAK, NO_BREAK_SPACE, NON_JOINER = "\u200b", "\u00a0", "\u200c"
+
+INVISIBLE = {
+    "fa": {NON_JOINER}, "km": {WORD_BREAK}, "lo": {WORD_BREAK, NO_BREAK_SPACE},
+    "my": {WORD_BREAK}, "te": {NON_JOINER}, "th": {WORD_BREAK, NO_BREAK_SPACE},
+}
+"""Unseen characters that a language needs: to spell, or to break lines between its words."""
+
+PUNCTUATION = set(" \n-.,،«»„“’") | {stop for stop in FULL_STOPS.values() if stop}
+
+
+def wrong_texts(is_wrong):
+    return {language: text for language, text in texts().items() if is_wrong(language, text)}
+
+
+def script_of(character):
+    return unicodedata.name(character, "").split(" ")[0]
+
+
+def test_the_name_of_the_wallet_occurs_once_in_latin_letters():
+    assert wrong_texts(lambda _, text: text.count("Qivo") != 1) == {}
+
+
+def test_every_text_is_another():
+    assert len(set(texts().values())) == len(texts())
+
+
+def test_no_text_holds_what_the_page_takes_for_markup():
+    assert wrong_texts(lambda _, text: set(text) & set("&<>")) == {}
+
+
+def test_no_text_breaks_its_line_more_often_than_the_page_does():
+    assert wrong_texts(lambda _, text: text.count("\n") > 1) == {}
+
+
+def test_no_line_is_empty_or_begins_or_ends_with_a_blank():
+    assert wrong_texts(lambda _, text: any(
+        line != line.strip() or not line for line in text.split("\n"))) == {}
+
+
+def test_no_blank_follows_another():
+    assert wrong_texts(lambda _, text: "  " in text) == {}
+
+
+def test_every_text_is_in_composed_form():
+    assert wrong_texts(lambda _, text: text != unicodedata.normalize("NFC", text)) == {}
+
+
+def test_no_text_is_longer_than_a_round_screen_bears():
+    assert wrong_texts(lambda _, text: len(text.replace(WORD_BREAK, "")) > LONGEST) == {}
+
+
+def test_every_sentence_ends_as_its_script_wants():
+    assert wrong_texts(lambda language, text: not (
+        text.endswith(FULL_STOPS.get(language, "."))
+        and (FULL_STOPS.get(language, ".") or text[-1].isalpha()))) == {}
+
+
+def test_every_letter_is_of_the_languages_script():
+    def is_wrong(language, text):
+        scripts = NON_LATIN.get(language, {"LATIN"})
+        invisible = INVISIBLE.get(language, set())
+        rest = set(text.replace("Qivo", "")) - PUNCTUATION - invisible
+        return {character for character in rest if script_of(character) not in scripts}
+
+    assert wrong_texts(is_wrong) == {}
+
+
+def test_unseen_characters_stand_where_the_language_needs_them():
+    def unseen(text):
+        return {character for character in text if character == NO_BREAK_SPACE
+                or unicodedata.category(character) in ("Cf", "Zl", "Zp")}
+
+    assert {language: unseen(text) for language, text in texts().items()
+            if unseen(text)} == INVISIBLE
+
+
+def test_each_line_of_a_right_to_left_text_begins_with_a_letter_of_its_script():
+    """The toolkit takes the direction of a line from its first letter."""
+    assert wrong_texts(lambda language, text: NON_LATIN.get(language) in ({"ARABIC"}, {"HEBREW"})
+                       and any(unicodedata.bidirectional(line[0]) not in ("R", "AL")
+                               for line in text.split("\n"))) == {}

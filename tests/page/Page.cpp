@@ -156,7 +156,7 @@ Page::~Page()
 
 void Page::SetLanguage(const std::string& language)
 {
-    const std::string locale = language + ".UTF-8";
+    const std::string locale = NormaliseLocale(language).value();
     ChangeCatalogues(locale);
     elm_language_set(locale.c_str());
     Settle();

@@ -81,6 +81,19 @@ def test_a_catalogue_of_the_region_comes_first(installation):
     assert not about_catalogues(lines)
 
 
+@pytest.mark.parametrize("locale, near", [
+    ("en_GB.UTF-8", "en"), ("pt_AO.UTF-8", "pt"), ("es_AR.UTF-8", "es_419"),
+    ("zh_SG.UTF-8", "zh_CN"), ("zh_MO.UTF-8", "zh_HK"), ("zh_HK.UTF-8", "zh_TW"),
+    ("sr_RS.UTF-8@latin", "sr@latin"), ("no_NO.UTF-8", "nb"), ("iw_IL.UTF-8", "he"),
+])
+def test_a_near_catalogue_comes_before_english(installation, locale, near):
+    installation.translate("en", "hello")
+    installation.translate(near, "near")
+    text, lines = installation.run({"LANG": locale})
+    assert text.startswith("text near ")
+    assert not about_catalogues(lines)
+
+
 def test_a_missing_catalogue_is_one_warning_and_texts_are_english(installation):
     installation.translate("en", "hello")
     text, lines = installation.run(KOREAN)

@@ -64,6 +64,7 @@ def write_catalogue(directory, language, translations):
     ({"LANG": "ko_KR.utf8"}, "ko_KR.UTF-8", "ko_KR.UTF-8"),
     ({"LANG": "ko_KR.eucKR"}, "ko_KR.eucKR", "ko_KR.eucKR"),
     ({"LANG": "de"}, "de.UTF-8", "de.UTF-8"),
+    ({"LANG": "es_419"}, "es_419.UTF-8", "es_419.UTF-8"),
     ({"LANG": "ca_ES@valencia"}, "ca_ES.UTF-8@valencia", "ca_ES.UTF-8@valencia"),
     ({"LANG": "ko_KR", "LC_MESSAGES": "de_DE"}, "de_DE.UTF-8", "de_DE.UTF-8"),
     ({"LANG": "ko_KR", "LC_TIME": "de_DE"}, "ko_KR.UTF-8", "de_DE.UTF-8"),
@@ -75,7 +76,7 @@ def test_the_environment_answers_at_once(environment, language, region):
     assert settings_of(environment) == (language, region)
 
 
-@pytest.mark.parametrize("name", ["k", "koko_KR", "ko_", "ko_kr", "ko_KRR", "ko-KR", "ko_KR.",
+@pytest.mark.parametrize("name", ["k", "koko_KR", "ko_", "ko_kr", "ko_KRR", "ko_41", "ko_4190", "ko-KR", "ko_KR.",
                                   "ko_KR@", "../../etc", "ko_KR.UTF-8/x", "ko KR", "1o",
                                   "C_KR", "k\u00f6_KR", "ko_KR.UTF-8\nx", "x" * 3000])
 def test_a_name_that_is_no_locale_is_passed_over_with_one_line(name):
@@ -338,7 +339,19 @@ def test_a_callback_may_be_unset_while_the_service_is_asked(bus, probe):
     ({"LANG": "ko_KR.UTF-8"}, "ko_KR:ko:en"),
     ({"LANG": "de"}, "de:en"),
     ({"LANG": "en"}, "en"),
-    ({"LANG": "sr_RS@latin"}, "sr_RS@latin:sr:en"),
+    ({"LANG": "sr_RS@latin"}, "sr_RS@latin:sr@latin:sr:en"),
+    ({"LANG": "pt_BR"}, "pt_BR:pt:en"),
+    ({"LANG": "es_ES"}, "es_ES:es:en"),
+    ({"LANG": "es_MX"}, "es_MX:es_419:es:en"),
+    ({"LANG": "es_419"}, "es_419:es:en"),
+    ({"LANG": "zh"}, "zh:zh_CN:en"),
+    ({"LANG": "zh_CN"}, "zh_CN:zh:en"),
+    ({"LANG": "zh_SG"}, "zh_SG:zh_CN:zh:en"),
+    ({"LANG": "zh_TW"}, "zh_TW:zh_CN:zh:en"),
+    ({"LANG": "zh_HK"}, "zh_HK:zh_TW:zh_CN:zh:en"),
+    ({"LANG": "zh_MO"}, "zh_MO:zh_HK:zh_TW:zh_CN:zh:en"),
+    ({"LANG": "no_NO"}, "no_NO:nb:no:en"),
+    ({"LANG": "iw_IL"}, "iw_IL:he:iw:en"),
     ({"LANG": "ko_KR", "LANGUAGE": "fr"}, "fr"),
     ({"LANG": "ko_KR", "LANGUAGE": ""}, "ko_KR:ko:en"),
 ])

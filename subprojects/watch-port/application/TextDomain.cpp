@@ -2,6 +2,7 @@
 
 #include "application/Catalogue.h"
 #include "dlog/dlog.h"
+#include "system-settings/LocaleName.h"
 #include "system-settings/system_settings.h"
 
 #include <clocale>
@@ -32,33 +33,38 @@ fs::path FindBrokenCatalogue(const Installation& installation)
     return {};
 }
 
-// Without the encoding and the variant: catalogues are named "ko_KR" or "ko".
 std::string SystemLanguage()
 {
     char* value = nullptr;
     if (system_settings_get_value_string(SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE, &value) != 0)
-        return "en";
+        return kDefaultLocale;
     const std::unique_ptr<char, decltype(&std::free)> owner(value, std::free);
-    const std::string language(value);
-    return language.substr(0, language.find_first_of(".@"));
+    return value;
 }
 
-bool HasCatalogue(const Installation& installation, const std::string& language)
+// Nothing when no catalogue is there.
+std::string FindCatalogue(const Installation& installation, const std::string& language)
 {
-    const std::string general = language.substr(0, language.find('_'));
-    return CheckCatalogue(CatalogueFile(installation, language)) == CatalogueState::Sound ||
-           CheckCatalogue(CatalogueFile(installation, general)) == CatalogueState::Sound;
+    for (const std::string& name : ListCatalogues(language))
+    {
+        if (CheckCatalogue(CatalogueFile(installation, name)) == CatalogueState::Sound)
+            return name;
+    }
+    return {};
 }
 
 void ReportMissingCatalogue(const Installation& installation)
 {
-    const std::string language = SystemLanguage();
-    if (HasCatalogue(installation, language))
+    const std::string locale = SystemLanguage();
+    const std::string found = FindCatalogue(installation, locale);
+    const std::string language = locale.substr(0, locale.find_first_of(".@"));
+    const bool isForeign = found == "en" && language.substr(0, language.find('_')) != "en";
+    if (!found.empty() && !isForeign)
         return;
     __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
                  R"(no catalogue "%s.mo" for the language "%s" below "%s": %s)",
                  installation.program.c_str(), language.c_str(), installation.locales.c_str(),
-                 HasCatalogue(installation, "en") ? "texts are English" : "texts are message ids");
+                 isForeign ? "texts are English" : "texts are message ids");
 }
 } // namespace
 

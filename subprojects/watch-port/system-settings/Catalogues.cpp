@@ -16,7 +16,10 @@ void BeginCatalogues(const std::string& language)
 
 void ChangeCatalogues(const std::string& language)
 {
-    setenv("LANGUAGE", ListCatalogues(language).c_str(), 1);
+    std::string list;
+    for (const std::string& name : ListCatalogues(language))
+        list += list.empty() ? name : ":" + name;
+    setenv("LANGUAGE", list.c_str(), 1);
     // Gettext keeps its last results until a domain is bound or chosen.
     textdomain(textdomain(nullptr));
 }

@@ -15,6 +15,26 @@ struct LocaleParts
     std::optional<std::string_view> mModifier;
 };
 
+/** A catalogue that serves readers of a language for want of one of their territory. */
+struct NearCatalogue
+{
+    std::string_view mLanguage;
+    std::string_view mTerritories; /**< Empty: all of them. */
+    std::string_view mName;
+};
+
+// Better ones before worse. Norwegian, Tagalog, Hebrew and Indonesian have a second, older code.
+constexpr NearCatalogue kNearCatalogues[] = {
+    {"es", "AR BO CL CO CR CU DO EC GT HN MX NI PA PE PR PY SV US UY VE", "es_419"},
+    {"in", "", "id"},
+    {"iw", "", "he"},
+    {"no", "", "nb"},
+    {"tl", "", "fil"},
+    {"zh", "HK MO", "zh_HK"},
+    {"zh", "HK MO TW", "zh_TW"},
+    {"zh", "", "zh_CN"},
+};
+
 bool IsUpper(char c)
 {
     return c >= 'A' && c <= 'Z';
@@ -25,9 +45,14 @@ bool IsLetter(char c)
     return IsUpper(c) || (c >= 'a' && c <= 'z');
 }
 
+bool IsDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
 bool IsWordCharacter(char c)
 {
-    return IsLetter(c) || (c >= '0' && c <= '9') || c == '-';
+    return IsLetter(c) || IsDigit(c) || c == '-';
 }
 
 bool IsWord(std::string_view text)
@@ -64,7 +89,8 @@ bool IsLanguage(std::string_view text)
 
 bool IsTerritory(std::string_view text)
 {
-    return text.size() == 2 && IsUpper(text[0]) && IsUpper(text[1]);
+    return (text.size() == 2 && std::all_of(text.begin(), text.end(), IsUpper)) ||
+           (text.size() == 3 && std::all_of(text.begin(), text.end(), IsDigit));
 }
 
 bool IsUnset(const LocaleParts& parts)
@@ -104,6 +130,19 @@ std::string Join(const LocaleParts& parts)
         name.append("@").append(*parts.mModifier);
     return name;
 }
+
+bool IsNear(const NearCatalogue& catalogue, const LocaleParts& parts)
+{
+    return catalogue.mLanguage == parts.mLanguage &&
+           (catalogue.mTerritories.empty() ||
+            catalogue.mTerritories.find(parts.mTerritory.value_or("-")) != std::string_view::npos);
+}
+
+void AddOnce(std::vector<std::string>& names, std::string_view name)
+{
+    if (std::find(names.begin(), names.end(), name) == names.end())
+        names.emplace_back(name);
+}
 } // namespace
 
 std::optional<std::string> NormaliseLocale(std::string_view name)
@@ -118,16 +157,21 @@ std::optional<std::string> NormaliseLocale(std::string_view name)
     return Join(parts);
 }
 
-std::string ListCatalogues(std::string_view locale)
+std::vector<std::string> ListCatalogues(std::string_view locale)
 {
     LocaleParts parts = Split(locale);
     parts.mCodeset.reset();
-    std::string list = Join(parts);
-    if (list != parts.mLanguage)
-        list.append(":").append(parts.mLanguage);
-    if (parts.mLanguage != "en")
-        list.append(":en");
-    return list;
+    std::vector<std::string> names = {Join(parts)};
+    for (const NearCatalogue& catalogue : kNearCatalogues)
+    {
+        if (IsNear(catalogue, parts))
+            AddOnce(names, catalogue.mName);
+    }
+    parts.mTerritory.reset();
+    AddOnce(names, Join(parts));
+    AddOnce(names, parts.mLanguage);
+    AddOnce(names, "en");
+    return names;
 }
 
 bool CountsTo24(const std::string& locale)

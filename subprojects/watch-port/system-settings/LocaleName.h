@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /** What an unset language reads as. */
 constexpr char kDefaultLocale[] = "en_US.UTF-8";
@@ -17,11 +18,13 @@ constexpr char kDefaultLocale[] = "en_US.UTF-8";
 std::optional<std::string> NormaliseLocale(std::string_view name);
 
 /**
- * Lists the catalogues to look in, for gettext's LANGUAGE: "ko_KR:ko:en" for "ko_KR.UTF-8".
+ * Lists the catalogues to look in, the best first: "es_MX", "es_419", "es", "en" for
+ * "es_MX.UTF-8". Beside the language's own are some that its reader understands better than
+ * English: those of Latin America, of traditional or simplified Chinese, of a newer language code.
  *
  * @param locale A result of NormaliseLocale().
  */
-std::string ListCatalogues(std::string_view locale);
+std::vector<std::string> ListCatalogues(std::string_view locale);
 
 /** Tells whether clocks count to 24 in a locale, a result of NormaliseLocale(). */
 bool CountsTo24(const std::string& locale);

@@ -42,6 +42,12 @@ def test_the_template_tells_a_translator_about_every_message():
     assert [entry for entry in entries if not entry.startswith("#. ")] == []
 
 
+def test_the_template_says_what_the_english_catalogue_says():
+    template, english = (file.read_text(encoding="utf-8").split("\n\n")[1:]
+                         for file in (TEMPLATE, source("en")))
+    assert template == english
+
+
 def test_the_header_names_the_language_and_utf_8():
     wrong = {language: header for language, header in headers().items()
              if header["language"] != language

@@ -37,7 +37,7 @@ INVISIBLE = {
 }
 """Unseen characters that a language needs: to spell, or to break lines between its words."""
 
-PUNCTUATION = set(" \n-.,،«»„“’") | {stop for stop in FULL_STOPS.values() if stop}
+PUNCTUATION = set(" \n-.,،«»„“”’") | {stop for stop in FULL_STOPS.values() if stop}
 
 
 def wrong_texts(is_wrong):

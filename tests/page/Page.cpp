@@ -145,7 +145,7 @@ void Page::ShowView()
 
 Page::~Page()
 {
-    gTranslation.reset();
+    UseCatalogues();
     mView.reset();
     ecore_event_window_unregister(kWindowId);
     QivoUi::NaviFrame::Destroy();
@@ -160,6 +160,11 @@ void Page::SetLanguage(const std::string& language)
     ChangeCatalogues(locale);
     elm_language_set(locale.c_str());
     Settle();
+}
+
+void Page::UseCatalogues()
+{
+    gTranslation.reset();
 }
 
 // What is scrolled moves only with the layout's next calculation.

@@ -43,8 +43,10 @@ public:
 
     /// Turns to another language as the application does.
     void SetLanguage(const std::string& language);
-    /// Has the catalogues answer with this text, until the page's end.
+    /// Has the catalogues answer with this text.
     void SetTranslation(const std::string& text);
+    /// Has the catalogues answer with their own texts again.
+    static void UseCatalogues();
     /// Shows or hides the arrow and waits for the end of its motion.
     void SetArrowVisible(bool visible);
 
@@ -64,6 +66,8 @@ public:
 
     /// The help text's lines from top to bottom, where they are on the screen.
     std::vector<Box> Lines() const;
+    /// The page's layout.
+    Evas_Object* Layout() const { return mPage; }
     /// Where a part of the page is on the screen.
     Box PartBox(const char* part) const;
     /// The canvas object of a part of the page.

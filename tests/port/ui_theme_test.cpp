@@ -149,6 +149,14 @@ TEST_F(UiTheme, MakesFontsTextClassesWhileChangeable)
     EXPECT_EQ(TextClass("test/body"), "Sans:style=Bold 30");
 }
 
+TEST_F(UiTheme, NamesFontsWithoutBlanksWhichWouldEndTheNameInAStyle)
+{
+    uxt_theme_set_changeable_ui_enabled(EINA_TRUE);
+    uxt_theme_set_font_table(AddFonts(R"(<FontTable>
+            <Font id="test/body" name="Noto Sans Tamil" style="Semi Bold" size="30"/></FontTable>)"));
+    EXPECT_EQ(TextClass("test/body"), "NotoSansTamil:style=SemiBold 30");
+}
+
 TEST_F(UiTheme, AppliesTablesThatWereSetBeforeOnceChangeableAndTakesThemOffAgain)
 {
     uxt_theme_set_color_table(AddColors(kRed));

@@ -4,6 +4,8 @@
 
 #include <Edje.h>
 
+#include <algorithm>
+
 namespace WatchPort
 {
 
@@ -11,6 +13,14 @@ namespace
 {
 
 constexpr int kMaxFontSize = 500;
+
+// The toolkit writes a text class into a style, where a blank ends a value; font names are the same
+// with and without blanks.
+std::string WithoutBlanks(std::string name)
+{
+    name.erase(std::remove(name.begin(), name.end(), ' '), name.end());
+    return name;
+}
 
 } // namespace
 
@@ -28,7 +38,7 @@ bool FontTable::Load(const char* path)
         std::optional<int> size = style ? entry.Number("size", 1, kMaxFontSize) : std::nullopt;
         if (!size)
             continue;
-        Font font{*name + ":style=" + *style, *size};
+        Font font{WithoutBlanks(*name) + ":style=" + WithoutBlanks(*style), *size};
         if (!mFonts.insert_or_assign(*id, font).second)
             entry.ReportDuplicate(*id);
     }

@@ -9,10 +9,50 @@ namespace
 // In this time 63 % of the way is gone.
 constexpr double kEasingSeconds = 0.05;
 constexpr double kArrivedDegrees = 0.1;
+
+// The side of the ring's square where the screen's is 360.
+constexpr double kSide = 488;
+constexpr int kDetents = 24;
+constexpr int kDetentsPerQuarter = 6;
+constexpr int kTeethPerDetent = 5;
+constexpr LineStyle kToothStyle = {2.4, 84, 91, 100, 140};
+constexpr LineStyle kShortStyle = {2.2, 174, 185, 198, 255};
+constexpr LineStyle kLongStyle = {3.6, 238, 242, 246, 255};
+constexpr LineStyle kPipGlowStyle = {22, 8, 32, 28, 34};
+constexpr LineStyle kPipHaloStyle = {15, 15, 58, 50, 62};
+constexpr LineStyle kPipStyle = {9, 63, 240, 208, 255};
+
+std::vector<RadialLine> Teeth()
+{
+    std::vector<RadialLine> teeth;
+    const int count = kDetents * kTeethPerDetent;
+    for (int i = 0; i < count; ++i)
+        teeth.push_back({(i + 0.5) * 360 / count, 234.6, 236.8});
+    return teeth;
+}
+
+// One at every detent but zero; those of the quarters are longer.
+std::vector<RadialLine> Marks(bool areLong)
+{
+    std::vector<RadialLine> marks;
+    for (int i = 1; i < kDetents; ++i)
+    {
+        if ((i % kDetentsPerQuarter == 0) == areLong)
+            marks.push_back({i * kDegreesPerDetent, areLong ? 206.0 : 210.0, 224});
+    }
+    return marks;
+}
 } // namespace
 
-BezelRing::BezelRing(Evas* canvas) : mMarks(canvas, "watch/marks")
+BezelRing::BezelRing(Evas* canvas) : mMarks(canvas, kSide)
 {
+    const std::vector<RadialLine> pip = {{0, 210, 221}};
+    mMarks.Add(kToothStyle, Teeth());
+    mMarks.Add(kShortStyle, Marks(false));
+    mMarks.Add(kLongStyle, Marks(true));
+    mMarks.Add(kPipGlowStyle, pip);
+    mMarks.Add(kPipHaloStyle, pip);
+    mMarks.Add(kPipStyle, pip);
 }
 
 BezelRing::~BezelRing()

@@ -1,11 +1,14 @@
 #ifndef SIMULATOR_BODY_BEZEL_RING_H
 #define SIMULATOR_BODY_BEZEL_RING_H
 
-#include "common/TurnedPicture.h"
+#include "common/TurnedLines.h"
 
 #include <Ecore.h>
 
-/** The marks of the bezel ring, which follow its position with a soft motion. */
+/**
+ * What is seen of the bezel ring's turning: its 24 detent marks, the pip at their zero, and the
+ * knurled rim. They follow the ring's position with a soft motion.
+ */
 class BezelRing
 {
 public:
@@ -27,7 +30,7 @@ private:
     bool Step();
     static Eina_Bool SFrameCB(void* data);
 
-    TurnedPicture mMarks;
+    TurnedLines mMarks;
     double mShown = 0;  ///< degrees
     double mTarget = 0; ///< degrees
     double mLastFrame = 0;

@@ -10,13 +10,24 @@
 namespace
 {
 constexpr double kUsualSide = 360;
+
+// A thin stem, and a stout blade on it; the dark rim sets both off from what they pass over.
+void AddHand(TurnedLines& hand, double width, double length)
+{
+    hand.Add({width + 4, 0, 0, 0, 190}, {{0, 0, length}});
+    hand.Add({4, 226, 232, 238, 255}, {{0, 0, 34}});
+    hand.Add({width, 255, 255, 255, 255}, {{0, 34, length}});
 }
+} // namespace
 
 Face::Face(Evas* canvas, int side, TapCallback onTap)
     : mSide(side), mOnTap(std::move(onTap)), mFace(AddThemed(canvas, "watch/home")),
-      mBattery(canvas), mHourHand(canvas, "watch/hand/hour"),
-      mMinuteHand(canvas, "watch/hand/minute")
+      mBattery(canvas), mHourHand(canvas, kUsualSide), mMinuteHand(canvas, kUsualSide)
 {
+    AddHand(mHourHand, 9.5, 92);
+    AddHand(mMinuteHand, 7, 140);
+    mMinuteHand.Add({18, 255, 255, 255, 255}, {{0, 0, 0.01}});
+    mMinuteHand.Add({9, 24, 199, 168, 255}, {{0, 0, 0.01}});
     edje_object_scale_set(mFace, side / kUsualSide);
     edje_object_part_swallow(mFace, "battery", mBattery.GetObject());
     edje_object_part_swallow(mFace, "hour", mHourHand.GetObject());

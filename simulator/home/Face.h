@@ -1,7 +1,7 @@
 #ifndef SIMULATOR_HOME_FACE_H
 #define SIMULATOR_HOME_FACE_H
 
-#include "common/TurnedPicture.h"
+#include "common/TurnedLines.h"
 #include "common/WatchState.h"
 #include "home/BatteryArc.h"
 #include "home/WatchClock.h"
@@ -38,8 +38,8 @@ private:
     const TapCallback mOnTap;
     Evas_Object* const mFace;
     BatteryArc mBattery;
-    TurnedPicture mHourHand;
-    TurnedPicture mMinuteHand;
+    TurnedLines mHourHand;
+    TurnedLines mMinuteHand;
 };
 
 #endif

@@ -14,8 +14,8 @@ constexpr double kArrivedDegrees = 0.1;
 constexpr double kSide = 488;
 constexpr int kDetents = 24;
 constexpr int kDetentsPerQuarter = 6;
-constexpr int kTeethPerDetent = 5;
-constexpr LineStyle kToothStyle = {2.4, 84, 91, 100, 140};
+constexpr int kTeethPerDetent = 7;
+constexpr LineStyle kToothStyle = {1.5, 97, 105, 115, 165};
 constexpr LineStyle kShortStyle = {2.2, 174, 185, 198, 255};
 constexpr LineStyle kLongStyle = {3.6, 238, 242, 246, 255};
 constexpr LineStyle kPipGlowStyle = {22, 8, 32, 28, 34};
@@ -27,7 +27,7 @@ std::vector<RadialLine> Teeth()
     std::vector<RadialLine> teeth;
     const int count = kDetents * kTeethPerDetent;
     for (int i = 0; i < count; ++i)
-        teeth.push_back({(i + 0.5) * 360 / count, 234.6, 236.8});
+        teeth.push_back({(i + 0.5) * 360 / count, 234.2, 237});
     return teeth;
 }
 

@@ -7,7 +7,7 @@
 
 Body::Body(const Options& options)
     : mLayout(options.GetScreenSize(), options.GetZoom()),
-      mControl([this](const WatchState& state, bool) { mPicture.Show(state); }),
+      mControl([this](const WatchState& state, bool) { Show(state); }),
       mScreen(
           options.Get("screen"), mLayout.GetScreenSize(),
           [this](const Eina_Rectangle& area) { ShowScreen(area); }, [this] { LoseScreen(); }),
@@ -19,7 +19,13 @@ Body::Body(const Options& options)
 {
     mScreen.Start();
     mWindow.OnClose([this] { mControl.Stop(); });
-    mWindow.Show([this] { mControl.OwnName("com.velmora.QivoWatch.Body"); });
+    mWindow.OnDrawn([this] { mControl.OwnName("com.velmora.QivoWatch.Body"); });
+}
+
+void Body::Show(const WatchState& state)
+{
+    mPicture.Show(state);
+    mWindow.Show();
 }
 
 void Body::ShowScreen(const Eina_Rectangle& area)

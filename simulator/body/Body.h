@@ -15,7 +15,8 @@ class Body
 {
 public:
     /**
-     * Opens the window. The process takes its name on the bus when the first frame is drawn.
+     * The window opens when the keeper has told the watch's state. The process takes its name on
+     * the bus when the first frame is drawn.
      *
      * Throws std::exception with one line when the screen, the bus or the theme is not there.
      */
@@ -25,6 +26,7 @@ public:
     bool HasLostScreen() const { return mHasLostScreen; }
 
 private:
+    void Show(const WatchState& state);
     void ShowScreen(const Eina_Rectangle& area);
     void LoseScreen();
 

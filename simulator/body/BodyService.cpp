@@ -34,7 +34,7 @@ BodyService::~BodyService()
 Eldbus_Message* BodyService::Answer(const Eldbus_Message* call)
 {
     const char* file = nullptr;
-    Eina_Bool isBody = EINA_FALSE;
+    uint32_t isBody = 0; // the bus's booleans take four bytes
     try
     {
         if (!eldbus_message_arguments_get(call, "sb", &file, &isBody) || !isBody)

@@ -32,7 +32,7 @@ void Save(Ecore_Evas* canvas, int side, const std::string& file)
     evas_object_image_size_set(image, side, side);
     evas_object_image_alpha_set(image, EINA_TRUE);
     evas_object_image_data_copy_set(image, const_cast<void*>(ecore_evas_buffer_pixels_get(canvas)));
-    if (!evas_object_image_save(image, file.c_str(), nullptr, "compress=9"))
+    if (!evas_object_image_save(image, file.c_str(), nullptr, "compress=6"))
         throw std::runtime_error("\"" + file + "\" cannot be written");
 }
 } // namespace

@@ -40,6 +40,15 @@ Eldbus_Connection* Connect()
     return bus;
 }
 
+// The text of an error; null for an answer, and for the end of the connection, which is told once.
+const char* ErrorText(const Eldbus_Message* answer)
+{
+    const char* name = nullptr;
+    const char* text = nullptr;
+    const bool isError = eldbus_message_error_get(answer, &name, &text);
+    return isError && std::strcmp(name, ELDBUS_ERROR_PENDING_CANCELED) != 0 ? text : nullptr;
+}
+
 template <typename Type> Type Read(Eldbus_Message_Iter* value, const char* signature)
 {
     Type read{};
@@ -47,9 +56,10 @@ template <typename Type> Type Read(Eldbus_Message_Iter* value, const char* signa
     return read;
 }
 
+// The bus's booleans take four bytes, whatever the toolkit's type takes.
 bool ReadFlag(Eldbus_Message_Iter* value)
 {
-    return Read<Eina_Bool>(value, "b") != EINA_FALSE;
+    return Read<uint32_t>(value, "b") != 0;
 }
 } // namespace
 
@@ -185,13 +195,16 @@ void ControlClient::SDisconnectedCB(void* /*data*/, Eldbus_Connection* /*bus*/, 
 
 void ControlClient::SStateCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* /*pending*/)
 {
-    const char* text = nullptr;
+    auto* client = static_cast<ControlClient*>(data);
     Eldbus_Message_Iter* values = nullptr;
-    if (eldbus_message_error_get(answer, nullptr, &text))
+    if (const char* text = ErrorText(answer))
+    {
         Complain(std::string("the watch's state cannot be read: ") + text);
+        client->mOnState(client->mState, false);
+    }
     else if (HasSignature(answer, "a{sv}") &&
              eldbus_message_arguments_get(answer, "a{sv}", &values))
-        static_cast<ControlClient*>(data)->TakeProperties(values);
+        client->TakeProperties(values);
 }
 
 void ControlClient::SChangedCB(void* data, const Eldbus_Message* signal)
@@ -208,8 +221,7 @@ void ControlClient::SChangedCB(void* data, const Eldbus_Message* signal)
 void ControlClient::SAnswerCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* /*pending*/)
 {
     const char* method = static_cast<const char*>(data);
-    const char* text = nullptr;
-    if (eldbus_message_error_get(answer, nullptr, &text))
+    if (const char* text = ErrorText(answer))
         Complain(std::string(method) + ": " + text);
     eina_stringshare_del(method);
 }
@@ -218,10 +230,11 @@ void ControlClient::SNameCB(void* /*data*/, const Eldbus_Message* answer,
                             Eldbus_Pending* /*pending*/)
 {
     unsigned int result = 0;
-    const char* text = "another one runs on this bus";
-    if (!eldbus_message_error_get(answer, nullptr, &text) && HasSignature(answer, "u") &&
-        eldbus_message_arguments_get(answer, "u", &result) &&
-        result == ELDBUS_NAME_REQUEST_REPLY_PRIMARY_OWNER)
+    const char* text = ErrorText(answer);
+    if (HasSignature(answer, "u") && eldbus_message_arguments_get(answer, "u", &result) &&
+        result != ELDBUS_NAME_REQUEST_REPLY_PRIMARY_OWNER)
+        text = "another one runs on this bus";
+    if (!text)
         return;
     Complain(text);
     ecore_main_loop_quit();

@@ -22,7 +22,10 @@
 class ControlClient
 {
 public:
-    /** Told of a new state; `isTimeTold` when its time is of this moment. */
+    /**
+     * Told of the state when the keeper has appeared, and whenever it is a new one; `isTimeTold`
+     * when its time is of this moment. A state that cannot be read is told as it was before.
+     */
     using StateCallback = std::function<void(const WatchState& state, bool isTimeTold)>;
 
     /** Throws std::runtime_error when there is no such bus. The toolkit must be initialised. */

@@ -2,7 +2,6 @@
 
 #include <Elementary.h>
 #include <stdexcept>
-#include <utility>
 
 namespace
 {
@@ -23,6 +22,7 @@ Window::Window(const char* name, const char* title, int side)
     : mWindow(AddWindow(name, title, side))
 {
     evas_object_smart_callback_add(mWindow, "delete,request", SCloseCB, this);
+    evas_event_callback_add(GetCanvas(), EVAS_CALLBACK_RENDER_POST, SDrawnCB, this);
 }
 
 Window::~Window()
@@ -36,10 +36,8 @@ Evas* Window::GetCanvas() const
     return evas_object_evas_get(mWindow);
 }
 
-void Window::Show(Callback onDrawn)
+void Window::Show()
 {
-    mOnDrawn = std::move(onDrawn);
-    evas_event_callback_add(GetCanvas(), EVAS_CALLBACK_RENDER_POST, SDrawnCB, this);
     evas_object_show(mWindow);
 }
 
@@ -52,7 +50,8 @@ void Window::SDrawnCB(void* data, Evas* canvas, void* /*event*/)
 {
     auto* window = static_cast<Window*>(data);
     evas_event_callback_del_full(canvas, EVAS_CALLBACK_RENDER_POST, SDrawnCB, window);
-    window->mOnDrawn();
+    if (window->mOnDrawn)
+        window->mOnDrawn();
 }
 
 void Window::SCloseCB(void* data, Evas_Object* /*object*/, void* /*event*/)

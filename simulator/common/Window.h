@@ -3,6 +3,7 @@
 
 #include <Evas.h>
 #include <functional>
+#include <utility>
 
 /**
  * The one window of a program of the watch, of a size that stays. It is deleted with this object.
@@ -20,8 +21,10 @@ public:
 
     Evas* GetCanvas() const;
 
-    /** Shows the window; `onDrawn` is called once, when its first frame is drawn. */
-    void Show(Callback onDrawn);
+    /** What is to be done once, when the first frame is drawn. */
+    void OnDrawn(Callback onDrawn) { mOnDrawn = std::move(onDrawn); }
+
+    void Show();
 
     /** What is to be done when the window is closed; the window stays. */
     void OnClose(Callback onClose) { mOnClose = std::move(onClose); }

@@ -21,9 +21,7 @@ Home::Home(const Options& options)
       mFace(mWindow.GetCanvas(), options.GetScreenSize(), [this] { mControl.Launch(kGuide); })
 {
     mClock.Set(int64_t{std::time(nullptr)} * 1000, Now());
-    mFace.Show(mControl.GetState());
-    ShowTime();
-    mWindow.Show([this] { mControl.OwnName("com.velmora.QivoWatch.Home"); });
+    mWindow.OnDrawn([this] { mControl.OwnName("com.velmora.QivoWatch.Home"); });
 }
 
 Home::~Home()
@@ -43,6 +41,7 @@ void Home::Show(const WatchState& state, bool isTimeTold)
         mWindow.Raise();
     mIsScreenOn = state.isScreenOn;
     ShowTime();
+    mWindow.Show();
 }
 
 void Home::ShowTime()

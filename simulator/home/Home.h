@@ -20,7 +20,8 @@ class Home
 {
 public:
     /**
-     * Opens the window. The process takes its name on the bus when the first frame is drawn.
+     * The window opens when the keeper has told the watch's state. The process takes its name on
+     * the bus when the first frame is drawn.
      *
      * Throws std::exception with one line when the bus, the display or the theme is not there.
      */

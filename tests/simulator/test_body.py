@@ -1,12 +1,17 @@
 """The watch's body: what it shows, and what the mouse does on it."""
 
+import math
 import subprocess
 
 import dbus
+import numpy
 import pytest
+from PIL import Image
+from Xlib import X, display
+from Xlib.protocol import event
 
 from simulator.painter import Painter
-from simulator.watch import Watch
+from simulator.watch import BODY, KEEPER, PROGRAMS, Watch
 from support.bus import wait_until
 
 CENTRE = (370, 340)
@@ -16,16 +21,42 @@ PLUG = (40, 340)
 PLUG_BEHIND = (112, 340)
 """Where only a plugged charger is."""
 
-
-def xdotool(display, *arguments):
-    subprocess.run(["xdotool", *map(str, arguments)], check=True, env=display.env)
+RED, WHITE = 0xFF0000, 0xFFFFFF
 
 
-def pixel(display, x, y):
-    rgb = subprocess.run(["import", "-display", display.name, "-window", "root", "-crop",
+def xdotool(target, *arguments):
+    subprocess.run(["xdotool", *map(str, arguments)], check=True, env=target.env)
+
+
+def pixel(target, x, y):
+    rgb = subprocess.run(["import", "-display", target.name, "-window", "root", "-crop",
                           f"1x1+{x}+{y}", "-depth", "8", "rgb:-"], check=True,
                          capture_output=True).stdout
     return tuple(rgb[:3])
+
+
+def wait_pixel(target, place, colour):
+    rgb = tuple(colour.to_bytes(3, "big"))
+    wait_until(lambda: pixel(target, *place) == rgb, f"{rgb} at {place}")
+
+
+def on_ring(degrees):
+    """A place on the ring, clockwise from the right."""
+    angle = math.radians(degrees)
+    return round(CENTRE[0] + 215 * math.cos(angle)), round(CENTRE[1] + 215 * math.sin(angle))
+
+
+def ask_to_close(target, name):
+    """What the button of a window's frame does."""
+    found = subprocess.run(["xdotool", "search", "--classname", f"^{name}$"], check=True,
+                           env=target.env, capture_output=True, text=True).stdout
+    connection = display.Display(target.name)
+    request = event.ClientMessage(window=connection.create_resource_object("window", int(found)),
+                                  client_type=connection.intern_atom("_NET_CLOSE_WINDOW"),
+                                  data=(32, [X.CurrentTime, 2, 0, 0, 0]))
+    connection.screen().root.send_event(request, event_mask=X.SubstructureRedirectMask)
+    connection.sync()
+    connection.close()
 
 
 @pytest.fixture(name="watch")
@@ -34,24 +65,58 @@ def fixture_watch():
         yield watch
 
 
-def test_shows_what_is_drawn_on_the_screen(watch):
+@pytest.fixture(name="idle_watch", scope="module")
+def fixture_idle_watch():
+    """One watch for the tests that leave it as they found it."""
+    with Watch() as watch:
+        yield watch
+
+
+def test_shows_what_is_drawn_on_the_screen_and_fetches_nothing_while_it_stands_still(watch):
     watch.start_body()
     with Painter(watch.screen) as painter:
-        for colour, rgb in (0xFF0000, (255, 0, 0)), (0x00FF00, (0, 255, 0)):
+        for colour in 0x00FF00, RED:
             painter.paint(colour)
-            wait_until(lambda rgb=rgb: pixel(watch.host, *CENTRE) == rgb, hex(colour))
-
-
-def test_fetches_nothing_while_the_screen_stands_still(watch):
-    watch.start_body()
-    with Painter(watch.screen) as painter:
-        painter.paint(0xFF0000)
-        wait_until(lambda: pixel(watch.host, *CENTRE) == (255, 0, 0), "red")
+            wait_pixel(watch.host, CENTRE, colour)
+        painter.paint(WHITE, 100, 100, 3, 2)
+        wait_pixel(watch.host, (190 + 101, 160 + 101), WHITE)
+        assert pixel(watch.host, 190 + 98, 160 + 101) == (255, 0, 0)
         frames = watch.frames()
         desk = pixel(watch.host, *PLUG_BEHIND)
         watch.set(BezelPosition=dbus.Int32(5), Charging=True)
         wait_until(lambda: pixel(watch.host, *PLUG_BEHIND) != desk, "the charger at the case")
         assert watch.frames() == frames
+
+
+@pytest.mark.parametrize("zoom, slack", [(0.5, 1), (1, 0), (1.37, 0), (3, 0)])
+def test_a_touch_arrives_at_the_pixel_under_the_mouse(watch, zoom, slack):
+    watch.start_body(zoom)
+    side = round(360 * zoom)
+    corner = round(370 * zoom - side / 2), round(340 * zoom - side / 2)
+    with Painter(watch.screen) as painter:
+        for x, y in (180, 180), (1, 180), (358, 180), (180, 1), (180, 358), (54, 54), (306, 305):
+            place = [corner[0] + int((x + 0.5) * side / 360),
+                     corner[1] + int((y + 0.5) * side / 360)]
+            xdotool(watch.host, "mousemove", *place, "click", 1)
+            gestures = []
+            wait_until(lambda seen=gestures: seen.extend(painter.gestures()) or
+                       [X.ButtonPress, X.ButtonRelease] == [kind for kind, *_ in seen
+                                                            if kind != X.MotionNotify], "a touch")
+            assert all(abs(gesture[1] - x) <= slack and abs(gesture[2] - y) <= slack
+                       for gesture in gestures), (x, y, gestures)
+
+
+def test_a_finger_that_is_dragged_beyond_the_screen_stays_at_its_edge(watch):
+    watch.start_body()
+    with Painter(watch.screen) as painter:
+        xdotool(watch.host, "mousemove", *CENTRE, "mousedown", 1, "mousemove", 5, 340,
+                "mouseup", 1)
+        seen = []
+        wait_until(lambda: seen.extend(painter.gestures()) or seen[-1:] and
+                   seen[-1][0] == X.ButtonRelease, "the finger lifted")
+        assert seen[0] == (X.ButtonPress, 180, 180)
+        assert seen[-1] == (X.ButtonRelease, 0, 180)
+    assert watch.calls("SetBattery") == []
 
 
 @pytest.mark.parametrize("place, key", [(BACK_KEY, "back"), (POWER_KEY, "power")])
@@ -63,10 +128,23 @@ def test_a_key_is_pushed_as_long_as_the_button_is_held(watch, place, key):
     watch.wait_calls("Button", [("push", key, 0, 1, 0), ("release", key, 0, 1, 0)])
 
 
-def test_a_notch_of_the_wheel_is_a_detent(watch):
+def test_a_notch_of_the_wheel_is_a_detent_anywhere(watch):
     watch.start_body()
-    xdotool(watch.host, "mousemove", *CENTRE, "click", 5, "click", 4, "click", 5)
+    xdotool(watch.host, "mousemove", *CENTRE, "click", 5, "click", 4, "mousemove", 5, 5,
+            "click", 5)
     watch.wait_calls("Bezel", [("cw", 1, 0), ("ccw", 1, 0), ("cw", 1, 0)])
+
+
+def test_dragging_the_ring_passes_a_detent_every_15_degrees(watch):
+    watch.start_body()
+    xdotool(watch.host, "mousemove", *on_ring(90), "mousedown", 1)
+    passed = []
+    for angle, direction in (107, "cw"), (122, "cw"), (100, "ccw"):
+        xdotool(watch.host, "mousemove", *on_ring(angle))
+        passed.append((direction, 1, 0))
+        watch.wait_calls("Bezel", passed)
+    xdotool(watch.host, "mouseup", 1, "mousemove", *on_ring(200), "click", 5)
+    watch.wait_calls("Bezel", [*passed, ("cw", 1, 0)])
 
 
 def test_a_click_on_the_charger_plugs_and_unplugs_it(watch):
@@ -75,3 +153,123 @@ def test_a_click_on_the_charger_plugs_and_unplugs_it(watch):
     watch.wait_calls("SetBattery", [(82.0, "charging")])
     xdotool(watch.host, "click", 1)
     watch.wait_calls("SetBattery", [(82.0, "charging"), (82.0, "discharging")])
+
+
+def test_closing_the_window_stops_the_watch(watch):
+    body = watch.start_body()
+    ask_to_close(watch.host, "qivo-watch")
+    watch.wait_calls("Stop", [()])
+    assert body.poll() is None
+
+
+def read(file):
+    return numpy.asarray(Image.open(file).convert("RGBA"), dtype=int)
+
+
+@pytest.mark.parametrize("size", [360, 390, 454])
+def test_a_picture_shows_the_disc_round_and_the_surroundings_transparent(tmp_path, size):
+    with Watch(size) as watch, Painter(watch.screen) as painter:
+        painter.paint(RED)
+        watch.start_headless_body()
+        watch.picture(tmp_path / "watch.png")
+        picture = read(tmp_path / "watch.png")
+    assert picture.shape == (round(size * 680 / 360), round(size * 680 / 360), 4)
+    assert picture[0, -1, 3] == 0 and picture[0, 0, 3] == 0
+    left, top = round(size * 370 / 360 - size / 2), round(size * 340 / 360 - size / 2)
+    screen = picture[top:top + size, left:left + size]
+    distance = numpy.hypot(*(numpy.indices((size, size)) + 0.5 - size / 2))
+    # Around the disc is black glass; beyond that the ring's metal, which is not the disc's matter.
+    red = numpy.where(distance < size / 2 + 4, screen[:, :, 0], 0)
+    assert (red == red[::-1]).all() and (red == red[:, ::-1]).all() and (red == red.T).all()
+    assert (red[distance < size / 2 - 1] == 255).all()
+    assert (red[distance > size / 2 + 1] == 0).all()
+    assert ((red > 0) & (red < 255)).any()
+
+
+def test_a_picture_shows_keys_ring_and_charger_as_they_are(watch, tmp_path):
+    def shown(**properties):
+        watch.set(**properties)
+        # It is drawn from the state that the body has been told before it is asked.
+        watch.picture(tmp_path / "watch.png")
+        return read(tmp_path / "watch.png")
+
+    watch.start_headless_body()
+    places = {"BackPressed": (BACK_KEY, 24), "PowerPressed": (POWER_KEY, 24),
+              "Charging": ((105, 340), 14), "BezelPosition": ((370, 124), 14)}
+    before = shown()
+    for name, ((x, y), around) in places.items():
+        after = shown(**{name: dbus.Int32(3) if name == "BezelPosition" else True})
+        area = (slice(y - around, y + around), slice(x - around, x + around))
+        assert (before[area] != after[area]).any(), name
+        before = after
+
+
+def test_a_picture_that_cannot_be_is_refused_in_one_line(idle_watch):
+    process = idle_watch.start_headless_body()
+    for file, body, said in (("watch.png", True, "absolute"), ("/watch.jpg", True, ".png"),
+                             ("/nowhere/watch.png", True, "/nowhere/watch.png"),
+                             ("/tmp/watch.png", False, "body")):
+        with pytest.raises(dbus.DBusException, match=said) as refusal:
+            idle_watch.picture(file, body)
+        assert "\n" not in refusal.value.get_dbus_message()
+    assert process.poll() is None
+
+
+def test_a_call_that_fails_is_told_in_one_line_and_the_body_goes_on(watch):
+    body = watch.start_body()
+    watch.fail("Bezel", "no window is there\nto turn")
+    xdotool(watch.host, "mousemove", *CENTRE, "click", 5)
+    line = next(line for line in body.stderr if line.startswith("qivo-watch-body"))
+    assert line == "qivo-watch-body: Bezel: no window is there to turn\n"
+    xdotool(watch.host, "mousemove", *PLUG, "click", 1)
+    watch.wait_calls("SetBattery", [(82.0, "charging")])
+
+
+def test_properties_of_a_wrong_type_are_passed_over(watch):
+    body = watch.start_headless_body()
+    for name in "BezelPosition", "Charging", "Percentage", "BackPressed":
+        watch.emit_changed({name: "nonsense"})
+    watch.set(BezelPosition=dbus.Int32(2))
+    assert watch.frames() > 0
+    assert body.poll() is None
+
+
+def said_by(process):
+    return [line for line in process.stderr if line.startswith("qivo-watch")]
+
+
+def test_a_screen_that_dies_is_told_in_one_line_with_status_1(watch):
+    body = watch.start_headless_body()
+    watch.screen.kill_server()
+    assert body.wait(timeout=10) == 1
+    assert said_by(body) == ["qivo-watch-body: the watch's screen has gone\n"]
+
+
+def test_ends_with_the_bus(watch):
+    body = watch.start_headless_body()
+    watch.bus.die()
+    assert body.wait(timeout=10) == 0
+    assert said_by(body) == ["qivo-watch-body: the bus has gone\n"]
+
+
+def test_ends_with_the_keeper_and_on_sigterm(watch):
+    body = watch.start_headless_body()
+    body.terminate()
+    assert body.wait(timeout=10) == 0
+    wait_until(lambda: not watch.bus.has_owner(BODY), "the name free")
+    body = watch.start_headless_body()
+    watch.bus._stop(KEEPER)
+    assert (body.wait(timeout=10), said_by(body)) == (0, [])
+
+
+@pytest.mark.parametrize("arguments, status, said", [
+    ([], 2, "--size is missing"), (["--size", "100"], 2, '"100"'),
+    (["--size", "360"], 2, "--screen is missing"), (["--size", "360", "--zoom", "9"], 2, '"9"'),
+    (["--zap"], 2, '"--zap"'), (["--size", "360", "--screen", ":77777"], 1, ":77777"),
+    (["--size", "390", "--screen", "{screen}"], 1, "360x360")])
+def test_what_it_cannot_start_with_is_told_in_one_line(idle_watch, arguments, status, said):
+    named = [argument.replace("{screen}", idle_watch.screen.name) for argument in arguments]
+    result = subprocess.run([PROGRAMS["body"], *named], capture_output=True, text=True,
+                            env=idle_watch.environment(ELM_ENGINE="buffer"), timeout=30)
+    assert (result.returncode, result.stdout) == (status, "")
+    assert result.stderr.count("\n") == 1 and said in result.stderr

@@ -2,23 +2,85 @@
 
 import subprocess
 
-from simulator.watch import Watch
+import dbus
+import pytest
+
+from simulator.watch import KEEPER, TEN_PAST_TEN, Watch
 from support.bus import wait_until
 
 ICON = (180, 257)
 
 
-def test_a_tap_on_the_icon_launches_the_guide():
+def look(display):
+    return subprocess.run(["import", "-display", display.name, "-window", "root", "-depth", "8",
+                           "rgb:-"], check=True, capture_output=True).stdout
+
+
+def wait_change(display, before):
+    wait_until(lambda: look(display) != before, "another picture")
+    return look(display)
+
+
+@pytest.mark.parametrize("size", [360, 390, 454])
+def test_a_tap_on_the_icon_launches_the_guide(size):
+    with Watch(size) as watch:
+        watch.start_home()
+        place = [str(coordinate * size // 360) for coordinate in ICON]
+        subprocess.run(["xdotool", "mousemove", *place, "click", "1"], check=True,
+                       env=watch.screen.env)
+        watch.wait_calls("Launch", [("com.velmora.qivo-guide-app", "", {})])
+
+
+def test_follows_time_battery_and_charger():
     with Watch() as watch:
         watch.start_home()
-        subprocess.run(["xdotool", "mousemove", *map(str, ICON), "click", "1"], check=True,
-                       env=watch.screen.env)
+        before = look(watch.screen)
+        for change in ({"Time": dbus.Int64(TEN_PAST_TEN + 3_600_000)}, {"Percentage": 12.0},
+                       {"Charging": True}):
+            watch.set(**change)
+            before = wait_change(watch.screen, before)
+
+
+def test_the_hands_move_when_the_watchs_own_minute_is_full():
+    with Watch(time=TEN_PAST_TEN + 59_000, frozen=True) as watch:
+        watch.start_home()
+        before = look(watch.screen)
+        watch.set(TimeFrozen=False)
+        wait_change(watch.screen, before)
+
+
+def test_covers_an_app_in_black_while_the_screen_is_off_and_stays_above_it():
+    with Watch() as watch:
+        watch.start_home()
+        face = look(watch.screen)
+        app = subprocess.Popen(["setpriv", "--pdeathsig", "KILL", "xlogo"],
+                               env=watch.screen.env, stderr=subprocess.DEVNULL)
+        try:
+            wait_change(watch.screen, face)
+            watch.set(ScreenOn=False)
+            wait_until(lambda: not any(look(watch.screen)), "darkness")
+            watch.set(ScreenOn=True)
+            wait_until(lambda: look(watch.screen) == face, "the face")
+        finally:
+            app.kill()
+            app.wait()
+
+
+def test_takes_no_tap_while_the_screen_is_off():
+    with Watch() as watch:
+        watch.start_home()
+        watch.set(ScreenOn=False)
+        wait_until(lambda: not any(look(watch.screen)), "darkness")
+        tap = ["xdotool", "mousemove", *map(str, ICON), "click", "1"]
+        subprocess.run(tap, check=True, env=watch.screen.env)
+        watch.set(ScreenOn=True)
+        wait_until(lambda: any(look(watch.screen)), "light")
+        subprocess.run(tap, check=True, env=watch.screen.env)
         watch.wait_calls("Launch", [("com.velmora.qivo-guide-app", "", {})])
 
 
 def test_ends_with_the_keeper():
     with Watch() as watch:
         home = watch.start_home()
-        watch.bus._stop("com.velmora.QivoWatch")
-        wait_until(lambda: home.poll() is not None, "its end")
-        assert home.returncode == 0
+        watch.bus._stop(KEEPER)
+        assert home.wait(timeout=10) == 0

@@ -97,6 +97,18 @@ class Watch:
         wait_until(lambda: len(self.calls(method)) >= len(expected), f"{method} {expected}")
         assert self.calls(method) == expected
 
+    def fail(self, method, text):
+        """From now on the method answers with an error."""
+        self._object(KEEPER).AddMethod(
+            CONTROL, method, "suu", "", f"raise dbus.exceptions.DBusException({text!r}, "
+            f"name='com.velmora.QivoWatch.Error.Failed')", dbus_interface=MOCK)
+
+    def emit_changed(self, values):
+        """Has the keeper tell of properties, however wrong."""
+        self.bus.emit(KEEPER, PATH, PROPERTIES, "PropertiesChanged", "sa{sv}as",
+                      [CONTROL, dbus.Dictionary(values, signature="sv"),
+                       dbus.Array([], signature="s")])
+
     # The body
 
     def frames(self):

@@ -88,6 +88,11 @@ class Display:
     def __exit__(self, *_):
         self._end()
 
+    def kill_server(self):
+        """The X server dies, and its clients see the connection end."""
+        self._processes[0].kill()
+        self._processes[0].wait()
+
     def _start_server(self):
         number_out, number_in = os.pipe()
         try:

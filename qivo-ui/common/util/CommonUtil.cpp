@@ -2,6 +2,7 @@
 
 #include <app_common.h>
 #include <cstdlib>
+#include <memory>
 
 namespace QivoUi
 {
@@ -9,9 +10,10 @@ namespace QivoUi
 namespace
 {
 
-// The directory ends with "/". Frees it.
+// The directory ends with "/". Frees it, also when there is no memory for the path.
 std::string Join(char* directory, const std::string& fileName)
 {
+    const std::unique_ptr<char, decltype(&std::free)> owner(directory, std::free);
     std::string path;
     if (!directory)
     {
@@ -19,7 +21,6 @@ std::string Join(char* directory, const std::string& fileName)
     }
     path += directory;
     path += fileName;
-    std::free(directory);
     return path;
 }
 

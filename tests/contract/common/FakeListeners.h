@@ -21,10 +21,14 @@ public:
     std::map<std::string, std::function<void()>> mReactions;
 
 protected:
-    void Hear(const std::string& call)
+    void Hear(const char* call)
     {
-        Recorder::Add(mName + "." + call);
-        const std::function<void()> reaction = std::exchange(mReactions[call], nullptr);
+        std::function<void()> reaction;
+        {
+            const Allocations::Pause pause;
+            Recorder::Add(mName + "." + call);
+            reaction = std::exchange(mReactions[call], nullptr);
+        }
         if (reaction)
         {
             reaction();

@@ -18,6 +18,7 @@ public:
 
     std::shared_ptr<QivoUi::NaviFrameItemData> CreateViewImpl(Evas_Object* parent) override
     {
+        const Allocations::Pause pause;
         Recorder::Add("view.CreateViewImpl(" + Recorder::NameOf(parent) + ")");
         return mRecord;
     }

@@ -22,8 +22,11 @@ public:
 
     void OnRotaryDetent(int step, unsigned int timeStamp) override
     {
-        Recorder::Add(mName + ".OnRotaryDetent(" + std::to_string(step) + ", " +
-                      std::to_string(timeStamp) + ")");
+        {
+            const Allocations::Pause pause;
+            Recorder::Add(mName + ".OnRotaryDetent(" + std::to_string(step) + ", " +
+                          std::to_string(timeStamp) + ")");
+        }
         if (mReaction)
         {
             mReaction();

@@ -7,28 +7,31 @@ extern "C" {
 
 int app_control_create(app_control_h* handle)
 {
+    const Allocations::Pause pause;
     Recorder::AddCall("app_control_create");
     std::intptr_t answer = 0;
     const bool isTold = Recorder::TakeAnswer("app_control_create", answer);
+    app_control_h made = nullptr;
     if (!isTold || sState.fillsOutputsOnFailure)
     {
-        *handle = Platform::MakeRequest(nullptr);
-        Recorder::NameResult("app_control_create", *handle);
+        made = *handle = Platform::MakeRequest(nullptr);
     }
+    Recorder::NameResult("app_control_create", made);
     return static_cast<int>(answer);
 }
 
 int app_control_destroy(app_control_h handle)
 {
     Recorder::AddCall("app_control_destroy", handle);
-    return 0;
+    return Platform::Result("app_control_destroy");
 }
 
 int app_control_get_operation(app_control_h handle, char** operation)
 {
     Recorder::AddCall("app_control_get_operation", handle);
-    const int result = Platform::Result("app_control_get_operation");
-    if (handle->hasOperation)
+    bool gives = false;
+    const int result = Platform::Result("app_control_get_operation", gives);
+    if (gives && handle->hasOperation)
     {
         *operation = Platform::Give(handle->operation, result);
     }
@@ -49,9 +52,11 @@ int app_control_set_app_id(app_control_h handle, const char* id)
 
 int app_control_get_extra_data(app_control_h handle, const char* key, char** value)
 {
+    const Allocations::Pause pause;
     Recorder::AddCall("app_control_get_extra_data", handle, key);
-    const int result = Platform::Result("app_control_get_extra_data");
-    if (result == 0 || sState.fillsOutputsOnFailure)
+    bool gives = false;
+    const int result = Platform::Result("app_control_get_extra_data", gives);
+    if (gives && (result == 0 || sState.fillsOutputsOnFailure))
     {
         *value = strdup(handle->extraData[key].c_str());
     }

@@ -69,6 +69,7 @@ extern "C" {
 
 int __dlog_print(log_id_t buffer, int priority, const char* tag, const char* format, ...)
 {
+    const Allocations::Pause pause;
     va_list arguments;
     va_start(arguments, format);
     va_list prefix;
@@ -83,7 +84,7 @@ int __dlog_print(log_id_t buffer, int priority, const char* tag, const char* for
     sState.logLines.push_back({static_cast<int>(buffer), priority, tag, format, file, function,
                                line, Platform::MessageOf(whole)});
     Platform::RecordLogLine(sState.logLines.back());
-    return 0;
+    return Platform::Result("__dlog_print");
 }
 
 } // extern "C"

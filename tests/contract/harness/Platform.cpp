@@ -13,6 +13,14 @@ int Result(const char* call)
     return Recorder::TakeAnswer(call, answer) ? static_cast<int>(answer) : 0;
 }
 
+int Result(const char* call, bool& gives)
+{
+    std::intptr_t answer = 0;
+    const bool isTold = Recorder::TakeAnswer(call, answer);
+    gives = !isTold || !sState.leavesOutputs;
+    return static_cast<int>(answer);
+}
+
 bool IsToldToFail(const char* call)
 {
     std::intptr_t answer = 0;
@@ -21,6 +29,7 @@ bool IsToldToFail(const char* call)
 
 char* Copy(const char* call, const std::string& text)
 {
+    const Allocations::Pause pause;
     return IsToldToFail(call) ? nullptr : strdup(text.c_str());
 }
 
@@ -32,6 +41,13 @@ char* Give(std::string& text, int result)
 
 namespace
 {
+
+// A callback may register and unregister.
+template <typename Callbacks> Callbacks CopyOf(const Callbacks& registered)
+{
+    const Allocations::Pause pause;
+    return registered;
+}
 
 void ChangeCharger(bool isCharging)
 {
@@ -99,9 +115,15 @@ void FillOutputsOnFailure()
     sState.fillsOutputsOnFailure = true;
 }
 
+void LeaveOutputs()
+{
+    sState.leavesOutputs = true;
+}
+
 app_control_h MakeRequest(const char* operation,
                           const std::map<std::string, std::string>& extraData)
 {
+    const Allocations::Pause pause;
     sState.requests.push_back(std::make_unique<app_control_s>(
         app_control_s{operation != nullptr, operation ? operation : "", extraData}));
     Recorder::Name(sState.requests.back().get(), "request");
@@ -110,7 +132,7 @@ app_control_h MakeRequest(const char* operation,
 
 void PressBack(Evas_Object* object)
 {
-    const std::vector<BackCallback> registered = sState.backCallbacks;
+    const std::vector<BackCallback> registered = CopyOf(sState.backCallbacks);
     for (const BackCallback& back : registered)
     {
         if (back.object == object)
@@ -123,12 +145,13 @@ void PressBack(Evas_Object* object)
 void TurnBezel(Evas_Object* object, Eext_Rotary_Event_Direction direction, unsigned timeStamp)
 {
     Eext_Rotary_Event_Info info = {direction, timeStamp};
-    const std::vector<RotaryCallback> registered = sState.rotaryCallbacks;
+    const std::vector<RotaryCallback> registered = CopyOf(sState.rotaryCallbacks);
     for (const RotaryCallback& rotary : registered)
     {
         if (rotary.object == object)
         {
             const Eina_Bool isTaken = rotary.callback(rotary.data, object, &info);
+            const Allocations::Pause pause;
             Recorder::Add(isTaken ? "detent taken" : "detent passed on");
         }
     }

@@ -56,6 +56,9 @@ void UnplugCharger();
 /** From now on a call that is told to fail fills its out-parameter all the same. */
 void FillOutputsOnFailure();
 
+/** From now on a call that is told its answer gives nothing besides, even when it succeeds. */
+void LeaveOutputs();
+
 /** A launch request, which the Platform keeps; `operation` may be null. */
 app_control_h MakeRequest(const char* operation,
                           const std::map<std::string, std::string>& extraData = {});

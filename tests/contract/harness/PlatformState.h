@@ -42,6 +42,7 @@ struct State
 {
     std::vector<LogLine> logLines;
     bool fillsOutputsOnFailure = false;
+    bool leavesOutputs = false;
     bool hasLanguage = true;
     std::string language = "en_US.UTF-8";
     std::map<system_settings_key_e, SettingCallback> settingCallbacks;
@@ -58,6 +59,9 @@ extern State sState;
 
 /// The told answer of a call that returns an int, else success.
 int Result(const char* call);
+
+/// As Result(); `gives` says whether the call is to give its output besides.
+int Result(const char* call, bool& gives);
 
 /// Whether the call was told an answer, which is then taken.
 bool IsToldToFail(const char* call);

@@ -20,6 +20,8 @@ struct State
     std::map<const void*, std::string> names;
     std::map<std::string, int> counters;
     std::map<std::string, std::map<int, std::intptr_t>> answers;
+    std::map<std::string, int> timesMade;
+    bool numbersFailures = false;
 };
 
 State sState;
@@ -125,6 +127,22 @@ std::string NameOf(const void* object)
     return name == sState.names.end() ? "?" : name->second;
 }
 
+std::string WithNames(std::string line)
+{
+    std::size_t begin = 0;
+    while ((begin = line.find("0x", begin)) != std::string::npos)
+    {
+        const std::size_t digits = begin + 2;
+        const std::size_t end =
+            std::min(line.find_first_not_of("0123456789abcdef", digits), line.size());
+        const std::uintptr_t address = std::stoull(line.substr(digits, end - digits), nullptr, 16);
+        const std::string name = NameOf(reinterpret_cast<const void*>(address));
+        line.replace(begin, end - begin, name);
+        begin += name.size();
+    }
+    return line;
+}
+
 void Answer(const std::string& call, std::intptr_t value, int nth)
 {
     sState.answers[call][nth] = value;
@@ -137,11 +155,24 @@ void Fail(const std::string& call, int nth)
 
 void Add(const std::string& line)
 {
+    const Allocations::Pause pause;
     sState.lines.push_back(line);
 }
 
-bool TakeAnswer(const std::string& call, std::intptr_t& value)
+void NumberFailures()
 {
+    sState.numbersFailures = true;
+}
+
+const std::map<std::string, int>& TimesMade()
+{
+    return sState.timesMade;
+}
+
+bool TakeAnswer(const char* call, std::intptr_t& value)
+{
+    const Allocations::Pause pause;
+    ++sState.timesMade[call];
     const auto told = sState.answers.find(call);
     if (told == sState.answers.end())
     {
@@ -165,12 +196,21 @@ bool TakeAnswer(const std::string& call, std::intptr_t& value)
     return isTold;
 }
 
-void NameResult(const std::string& call, const void* result)
+void NameResult(const char* call, const void* result)
 {
+    const Allocations::Pause pause;
     const std::string kind = KindOf(call);
-    if (result && !kind.empty())
+    if (kind.empty())
+    {
+        return;
+    }
+    if (result)
     {
         Name(result, kind + std::to_string(++sState.counters[kind]));
+    }
+    else if (sState.numbersFailures)
+    {
+        ++sState.counters[kind];
     }
 }
 

@@ -1,7 +1,9 @@
 #ifndef TESTS_CONTRACT_HARNESS_RECORDER_H
 #define TESTS_CONTRACT_HARNESS_RECORDER_H
 
+#include "harness/Allocations.h"
 #include <cstdint>
+#include <map>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -46,20 +48,32 @@ void Name(const void* object, const std::string& name);
 /** The text of an object, as calls show it. */
 std::string NameOf(const void* object);
 
+/** A line with the names of the objects in place of their addresses. */
+std::string WithNames(std::string line);
+
 /** The nth next call of this name is not passed on and returns `value`. */
 void Answer(const std::string& call, std::intptr_t value, int nth = 1);
 
 /** The nth next call of this name is not passed on and returns null, false or zero. */
 void Fail(const std::string& call, int nth = 1);
 
+/**
+ * What cannot be made has its number from now on: after a failed elm_layout_add() the next one
+ * makes "layout2", as it would have without the failure.
+ */
+void NumberFailures();
+
 /** Adds a line, for what a test's own listeners hear. */
 void Add(const std::string& line);
 
+/** How often each call has been made since the last Reset(), also those that leave no line. */
+const std::map<std::string, int>& TimesMade();
+
 /** Whether a test told this call what to answer; takes the answer. */
-bool TakeAnswer(const std::string& call, std::intptr_t& value);
+bool TakeAnswer(const char* call, std::intptr_t& value);
 
 /** Names the result of a call that makes something, "layout1" for elm_layout_add(). */
-void NameResult(const std::string& call, const void* result);
+void NameResult(const char* call, const void* result);
 
 std::string Describe(const char* text);
 std::string Describe(double number);
@@ -97,6 +111,7 @@ template <typename T> std::string DescribeArgument(T argument)
 /** Records one call. */
 template <typename... A> void AddCall(const char* name, A... arguments)
 {
+    const Allocations::Pause pause;
     std::string line = std::string(name) + "(";
     [[maybe_unused]] const char* separator = "";
     ((line += separator + DescribeArgument(arguments), separator = ", "), ...);
@@ -118,14 +133,14 @@ template <typename R, typename... A> R Pass(const char* name, R (*real)(A...), A
     }
     else
     {
-        if (isTold)
-        {
-            return (R)answer;
-        }
-        R result = real(arguments...);
+        R result = isTold ? (R)answer : real(arguments...);
         if constexpr (std::is_pointer_v<R>)
         {
-            NameResult(name, static_cast<const void*>(result));
+            // What a test gave as the answer has its name from there.
+            if (!isTold || !result)
+            {
+                NameResult(name, static_cast<const void*>(result));
+            }
         }
         return result;
     }

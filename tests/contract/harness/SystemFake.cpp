@@ -9,23 +9,29 @@ extern "C" {
 int system_settings_set_changed_cb(system_settings_key_e key, system_settings_changed_cb callback,
                                    void* data)
 {
+    const Allocations::Pause pause;
     Recorder::AddCall("system_settings_set_changed_cb", key, callback, data);
-    sState.settingCallbacks[key] = {callback, data};
-    return Platform::Result("system_settings_set_changed_cb");
+    const int result = Platform::Result("system_settings_set_changed_cb");
+    if (result == 0)
+    {
+        sState.settingCallbacks[key] = {callback, data};
+    }
+    return result;
 }
 
 int system_settings_unset_changed_cb(system_settings_key_e key)
 {
     Recorder::AddCall("system_settings_unset_changed_cb", key);
     sState.settingCallbacks.erase(key);
-    return 0;
+    return Platform::Result("system_settings_unset_changed_cb");
 }
 
 int system_settings_get_value_string(system_settings_key_e key, char** value)
 {
     Recorder::AddCall("system_settings_get_value_string", key);
-    const int result = Platform::Result("system_settings_get_value_string");
-    *value = sState.hasLanguage ? Platform::Give(sState.language, result) : nullptr;
+    bool gives = false;
+    const int result = Platform::Result("system_settings_get_value_string", gives);
+    *value = gives && sState.hasLanguage ? Platform::Give(sState.language, result) : nullptr;
     return result;
 }
 
@@ -56,7 +62,7 @@ int device_remove_callback(device_callback_e type, device_changed_cb callback)
 {
     Recorder::AddCall("device_remove_callback", type, callback);
     sState.chargerCallback = nullptr;
-    return 0;
+    return Platform::Result("device_remove_callback");
 }
 
 } // extern "C"

@@ -32,12 +32,12 @@ FULL_STOPS = {
 WORD_BREAK, NO_BREAK_SPACE, NON_JOINER = "\u200b", "\u00a0", "\u200c"
 
 INVISIBLE = {
-    "fa": {NON_JOINER}, "km": {WORD_BREAK}, "lo": {WORD_BREAK, NO_BREAK_SPACE},
-    "my": {WORD_BREAK}, "te": {NON_JOINER}, "th": {WORD_BREAK, NO_BREAK_SPACE},
+    "fa": {NON_JOINER}, "km": {WORD_BREAK}, "lo": {WORD_BREAK}, "my": {WORD_BREAK},
+    "te": {NON_JOINER}, "th": {WORD_BREAK},
 }
 """Unseen characters that a language needs: to spell, or to break lines between its words."""
 
-PUNCTUATION = set(" \n-.,،«»„“”’") | {stop for stop in FULL_STOPS.values() if stop}
+PUNCTUATION = set(NO_BREAK_SPACE + " \n-.,،«»„“”’") | {stop for stop in FULL_STOPS.values() if stop}
 
 
 def wrong_texts(is_wrong):
@@ -99,11 +99,16 @@ def test_every_letter_is_of_the_languages_script():
 
 def test_unseen_characters_stand_where_the_language_needs_them():
     def unseen(text):
-        return {character for character in text if character == NO_BREAK_SPACE
-                or unicodedata.category(character) in ("Cf", "Zl", "Zp")}
+        return {character for character in text
+                if unicodedata.category(character) in ("Cf", "Zl", "Zp")}
 
     assert {language: unseen(text) for language, text in texts().items()
             if unseen(text)} == INVISIBLE
+
+
+def test_a_space_that_does_not_break_the_line_keeps_a_word_with_the_name():
+    assert wrong_texts(lambda _, text: text.count(NO_BREAK_SPACE)
+                       != text.count(NO_BREAK_SPACE + "Qivo")) == {}
 
 
 def test_each_line_of_a_right_to_left_text_begins_with_a_letter_of_its_script():

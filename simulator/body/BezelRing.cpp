@@ -24,10 +24,10 @@ constexpr LineStyle kPipStyle = {9, 63, 240, 208, 255};
 
 std::vector<RadialLine> Teeth()
 {
-    std::vector<RadialLine> teeth;
     const int count = kDetents * kTeethPerDetent;
+    std::vector<RadialLine> teeth(count);
     for (int i = 0; i < count; ++i)
-        teeth.push_back({(i + 0.5) * 360 / count, 234.2, 237});
+        teeth[i] = {(i + 0.5) * 360 / count, 234.2, 237};
     return teeth;
 }
 

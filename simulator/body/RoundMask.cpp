@@ -4,18 +4,18 @@
 
 namespace
 {
-constexpr int kGrid = 16;
+constexpr int64_t kGrid = 16;
 
 // In units of half a grid cell, from the circle's centre, so that all numbers are whole. `x` and
 // `y` are those of the pixel's corner that is nearer to the centre.
-int CountCovered(int64_t x, int64_t y, int64_t radius)
+int64_t CountCovered(int64_t x, int64_t y, int64_t radius)
 {
-    constexpr int kPixel = 2 * kGrid;
+    constexpr int64_t kPixel = 2 * kGrid;
     if ((x + kPixel) * (x + kPixel) + (y + kPixel) * (y + kPixel) <= radius * radius)
         return kGrid * kGrid;
     if (x * x + y * y >= radius * radius)
         return 0;
-    int covered = 0;
+    int64_t covered = 0;
     for (int row = 0; row < kGrid; ++row)
     {
         for (int column = 0; column < kGrid; ++column)
@@ -30,13 +30,13 @@ int CountCovered(int64_t x, int64_t y, int64_t radius)
 
 uint8_t CoverageAt(int x, int y, int side)
 {
-    constexpr int kPixel = 2 * kGrid;
+    constexpr int64_t kPixel = 2 * kGrid;
     // A pixel left of or above the centre is as its mirror image; the middle one of an odd side
     // lies wholly inside, wherever its corner is taken.
-    const int64_t radius = int64_t{kGrid} * side;
-    const int64_t fromX = int64_t{kPixel} * std::max(x, side - 1 - x) - radius;
-    const int64_t fromY = int64_t{kPixel} * std::max(y, side - 1 - y) - radius;
-    const int covered = CountCovered(fromX, fromY, radius);
+    const int64_t radius = kGrid * side;
+    const int64_t fromX = kPixel * std::max(x, side - 1 - x) - radius;
+    const int64_t fromY = kPixel * std::max(y, side - 1 - y) - radius;
+    const int64_t covered = CountCovered(fromX, fromY, radius);
     return static_cast<uint8_t>(covered * 255 / (kGrid * kGrid));
 }
 } // namespace

@@ -50,7 +50,8 @@ void Home::ShowTime()
     const int64_t now = Now();
     mFace.ShowTime(HandsAt(mClock.GetTime(now)));
     if (mIsScreenOn && !mClock.IsFrozen())
-        mTimer = ecore_timer_add(mClock.GetMillisecondsToMinute(now) / 1000.0, SMinuteCB, this);
+        mTimer = ecore_timer_add(static_cast<double>(mClock.GetMillisecondsToMinute(now)) / 1000,
+                                 SMinuteCB, this);
 }
 
 void Home::StopTimer()

@@ -1,12 +1,12 @@
 """The command line of the scripts."""
 
-import os
 import pathlib
 import subprocess
 
 import pytest
 
 from e2e.picture import Picture
+from simulator.desk import Desk
 
 SCRIPT = pathlib.Path(__file__).parents[2] / "script"
 
@@ -35,27 +35,41 @@ def test_help_says_what_run_takes():
 
 def test_a_screenshot_shows_the_first_complete_frame_and_leaves_nothing_running(tmp_path):
     picture = tmp_path / "guide.png"
-    nowhere = {key: value for key, value in os.environ.items() if key != "DISPLAY"}
-    result = subprocess.run([SCRIPT / "run", "--screenshot", picture], capture_output=True,
-                            text=True, env=nowhere | {"TMPDIR": str(tmp_path)})
-    assert result.returncode == 0, result.stderr
-    assert "first frame" in result.stderr
-    rgb = subprocess.run(["convert", picture, "-depth", "8", "rgb:-"], check=True,
+    with Desk() as desk:
+        result = subprocess.run([SCRIPT / "run", "--screenshot", picture], capture_output=True,
+                                text=True, env=desk.environment | {"TMPDIR": str(tmp_path)})
+        assert result.returncode == 0, result.stderr
+        assert "first frame" in result.stderr
+        assert not desk.processes() and not list(desk.runtime.iterdir())
+    assert list(tmp_path.iterdir()) == [picture]
+    rgb = subprocess.run(["convert", picture, "-alpha", "off", "-depth", "8", "rgb:-"], check=True,
                          capture_output=True).stdout
     page = Picture(rgb)
     assert page.colours(top=240).get((255, 255, 255), 0) > 100
     assert len(page.colours(bottom=240)) > 50
-    assert list(tmp_path.iterdir()) == [picture]
-    assert not processes_with(f"TMPDIR={tmp_path}")
 
 
-def processes_with(variable):
-    """The command lines of all processes that have the variable in their environment."""
-    found = []
-    for folder in pathlib.Path("/proc").glob("[0-9]*"):
-        try:
-            if variable.encode() in (folder / "environ").read_bytes().split(b"\0"):
-                found.append((folder / "cmdline").read_bytes())
-        except OSError:
-            continue
-    return found
+def test_without_a_display_the_guide_runs_on_and_it_is_told_how_to_look(tmp_path):
+    with Desk() as desk:
+        for turn in ("first", "second"):
+            result = subprocess.run(
+                [SCRIPT / "run", "--", "--operation", turn], capture_output=True, text=True,
+                env=desk.environment)
+            assert result.returncode == 0, result.stderr
+            assert "No display here" in result.stdout
+        look = next(line for line in result.stdout.splitlines() if "screenshot" in line).split()
+        subprocess.run(look, cwd=tmp_path, env=desk.environment, check=True)
+        assert (tmp_path / "guide.png").stat().st_size > 10000
+        log = subprocess.run([look[0], "log"], env=desk.environment, check=True, text=True,
+                             capture_output=True).stdout
+        assert "operation:[second]" in log and "operation:[first]" not in log
+        subprocess.run([look[0], "stop"], env=desk.environment, check=True)
+        assert not desk.processes()
+
+
+def test_a_request_that_the_guide_refuses_fails_the_run():
+    with Desk() as desk:
+        result = subprocess.run([SCRIPT / "run", "--screenshot", "x.png", "--", "--bogus"],
+                                capture_output=True, text=True, env=desk.environment)
+        assert result.returncode == 2 and "--bogus" in result.stderr
+        assert not desk.processes() and not list(desk.runtime.iterdir())

@@ -10,7 +10,7 @@ import subprocess
 import tempfile
 import time
 
-OPENBOX_CONFIGURATION = pathlib.Path(__file__).parents[2] / "script" / "openbox.xml"
+OPENBOX_CONFIGURATION = pathlib.Path(__file__).parents[2] / "simulator" / "openbox.xml"
 
 SETTINGS_SERVICE = pathlib.Path("/usr/share/dbus-1/services/org.xfce.Xfconf.service")
 BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"

@@ -1,0 +1,1 @@
+"""The desk watch: a round watch on the desk, for one application at a time."""

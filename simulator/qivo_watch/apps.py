@@ -1,0 +1,139 @@
+"""The applications on the watch: found, started, listened to, seen to end."""
+
+import os
+import pathlib
+import re
+import signal
+from typing import Callable
+
+from gi.repository import GLib
+
+from qivo_watch.environment import program
+from qivo_watch.errors import WatchError
+from qivo_watch.log import Log
+from qivo_watch.processes import end_of, kill_group, spawn
+
+GUIDE = "com.velmora.qivo-guide-app"
+
+_FIRST_FRAME = re.compile(r"WATCH_PORT: first frame$")
+_READABLE = GLib.IOCondition.IN | GLib.IOCondition.HUP | GLib.IOCondition.ERR
+
+
+class App:
+    """One process of an application. Its standard streams go to the log."""
+
+    def __init__(self, name: str, command: list[str], environment: dict[str, str], log: Log,
+                 on_news: Callable[[], None]):
+        self.name = name
+        self.has_frame = False
+        self.status: int | None = None
+        self._log = log
+        self._on_news = on_news
+        self._rest = b""
+        self._out, into = os.pipe()
+        os.set_blocking(self._out, False)
+        try:
+            self._process = spawn(command, environment, stdout=into, stderr=into)
+        finally:
+            os.close(into)
+        self.pid = self._process.pid
+        self._source = GLib.unix_fd_add_full(GLib.PRIORITY_DEFAULT, self._out, _READABLE,
+                                             self._on_readable)
+        GLib.child_watch_add(GLib.PRIORITY_DEFAULT, self.pid, self._on_end)
+
+    @property
+    def is_running(self) -> bool:
+        return self.status is None
+
+    @property
+    def has_failed(self) -> bool:
+        return self.status not in (None, 0)
+
+    def ask_to_end(self) -> None:
+        self._signal(signal.SIGTERM)
+
+    def kill(self) -> None:
+        self._signal(signal.SIGKILL)
+
+    def _signal(self, number: int) -> None:
+        if self.is_running:
+            os.kill(self.pid, number)
+
+    def _on_readable(self, *_: object) -> bool:
+        is_going_on = self._read()
+        if not is_going_on:
+            self._source = 0
+        self._on_news()
+        return is_going_on
+
+    def _read(self) -> bool:
+        """Logs what is there; returns whether more may come."""
+        try:
+            piece = os.read(self._out, 65536)
+        except BlockingIOError:
+            return True
+        *lines, self._rest = (self._rest + piece).split(b"\n")
+        if not piece and self._rest:
+            lines, self._rest = [*lines, self._rest], b""
+        for line in lines:
+            self._take(line.decode("utf-8", "replace"))
+        return bool(piece)
+
+    def _take(self, line: str) -> None:
+        if _FIRST_FRAME.search(line):
+            self.has_frame = True
+        self._log.add(line)
+
+    def _on_end(self, _pid: int, wait_status: int) -> None:
+        kill_group(self.pid)
+        if self._source:
+            self._read_rest()
+            GLib.source_remove(self._source)
+        os.close(self._out)
+        self._process.returncode = self.status = os.waitstatus_to_exitcode(wait_status)
+        self._log.say("error" if self.has_failed else "info",
+                      f"{self.name} {end_of(self.status)}")
+        self._on_news()
+
+    def _read_rest(self) -> None:
+        before = None
+        while before != (self._log.count, self._rest):
+            before = self._log.count, self._rest
+            self._read()
+
+
+def locate(app: str) -> tuple[str, pathlib.Path]:
+    """The id and the program of an application: given by the id, or by its program's path."""
+    if "/" in app:
+        path = pathlib.Path(app)
+        if not os.access(path, os.X_OK) or path.is_dir():
+            raise WatchError(f'"{app}" is no program')
+        return _id_of(path) or path.name, path
+    if not re.fullmatch(r"[A-Za-z_][\w-]*(\.[A-Za-z_][\w-]*)+", app, re.ASCII):
+        raise WatchError(f'"{app}" is no application: neither an id such as {GUIDE} '
+                         f"nor the path of a program")
+    try:
+        path = program(app.rpartition(".")[2])
+    except WatchError:
+        path = None
+    if path is None or _id_of(path) != app:
+        raise WatchError(f"no application {app} is on the watch")
+    return app, path
+
+
+def _id_of(path: pathlib.Path) -> str | None:
+    """The id that an installation or a build tree gives its program, if it does."""
+    name = path.name
+    for root in path.resolve().parents:
+        for file in (root / "share" / name / f"{name}.id", root / "res" / f"{name}.id"):
+            if file.is_file():
+                return file.read_text(encoding="utf-8").strip()
+    return None
+
+
+def request_arguments(operation: str, extra: dict[str, str]) -> list[str]:
+    """A launch request as the port's programs take it."""
+    arguments = ["--operation", operation] if operation else []
+    for key, value in extra.items():
+        arguments += ["--extra", f"{key}={value}"]
+    return arguments

@@ -1,0 +1,228 @@
+"""The grammar of the command line, which is that of a replay's lines too."""
+
+import argparse
+import pathlib
+from typing import Any, NoReturn
+
+from qivo_watch.apps import GUIDE
+from qivo_watch.clock import parse_time
+from qivo_watch.errors import UsageError
+from qivo_watch.inject import KEYS
+from qivo_watch.log import LEVELS
+from qivo_watch.services import STATES
+from qivo_watch.state import DEFAULT_NAME
+
+SIZES = [360, 390, 454]
+WAIT_PATIENCE_S = 10.0
+
+_TIMES = "HH:MM, HH:MM:SS or YYYY-MM-DDTHH:MM[:SS]"
+
+
+class _Parser(argparse.ArgumentParser):
+    """One line for a mistake."""
+
+    def __init__(self, **options: Any):
+        super().__init__(allow_abbrev=False,
+                         formatter_class=argparse.RawDescriptionHelpFormatter, **options)
+
+    def error(self, message: str) -> NoReturn:
+        raise UsageError(f"{message.splitlines()[0]} (see {self.prog} --help)")
+
+
+def number(kind: Any, least: float, most: float) -> Any:
+    """A type for argparse: a number within limits."""
+    def convert(text: str) -> Any:
+        try:
+            value = kind(text)
+        except ValueError:
+            value = None
+        if value is None or not least <= value <= most:
+            raise argparse.ArgumentTypeError(f'"{text}" is not from {least:g} to {most:g}')
+        return value
+    return convert
+
+
+def _time(text: str) -> str:
+    try:
+        parse_time(text)
+    except UsageError as error:
+        raise argparse.ArgumentTypeError(str(error)) from None
+    return text
+
+
+def _extra(text: str) -> tuple[str, str]:
+    key, equals, value = text.partition("=")
+    if not equals or not key:
+        raise argparse.ArgumentTypeError(f'"{text}" is not KEY=VALUE')
+    return key, value
+
+
+def _picture(text: str) -> str:
+    if pathlib.Path(text).suffix.lower() not in ("", ".png"):
+        raise argparse.ArgumentTypeError(f'"{text}" does not end in .png')
+    return text
+
+
+_MS = number(int, 0, 60_000)
+_PLACE = number(int, 0, max(SIZES) - 1)
+_SECONDS = number(float, 0, 3600)
+
+
+class Grammar:
+    """Adds one subcommand a method to a parser. IS_REPLAY: as a line of a replay."""
+
+    def __init__(self, is_replay: bool):
+        self.parser = _Parser(prog="qivo-watch",
+                              description=None if is_replay else _DESCRIPTION)
+        self._verbs = self.parser.add_subparsers(dest="verb", metavar="COMMAND",
+                                                 required=is_replay)
+        self._is_replay = is_replay
+        if not is_replay:
+            self.parser.add_argument("--name", default=DEFAULT_NAME, help=_NAME_HELP)
+        for add in (self._start, self._launch, self._bezel, self._button, self._touch,
+                    self._swipe, self._battery, self._language, self._time, self._screenshot,
+                    self._wait, self._compare, self._record, self._log, self._play, self._status,
+                    self._stop):
+            add()
+
+    def parse(self, words: list[str]) -> argparse.Namespace:
+        return self.parser.parse_args(words)
+
+    def _add(self, verb: str, text: str) -> argparse.ArgumentParser:
+        parser = self._verbs.add_parser(verb, help=text, description=text)
+        if not self._is_replay:
+            parser.add_argument("--name", default=argparse.SUPPRESS, help=_NAME_HELP)
+        return parser
+
+    def _start(self) -> None:
+        add = self._add("start", "Start a watch; return when it is ready.").add_argument
+        add("--headless", action="store_true", help="without a window")
+        add("--web", action="store_true", help="in a browser of this machine; prints the address")
+        add("--port", type=number(int, 1, 65535), help="of --web (default: a free one)")
+        add("--password", type=_password, help="of --web (default: a fresh one)")
+        add("--size", type=int, choices=SIZES, default=SIZES[0], help="pixels of the screen's side")
+        add("--zoom", type=number(float, 0.25, 8), default=1.0, help="of the window alone")
+        add("--language", default="en_US", help="such as ko_KR (default: %(default)s)")
+        add("--percent", type=number(float, 0, 100), default=80.0, help="charge of the battery")
+        add("--charging", dest="battery", action="store_const", const="charging",
+            default="discharging", help="with the charger plugged")
+        add("--at", type=_time, metavar="TIME", help=f"the watch's time: {_TIMES}")
+
+    def _launch(self) -> None:
+        add = self._add("launch", "Start an application, or hand it a request when it runs; return "
+                        "when its first frame is drawn.").add_argument
+        add("app", nargs="?", default=GUIDE, metavar="APP",
+            help="its id, or the path of its program (default: %(default)s)")
+        add("--operation", default="", help="the operation of the request")
+        add("--extra", type=_extra, action="append", default=[], metavar="KEY=VALUE",
+            help="a value of the request; repeatable")
+
+    def _bezel(self) -> None:
+        add = self._add("bezel", "Turn the bezel; return when all detents are taken.").add_argument
+        add("direction", choices=["cw", "ccw"], help="clockwise or counter-clockwise")
+        add("count", nargs="?", type=number(int, 1, 1000), default=1, metavar="N", help="detents")
+        add("-i", "--interval", type=_MS, default=20, metavar="MS", help="from one to the next")
+
+    def _button(self) -> None:
+        add = self._add("button", "Press a key; return when its effect is seen.").add_argument
+        add("action", choices=["click", "push", "release"])
+        add("key", choices=list(KEYS))
+        add("-d", "--duration", type=_MS, default=50, metavar="MS", help="how long it is held")
+        add("-n", "--count", type=number(int, 1, 100), default=1, metavar="N", help="clicks")
+        add("-i", "--interval", type=_MS, default=100, metavar="MS", help="between two clicks")
+
+    def _touch(self) -> None:
+        add = self._add("touch", "Tap the screen at a place in its pixels.").add_argument
+        add("x", type=_PLACE, metavar="X")
+        add("y", type=_PLACE, metavar="Y")
+
+    def _swipe(self) -> None:
+        add = self._add("swipe", "Draw a finger over the screen.").add_argument
+        for place in ("x1", "y1", "x2", "y2"):
+            add(place, type=_PLACE, metavar=place.upper())
+        add("-d", "--duration", type=_MS, default=200, metavar="MS", help="from end to end")
+
+    def _battery(self) -> None:
+        parser = self._add("battery", "Set the battery; what is not given stays.")
+        parser.add_argument("--percent", type=number(float, 0, 100), metavar="P")
+        states = parser.add_mutually_exclusive_group()
+        for state in STATES:
+            states.add_argument(f"--{state}", dest="state", action="store_const", const=state)
+
+    def _language(self) -> None:
+        self._add("language", "Set the language.").add_argument(
+            "language", metavar="LANGUAGE", help="such as ko_KR")
+
+    def _time(self) -> None:
+        parser = self._add("time", "Show the watch's time, set it, let it stand or go.")
+        verbs = parser.add_subparsers(dest="action", metavar="set|freeze|thaw")
+        verbs.add_parser("set", help="set it").add_argument("time", type=_time, help=_TIMES)
+        verbs.add_parser("freeze", help="let it stand")
+        verbs.add_parser("thaw", help="let it go on")
+
+    def _screenshot(self) -> None:
+        add = self._add("screenshot", "Save a picture of the round screen.").add_argument
+        add("file", type=_picture, metavar="FILE", help="a PNG")
+        add("--body", action="store_true", help="with the whole watch around it")
+
+    def _wait(self) -> None:
+        parser = self._add("wait", "Wait for something to happen.")
+        verbs = parser.add_subparsers(dest="what", metavar="log|still|frame|exit", required=True)
+        for what, text in _WAITS.items():
+            verb = verbs.add_parser(what, help=text, description=text)
+            if what == "log":
+                verb.add_argument("text", metavar="TEXT")
+            verb.add_argument("-t", "--timeout", type=_SECONDS, default=WAIT_PATIENCE_S,
+                              metavar="SECONDS", help="how long at most (default: %(default)g)")
+
+    def _compare(self) -> None:
+        add = self._add("compare", "Fail unless the screen is as in a picture.").add_argument
+        add("file", type=_picture, metavar="FILE")
+        add("--tolerance", type=number(int, 0, 255), default=16, metavar="N",
+            help="how much a channel of a pixel may be off (default: %(default)s)")
+
+    def _record(self) -> None:
+        add = self._add("record", "Record the screen: for the time given, else until Ctrl-C or the "
+                        "watch's end; in a replay until its end or `record stop`.").add_argument
+        add("file", metavar="FILE", help="ends in .gif, .apng, .png, .webp or .mp4")
+        add("-d", "--duration", type=_SECONDS, metavar="SECONDS")
+        add("--fps", type=number(int, 1, 60), default=30, metavar="N", help="frames a second")
+
+    def _log(self) -> None:
+        add = self._add("log", "Show what the watch's programs have logged.").add_argument
+        add("--level", choices=LEVELS, default=LEVELS[0], help="and what is graver")
+        add("--color", choices=["auto", "always", "never"], default="auto")
+        add("--follow", action="store_true", help="go on until the watch ends")
+
+    def _play(self) -> None:
+        if self._is_replay:
+            return
+        add = self._add("play", "Carry out a file of these commands, one a line.").add_argument
+        add("file", metavar="FILE")
+        add("--update", action="store_true", help="write the pictures to compare with anew")
+
+    def _status(self) -> None:
+        self._add("status", "Show the state of the watch.").add_argument(
+            "--json", action="store_true", help="for programs")
+
+    def _stop(self) -> None:
+        self._add("stop", "End the watch; return when nothing of it is left.")
+
+
+def _password(text: str) -> str:
+    if not (1 <= len(text) <= 8 and text.isascii() and text.isalnum()):
+        raise argparse.ArgumentTypeError("it has 1 to 8 of A-Z a-z 0-9")
+    return text
+
+
+_NAME_HELP = "which watch (default: watch)"
+_WAITS = {
+    "log": "for a line of the log that holds TEXT",
+    "still": "for a screen on which nothing moves",
+    "frame": "for a change of the screen",
+    "exit": "for the end of the application; fails when it crashed or failed",
+}
+_DESCRIPTION = """A watch on the desk. Without a command it starts one.
+
+In the window: wheel or dragged ring = bezel, mouse on the screen = finger, the keys and the
+charger by a click; closing the window ends the watch."""

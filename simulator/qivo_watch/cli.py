@@ -1,0 +1,49 @@
+"""The command `qivo-watch`."""
+
+import os
+import pathlib
+import sys
+
+from qivo_watch.arguments import Grammar
+from qivo_watch.commands import Session
+from qivo_watch.errors import UsageError, WatchError
+
+_INTERRUPTED = 130
+
+
+def main(words: list[str]) -> int:
+    """Returns the status: 0, 1 for a command that failed, 2 for one that cannot be meant."""
+    try:
+        _run(words)
+        sys.stdout.flush()
+    except UsageError as error:
+        return _complain(error, 2)
+    except WatchError as error:
+        return _complain(error, 1)
+    except KeyboardInterrupt:
+        return _INTERRUPTED
+    except BrokenPipeError:
+        # The reader has seen enough; the interpreter shall not complain at its end.
+        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
+    return 0
+
+
+def _run(words: list[str]) -> None:
+    grammar = Grammar(is_replay=False)
+    given = grammar.parse(words)
+    if given.verb is None:
+        given = grammar.parse([*words, "start"])
+    if given.verb == "play":
+        from qivo_watch.replay import play  # pylint: disable=import-outside-toplevel
+        play(pathlib.Path(given.file), given.name, given.update)
+        return
+    session = Session(given.name)
+    try:
+        session.run(given)
+    finally:
+        session.close()
+
+
+def _complain(error: Exception, status: int) -> int:
+    print(f"qivo-watch: {error}", file=sys.stderr)
+    return status

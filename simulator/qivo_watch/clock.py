@@ -1,0 +1,64 @@
+"""The watch's own clock: the machine's, set apart from it, or standing."""
+
+import datetime
+import re
+import time
+
+from qivo_watch.errors import UsageError
+
+
+class Clock:
+    """Tells the watch's time in milliseconds since the epoch."""
+
+    def __init__(self) -> None:
+        self._offset_ms = 0
+        self._frozen_ms: int | None = None
+
+    @property
+    def is_frozen(self) -> bool:
+        return self._frozen_ms is not None
+
+    def now_ms(self) -> int:
+        if self._frozen_ms is not None:
+            return self._frozen_ms
+        return _machine_ms() + self._offset_ms
+
+    def set(self, milliseconds: int) -> None:
+        """A clock that stands, stands at the new time."""
+        if self.is_frozen:
+            self._frozen_ms = milliseconds
+        self._offset_ms = milliseconds - _machine_ms()
+
+    def freeze(self) -> None:
+        self._frozen_ms = self.now_ms()
+
+    def thaw(self) -> None:
+        """Goes on from where it stood."""
+        if self._frozen_ms is not None:
+            self._offset_ms = self._frozen_ms - _machine_ms()
+            self._frozen_ms = None
+
+
+def parse_time(text: str, now_ms: int | None = None) -> int:
+    """Milliseconds since the epoch of "HH:MM", "HH:MM:SS" (today) or "YYYY-MM-DDTHH:MM[:SS]"."""
+    today = datetime.datetime.fromtimestamp((now_ms or _machine_ms()) / 1000)
+    pattern = r"(?:(\d{4})-(\d\d)-(\d\d)T)?(\d\d):(\d\d)(?::(\d\d))?"
+    found = re.fullmatch(pattern, text, re.ASCII)
+    if not found:
+        raise UsageError(f'"{text}" is no time (HH:MM, HH:MM:SS or YYYY-MM-DDTHH:MM[:SS])')
+    year, month, day, hour, minute, second = (int(part) if part else None
+                                              for part in found.groups())
+    try:
+        moment = datetime.datetime(year or today.year, month or today.month, day or today.day,
+                                   hour, minute, second or 0)
+        return round(moment.timestamp() * 1000)
+    except (ValueError, OverflowError, OSError) as error:
+        raise UsageError(f'"{text}" is no time: {error}') from None
+
+
+def format_time(milliseconds: int) -> str:
+    return datetime.datetime.fromtimestamp(milliseconds / 1000).isoformat(timespec="seconds")
+
+
+def _machine_ms() -> int:
+    return time.time_ns() // 1_000_000

@@ -1,0 +1,268 @@
+"""What each subcommand does, on the command line and in a replay alike."""
+
+import argparse
+import json
+import os
+import pathlib
+import select
+import signal
+import sys
+import time
+from typing import Any
+
+from qivo_watch import client as clients
+from qivo_watch.client import Client
+from qivo_watch.clock import format_time, parse_time
+from qivo_watch.errors import UsageError, WatchError
+from qivo_watch.guard import start_guard
+from qivo_watch.log import coloured, is_at_least
+from qivo_watch.state import Folder
+
+START_PATIENCE_S = 60
+
+
+class Session:
+    """One command, or the commands of one replay. Relative pictures to compare with lie in HERE."""
+
+    def __init__(self, name: str, here: pathlib.Path = pathlib.Path()):
+        self.folder = Folder(name)
+        self.here = here
+        self.is_update = False
+        self.log_place = 0
+        self._client: Client | None = None
+        self._eye: Any = None
+        self._picture: Any = None
+
+    @property
+    def client(self) -> Client:
+        if self._client is None:
+            self._client = Client(self.folder)
+        return self._client
+
+    def eye(self) -> Any:
+        """The session's own look at the screen."""
+        if self._eye is None:
+            self._eye = self.open_eye()
+        return self._eye
+
+    def open_eye(self) -> Any:
+        """Another look at the screen; the caller closes it."""
+        # Nothing but pictures needs the imaging library, which takes its time to load.
+        from qivo_watch.pictures import Eye  # pylint: disable=import-outside-toplevel
+        return Eye(self.client.status()["display"], self.folder.authority)
+
+    def remember_picture(self) -> None:
+        """Lets `wait frame` find a change that the next command makes before it returns."""
+        self._picture = self.eye().look()
+
+    def run(self, given: argparse.Namespace) -> None:
+        getattr(self, f"do_{given.verb}")(given)
+
+    def close(self) -> None:
+        if self._eye:
+            self._eye.close()
+        self._client = self._eye = None
+
+    # The watch
+
+    def do_start(self, given: argparse.Namespace) -> None:
+        if given.headless and given.web:
+            raise UsageError("--headless and --web exclude each other")
+        if (given.port or given.password) and not given.web:
+            raise UsageError("--port and --password are for --web")
+        if not (given.headless or given.web):
+            _need_display()
+        options = {key: getattr(given, key) for key in (
+            "headless", "web", "port", "password", "size", "zoom", "language", "percent",
+            "battery", "at")}
+        lock = self.folder.create()
+        answer = start_guard(self.folder, lock, json.dumps({**options, "name": self.folder.name}))
+        line = _read_line(answer)
+        if line != "ready":
+            clients.wait_gone(self.folder)
+            raise WatchError(f"the watch does not start: {line or 'its keeper has ended'}")
+        if given.web:
+            print(self.client.status()["web"])
+
+    def do_stop(self, _given: argparse.Namespace) -> None:
+        self.close()
+        clients.stop(self.folder)
+
+    def do_status(self, given: argparse.Namespace) -> None:
+        status = self.client.status()
+        if given.json:
+            print(json.dumps(status, indent=2))
+        else:
+            print("\n".join(_described(status)))
+
+    def do_launch(self, given: argparse.Namespace) -> None:
+        app = os.path.abspath(given.app) if "/" in given.app else given.app
+        self.client.call("Launch", "(ssa{ss})", app, given.operation, dict(given.extra))
+
+    # Hands
+
+    def do_bezel(self, given: argparse.Namespace) -> None:
+        self.client.call("Bezel", "(suu)", given.direction, given.count, given.interval,
+                         extra_ms=given.count * given.interval)
+
+    def do_button(self, given: argparse.Namespace) -> None:
+        self.client.call("Button", "(ssuuu)", given.action, given.key, given.duration, given.count,
+                         given.interval, extra_ms=given.count * (given.duration + given.interval))
+
+    def do_touch(self, given: argparse.Namespace) -> None:
+        self.client.call("Touch", "(ii)", given.x, given.y)
+
+    def do_swipe(self, given: argparse.Namespace) -> None:
+        self.client.call("Swipe", "(iiiiu)", given.x1, given.y1, given.x2, given.y2,
+                         given.duration, extra_ms=given.duration)
+
+    # Services
+
+    def do_battery(self, given: argparse.Namespace) -> None:
+        if given.percent is None and given.state is None:
+            raise UsageError("battery takes --percent, or one of --charging, --discharging, --full")
+        now = self.client.status()["battery"]
+        percent = now["percent"] if given.percent is None else given.percent
+        state = given.state or now["state"]
+        self.client.call("SetBattery", "(ds)", percent, state)
+        self._expect("Percentage", percent)
+        self._expect("Charging", state == "charging")
+
+    def do_language(self, given: argparse.Namespace) -> None:
+        self.client.call("SetLanguage", "(s)", given.language)
+
+    def do_time(self, given: argparse.Namespace) -> None:
+        now = self.client.get("Time")
+        if given.action is None:
+            print(format_time(now))
+        elif given.action == "set":
+            self.client.call("SetTime", "(x)", parse_time(given.time, now))
+        else:
+            self.client.call("SetTimeFrozen", "(b)", given.action == "freeze")
+            self._expect("TimeFrozen", given.action == "freeze")
+
+    def _expect(self, name: str, wanted: Any) -> None:
+        found = self.client.get(name)
+        if found != wanted:
+            raise WatchError(f"without effect: {name} is {found}")
+
+    # Eyes
+
+    def do_screenshot(self, given: argparse.Namespace) -> None:
+        if given.body:
+            self.client.call_body("Picture", "(sb)", os.path.abspath(given.file), True)
+            return
+        from qivo_watch.pictures import save  # pylint: disable=import-outside-toplevel
+        save(self._round_picture(), given.file)
+
+    def do_compare(self, given: argparse.Namespace) -> None:
+        from qivo_watch import pictures  # pylint: disable=import-outside-toplevel
+        file = self.here / given.file
+        if self.is_update:
+            pictures.save(self._round_picture(), str(file))
+        else:
+            pictures.compare(self._round_picture(), file, given.tolerance)
+
+    def do_record(self, given: argparse.Namespace) -> None:
+        from qivo_watch.recorder import record  # pylint: disable=import-outside-toplevel
+        end = time.monotonic() + given.duration if given.duration is not None else None
+        requests: list[int] = []
+        for number in (signal.SIGINT, signal.SIGTERM):
+            signal.signal(number, lambda request, _: requests.append(request))
+
+        def is_over() -> bool:
+            return bool(requests) or (end is not None and time.monotonic() >= end)
+        record(self.eye(), given.file, given.fps, is_over)
+
+    def _round_picture(self) -> Any:
+        from qivo_watch.pictures import disc_mask, make_round  # pylint: disable=import-outside-toplevel
+        eye = self.eye()
+        return make_round(eye.look(), disc_mask(eye.size))
+
+    def do_log(self, given: argparse.Namespace) -> None:
+        in_colour = given.color == "always" or (
+            given.color == "auto" and sys.stdout.isatty() and "NO_COLOR" not in os.environ)
+
+        def show(line: str) -> bool:
+            if is_at_least(line, given.level):
+                print(coloured(line) if in_colour else line, flush=True)
+            return False
+        if given.follow:
+            self.client.wait_log(0, show, None)
+        else:
+            for line in self.client.call("ReadLog", "(t)", 0)[1]:
+                show(line)
+
+    def do_wait(self, given: argparse.Namespace) -> None:
+        if given.what == "log":
+            place = self.client.wait_log(self.log_place, lambda line: given.text in line,
+                                         given.timeout)
+            if place is None:
+                raise WatchError(f'no line with "{given.text}" within {given.timeout:g} s')
+            self.log_place = place
+        elif given.what == "exit":
+            self._wait_exit(given.timeout)
+        elif given.what == "still":
+            if not self.eye().wait_still(time.monotonic() + given.timeout):
+                raise WatchError(f"the screen has not come to rest within {given.timeout:g} s")
+        else:
+            before = self._picture or self.eye().look()
+            if self.eye().wait_other(before, time.monotonic() + given.timeout) is None:
+                raise WatchError(f"the screen has not changed within {given.timeout:g} s")
+
+    def _wait_exit(self, seconds: float) -> None:
+        deadline = time.monotonic() + seconds
+        place = self.client.call("ReadLog", "(t)", 0)[0]
+        # The end of an application is a line of the log.
+        while self.client.get("App"):
+            left = deadline - time.monotonic()
+            if left <= 0 or self.client.wait_log(place, lambda _: True, left) is None:
+                raise WatchError(f"{self.client.get('App')} has not ended within {seconds:g} s")
+            place += 1
+        end = self.client.status()["lastEnd"]
+        if end is None:
+            raise WatchError("no application has run")
+        if end["status"] or end["signal"]:
+            raise WatchError(f"{end['app']} " + (
+                f"was killed by {signal.Signals(end['signal']).name}" if end["signal"]
+                else f"ended with status {end['status']}"))
+
+
+def _need_display() -> None:
+    from Xlib import display, error  # pylint: disable=import-outside-toplevel
+    name = os.environ.get("DISPLAY", "")
+    if not name:
+        raise WatchError("no display (DISPLAY is not set): use --headless or --web")
+    try:
+        display.Display(name).close()
+    except (error.DisplayError, OSError, ConnectionError):
+        raise WatchError(f'no display: "{name}" cannot be opened; '
+                         "use --headless or --web") from None
+
+
+def _read_line(descriptor: int) -> str:
+    with os.fdopen(descriptor, "rb") as pipe:
+        ready = select.select([pipe], [], [], START_PATIENCE_S)[0]
+        return pipe.readline().decode("utf-8", "replace").strip() if ready else "it takes too long"
+
+
+def _described(status: dict[str, Any]) -> list[str]:
+    app, battery, clock = status["app"], status["battery"], status["time"]
+    lines = [
+        f"watch     {status['name']}, {status['size']} pixels, screen {status['screen']}",
+        f"app       {app['id'] + ' (process ' + str(app['pid']) + ')' if app else 'none'}",
+        f"battery   {battery['percent']:g} %, {battery['state']}",
+        f"language  {status['language']}",
+        f"time      {clock['now']}{', stands' if clock['frozen'] else ''}",
+        f"bezel     {status['bezel']} detents",
+    ]
+    if status["keysDown"]:
+        lines.append(f"held      {', '.join(status['keysDown'])}")
+    if status["lastEnd"]:
+        end = status["lastEnd"]
+        how = (f"killed by {signal.Signals(end['signal']).name}" if end["signal"]
+               else f"status {end['status']}")
+        lines.append(f"last end  {end['app']}: {how}")
+    if status["web"]:
+        lines.append(f"web       {status['web']}")
+    return lines

@@ -1,0 +1,86 @@
+"""The process above the keeper, which cleans up behind it, however it ended.
+
+It starts the keeper, collects every orphan below it (what the watch's programs have started and
+left), and when the keeper has ended, ends what is left and removes the watch's folder.
+It uses no library that could fail with the watch.
+"""
+
+import contextlib
+import ctypes
+import os
+import signal
+import subprocess
+import sys
+from typing import NoReturn
+
+from qivo_watch.processes import OPTIONS_VARIABLE, STATE_VARIABLE, descendants, spawn
+from qivo_watch.state import Folder
+
+PR_SET_CHILD_SUBREAPER = 36
+KEEPER = "import sys; from qivo_watch.keeper import main; sys.exit(main(sys.argv[1:]))"
+
+
+def start_guard(folder: Folder, lock: int, options: str) -> int:
+    """Starts the guard apart from this process; returns the pipe where the keeper answers.
+
+    The answer is a line: "ready", or what went wrong. options: the watch's, as JSON.
+    """
+    answer, into = os.pipe()
+    child = os.fork()
+    if child == 0:
+        os.close(answer)
+        _become_guard(folder, lock, into, options)
+    os.close(into)
+    os.close(lock)
+    os.waitpid(child, 0)
+    return answer
+
+
+def _become_guard(folder: Folder, lock: int, answer: int, options: str) -> NoReturn:
+    os.setsid()
+    if os.fork() != 0:
+        os._exit(0)
+    status = 1
+    try:
+        os.chdir("/")
+        with open(os.devnull, "r+b") as null:
+            for stream in (0, 1, 2):
+                os.dup2(null.fileno(), stream)
+        _guard(folder, lock, answer, options)
+        status = 0
+    finally:
+        os._exit(status)
+
+
+def _guard(folder: Folder, lock: int, answer: int, options: str) -> None:
+    ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+    # Everybody may read a process's arguments, its user alone the environment.
+    environment = {**os.environ, STATE_VARIABLE: str(folder.path), OPTIONS_VARIABLE: options,
+                   "PYTHONPATH": os.pathsep.join(filter(None, sys.path))}
+    signal.signal(signal.SIGHUP, signal.SIG_IGN)
+    os.set_inheritable(answer, True)
+    keeper = spawn([sys.executable, "-c", KEEPER, folder.name, str(answer)],
+                   environment, end_signal="TERM", pass_fds=[answer],
+                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    os.close(answer)
+    for request in (signal.SIGTERM, signal.SIGINT):
+        signal.signal(request, lambda *_: keeper.send_signal(signal.SIGTERM))
+    _wait_for(keeper.pid)
+    _end_descendants()
+    folder.clear()
+    os.close(lock)
+
+
+def _wait_for(keeper: int) -> None:
+    """Collects orphans until the keeper has ended."""
+    while os.wait()[0] != keeper:
+        pass
+
+
+def _end_descendants() -> None:
+    while victims := descendants(os.getpid()):
+        for victim in victims:
+            with contextlib.suppress(ProcessLookupError):
+                os.kill(victim, signal.SIGKILL)
+        with contextlib.suppress(ChildProcessError):
+            os.wait()

@@ -1,0 +1,48 @@
+"""The hand on the watch: keys, bezel and finger, as events of the nested display."""
+
+from Xlib import X, XK
+
+XK.load_keysym_group("xf86")
+
+KEYS = {"back": XK.string_to_keysym("XF86_Back"), "power": XK.string_to_keysym("XF86_PowerOff")}
+WHEEL = {"ccw": 4, "cw": 5}
+_FINGER = 1
+
+
+class Hand:
+    """Each method returns when the server has the event."""
+
+    def __init__(self, display):
+        self._display = display
+        self._codes = {name: self._code_of(keysym) for name, keysym in KEYS.items()}
+        display.sync()
+
+    def key(self, name: str, is_down: bool) -> None:
+        self._fake(X.KeyPress if is_down else X.KeyRelease, self._codes[name])
+
+    def detent(self, direction: str) -> None:
+        """One notch of the bezel, which is the wheel of the pointer where that is."""
+        self._fake(X.ButtonPress, WHEEL[direction])
+        self._fake(X.ButtonRelease, WHEEL[direction])
+
+    def move(self, x: int, y: int) -> None:
+        self._fake(X.MotionNotify, 0, x, y)
+
+    def finger(self, is_down: bool) -> None:
+        self._fake(X.ButtonPress if is_down else X.ButtonRelease, _FINGER)
+
+    def _fake(self, kind: int, detail: int, x: int = 0, y: int = 0) -> None:
+        self._display.xtest_fake_input(kind, detail, x=x, y=y)
+        self._display.sync()
+
+    def _code_of(self, keysym: int) -> int:
+        """The key's code, which the server's keyboard gets where it has none."""
+        code = self._display.keysym_to_keycode(keysym)
+        if code:
+            return code
+        first, last = self._display.display.info.min_keycode, self._display.display.info.max_keycode
+        mapping = self._display.get_keyboard_mapping(first, last - first + 1)
+        free = next(first + place for place, symbols in enumerate(mapping) if not any(symbols))
+        self._display.change_keyboard_mapping(free, [[keysym]])
+        self._display.sync()
+        return free

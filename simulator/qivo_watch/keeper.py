@@ -1,0 +1,207 @@
+"""The keeper of one watch: starts its parts in order, supervises them, ends with any of them."""
+
+import contextlib
+import json
+import os
+import signal
+import sys
+from typing import Any
+
+from gi.repository import Gio, GLib
+from Xlib.error import ConnectionClosedError
+
+from qivo_watch import bus
+from qivo_watch.clock import parse_time
+from qivo_watch.control import Control
+from qivo_watch.environment import bare_environment, program
+from qivo_watch.errors import UsageError, WatchError
+from qivo_watch.inject import Hand
+from qivo_watch.log import Log
+from qivo_watch.parts import LABELS, PATIENCE_S, Parts
+from qivo_watch.processes import OPTIONS_VARIABLE
+from qivo_watch.screen import Screen
+from qivo_watch.services import Battery, Language, TimeZone
+from qivo_watch.settle import Settler
+from qivo_watch.state import Folder
+from qivo_watch.tasks import Tasks, Until, Work
+from qivo_watch.watch import Watch
+from qivo_watch.web import Web
+
+OWNED = {"home": "com.velmora.QivoWatch.Home", "body": "com.velmora.QivoWatch.Body"}
+
+
+class Keeper:
+    """One run of a watch. ANSWER is where the one who starts it reads "ready", or why not."""
+
+    def __init__(self, folder: Folder, answer: int, options: dict[str, Any]):
+        self._folder = folder
+        self._guard = os.getppid()
+        self._answer: int | None = answer
+        self._options = options
+        self._loop = GLib.MainLoop()
+        self._tasks = Tasks()
+        self._environment = bare_environment(folder)
+        self._host_display = os.environ.get("DISPLAY", "")
+        self._connection: Gio.DBusConnection | None = None
+        self._control: Control | None = None
+        self._owned: set[str] = set()
+        self._is_ending = False
+        self._log = Log(self._on_log)
+        self._watch = Watch(options, self._environment, self._log, self._on_news, self._end)
+        self._parts = Parts(folder, self._environment, self._on_news, self._on_part_end)
+
+    def run(self) -> None:
+        for request in (signal.SIGTERM, signal.SIGINT):
+            GLib.unix_signal_add(GLib.PRIORITY_HIGH, request, self._on_signal)
+        # What a callback of the loop raises would only be printed, to nobody.
+        sys.excepthook = lambda _kind, error, _trace: self._on_error(error)
+        self._tasks.run(self._start(), self._on_started)
+        self._loop.run()
+        if self._connection and not self._connection.is_closed():
+            with contextlib.suppress(GLib.Error):
+                self._connection.flush_sync(None)
+        self._parts.end()
+        if os.getppid() != self._guard:
+            self._folder.clear()
+
+    # Start
+
+    def _start(self) -> Work:
+        size = self._options["size"]
+        server = self._parts.start_server("server", (size, size))
+        daemon = self._parts.start_bus()
+        yield from self._parts.wait_line("bus", daemon)
+        display = yield from self._parts.wait_display("server", server)
+        self._environment["DISPLAY"] = display
+        # This process is a client of the display as well.
+        os.environ["XAUTHORITY"] = str(self._folder.authority)
+        manager = self._parts.start_manager("manager", display)
+        self._equip(display)
+        yield from self._parts.wait_line("manager", manager)
+        self._parts.start("home", [str(program("qivo-watch-home")), "--size", str(size)])
+        web = Web(self._parts, self._folder, self._options) if self._options["web"] else None
+        outer = (yield from web.start_display()) if web else self._host_display
+        self._start_body(display, outer)
+        for name, owned in OWNED.items():
+            yield Until(lambda owned=owned: owned in self._owned, PATIENCE_S,
+                        f"{LABELS[name]} does not start")
+        facts = {"display": display, "web": (yield from web.serve()) if web else None}
+        self._watch.settler.processes = {name: self._parts.processes[name] for name in OWNED}
+        self._watch.facts = facts | {"folder": str(self._folder.path), "processes": {
+            "guard": self._guard, "keeper": os.getpid(), **self._parts.processes}}
+
+    def _equip(self, display: str) -> None:
+        """What can be had once screen and bus are there."""
+        watch, options = self._watch, self._options
+        self._connection = connection = bus.connect(self._folder.bus_address)
+        connection.signal_subscribe(bus.DAEMON[0], bus.DAEMON[2], "NameOwnerChanged", None, None,
+                                    Gio.DBusSignalFlags.NONE, self._on_owner, None)
+        watch.screen = Screen(display, self._on_news)
+        watch.hand = Hand(watch.screen.display)
+        watch.settler = Settler(connection, watch.screen, self._on_news)
+        watch.battery = Battery(connection, options["percent"], options["battery"])
+        watch.language = Language(connection, options["language"])
+        if options["at"]:
+            watch.clock.set(parse_time(options["at"]))
+        TimeZone(connection, lambda: watch.clock.now_ms() * 1000)
+        self._control = Control(connection, watch, self._tasks)
+        watch.object = self._control.object
+        self._control.open()
+
+    def _start_body(self, display: str, outer: str) -> None:
+        environment = dict(self._environment)
+        if self._options["headless"]:
+            environment["ELM_ENGINE"] = "buffer"
+        else:
+            environment["DISPLAY"] = outer
+        command = [str(program("qivo-watch-body")), "--screen", display,
+                   "--size", str(self._options["size"]), "--zoom", f"{self._options['zoom']:g}"]
+        self._parts.start("body", command, environment=environment)
+
+    def _on_started(self, _: Any, error: Exception | None) -> None:
+        if error is None:
+            self._log.say("info", "the watch is ready")
+            self._answer_start("ready")
+        else:
+            known = isinstance(error, (WatchError, UsageError, GLib.Error))
+            self._fail(str(error) if known else repr(error))
+
+    def _answer_start(self, text: str) -> None:
+        if self._answer is not None:
+            with contextlib.suppress(BrokenPipeError):
+                os.write(self._answer, f"{text}\n".encode())
+            os.close(self._answer)
+            self._answer = None
+
+    # Run
+
+    def _on_news(self) -> None:
+        self._watch.look_after_apps()
+        self._tasks.look()
+
+    def _on_log(self) -> None:
+        if self._control:
+            self._control.object.emit("LogGrown", GLib.Variant("(t)", (self._log.count,)))
+
+    def _on_owner(self, _bus: Any, _sender: str, _path: str, _interface: str, _signal: str,
+                  arguments: GLib.Variant, _data: Any) -> None:
+        name, _, owner = arguments.unpack()
+        if owner:
+            self._owned.add(name)
+        else:
+            self._owned.discard(name)
+        self._on_news()
+
+    # End
+
+    def _on_signal(self) -> bool:
+        self._tasks.run(self._watch.stop(), lambda *_: None)
+        return True
+
+    def _on_error(self, error: BaseException) -> None:
+        # The end of the server itself follows, and says more.
+        if not isinstance(error, ConnectionClosedError):
+            self._fail(f"the keeper failed: {error!r}")
+
+    def _on_part_end(self, name: str, what: str) -> None:
+        # A server takes its clients along, and may be seen to end after them.
+        if name in ("server", "bus") or not self._has_lost_server():
+            self._fail(what)
+
+    def _has_lost_server(self) -> bool:
+        """Whether the X server or the bus is gone, as its own end will tell."""
+        if self._connection is None or self._control is None:
+            return False
+        try:
+            self._watch.screen.display.sync()
+            self._connection.call_sync(*bus.DAEMON, "GetId", None, None,
+                                       Gio.DBusCallFlags.NONE, -1, None)
+        except (ConnectionClosedError, OSError, GLib.Error):
+            return True
+        return False
+
+    def _fail(self, what: str) -> None:
+        """Something without which there is no watch has ended: tells it, and ends the rest."""
+        if self._is_ending:
+            return
+        line = " ".join(what.split())
+        self._log.say("error", line)
+        is_start = self._answer is not None
+        self._answer_start(line)
+        if not is_start:
+            with contextlib.suppress(OSError):
+                self._folder.note.write_text(f"{line}\n", encoding="utf-8")
+        self._tasks.fail_all(WatchError(f"the watch has ended: {line}"))
+        self._end()
+
+    def _end(self) -> None:
+        self._is_ending = True
+        self._loop.quit()
+
+
+def main(arguments: list[str]) -> int:
+    """keeper NAME ANSWER-DESCRIPTOR, as the guard calls it."""
+    name, answer = arguments
+    options = json.loads(os.environ.pop(OPTIONS_VARIABLE))
+    Keeper(Folder(name), int(answer), options).run()
+    return 0

@@ -1,0 +1,77 @@
+"""The watch's log: what its programs and the watch itself have said, kept in memory, bounded."""
+
+import collections
+import re
+import time
+from typing import Callable
+
+KEPT_LINES = 20000
+LONGEST_LINE = 4096
+OWN_TAG = "QIVO_WATCH"
+LEVELS = ["debug", "info", "warn", "error"]
+
+_HEAD = re.compile(r"\d\d:\d\d:\d\d\.\d{3} ([DIWE]) ")
+_LETTERS = dict(zip("DIWE", LEVELS))
+_ESCAPE = re.compile(r"\033\[[0-9;]*m")
+_RESET = "\033[0m"
+_FRAME, _ERROR, _WARN, _INFO, _DEBUG = "\033[1;34m", "\033[31m", "\033[1;33m", "\033[1;35m", "\033[2m"
+
+
+class Log:
+    """Lines with numbers from 0 on. The oldest go when there are too many."""
+
+    def __init__(self, on_grown: Callable[[], None]):
+        self._lines: collections.deque[str] = collections.deque(maxlen=KEPT_LINES)
+        self._on_grown = on_grown
+        self.count = 0
+
+    def add(self, line: str) -> None:
+        self._lines.append(printable(line))
+        self.count += 1
+        self._on_grown()
+
+    def say(self, level: str, text: str) -> None:
+        """A line of the watch's own; level: one of LEVELS."""
+        now = time.time()
+        stamp = time.strftime("%H:%M:%S", time.localtime(now))
+        letter = level[0].upper()
+        self.add(f"{stamp}.{int(now * 1000) % 1000:03d} {letter} {OWN_TAG}: {text}")
+
+    def read(self, start: int) -> tuple[int, list[str]]:
+        """The number of the line after the last, and all lines from START on."""
+        first = self.count - len(self._lines)
+        return self.count, list(self._lines)[max(0, start - first):]
+
+
+def printable(line: str) -> str:
+    """The line as a terminal can bear it: without escapes and control characters."""
+    plain = _ESCAPE.sub("", line)[:LONGEST_LINE]
+    return "".join(letter if letter.isprintable() or letter == "\t" else "\ufffd"
+                   for letter in plain)
+
+
+def level_of(line: str) -> str | None:
+    """One of LEVELS; None for a line that was not written through the watch's log."""
+    found = _HEAD.match(line)
+    return _LETTERS[found[1]] if found else None
+
+
+def is_at_least(line: str, level: str) -> bool:
+    """Lines of no level are always wanted: toolkits and sanitizers write them in need."""
+    own = level_of(line)
+    return own is None or LEVELS.index(own) >= LEVELS.index(level)
+
+
+def coloured(line: str) -> str:
+    """The line in the colour of its class: failure, warning, way through a function, the rest."""
+    level = level_of(line)
+    if level is None:
+        return line
+    if line.endswith((" BEGIN >>>>", " END <<<<")):
+        colour = _FRAME
+    else:
+        colour = {"error": _ERROR, "warn": _WARN, "info": _INFO, "debug": _DEBUG}[level]
+    head, arrow, text = line.partition(" > ")
+    if not arrow:
+        head, arrow, text = line.partition(": ")
+    return f"{head}{arrow}{colour}{text}{_RESET}"

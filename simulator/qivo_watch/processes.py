@@ -1,0 +1,90 @@
+"""Processes that do not outlive the watch: started so, found again, ended."""
+
+import contextlib
+import os
+import pathlib
+import signal
+import subprocess
+import time
+from typing import Iterator
+
+STATE_VARIABLE = "QIVO_WATCH_FOLDER"
+"""Names the watch's folder in the environment of each process that belongs to the watch."""
+
+OPTIONS_VARIABLE = "QIVO_WATCH_OPTIONS"
+"""Tells the keeper how the watch was started, as JSON."""
+
+GRACE_S = 3.0
+"""Seconds within which processes that were killed are gone."""
+
+
+def spawn(command: list[str], environment: dict[str, str], end_signal: str = "KILL",
+          **options) -> subprocess.Popen:
+    """Starts a process in a group of its own, which ends with the thread that calls.
+
+    end_signal: what it gets when that thread ends.
+    """
+    return subprocess.Popen(
+        ["setpriv", "--pdeathsig", end_signal, "--", *command], env=environment,
+        start_new_session=True, **{"stdin": subprocess.DEVNULL, **options})
+
+
+def end_of(status: int) -> str:
+    """What to say of a process's end: "ended with status 3", "was killed by SIGSEGV"."""
+    if status >= 0:
+        return f"ended with status {status}"
+    try:
+        return f"was killed by {signal.Signals(-status).name}"
+    except ValueError:
+        return f"was killed by signal {-status}"
+
+
+def kill_group(leader: int) -> None:
+    """Ends all that a process has started in its group, and itself."""
+    with contextlib.suppress(ProcessLookupError, PermissionError):
+        os.killpg(leader, signal.SIGKILL)
+
+
+def descendants(ancestor: int) -> list[int]:
+    """The living processes below one, in no order."""
+    parents: dict[int, list[int]] = {}
+    for process in _all():
+        with contextlib.suppress(OSError, ValueError, IndexError):
+            fields = pathlib.Path(f"/proc/{process}/stat").read_text().rpartition(")")[2].split()
+            if fields[0] != "Z":
+                parents.setdefault(int(fields[1]), []).append(process)
+    found, open_ends = [], [ancestor]
+    while open_ends:
+        children = parents.get(open_ends.pop(), [])
+        found += children
+        open_ends += children
+    return found
+
+
+def kill_all_of(folder: pathlib.Path) -> None:
+    """Ends every process that belongs to the watch of this folder but the caller."""
+    mark = f"{STATE_VARIABLE}={folder}".encode()
+    deadline = time.monotonic() + GRACE_S
+    while victims := [process for process in _all() if _has(process, mark)]:
+        for process in victims:
+            with contextlib.suppress(ProcessLookupError, PermissionError):
+                os.kill(process, signal.SIGKILL)
+        if time.monotonic() > deadline:
+            return
+        time.sleep(0.001)
+
+
+def _all() -> Iterator[int]:
+    for entry in os.listdir("/proc"):
+        if entry.isdigit():
+            yield int(entry)
+
+
+def _has(process: int, mark: bytes) -> bool:
+    if process == os.getpid():
+        return False
+    try:
+        with open(f"/proc/{process}/environ", "rb") as environment:
+            return mark in environment.read().split(b"\0")
+    except OSError:
+        return False

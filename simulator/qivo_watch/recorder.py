@@ -1,0 +1,111 @@
+"""A run of the watch as an animated picture; ffmpeg does the work."""
+
+import os
+import pathlib
+import shutil
+import subprocess
+import threading
+import time
+from typing import Callable
+
+import Xlib.error
+
+from qivo_watch.errors import UsageError, WatchError
+from qivo_watch.pictures import Eye, disc_mask, make_round
+
+FORMATS = {
+    ".gif": ["-filter_complex",
+             "split[a][b];[a]palettegen=reserve_transparent=1[p];[b][p]paletteuse",
+             "-loop", "0", "-f", "gif"],
+    ".apng": ["-plays", "0", "-f", "apng"],
+    ".png": ["-plays", "0", "-f", "apng"],
+    ".webp": ["-c:v", "libwebp_anim", "-lossless", "1", "-loop", "0", "-f", "webp"],
+    ".mp4": ["-filter_complex", "color=black,format=rgba[c];[c][0]scale2ref[c][v];"
+             "[c][v]overlay=shortest=1,format=yuv420p", "-movflags", "+faststart", "-f", "mp4"],
+}
+END_PATIENCE_S = 120
+
+
+def check_file(file: str) -> None:
+    if pathlib.Path(file).suffix.lower() not in FORMATS:
+        raise UsageError(f'"{file}" is of no kind that can be recorded ({" ".join(FORMATS)})')
+
+
+def record(eye: Eye, file: str, rate: int, is_over: Callable[[], bool]) -> None:
+    """Records until is_over(), which is asked between two frames; the file is there then."""
+    check_file(file)
+    if not shutil.which("ffmpeg"):
+        raise WatchError("ffmpeg is not installed (package ffmpeg)")
+    part = f"{file}.part"
+    command = ["ffmpeg", "-v", "error", "-y", "-f", "rawvideo", "-pix_fmt", "rgba",
+               "-s", f"{eye.size}x{eye.size}", "-r", str(rate), "-i", "-",
+               *FORMATS[pathlib.Path(file).suffix.lower()], part]
+    # Ctrl-C is for the recording, which then ends in order, and ffmpeg with it.
+    with subprocess.Popen(command, stdin=subprocess.PIPE, stderr=subprocess.PIPE,
+                          start_new_session=True) as encoder:
+        try:
+            _feed(eye, encoder, rate, is_over)
+        finally:
+            _, complaint = encoder.communicate(timeout=END_PATIENCE_S)
+    if encoder.returncode != 0:
+        pathlib.Path(part).unlink(missing_ok=True)
+        lines = complaint.decode("utf-8", "replace").strip().splitlines() or ["ffmpeg failed"]
+        raise WatchError(f'cannot record "{file}": {lines[-1]}')
+    os.replace(part, file)
+
+
+def _feed(eye: Eye, encoder: subprocess.Popen, rate: int, is_over: Callable[[], bool]) -> None:
+    """Writes a frame for each moment of the rate; the last one again for a moment missed."""
+    mask = disc_mask(eye.size)
+    begin = time.monotonic()
+    written = 0
+    picture = eye.look()
+    frame = make_round(picture, mask).tobytes()
+    while not is_over() or written == 0:
+        due = int((time.monotonic() - begin) * rate) + 1
+        try:
+            for _ in range(written, due):
+                encoder.stdin.write(frame)
+        except BrokenPipeError:
+            return
+        written = due
+        other = eye.wait_other(picture, begin + written / rate)
+        left = begin + written / rate - time.monotonic()
+        if left > 0:
+            time.sleep(left)
+        if other is not None:
+            picture = eye.look()
+            frame = make_round(picture, mask).tobytes()
+
+
+class Recording:
+    """A recording beside other work; it has its first frame when it is made."""
+
+    def __init__(self, eye: Eye, file: str, rate: int):
+        self._end = threading.Event()
+        self._news = threading.Event()
+        self._error: WatchError | None = None
+        self._thread = threading.Thread(target=self._record, args=(eye, file, rate))
+        self._thread.start()
+        self._news.wait()
+
+    def finish(self) -> None:
+        """Ends it, and fails when it has failed."""
+        self._end.set()
+        self._thread.join()
+        if self._error:
+            raise self._error
+
+    def _record(self, eye: Eye, file: str, rate: int) -> None:
+        try:
+            record(eye, file, rate, self._is_over)
+        except (WatchError, Xlib.error.ConnectionClosedError) as error:
+            self._error = error if isinstance(error, WatchError) else WatchError(
+                "the watch ended while it was recorded")
+        finally:
+            self._news.set()
+            eye.close()
+
+    def _is_over(self) -> bool:
+        self._news.set()
+        return self._end.is_set()

@@ -1,0 +1,117 @@
+"""Replays: plain text files of the watch's commands, read whole before the first is carried out.
+
+A line is a command as on the command line, without "qivo-watch"; "#" begins a comment. Words are
+quoted as in a shell.
+"""
+
+import argparse
+import contextlib
+import pathlib
+import shlex
+from typing import NamedTuple
+
+from qivo_watch.arguments import Grammar
+from qivo_watch.commands import Session
+from qivo_watch.errors import UsageError, WatchError
+from qivo_watch.recorder import Recording, check_file
+
+_END_RECORD = ["record", "stop"]
+_WITHOUT_PICTURE = {"start", "stop", "wait", "status", "log"}
+
+
+class Step(NamedTuple):
+    """One command. GIVEN is None for the end of a recording."""
+
+    line: int
+    words: list[str]
+    given: argparse.Namespace | None
+
+
+def read(file: pathlib.Path) -> list[Step]:
+    try:
+        text = file.read_text(encoding="utf-8")
+    except (OSError, UnicodeDecodeError) as error:
+        reason = getattr(error, "strerror", None) or "it is not UTF-8"
+        raise UsageError(f'cannot read "{file}": {reason}') from None
+    grammar = Grammar(is_replay=True)
+    steps = []
+    for number, line in enumerate(text.splitlines(), 1):
+        try:
+            words = shlex.split(line, comments=True)
+            if words:
+                steps.append(Step(number, words, _parse(grammar, words)))
+        except (UsageError, ValueError) as error:
+            raise UsageError(f"{file}:{number}: {error}") from None
+    return steps
+
+
+def _parse(grammar: Grammar, words: list[str]) -> argparse.Namespace | None:
+    if words == _END_RECORD:
+        return None
+    if "-h" in words or "--help" in words:
+        raise UsageError("a replay has no use for --help")
+    given = grammar.parse(words)
+    if given.verb == "record":
+        check_file(given.file)
+        if given.duration is not None:
+            raise UsageError("a replay records until its end or `record stop`, not for a time")
+    return given
+
+
+def play(file: pathlib.Path, name: str, is_update: bool) -> None:
+    """Carries out a replay; the first command that fails ends it."""
+    steps = read(file)
+    with contextlib.closing(_Player(file, name, is_update)) as player:
+        for step in steps:
+            try:
+                player.take(step)
+            except (WatchError, UsageError) as error:
+                raise WatchError(
+                    f"{file}:{step.line}: {shlex.join(step.words)}: {error}") from None
+
+
+class _Player:
+    """Carries out steps in one session, and records beside it."""
+
+    def __init__(self, file: pathlib.Path, name: str, is_update: bool):
+        self._session = Session(name, file.parent)
+        self._session.is_update = is_update
+        self._recording: Recording | None = None
+        self._has_begun = False
+
+    def take(self, step: Step) -> None:
+        if step.given is None:
+            if not self._recording:
+                raise WatchError("nothing is recorded")
+            self._end_recording()
+        elif step.given.verb == "record":
+            self._record(step.given)
+        else:
+            self._begin(step.given.verb)
+            self._session.run(step.given)
+
+    def close(self) -> None:
+        try:
+            if self._recording:
+                self._end_recording()
+        finally:
+            self._session.close()
+
+    def _begin(self, verb: str) -> None:
+        if verb == "stop" and self._recording:
+            self._end_recording()
+        if not self._has_begun and verb != "start":
+            # Lines that were there before do not count for the replay's waits.
+            self._session.log_place = self._session.client.call("ReadLog", "(t)", 0)[0]
+        self._has_begun = True
+        if verb not in _WITHOUT_PICTURE:
+            self._session.remember_picture()
+
+    def _record(self, given: argparse.Namespace) -> None:
+        if self._recording:
+            raise WatchError("a recording is under way")
+        self._recording = Recording(self._session.open_eye(), given.file, given.fps)
+
+    def _end_recording(self) -> None:
+        recording, self._recording = self._recording, None
+        recording.finish()

@@ -1,0 +1,87 @@
+"""How it is seen that a program has taken what was sent to it.
+
+A program answers a ping of its window in the order of its X events, and one over the bus in the
+order of its messages. The second is read in a later turn of its loop than the first was, so a
+program that answers both has done what the first had queued: callbacks, a pause, an exit.
+"""
+
+from typing import Any
+
+from gi.repository import Gio, GLib
+
+from qivo_watch.apps import App
+from qivo_watch.bus import DAEMON, process_of
+from qivo_watch.errors import WatchError
+from qivo_watch.processes import end_of
+from qivo_watch.screen import Screen
+from qivo_watch.tasks import Until, Work
+
+PATIENCE_S = 10.0
+_PEER = "org.freedesktop.DBus.Peer"
+
+
+class Settler:
+    """Follows who is on the bus, and asks programs for their answers."""
+
+    def __init__(self, connection: Gio.DBusConnection, screen: Screen, on_news):
+        self.processes: dict[str, int] = {}
+        """What the watch has started, by name; the keeper's to fill."""
+        self._connection = connection
+        self._screen = screen
+        self._on_news = on_news
+
+    def settle(self, app: App | None) -> Work:
+        """Waits for the application, or without one for the home face. An application that ends
+        well has taken it too; one that crashes makes the verb fail."""
+        if app is None:
+            yield from self._settle_process(self.processes["home"], "the home face", None)
+        elif app.is_running:
+            yield from self._settle_process(app.pid, app.name, app)
+
+    def settle_if_covered(self, app: App) -> Work:
+        """Waits for what an application does that has lowered its window, if it has."""
+        window = self._screen.window_of(app.pid) if app.is_running else None
+        if window is None:
+            return
+        self._screen.ask_manager(window)
+        yield Until(lambda: self._screen.manager_answered(window) or not app.is_running,
+                    PATIENCE_S, "the window manager does not answer")
+        if app.is_running and self._screen.top_process() != app.pid:
+            yield from self.settle(app)
+
+    def settle_services(self) -> Work:
+        """Waits until every program on the watch has read what the services have told."""
+        wanted = set(self.processes.values())
+        yield from self._ping_bus(lambda process: process in wanted, "a program on the watch", None)
+
+    def _settle_process(self, process: int, who: str, app: App | None) -> Work:
+        window = self._screen.window_of(process)
+        serial = self._screen.ping(window) if window else 0
+        yield Until(lambda: self._screen.has_answered(serial) or _has_ended(app), PATIENCE_S,
+                    f"{who} does not answer")
+        yield from self._ping_bus(lambda owner: owner == process, who, app)
+        if app and app.has_failed:
+            raise WatchError(f"{who} {end_of(app.status or 0)}")
+
+    def _ping_bus(self, is_wanted, who: str, app: App | None) -> Work:
+        names = self._connection.call_sync(*DAEMON, "ListNames", None, None,
+                                           Gio.DBusCallFlags.NONE, -1, None).unpack()[0]
+        asked = {name for name in names
+                 if name.startswith(":") and is_wanted(process_of(self._connection, name))}
+
+        def answered(connection: Gio.DBusConnection, result: Any, name: str) -> None:
+            try:
+                connection.call_finish(result)
+            except GLib.Error:
+                pass  # One that has gone has nothing left to do.
+            asked.discard(name)
+            self._on_news()
+
+        for name in list(asked):
+            self._connection.call(name, "/", _PEER, "Ping", None, None, Gio.DBusCallFlags.NONE,
+                                  round(PATIENCE_S * 2000), None, answered, name)
+        yield Until(lambda: not asked or _has_ended(app), PATIENCE_S, f"{who} does not answer")
+
+
+def _has_ended(app: App | None) -> bool:
+    return app is not None and not app.is_running

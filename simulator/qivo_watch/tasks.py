@@ -1,0 +1,94 @@
+"""Work that waits: a generator that yields what it waits for, run by the main loop.
+
+    def press(self):
+        inject_press()
+        yield Until(lambda: self.is_pressed, 5, "the key does not go down")
+        return "pressed"
+
+Whatever may have made a condition true calls Tasks.look(): nothing is asked again and again.
+"""
+
+from typing import Any, Callable, Generator
+
+from gi.repository import GLib
+
+from qivo_watch.errors import WatchError
+
+
+class Until:
+    """Goes on when CONDITION() is true; fails with COMPLAINT after SECONDS."""
+
+    def __init__(self, condition: Callable[[], Any], seconds: float, complaint: str):
+        self.condition = condition
+        self.seconds = seconds
+        self.complaint = complaint
+
+
+class Pause:
+    """Goes on after a time that the user has asked for."""
+
+    def __init__(self, milliseconds: float):
+        self.milliseconds = milliseconds
+
+
+Work = Generator[Any, None, Any]
+Done = Callable[[Any, Exception | None], None]
+
+
+class Tasks:
+    """The generators at work, each until it returns or fails."""
+
+    def __init__(self) -> None:
+        self._waiting: dict[object, tuple[Until, Callable[[Exception | None], None]]] = {}
+        self._is_looking = False
+        self._is_look_due = False
+
+    def run(self, work: Work, done: Done) -> None:
+        """Starts a generator; DONE gets its result, or what it raised."""
+        self._go_on(work, done, None)
+
+    def look(self) -> None:
+        """Something has happened: asks every condition that is waited for."""
+        self._is_look_due = True
+        if self._is_looking:
+            return
+        self._is_looking = True
+        while self._is_look_due:
+            self._is_look_due = False
+            for key in list(self._waiting):
+                if key in self._waiting and self._waiting[key][0].condition():
+                    self._waiting.pop(key)[1](None)
+        self._is_looking = False
+
+    def fail_all(self, error: Exception) -> None:
+        """Ends all that waits."""
+        for key in list(self._waiting):
+            if key in self._waiting:
+                self._waiting.pop(key)[1](error)
+
+    def _go_on(self, work: Work, done: Done, error: Exception | None) -> None:
+        try:
+            wanted = work.throw(error) if error else next(work)
+        except StopIteration as end:
+            done(end.value, None)
+        except Exception as failure:  # pylint: disable=broad-except
+            done(None, failure)
+        else:
+            self._wait(wanted, lambda problem: self._go_on(work, done, problem))
+
+    def _wait(self, wanted: Until | Pause, go_on: Callable[[Exception | None], None]) -> None:
+        if isinstance(wanted, Pause):
+            GLib.timeout_add(max(0, round(wanted.milliseconds)), lambda: go_on(None) or False)
+            return
+        if wanted.condition():
+            go_on(None)
+            return
+        key = object()
+        self._waiting[key] = (wanted, go_on)
+        GLib.timeout_add(round(wanted.seconds * 1000), self._expire, key)
+
+    def _expire(self, key: object) -> bool:
+        if key in self._waiting:
+            wanted, go_on = self._waiting.pop(key)
+            go_on(None if wanted.condition() else WatchError(wanted.complaint))
+        return False

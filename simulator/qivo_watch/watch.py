@@ -1,0 +1,275 @@
+"""What the watch does as a watch: its keys, screen, bezel, battery, language, clock, applications.
+
+Each verb is a generator for Tasks, refuses what cannot be, and returns when its effect is seen.
+"""
+
+from typing import Any
+
+from qivo_watch.apps import App, locate, request_arguments
+from qivo_watch.bus import BusObject
+from qivo_watch.clock import Clock, format_time
+from qivo_watch.errors import WatchError
+from qivo_watch.inject import KEYS, WHEEL, Hand
+from qivo_watch.log import Log
+from qivo_watch.processes import end_of
+from qivo_watch.screen import Screen
+from qivo_watch.services import Battery, Language
+from qivo_watch.settle import Settler
+from qivo_watch.tasks import Pause, Until, Work
+
+PATIENCE_S = 10.0
+"""Seconds for an effect to be seen; a sanitized application on a busy machine is slow."""
+
+LAUNCH_PATIENCE_S = 30.0
+
+END_PATIENCE_S = 3.0
+"""Seconds that an application gets to end by itself when the watch is stopped."""
+
+FINGER_STEP_MS = 10
+MOST_DETENTS = 1000
+MOST_CLICKS = 100
+LONGEST_MS = 60_000
+
+
+class Watch:
+    """The state of one watch. The keeper gives it what it stands on."""
+
+    screen: Screen
+    hand: Hand
+    settler: Settler
+    battery: Battery
+    language: Language
+    object: BusObject
+
+    def __init__(self, options: dict[str, Any], environment: dict[str, str], log: Log, on_news,
+                 on_stop):
+        self.size: int = options["size"]
+        self.options = options
+        self.environment = environment
+        self.log = log
+        self.clock = Clock()
+        self.is_on = True
+        self.bezel_position = 0
+        self.pressed = {name: False for name in KEYS}
+        self.apps: list[App] = []
+        self.last_end: dict[str, Any] | None = None
+        self.facts: dict[str, Any] = {}
+        self._on_news = on_news
+        self._on_stop = on_stop
+
+    # Applications
+
+    @property
+    def app(self) -> App | None:
+        """The application that was started last, of those that run."""
+        return self.apps[-1] if self.apps else None
+
+    def look_after_apps(self) -> None:
+        """Forgets the applications that have ended."""
+        for app in [known for known in self.apps if not known.is_running]:
+            self.apps.remove(app)
+            status = app.status or 0
+            self.last_end = {"app": app.name, "status": max(status, 0),
+                             "signal": max(-status, 0)}
+            self._tell_app()
+
+    def launch(self, name: str, operation: str, extra: dict[str, str]) -> Work:
+        app_id, program = locate(name)
+        self._need_screen()
+        before = self.app
+        command = [str(program), *request_arguments(operation, extra)]
+        environment = self.environment | {"LANG": self.language.name}
+        app = App(app_id, command, environment, self.log, self._on_news)
+        if any(known.name == app_id for known in self.apps):
+            yield from self._hand_over(app)
+            return
+        self.apps.append(app)
+        self._tell_app()
+        yield Until(lambda: app.has_frame or not app.is_running, LAUNCH_PATIENCE_S,
+                    f"{app_id} has drawn nothing within {LAUNCH_PATIENCE_S:g} s")
+        if not app.has_frame:
+            raise WatchError(f"{app_id} {end_of(app.status or 0)} before it had drawn anything")
+        if before:
+            yield from self.settler.settle(before)
+
+    def _hand_over(self, second: App) -> Work:
+        """A second process of an application hands its request to the first, and ends."""
+        yield Until(lambda: not second.is_running, LAUNCH_PATIENCE_S,
+                    f"{second.name} runs, and takes no request")
+        if second.status:
+            raise WatchError(f"{second.name} runs, and has not taken the request")
+
+    def _tell_app(self) -> None:
+        self.object.set(App=self.app.name if self.app else "")
+
+    # Keys
+
+    def button(self, action: str, key: str, duration: int, count: int, interval: int) -> Work:
+        if key not in KEYS:
+            raise WatchError(f'"{key}" is no key ({", ".join(KEYS)})')
+        _within("count", count, 1, MOST_CLICKS)
+        _within("duration", duration, 0, LONGEST_MS)
+        _within("interval", interval, 0, LONGEST_MS)
+        if action == "push":
+            yield from self._push(key)
+        elif action == "release":
+            yield from self._release(key)
+        elif action == "click":
+            for turn in range(count):
+                if turn:
+                    yield Pause(interval)
+                yield from self._push(key)
+                yield Pause(duration)
+                yield from self._release(key)
+        else:
+            raise WatchError(f'"{action}" is nothing to do with a key (click, push, release)')
+
+    def _push(self, key: str) -> Work:
+        if self.pressed[key]:
+            raise WatchError(f"the {key} key is down already")
+        if key == "back":
+            self._need_screen()
+        self._show_key(key, True)
+        if self.is_on:
+            self.hand.key(key, True)
+            yield from self.settler.settle(self.app)
+
+    def _release(self, key: str) -> Work:
+        if not self.pressed[key]:
+            raise WatchError(f"the {key} key is not down")
+        self._show_key(key, False)
+        app = self.app
+        if self.is_on:
+            self.hand.key(key, False)
+            yield from self.settler.settle(app)
+        if key == "power":
+            yield from self._switch_screen()
+        elif app:
+            yield from self.settler.settle_if_covered(app)
+
+    def _show_key(self, key: str, is_down: bool) -> None:
+        self.pressed[key] = is_down
+        self.object.set(**{f"{key.capitalize()}Pressed": is_down})
+
+    def _switch_screen(self) -> Work:
+        wanted = not self.is_on
+        self.is_on = wanted
+        self.object.set(ScreenOn=wanted)
+        yield Until(lambda: self.screen.is_black() != wanted, PATIENCE_S,
+                    f"the screen does not turn {'on' if wanted else 'off'}")
+        for app in list(self.apps):
+            yield from self.settler.settle(app)
+
+    def _need_screen(self) -> None:
+        if not self.is_on:
+            raise WatchError("the screen is off (button click power wakes it)")
+
+    # Bezel and finger
+
+    def bezel(self, direction: str, count: int, interval: int) -> Work:
+        if direction not in WHEEL:
+            raise WatchError(f'"{direction}" is no way to turn (cw, ccw)')
+        _within("count", count, 1, MOST_DETENTS)
+        _within("interval", interval, 0, LONGEST_MS)
+        self._need_screen()
+        for turn in range(count):
+            if turn and interval:
+                yield Pause(interval)
+            self.hand.detent(direction)
+            self.bezel_position += 1 if direction == "cw" else -1
+            self.object.set(BezelPosition=self.bezel_position)
+        yield from self.settler.settle(self.app)
+
+    def touch(self, x: int, y: int) -> Work:
+        yield from self.swipe(x, y, x, y, 0)
+
+    def swipe(self, x1: int, y1: int, x2: int, y2: int, duration: int) -> Work:
+        for x, y in ((x1, y1), (x2, y2)):
+            self._need_on_screen(x, y)
+        _within("duration", duration, 0, LONGEST_MS)
+        self._need_screen()
+        app = self.app
+        self.hand.move(x1, y1)
+        self.hand.finger(True)
+        steps = duration // FINGER_STEP_MS
+        for step in range(1, steps + 1):
+            yield Pause(FINGER_STEP_MS)
+            self.hand.move(x1 + (x2 - x1) * step // steps, y1 + (y2 - y1) * step // steps)
+        self.hand.move(x2, y2)
+        self.hand.finger(False)
+        yield from self.settler.settle(app)
+
+    def _need_on_screen(self, x: int, y: int) -> None:
+        radius = self.size / 2
+        if (x + 0.5 - radius) ** 2 + (y + 0.5 - radius) ** 2 > radius ** 2:
+            raise WatchError(f"{x},{y} is outside of the round screen of {self.size} pixels")
+
+    # Services
+
+    def set_battery(self, percent: float, state: str) -> Work:
+        self.battery.set(percent, state)
+        self.object.set(Charging=state == "charging", Percentage=percent)
+        yield from self.settler.settle_services()
+
+    def set_language(self, name: str) -> Work:
+        self.language.set(name)
+        self.object.set(Language=self.language.name)
+        yield from self.settler.settle_services()
+
+    def set_time(self, milliseconds: int) -> Work:
+        self.clock.set(milliseconds)
+        yield from self._tell_time()
+
+    def set_time_frozen(self, is_frozen: bool) -> Work:
+        if is_frozen == self.clock.is_frozen:
+            raise WatchError("the clock stands already" if is_frozen else "the clock goes already")
+        if is_frozen:
+            self.clock.freeze()
+        else:
+            self.clock.thaw()
+        yield from self._tell_time()
+
+    def _tell_time(self) -> Work:
+        self.object.tell(Time=self.clock.now_ms(), TimeFrozen=self.clock.is_frozen)
+        yield from self.settler.settle_services()
+
+    # The whole
+
+    def stop(self) -> Work:
+        """Ends the applications as a watch does; the rest ends with the keeper."""
+        for app in list(self.apps):
+            app.ask_to_end()
+        try:
+            yield Until(lambda: not self.apps, END_PATIENCE_S, "an application does not end")
+        except WatchError:
+            for app in list(self.apps):
+                app.kill()
+        self._on_stop()
+
+    def properties(self) -> dict[str, Any]:
+        """The first values on the bus."""
+        return {"ScreenOn": True, "BezelPosition": 0, "BackPressed": False, "PowerPressed": False,
+                "Charging": self.battery.state == "charging", "Percentage": self.battery.percent,
+                "Language": self.language.name, "App": "", "Time": self.clock.now_ms,
+                "TimeFrozen": False}
+
+    def status(self) -> dict[str, Any]:
+        """What `status --json` shows; docs/watch.md describes it."""
+        app = self.app
+        return {
+            "name": self.options["name"], "running": True,
+            "size": self.size, "zoom": self.options["zoom"], **self.facts,
+            "screen": "on" if self.is_on else "off",
+            "app": {"id": app.name, "pid": app.pid} if app else None,
+            "lastEnd": self.last_end,
+            "battery": {"percent": self.battery.percent, "state": self.battery.state},
+            "language": self.language.name,
+            "time": {"now": format_time(self.clock.now_ms()), "frozen": self.clock.is_frozen},
+            "bezel": self.bezel_position,
+            "keysDown": [name for name, is_down in self.pressed.items() if is_down],
+        }
+
+
+def _within(what: str, value: int, least: int, most: int) -> None:
+    if not least <= value <= most:
+        raise WatchError(f"{value} is no {what} ({least} to {most})")

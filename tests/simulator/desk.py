@@ -1,0 +1,77 @@
+"""A desk for one test: a place of its own for watches, and the command that drives them."""
+
+import json
+import os
+import pathlib
+import subprocess
+import tempfile
+
+BUILD = pathlib.Path(os.environ["BUILD_DIR"])
+QIVO_WATCH = BUILD / "simulator" / "qivo-watch"
+GUIDE = "com.velmora.qivo-guide-app"
+PATIENCE_S = 120
+"""Seconds for any command; a sanitized build on a busy machine is slow."""
+
+
+class Desk:
+    """Context manager: ends every watch that was started on it, and shows that nothing is left."""
+
+    def __init__(self, display=None):
+        self._folder = None
+        self._display = display
+        self.runtime = None
+        self.environment = {}
+
+    def __enter__(self):
+        # A short path: sockets lie in it.
+        self._folder = tempfile.TemporaryDirectory(prefix="desk-")
+        self.runtime = pathlib.Path(self._folder.name)
+        unwanted = ("DISPLAY", "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS")
+        self.environment = {key: value for key, value in os.environ.items()
+                            if key not in unwanted} | {"XDG_RUNTIME_DIR": str(self.runtime)}
+        if self._display:
+            self.environment["DISPLAY"] = self._display
+        return self
+
+    def __exit__(self, *_):
+        for folder in self.runtime.glob("qivo-watch/*/"):
+            self.run("--name", folder.name, "stop")
+        left = self.processes()
+        self._folder.cleanup()
+        assert not left, left
+
+    def command(self, *words):
+        return [str(QIVO_WATCH), *map(str, words)]
+
+    def run(self, *words):
+        """Carries out a command, whatever comes of it."""
+        return subprocess.run(self.command(*words), env=self.environment, capture_output=True,
+                              text=True, timeout=PATIENCE_S, stdin=subprocess.DEVNULL)
+
+    def do(self, *words):
+        """Carries out a command that must succeed in silence; returns what it printed."""
+        result = self.run(*words)
+        assert (result.returncode, result.stderr) == (0, ""), (words, result)
+        return result.stdout
+
+    def refused(self, *words, status=1):
+        """Carries out a command that must fail with one line; returns the line."""
+        result = self.run(*words)
+        assert (result.returncode, result.stdout) == (status, ""), (words, result)
+        assert result.stderr.count("\n") == 1 and result.stderr.startswith("qivo-watch: "), result
+        return result.stderr.strip()
+
+    def status(self, *words):
+        return json.loads(self.do(*words, "status", "--json"))
+
+    def processes(self):
+        """Ids and command lines of all that belong to this desk's watches."""
+        mark = f"QIVO_WATCH_FOLDER={self.runtime}".encode()
+        found = {}
+        for folder in pathlib.Path("/proc").glob("[0-9]*"):
+            try:
+                if mark in (folder / "environ").read_bytes():
+                    found[int(folder.name)] = (folder / "cmdline").read_bytes()
+            except OSError:
+                continue
+        return found

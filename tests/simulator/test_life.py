@@ -1,0 +1,200 @@
+"""A watch's beginning and end: starts, several at once, crashes, and what is left behind: nothing."""
+
+import os
+import pathlib
+import signal
+import subprocess
+
+import pytest
+from Xlib import X
+from Xlib import display as xlib
+from Xlib.protocol import event
+
+from simulator.desk import GUIDE, Desk
+from support.bus import wait_until
+from support.display import Display
+
+PARTS = ["server", "bus", "manager", "home", "body"]
+
+
+@pytest.fixture(name="desk")
+def _desk():
+    with Desk() as desk:
+        yield desk
+
+
+def kill(pid, number=signal.SIGKILL):
+    os.kill(pid, number)
+
+
+def close_window(display_name):
+    """As a desktop closes a window on its user's click."""
+    display = xlib.Display(display_name)
+    root = display.screen().root
+    windows = root.get_full_property(display.get_atom("_NET_CLIENT_LIST"), X.AnyPropertyType)
+    close = event.ClientMessage(
+        window=display.create_resource_object("window", windows.value[0]),
+        client_type=display.get_atom("_NET_CLOSE_WINDOW"), data=(32, [X.CurrentTime, 2, 0, 0, 0]))
+    root.send_event(close, event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
+    display.sync()
+    display.close()
+
+
+def wait_nothing_left(desk):
+    wait_until(lambda: not desk.processes(), "the end of all processes")
+
+
+def memory_kb(pid):
+    status = pathlib.Path(f"/proc/{pid}/status").read_text(encoding="utf-8")
+    return int(status.partition("VmRSS:")[2].split()[0])
+
+
+def open_files(pid):
+    return len(list(pathlib.Path(f"/proc/{pid}/fd").iterdir()))
+
+
+def test_a_stopped_watch_leaves_no_process_and_no_file(desk):
+    desk.do("start", "--headless")
+    desk.do("launch")
+    assert desk.processes()
+    desk.do("stop")
+    assert not desk.processes()
+    assert not list(desk.runtime.iterdir())
+    assert "does not run" in desk.refused("stop")
+
+
+@pytest.mark.parametrize("verb", [["status"], ["launch"], ["bezel", "cw"], ["log"],
+                                  ["screenshot", "x.png"], ["wait", "still"]])
+def test_without_a_watch_a_command_says_so(desk, verb):
+    assert 'the watch "watch" does not run (qivo-watch start starts it)' in desk.refused(*verb)
+
+
+def test_a_name_that_runs_is_not_started_again_and_another_one_is(desk):
+    desk.do("start", "--headless", "--language", "ko_KR", "--charging", "--at", "07:00")
+    assert 'the watch "watch" runs already' in desk.refused("start", "--headless")
+    desk.do("--name", "second", "start", "--headless", "--size", "390")
+    first, second = desk.status(), desk.status("--name", "second")
+    assert (first["language"], first["battery"]["state"], first["size"]) == (
+        "ko_KR.UTF-8", "charging", 360)
+    assert "T07:0" in first["time"]["now"]
+    assert (second["language"], second["battery"]["state"], second["size"]) == (
+        "en_US.UTF-8", "discharging", 390)
+    desk.do("--name", "second", "bezel", "ccw", "2")
+    assert (desk.status()["bezel"], desk.status("--name", "second")["bezel"]) == (0, -2)
+    desk.do("--name", "second", "stop")
+    assert desk.status()["running"]
+
+
+def test_what_a_dead_watch_has_left_is_ended_by_the_next_start(desk):
+    desk.do("start", "--headless")
+    before = desk.processes()
+    keeper, guard = (desk.status()["processes"][name] for name in ("keeper", "guard"))
+    kill(guard, signal.SIGSTOP)
+    kill(keeper, signal.SIGSTOP)
+    kill(guard)
+    assert desk.runtime.joinpath("qivo-watch", "watch").is_dir()
+    desk.do("start", "--headless")
+    assert not set(before) & set(desk.processes())
+    assert desk.status()["app"] is None
+
+
+@pytest.mark.parametrize("part", PARTS)
+def test_a_part_that_dies_is_named_and_everything_ends(desk, part):
+    desk.do("start", "--headless")
+    desk.do("launch")
+    kill(desk.status()["processes"][part])
+    wait_nothing_left(desk)
+    complaint = desk.refused("status")
+    assert 'the watch "watch" has ended: the ' in complaint and "was killed by SIGKILL" in complaint
+    assert not list(desk.runtime.iterdir())
+
+
+def test_a_command_at_work_is_told_that_the_watch_has_ended(desk):
+    desk.do("start", "--headless")
+    with subprocess.Popen(desk.command("button", "click", "back", "-d", "60000"), text=True,
+                          env=desk.environment, stderr=subprocess.PIPE) as pressing:
+        wait_until(lambda: desk.status()["keysDown"] == ["back"], "the key down")
+        kill(desk.status()["processes"]["server"])
+        assert pressing.wait(30) == 1
+        assert "has ended" in pressing.stderr.read()
+
+
+@pytest.mark.parametrize("victim", ["keeper", "guard"])
+def test_a_killed_keeper_leaves_nothing(desk, victim):
+    desk.do("start", "--headless")
+    desk.do("launch")
+    kill(desk.status()["processes"][victim])
+    wait_nothing_left(desk)
+    wait_until(lambda: not list(desk.runtime.iterdir()), "the end of the folder")
+    assert "does not run" in desk.refused("status")
+
+
+def test_a_killed_application_is_told_and_the_watch_goes_on(desk):
+    desk.do("start", "--headless")
+    desk.do("launch")
+    kill(desk.status()["app"]["pid"], signal.SIGABRT)
+    assert f"{GUIDE} was killed by SIGABRT" in desk.refused("wait", "exit")
+    assert desk.status()["lastEnd"] == {"app": GUIDE, "status": 0, "signal": signal.SIGABRT}
+    desk.do("launch")
+    assert desk.status()["app"]["id"] == GUIDE
+
+
+def test_an_application_that_hangs_is_told_and_ended_with_the_watch(desk):
+    desk.do("start", "--headless")
+    desk.do("launch")
+    kill(desk.status()["app"]["pid"], signal.SIGSTOP)
+    assert f"{GUIDE} does not answer" in desk.refused("bezel", "cw")
+    desk.do("stop")
+
+
+def test_without_a_display_a_start_says_what_to_do(desk):
+    assert "no display (DISPLAY is not set): use --headless or --web" in desk.refused("start")
+    desk.environment["DISPLAY"] = ":4711"
+    assert '":4711" cannot be opened' in desk.refused("start")
+    assert not list(desk.runtime.iterdir())
+
+
+def test_on_a_display_the_watch_is_a_window_whose_end_is_the_watch_s():
+    with Display("1000x1000x24") as display, Desk(display.name) as desk:
+        desk.do()
+        close_window(display.name)
+        wait_nothing_left(desk)
+
+
+@pytest.mark.parametrize("size", [390, 454])
+def test_the_page_follows_the_size_of_the_screen(desk, tmp_path, size):
+    file = tmp_path / "page.png"
+    desk.do("start", "--headless", "--size", size)
+    desk.do("launch")
+    desk.do("wait", "still")
+    desk.do("screenshot", file)
+    identified = subprocess.run(["identify", "-format", "%w %h %k", file], check=True, text=True,
+                                capture_output=True).stdout.split()
+    assert identified[:2] == [str(size), str(size)] and int(identified[2]) > 200
+
+
+def test_many_launches_leave_no_process_no_file_and_no_growth(desk):
+    """QIVO_WATCH_LAUNCHES=200 makes the long run of it."""
+    launches = int(os.environ.get("QIVO_WATCH_LAUNCHES", "10"))
+    desk.do("start", "--headless")
+    parts = desk.status()["processes"]
+
+    def launch_and_leave():
+        desk.do("launch")
+        desk.do("button", "click", "back")
+
+    def measure():
+        # The bus is measured too: what clients leave behind would pile up there.
+        return ([memory_kb(parts[name]) for name in ("keeper", "guard", "bus", "home", "body")],
+                open_files(parts["keeper"]), sorted(desk.processes()),
+                sorted(str(path) for path in desk.runtime.rglob("*")))
+
+    for _ in range(max(2, launches // 4)):
+        launch_and_leave()
+    memory, files, processes, paths = measure()
+    for _ in range(launches):
+        launch_and_leave()
+    memory_after, files_after, processes_after, paths_after = measure()
+    assert (files_after, processes_after, paths_after) == (files, processes, paths)
+    for before, after in zip(memory, memory_after):
+        assert after - before < 2000 + 10 * launches, (memory, memory_after)

@@ -1,0 +1,363 @@
+"""Each command of the watch for its effect, and for its refusal."""
+
+import importlib
+import itertools
+import subprocess
+
+import pytest
+from PIL import Image
+
+from simulator.desk import BUILD, GUIDE, Desk
+from support.bus import wait_until
+
+
+@pytest.fixture(scope="module", name="running")
+def _running():
+    with Desk() as desk:
+        desk.do("start", "--headless")
+        yield desk
+
+
+@pytest.fixture(name="desk")
+def _desk(running):
+    """A watch that shows its home face, awake, on its battery, in English."""
+    yield running
+    status = running.status()
+    for key in status["keysDown"]:
+        running.run("button", "release", key)
+    if running.status()["screen"] == "off":
+        running.do("button", "click", "power")
+    if running.status()["app"]:
+        running.do("button", "click", "back")
+    running.do("battery", "--percent", "80", "--discharging")
+    running.do("language", "en_US")
+    if running.status()["time"]["frozen"]:
+        running.do("time", "thaw")
+
+
+@pytest.fixture(name="call")
+def _call(capsys, monkeypatch):
+    """Carries out a command line in this process, which needs no watch."""
+    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
+    main = importlib.import_module("qivo_watch.cli").main
+
+    def call(*words):
+        try:
+            status = main(list(words))
+        except SystemExit as end:
+            status = end.code
+        return status, *capsys.readouterr()
+    return call
+
+
+def screenshot(desk, tmp_path, counter=itertools.count()):
+    file = tmp_path / f"{next(counter)}.png"
+    desk.do("screenshot", file)
+    with Image.open(file) as picture:
+        return picture.copy()
+
+
+def differ(one, other):
+    return one.tobytes() != other.tobytes()
+
+
+def launch(desk):
+    desk.do("launch")
+    desk.do("wait", "still")
+
+
+def test_launch_returns_when_the_page_is_drawn(desk, tmp_path):
+    home = screenshot(desk, tmp_path)
+    desk.do("launch")
+    assert desk.status()["app"]["id"] == GUIDE
+    assert differ(home, screenshot(desk, tmp_path))
+
+
+def test_launch_hands_a_request_to_the_application_that_runs(desk):
+    desk.do("launch")
+    pid = desk.status()["app"]["pid"]
+    desk.do("launch", GUIDE, "--operation", "show", "--extra", "card=1")
+    assert desk.status()["app"]["pid"] == pid
+    desk.do("wait", "log", "operation:[show]")
+
+
+def test_launch_takes_the_path_of_a_program(desk):
+    desk.do("launch", BUILD / "qivo-ui" / "qivo-guide-app")
+    assert desk.status()["app"]["id"] == GUIDE
+
+
+@pytest.mark.parametrize("app, complaint", [
+    ("org.example.Nothing", "no application org.example.Nothing is on the watch"),
+    ("nothing", '"nothing" is no application'),
+    ("./nothing", "is no program"),
+])
+def test_launch_refuses_what_is_not_there(desk, app, complaint):
+    assert complaint in desk.refused("launch", app)
+    assert desk.status()["app"] is None
+
+
+def test_launch_tells_of_an_application_that_ends_before_it_draws(desk):
+    assert "false ended with status 1 before it had drawn anything" in desk.refused(
+        "launch", "/bin/false")
+
+
+def test_the_bezel_turns_the_page_detent_by_detent(desk, tmp_path):
+    launch(desk)
+    top = screenshot(desk, tmp_path)
+    before = desk.status()["bezel"]
+    desk.do("bezel", "cw", 3)
+    desk.do("wait", "still")
+    assert desk.status()["bezel"] == before + 3
+    assert differ(top, screenshot(desk, tmp_path))
+    desk.do("bezel", "ccw", 3, "-i", 0)
+    desk.do("wait", "still")
+    assert desk.status()["bezel"] == before
+    assert not differ(top, screenshot(desk, tmp_path))
+
+
+def test_a_back_key_on_the_last_screen_returns_when_the_application_has_ended(desk):
+    desk.do("launch")
+    desk.do("button", "click", "back")
+    status = desk.status()
+    assert status["app"] is None
+    assert status["lastEnd"] == {"app": GUIDE, "status": 0, "signal": 0}
+
+
+def test_a_pushed_key_stays_down_until_it_is_released(desk):
+    desk.do("launch")
+    desk.do("button", "push", "back")
+    assert desk.status()["keysDown"] == ["back"]
+    assert "down already" in desk.refused("button", "push", "back")
+    assert desk.status()["app"] is not None
+    desk.do("button", "release", "back")
+    assert desk.status()["app"] is None
+    assert "not down" in desk.refused("button", "release", "back")
+
+
+def test_the_power_key_is_told_to_the_application_and_turns_the_screen_off(desk, tmp_path):
+    launch(desk)
+    desk.do("button", "click", "power")
+    status = desk.status()
+    assert status["screen"] == "off" and status["app"] is None
+    log = desk.do("log")
+    assert log.rindex("POWER KEY Released!") < log.rindex("OnAppPausedByPowerKey")
+    assert screenshot(desk, tmp_path).convert("RGB").getbbox() is None
+    desk.do("button", "click", "power")
+    assert desk.status()["screen"] == "on"
+    assert screenshot(desk, tmp_path).convert("RGB").getbbox() is not None
+
+
+def test_two_clicks_of_power_turn_the_screen_off_and_on(desk):
+    desk.do("button", "click", "power", "-n", 2, "-d", 10, "-i", 10)
+    assert desk.status()["screen"] == "on"
+
+
+@pytest.mark.parametrize("words", [
+    ["bezel", "cw"], ["touch", 180, 180], ["swipe", 180, 200, 180, 100], ["launch"],
+    ["button", "click", "back"]])
+def test_a_screen_that_is_off_takes_nothing(desk, words):
+    desk.do("button", "click", "power")
+    before = desk.status()
+    assert "the screen is off" in desk.refused(*words)
+    assert desk.status()["bezel"] == before["bezel"] and desk.status()["app"] is None
+
+
+def test_a_tap_on_the_icon_of_the_home_face_launches_the_guide(desk):
+    desk.do("touch", 180, 256)
+    wait_until(lambda: desk.status()["app"], "the guide")
+    assert desk.status()["app"]["id"] == GUIDE
+
+
+def test_a_swipe_draws_the_page_along(desk, tmp_path):
+    launch(desk)
+    top = screenshot(desk, tmp_path)
+    desk.do("swipe", 180, 300, 180, 120, "-d", 150)
+    desk.do("wait", "still")
+    assert differ(top, screenshot(desk, tmp_path))
+
+
+@pytest.mark.parametrize("words", [["touch", 0, 0], ["touch", 359, 180 + 100],
+                                   ["swipe", 180, 180, 358, 10]])
+def test_a_finger_off_the_round_screen_is_refused(desk, words):
+    assert "outside of the round screen" in desk.refused(*words)
+
+
+def test_the_battery_keeps_what_is_not_given(desk):
+    desk.do("battery", "--percent", "42.5", "--charging")
+    assert desk.status()["battery"] == {"percent": 42.5, "state": "charging"}
+    desk.do("battery", "--full")
+    assert desk.status()["battery"] == {"percent": 42.5, "state": "full"}
+    desk.do("battery", "--percent", "7")
+    assert desk.status()["battery"] == {"percent": 7, "state": "full"}
+
+
+def test_the_guide_follows_the_charger(desk, tmp_path):
+    launch(desk)
+    shown = screenshot(desk, tmp_path)
+    desk.do("battery", "--charging")
+    desk.do("wait", "still")
+    assert differ(shown, screenshot(desk, tmp_path))
+    desk.do("battery", "--discharging")
+    desk.do("wait", "still")
+    assert not differ(shown, screenshot(desk, tmp_path))
+
+
+def test_the_guide_follows_the_language(desk):
+    desk.do("launch")
+    desk.do("language", "ar_EG")
+    assert desk.status()["language"] == "ar_EG.UTF-8"
+    desk.do("wait", "log", "currentLanguage:[ar_EG")
+
+
+def test_what_is_no_language_is_refused(desk):
+    assert '"klingon!" is no language' in desk.refused("language", "klingon!")
+    assert desk.status()["language"] == "en_US.UTF-8"
+
+
+def test_the_time_is_set_and_stands_until_it_is_let_go(desk, tmp_path):
+    desk.do("time", "freeze")
+    desk.do("time", "set", "2026-03-01T07:00")
+    assert desk.do("time") == "2026-03-01T07:00:00\n"
+    desk.do("wait", "still")
+    early = screenshot(desk, tmp_path)
+    desk.do("time", "set", "10:09:30")
+    desk.do("wait", "still")
+    assert desk.do("time") == "2026-03-01T10:09:30\n"
+    assert differ(early, screenshot(desk, tmp_path))
+    assert "stands already" in desk.refused("time", "freeze")
+    desk.do("time", "thaw")
+    assert "goes already" in desk.refused("time", "thaw")
+    assert desk.do("time").startswith("2026-03-01T10:09:")
+
+
+def test_a_picture_of_the_screen_is_round_and_alike_in_its_four_quadrants(desk, tmp_path):
+    alpha = screenshot(desk, tmp_path).getchannel("A")
+    assert alpha.size == (360, 360)
+    for turn in (Image.Transpose.FLIP_LEFT_RIGHT, Image.Transpose.FLIP_TOP_BOTTOM,
+                 Image.Transpose.TRANSPOSE):
+        assert alpha.tobytes() == alpha.transpose(turn).tobytes()
+    assert alpha.getpixel((0, 0)) == 0 and alpha.getpixel((180, 180)) == 255
+    seen = sum(alpha.histogram()[level] * level / 255 for level in range(256))
+    assert abs(seen - 3.14159265 * 180 ** 2) < 3
+    assert sum(alpha.histogram()[1:255]) > 500
+
+
+def test_a_picture_with_the_body_shows_the_whole_watch(desk, tmp_path):
+    file = tmp_path / "watch.png"
+    desk.do("screenshot", "--body", file)
+    with Image.open(file) as picture:
+        assert picture.mode == "RGBA" and min(picture.size) > 360
+        assert picture.getchannel("A").getextrema() == (0, 255)
+
+
+def test_a_picture_that_cannot_be_written_is_refused(desk, tmp_path):
+    for words in (["screenshot"], ["screenshot", "--body"]):
+        assert "nowhere/x.png" in desk.refused(*words, tmp_path / "nowhere" / "x.png")
+    assert "does not end in .png" in desk.refused("screenshot", "x.jpg", status=2)
+
+
+@pytest.mark.parametrize("ending, kind", [
+    (".gif", "GIF"), (".apng", "PNG"), (".webp", "WEBP"), (".mp4", None)])
+def test_a_recording_moves_and_is_of_the_kind_of_its_name(desk, tmp_path, ending, kind):
+    file = tmp_path / f"run{ending}"
+    replay = tmp_path / "run.replay"
+    replay.write_text(f"record {file} --fps 20\nbutton click power -n 2\nrecord stop\n",
+                      encoding="utf-8")
+    desk.do("play", replay)
+    if kind:
+        with Image.open(file) as picture:
+            assert (picture.format, picture.size) == (kind, (360, 360))
+            assert picture.n_frames > 1
+    else:
+        probed = subprocess.run(
+            ["ffprobe", "-v", "error", "-show_entries", "stream=width,height,pix_fmt", "-of",
+             "csv=p=0", file], capture_output=True, text=True, check=True)
+        assert probed.stdout.strip() == "360,360,yuv420p"
+
+
+def test_a_recording_lasts_as_long_as_it_is_told(desk, tmp_path):
+    file = tmp_path / "second.mp4"
+    desk.do("record", file, "-d", "1", "--fps", "20")
+    probed = subprocess.run(
+        ["ffprobe", "-v", "error", "-show_entries", "format=duration", "-of", "csv=p=0", file],
+        capture_output=True, text=True, check=True)
+    assert 0.9 < float(probed.stdout) < 1.5
+
+
+def test_a_recording_of_an_unknown_kind_is_refused(desk, tmp_path):
+    assert "no kind that can be recorded" in desk.refused("record", tmp_path / "x.bmp", status=2)
+    assert "nowhere" in desk.refused("record", tmp_path / "nowhere" / "x.gif", "-d", "0.1")
+
+
+def test_the_log_is_filtered_by_level_and_coloured_on_demand(desk):
+    desk.do("launch")
+    desk.do("button", "click", "back")
+    every, warnings = desk.do("log"), desk.do("log", "--level", "warn")
+    assert " I QIVOUI_GUIDE" in every and "\033" not in every
+    assert " I QIVOUI_GUIDE" not in warnings and " W QIVOUI_GUIDE" in warnings
+    coloured = desk.do("log", "--color", "always")
+    assert "> \033[1;35m ###\033[0m" in coloured
+    assert "\033[1;33mmNaviFrmaeLowerEventListener is NULL\033[0m" in coloured
+
+
+def test_a_followed_log_goes_on_as_it_grows(desk):
+    with subprocess.Popen(desk.command("log", "--follow"), env=desk.environment, text=True,
+                          stdout=subprocess.PIPE) as following:
+        desk.do("launch", GUIDE, "--operation", "followed")
+        assert any("operation:[followed]" in line for line in following.stdout)
+        following.terminate()
+
+
+def test_a_wait_fails_when_its_time_is_over(desk):
+    assert 'no line with "never" within 0.1 s' in desk.refused("wait", "log", "never", "-t", "0.1")
+    assert "has not come to rest" in desk.refused("wait", "still", "-t", "0.1")
+    desk.do("launch")
+    assert "has not ended within 0.1 s" in desk.refused("wait", "exit", "-t", "0.1")
+
+
+def test_an_application_that_is_killed_fails_the_wait_for_its_end(desk):
+    desk.do("launch")
+    pid = desk.status()["app"]["pid"]
+    subprocess.run(["kill", "-SEGV", str(pid)], check=True)
+    assert "was killed by SIGSEGV" in desk.refused("wait", "exit")
+    assert f" E QIVO_WATCH: {GUIDE} was killed by SIGSEGV" in desk.do("log")
+    assert desk.status()["lastEnd"]["signal"] == 11
+
+
+def test_status_is_described_for_people(desk):
+    text = desk.do("status")
+    assert "battery   80 %, discharging" in text and "app       none" in text
+
+
+@pytest.mark.parametrize("words, complaint", [
+    (["dance"], "invalid choice: 'dance'"),
+    (["bezel", "up"], "invalid choice: 'up'"),
+    (["bezel", "cw", "0"], '"0" is not from 1 to 1000'),
+    (["button", "click"], "the following arguments are required: key"),
+    (["touch", "1", "x"], '"x" is not from 0 to'),
+    (["battery"], "battery takes --percent"),
+    (["battery", "--full", "--charging"], "not allowed with"),
+    (["battery", "--percent", "101"], '"101" is not from 0 to 100'),
+    (["time", "set", "25:00"], '"25:00" is no time'),
+    (["launch", "--extra", "=1"], '"=1" is not KEY=VALUE'),
+    (["wait"], "the following arguments are required"),
+    (["log", "--level", "loud"], "invalid choice: 'loud'"),
+    (["start", "--size", "400"], "invalid choice: 400"),
+    (["start", "--headless", "--web"], "exclude each other"),
+    (["start", "--port", "80"], "--port and --password are for --web"),
+    (["--name", "a/b", "status"], '"a/b" is no name for a watch'),
+    (["status", "--xml"], "unrecognized arguments: --xml"),
+])
+def test_wrong_use_is_one_line_with_status_2(call, words, complaint):
+    status, out, error = call(*words)
+    assert (status, out) == (2, "")
+    assert error.count("\n") == 1 and error.startswith("qivo-watch: ") and complaint in error
+
+
+@pytest.mark.parametrize("verb", [
+    [], ["start"], ["launch"], ["bezel"], ["button"], ["touch"], ["swipe"], ["battery"],
+    ["language"], ["time"], ["time", "set"], ["screenshot"], ["record"], ["log"], ["wait"],
+    ["wait", "log"], ["compare"], ["play"], ["status"], ["stop"]])
+def test_every_command_explains_itself(call, verb):
+    status, out, error = call(*verb, "--help")
+    assert (status, error) == (0, "") and out.startswith("usage: qivo-watch")

@@ -59,15 +59,22 @@ def ask_to_close(target, name):
     connection.close()
 
 
-@pytest.fixture(name="watch")
-def fixture_watch():
+@pytest.fixture(name="shared_watch", scope="module")
+def fixture_shared_watch():
     with Watch() as watch:
         yield watch
 
 
-@pytest.fixture(name="idle_watch", scope="module")
-def fixture_idle_watch():
-    """One watch for the tests that leave it as they found it."""
+@pytest.fixture(name="watch")
+def fixture_watch(shared_watch):
+    """A watch at rest; its screen, its bus and its keeper go on to the next test."""
+    yield shared_watch
+    shared_watch.reset()
+
+
+@pytest.fixture(name="own_watch")
+def fixture_own_watch():
+    """For a test that breaks it."""
     with Watch() as watch:
         yield watch
 
@@ -204,25 +211,25 @@ def test_a_picture_shows_keys_ring_and_charger_as_they_are(watch, tmp_path):
         before = after
 
 
-def test_a_picture_that_cannot_be_is_refused_in_one_line(idle_watch):
-    process = idle_watch.start_headless_body()
+def test_a_picture_that_cannot_be_is_refused_in_one_line(watch):
+    process = watch.start_headless_body()
     for file, body, said in (("watch.png", True, "absolute"), ("/watch.jpg", True, ".png"),
                              ("/nowhere/watch.png", True, "/nowhere/watch.png"),
                              ("/tmp/watch.png", False, "body")):
         with pytest.raises(dbus.DBusException, match=said) as refusal:
-            idle_watch.picture(file, body)
+            watch.picture(file, body)
         assert "\n" not in refusal.value.get_dbus_message()
     assert process.poll() is None
 
 
-def test_a_call_that_fails_is_told_in_one_line_and_the_body_goes_on(watch):
-    body = watch.start_body()
-    watch.fail("Bezel", "no window is there\nto turn")
-    xdotool(watch.host, "mousemove", *CENTRE, "click", 5)
+def test_a_call_that_fails_is_told_in_one_line_and_the_body_goes_on(own_watch):
+    body = own_watch.start_body()
+    own_watch.fail("Bezel", "no window is there\nto turn")
+    xdotool(own_watch.host, "mousemove", *CENTRE, "click", 5)
     line = next(line for line in body.stderr if line.startswith("qivo-watch-body"))
     assert line == "qivo-watch-body: Bezel: no window is there to turn\n"
-    xdotool(watch.host, "mousemove", *PLUG, "click", 1)
-    watch.wait_calls("SetBattery", [(82.0, "charging")])
+    xdotool(own_watch.host, "mousemove", *PLUG, "click", 1)
+    own_watch.wait_calls("SetBattery", [(82.0, "charging")])
 
 
 def test_properties_of_a_wrong_type_are_passed_over(watch):
@@ -238,27 +245,27 @@ def said_by(process):
     return [line for line in process.stderr if line.startswith("qivo-watch")]
 
 
-def test_a_screen_that_dies_is_told_in_one_line_with_status_1(watch):
-    body = watch.start_headless_body()
-    watch.screen.kill_server()
+def test_a_screen_that_dies_is_told_in_one_line_with_status_1(own_watch):
+    body = own_watch.start_headless_body()
+    own_watch.screen.kill_server()
     assert body.wait(timeout=10) == 1
     assert said_by(body) == ["qivo-watch-body: the watch's screen has gone\n"]
 
 
-def test_ends_with_the_bus(watch):
-    body = watch.start_headless_body()
-    watch.bus.die()
+def test_ends_with_the_bus(own_watch):
+    body = own_watch.start_headless_body()
+    own_watch.bus.die()
     assert body.wait(timeout=10) == 0
     assert said_by(body) == ["qivo-watch-body: the bus has gone\n"]
 
 
-def test_ends_with_the_keeper_and_on_sigterm(watch):
-    body = watch.start_headless_body()
+def test_ends_with_the_keeper_and_on_sigterm(own_watch):
+    body = own_watch.start_headless_body()
     body.terminate()
     assert body.wait(timeout=10) == 0
-    wait_until(lambda: not watch.bus.has_owner(BODY), "the name free")
-    body = watch.start_headless_body()
-    watch.bus._stop(KEEPER)
+    wait_until(lambda: not own_watch.bus.has_owner(BODY), "the name free")
+    body = own_watch.start_headless_body()
+    own_watch.bus._stop(KEEPER)
     assert (body.wait(timeout=10), said_by(body)) == (0, [])
 
 
@@ -267,9 +274,9 @@ def test_ends_with_the_keeper_and_on_sigterm(watch):
     (["--size", "360"], 2, "--screen is missing"), (["--size", "360", "--zoom", "9"], 2, '"9"'),
     (["--zap"], 2, '"--zap"'), (["--size", "360", "--screen", ":77777"], 1, ":77777"),
     (["--size", "390", "--screen", "{screen}"], 1, "360x360")])
-def test_what_it_cannot_start_with_is_told_in_one_line(idle_watch, arguments, status, said):
-    named = [argument.replace("{screen}", idle_watch.screen.name) for argument in arguments]
+def test_what_it_cannot_start_with_is_told_in_one_line(watch, arguments, status, said):
+    named = [argument.replace("{screen}", watch.screen.name) for argument in arguments]
     result = subprocess.run([PROGRAMS["body"], *named], capture_output=True, text=True,
-                            env=idle_watch.environment(ELM_ENGINE="buffer"), timeout=30)
+                            env=watch.environment(ELM_ENGINE="buffer"), timeout=30)
     assert (result.returncode, result.stdout) == (status, "")
     assert result.stderr.count("\n") == 1 and said in result.stderr

@@ -24,6 +24,9 @@ PATH = "/com/velmora/QivoWatch"
 TEN_PAST_TEN = 1_700_000_000_000 // 86_400_000 * 86_400_000 + (10 * 60 + 10) * 60_000
 """In the zone of the programs, which is UTC."""
 
+AT_REST = {"ScreenOn": True, "BezelPosition": dbus.Int32(0), "BackPressed": False,
+           "PowerPressed": False, "Charging": False, "Percentage": 82.0}
+
 
 class Watch:
     """Context manager: a watch without an application; its programs are started by the test."""
@@ -32,6 +35,8 @@ class Watch:
         self.size = size
         self._time = {"Time": time, "TimeFrozen": frozen}
         self._stack = contextlib.ExitStack()
+        self._programs = contextlib.ExitStack()
+        self._hosts = {}
         self.screen = Display(f"{size}x{size}x24")
         self.host = None
         self.bus = SessionBus()
@@ -47,12 +52,21 @@ class Watch:
         return self
 
     def __exit__(self, *_):
+        self._programs.close()
         self._stack.close()
+
+    def reset(self):
+        """Ends the programs and puts the keeper back to where it began."""
+        self._programs.close()
+        self._object(KEEPER).ClearCalls(dbus_interface=MOCK)
+        self.set(**AT_REST)
 
     def start_body(self, zoom=1):
         """With its window on a host display, large enough for it."""
         side = round(680 * self.size / 360 * zoom)
-        self.host = self._stack.enter_context(Display(f"{side}x{side}x24"))
+        if side not in self._hosts:
+            self._hosts[side] = self._stack.enter_context(Display(f"{side}x{side}x24"))
+        self.host = self._hosts[side]
         return self._start("body", BODY, self.host.env, "--screen", self.screen.name,
                            "--size", str(self.size), "--zoom", str(zoom))
 
@@ -70,10 +84,11 @@ class Watch:
                        "TZ": "UTC"} | self.bus.env | more
 
     def _start(self, program, name, environment, *arguments):
+        wait_until(lambda: not self.bus.has_owner(name), f"{name} free")
         process = subprocess.Popen(
             ["setpriv", "--pdeathsig", "KILL", PROGRAMS[program], *arguments],
             env=self.environment(**environment), stderr=subprocess.PIPE, text=True)
-        self._stack.callback(_end, process)
+        self._programs.callback(_end, process)
         wait_until(lambda: process.poll() is not None or self.bus.has_owner(name), name)
         assert process.poll() is None, process.stderr.read()
         return process

@@ -129,6 +129,23 @@ TEST_F(NaviFrameDeleteTest, DeletesNothingAboveTheTopScreen)
     EXPECT_EQ(Stack(), Lines({"item1", "item2"}));
 }
 
+TEST_F(NaviFrameDeleteTest, DeletesNothingAboveWhenTheListCannotBeSplit)
+{
+    Elm_Object_Item* item1 = Push();
+    Eina_List* list = AnswerItems({item1, Push()});
+    Recorder::Fail("eina_list_split_list");
+    Recorder::Take();
+
+    mFrame->DeleteAboveItems(item1);
+
+    EXPECT_EQ(Recorder::Take(), Lines({"elm_naviframe_items_get(naviframe1)",
+                                       "eina_list_data_find_list(node1, item1)",
+                                       "eina_list_split_list(node1, node1, ?)",
+                                       "eina_list_free(null)", "eina_list_free(null)"}));
+    EXPECT_EQ(Stack(), Lines({"item1", "item2"}));
+    eina_list_free(list);
+}
+
 TEST_F(NaviFrameDeleteTest, DeletesNothingAboveAScreenThatIsNotOnTheStack)
 {
     Elm_Object_Item* item1 = Push();
@@ -187,6 +204,26 @@ TEST_F(NaviFrameDeleteTest, DeletesTheScreensBetweenTwoFromTheBottomUp)
     EXPECT_EQ(Stack(), Lines({"item1", "item4", "item5"}));
 }
 
+TEST_F(NaviFrameDeleteTest, LeavesTheScreensBelowTheLowerOne)
+{
+    Elm_Object_Item* item1 = Push();
+    Elm_Object_Item* item2 = Push();
+    Elm_Object_Item* item3 = Push();
+    Elm_Object_Item* item4 = Push();
+    AnswerItems({item1, item2, item3, item4});
+    Recorder::Take();
+
+    mFrame->DeleteBetweenItems(item4, item2);
+
+    EXPECT_EQ(
+        Recorder::TakeOnly({"eina_list", "elm_object_item_del"}),
+        Lines({"eina_list_data_find_list(node1, item4)", "eina_list_data_find_list(node1, item2)",
+               "eina_list_split_list(node1, node2, ?)", "eina_list_free(node1)",
+               "eina_list_split_list(node3, node3, ?)", "eina_list_free(node4)",
+               "elm_object_item_del(item3)", "eina_list_free(node3)"}));
+    EXPECT_EQ(Stack(), Lines({"item1", "item2", "item4"}));
+}
+
 TEST_F(NaviFrameDeleteTest, NothingLiesBetweenNeighbours)
 {
     Elm_Object_Item* item1 = Push();
@@ -218,6 +255,35 @@ TEST_F(NaviFrameDeleteTest, NothingLiesAboveTheTop)
         Lines({"elm_naviframe_items_get(naviframe1)", "eina_list_data_find_list(node1, item1)",
                "eina_list_data_find_list(node1, item1)", "eina_list_split_list(node1, node1, ?)",
                "eina_list_free(node1)", "error(DeleteBetweenItems) Invalid deletedList"}));
+}
+
+TEST_F(NaviFrameDeleteTest, DeletesNothingBetweenWhenTheListCannotBeSplit)
+{
+    Elm_Object_Item* item1 = Push();
+    Elm_Object_Item* item2 = Push();
+    Elm_Object_Item* item3 = Push();
+    Eina_List* list = AnswerItems({item1, item2, item3});
+    Recorder::Fail("eina_list_split_list");
+    Recorder::Take();
+
+    mFrame->DeleteBetweenItems(item3, item1);
+
+    EXPECT_EQ(Recorder::TakeOnly({"eina_list_free", "elm_object", "error"}),
+              Lines({"eina_list_free(null)", "error(DeleteBetweenItems) Invalid deletedList"}));
+    eina_list_free(list);
+
+    list = AnswerItems({item1, item2, item3});
+    Eina_List* unsplit = eina_list_next(list);
+    Recorder::Fail("eina_list_split_list", 2);
+    Recorder::Take();
+
+    mFrame->DeleteBetweenItems(item3, item1);
+
+    EXPECT_EQ(Recorder::TakeOnly({"eina_list_free", "elm_object", "error"}),
+              Lines({"eina_list_free(node1)", "eina_list_free(null)",
+                     "error(DeleteBetweenItems) Invalid deletedList"}));
+    eina_list_free(unsplit);
+    EXPECT_EQ(Stack(), Lines({"item1", "item2", "item3"}));
 }
 
 TEST_F(NaviFrameDeleteTest, DeletesNothingBetweenWhenOneIsNotOnTheStack)

@@ -80,6 +80,19 @@ TEST_F(NaviFrameItemDeletedTest, ResumesNobodyOnAnEmptyStack)
     EXPECT_EQ(Recorder::Take(), Lines({"elm_naviframe_top_item_get(naviframe1)"}));
 }
 
+TEST_F(NaviFrameItemDeletedTest, ForgetsTheItemWhenNothingIsOnTop)
+{
+    FakeStateListener listener("listener");
+    Elm_Object_Item* item = Push(&listener);
+    Recorder::Take();
+    Recorder::Fail("elm_naviframe_top_item_get");
+
+    mFrame->OnNaviImteDeleted(item);
+
+    EXPECT_EQ(Recorder::Take(), Lines({"elm_naviframe_top_item_get(naviframe1)"}));
+    EXPECT_TRUE(mFrame->mStateListenerMap.empty());
+}
+
 TEST_F(NaviFrameItemDeletedTest, NoDeletedItemChangesNothing)
 {
     FakeStateListener listener;

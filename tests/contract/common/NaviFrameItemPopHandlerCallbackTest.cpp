@@ -102,6 +102,17 @@ TEST_F(NaviFrameItemPopHandlerCallbackTest, TellsTheFrameWhichItemWasDeleted)
     EXPECT_TRUE(mFrame->mStateListenerMap.empty());
 }
 
+TEST_F(NaviFrameItemPopHandlerCallbackTest, IsUnboundByADeletionThatNamesNoItem)
+{
+    auto handle = PushHandle();
+    Elm_Object_Item* item = handle->mNaviFrameItem;
+
+    NaviFrameItemPopHandler::NaviFrameItemDelCB(handle.get(), mFrame->mNaviFrame, nullptr);
+
+    EXPECT_EQ(handle->mNaviFrameItem, nullptr);
+    elm_object_item_del_cb_set(item, nullptr);
+}
+
 TEST_F(NaviFrameItemPopHandlerCallbackTest, ADeletionAfterTheFramesEndMakesAFreshEmptyFrame)
 {
     auto handle = PushHandle();

@@ -139,9 +139,20 @@ TEST_F(NaviFrameItemPopHandlerTest, PopsEverythingAboveItsItem)
 
     handle->PopTo();
 
-    EXPECT_EQ(Recorder::TakeOnly({"elm_naviframe_item_pop_to"}),
-              Lines({"elm_naviframe_item_pop_to(item1)"}));
+    EXPECT_EQ(
+        Recorder::TakeOnly({"elm_naviframe_item_pop_to", "info"}),
+        Lines({"elm_naviframe_item_pop_to(item1)", "info(PopToItem) pop to animation start"}));
     EXPECT_EQ(Stack(), Lines({"item1"}));
+}
+
+TEST_F(NaviFrameItemPopHandlerTest, LooksForTheTopOnceWhenNothingIsAboveItsItem)
+{
+    auto handle = PushHandle();
+    Recorder::Take();
+
+    handle->PopTo();
+
+    EXPECT_EQ(Recorder::Take(), Lines({"elm_naviframe_top_item_get(naviframe1)"}));
 }
 
 TEST_F(NaviFrameItemPopHandlerTest, DeletesItsItemAndIsUnboundThen)
@@ -161,9 +172,11 @@ TEST_F(NaviFrameItemPopHandlerTest, IsUnboundByADeletionThatTheToolkitDoesNotRep
 {
     auto handle = PushHandle();
     Recorder::Fail("elm_object_item_del");
+    Recorder::Take();
 
     handle->DeleteItem();
 
+    EXPECT_EQ(Recorder::Take(), Lines({"elm_object_item_del(item1)"}));
     EXPECT_EQ(handle->mNaviFrameItem, nullptr);
     elm_object_item_del_cb_set(elm_naviframe_top_item_get(mFrame->mNaviFrame), nullptr);
 }
@@ -177,8 +190,9 @@ TEST_F(NaviFrameItemPopHandlerTest, DeletesTheItemsAboveItsOwn)
 
     handle->DeleteAboveNaviFrameItem();
 
-    EXPECT_EQ(Recorder::TakeOnly({"elm_object_item_del("}),
-              Lines({"elm_object_item_del(item2)", "elm_object_item_del(item3)"}));
+    EXPECT_EQ(Recorder::TakeOnly({"elm_naviframe_items_get", "elm_object_item_del("}),
+              Lines({"elm_naviframe_items_get(naviframe1)", "elm_object_item_del(item2)",
+                     "elm_object_item_del(item3)"}));
     EXPECT_NE(handle->mNaviFrameItem, nullptr);
     EXPECT_EQ(mHandles[1]->mNaviFrameItem, nullptr);
     EXPECT_EQ(mHandles[2]->mNaviFrameItem, nullptr);

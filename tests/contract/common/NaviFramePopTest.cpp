@@ -215,6 +215,42 @@ TEST_F(NaviFramePopTest, LetsNoExceptionOfAListenerOut)
     EXPECT_EQ(Recorder::TakeLog(), Lines({"error(PopItem) pop fail[no home]"}));
 }
 
+TEST_F(NaviFramePopTest, PopsNoScreenOfAnEmptyStack)
+{
+    Elm_Object_Item* item = Push();
+    mFrame->DeleteItem(item);
+    Recorder::Take();
+
+    mFrame->PopItem(item, true, nullptr);
+
+    EXPECT_EQ(Recorder::Take(),
+              Lines({"elm_naviframe_top_item_get(naviframe1)",
+                     "error(PopItem) pop fail[[PopItem]naviFrameItem doesn't top item]"}));
+}
+
+TEST_F(NaviFramePopTest, PoppingNoItemOfAnEmptyStackLowersTheWindow)
+{
+    mFrame->PopItem(nullptr, true, nullptr);
+
+    EXPECT_EQ(Recorder::Take(),
+              Lines({"elm_naviframe_top_item_get(naviframe1)",
+                     "elm_naviframe_bottom_item_get(naviframe1)", "elm_win_lower(window)",
+                     "warn(PopItem) mNaviFrmaeLowerEventListener is NULL"}));
+}
+
+TEST_F(NaviFramePopTest, CatchesOnlyStandardExceptions)
+{
+    FakeLowerListener lower;
+    lower.mReactions["OnNaviFrameLowered"] = [] { throw 7; };
+    mFrame->mNaviFrmaeLowerEventListener = &lower;
+    Elm_Object_Item* item = Push();
+    Recorder::Take();
+
+    EXPECT_THROW(mFrame->PopItem(item, true, nullptr), int);
+
+    EXPECT_EQ(Recorder::TakeLog(), Lines());
+}
+
 TEST_F(NaviFramePopTest, HasKeptTheListenerBeforeTheNaviframeAsksForConsent)
 {
     FakePopListener pop;

@@ -21,6 +21,17 @@ public:
     }
 };
 
+/** Hears of nothing. */
+class DeafRotaryListener : public RotaryEventListener
+{
+public:
+    Evas_Object* GetRotaryViewObject() override
+    {
+        Recorder::Add("GetRotaryViewObject");
+        return nullptr;
+    }
+};
+
 class RotaryEventListenerTest : public RotaryFixture
 {
 protected:
@@ -48,6 +59,15 @@ TEST_F(RotaryEventListenerTest, PassesADetentOnByDefault)
     EXPECT_EQ(Recorder::Take(), Lines({"OnRotaryEvent(-1, 4000000000)"}));
 }
 
+TEST_F(RotaryEventListenerTest, NeedNotHearOfDetents)
+{
+    DeafRotaryListener listener;
+
+    static_cast<RotaryEventListener&>(listener).OnRotaryDetent(1, 5);
+
+    EXPECT_EQ(Recorder::Take(), Lines());
+}
+
 TEST_F(RotaryEventListenerTest, IsRegisteredWithItsObjectOnTop)
 {
     FakeRotaryListener listener("a", AddObject("view"));
@@ -59,6 +79,15 @@ TEST_F(RotaryEventListenerTest, IsRegisteredWithItsObjectOnTop)
                                      Activation(listener.GetRotaryViewObject())));
     ASSERT_EQ(Stack(), Lines({"view"}));
     EXPECT_EQ(mManager->mRotaryEventDataList.back()->mEventListener, &listener);
+}
+
+TEST_F(RotaryEventListenerTest, IsAskedOnceForItsObject)
+{
+    DeafRotaryListener listener;
+
+    mManager->RegisterEventListener(&listener);
+
+    EXPECT_EQ(Recorder::TakeOnly({"GetRotaryViewObject"}), Lines({"GetRotaryViewObject"}));
 }
 
 TEST_F(RotaryEventListenerTest, IsNotRegisteredWhenNull)

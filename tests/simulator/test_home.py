@@ -1,14 +1,18 @@
 """The home face."""
 
 import subprocess
+import time
 
 import dbus
 import pytest
 
-from simulator.watch import KEEPER, TEN_PAST_TEN, Watch
+from simulator.watch import KEEPER, TEN_PAST_TEN, Watch, times_woken
 from support.bus import wait_until
 
 ICON = (180, 257)
+
+QUIET = 1.5
+"""Seconds that no second hand, no polling and no animation would leave undisturbed."""
 
 
 def look(display):
@@ -77,6 +81,20 @@ def test_takes_no_tap_while_the_screen_is_off():
         wait_until(lambda: any(look(watch.screen)), "light")
         subprocess.run(tap, check=True, env=watch.screen.env)
         watch.wait_calls("Launch", [("com.velmora.qivo-guide-app", "", {})])
+
+
+def test_sleeps_between_full_minutes_and_the_body_with_it():
+    with Watch(frozen=False) as watch:
+        programs = [watch.start_home(), watch.start_body()]
+        seen = {"woken": None, "since": 0.0}
+
+        def are_asleep():
+            woken = [times_woken(program) for program in programs]
+            if woken != seen["woken"]:
+                seen.update(woken=woken, since=time.monotonic())
+            return time.monotonic() - seen["since"] > QUIET
+
+        wait_until(are_asleep, f"{QUIET} s without a wake-up")
 
 
 def test_ends_with_the_keeper():

@@ -137,6 +137,13 @@ class Watch:
         return self.bus._client.get_object(name, PATH, introspect=False)
 
 
+def times_woken(process):
+    """How often the kernel has had to run a process's threads so far."""
+    statuses = pathlib.Path(f"/proc/{process.pid}/task").glob("*/status")
+    return sum(int(line.split()[1]) for status in statuses
+               for line in status.read_text().splitlines() if "ctxt_switches" in line)
+
+
 def _plain(value):
     return {dbus.String: str, dbus.UInt32: int, dbus.Double: float, dbus.Boolean: bool}.get(
         type(value), lambda other: other)(value)

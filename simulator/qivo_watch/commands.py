@@ -175,9 +175,9 @@ class Session:
         record(self.eye(), given.file, given.fps, is_over)
 
     def _round_picture(self) -> Any:
-        from qivo_watch.pictures import disc_mask, make_round  # pylint: disable=import-outside-toplevel
+        from qivo_watch import pictures  # pylint: disable=import-outside-toplevel
         eye = self.eye()
-        return make_round(eye.look(), disc_mask(eye.size))
+        return pictures.make_round(eye.look(), pictures.disc_mask(eye.size))
 
     def do_log(self, given: argparse.Namespace) -> None:
         in_colour = given.color == "always" or (

@@ -14,7 +14,8 @@ _HEAD = re.compile(r"\d\d:\d\d:\d\d\.\d{3} ([DIWE]) ")
 _LETTERS = dict(zip("DIWE", LEVELS))
 _ESCAPE = re.compile(r"\033\[[0-9;]*m")
 _RESET = "\033[0m"
-_FRAME, _ERROR, _WARN, _INFO, _DEBUG = "\033[1;34m", "\033[31m", "\033[1;33m", "\033[1;35m", "\033[2m"
+_WAY = "\033[1;34m"
+_COLOURS = {"error": "\033[31m", "warn": "\033[1;33m", "info": "\033[1;35m", "debug": "\033[2m"}
 
 
 class Log:
@@ -68,9 +69,9 @@ def coloured(line: str) -> str:
     if level is None:
         return line
     if line.endswith((" BEGIN >>>>", " END <<<<")):
-        colour = _FRAME
+        colour = _WAY
     else:
-        colour = {"error": _ERROR, "warn": _WARN, "info": _INFO, "debug": _DEBUG}[level]
+        colour = _COLOURS[level]
     head, arrow, text = line.partition(" > ")
     if not arrow:
         head, arrow, text = line.partition(": ")

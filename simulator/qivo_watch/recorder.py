@@ -1,7 +1,9 @@
 """A run of the watch as an animated picture; ffmpeg does the work."""
 
+import contextlib
 import os
 import pathlib
+import queue
 import shutil
 import subprocess
 import threading
@@ -19,11 +21,13 @@ FORMATS = {
              "-loop", "0", "-f", "gif"],
     ".apng": ["-plays", "0", "-f", "apng"],
     ".png": ["-plays", "0", "-f", "apng"],
-    ".webp": ["-c:v", "libwebp_anim", "-lossless", "1", "-loop", "0", "-f", "webp"],
-    ".mp4": ["-filter_complex", "color=black,format=rgba[c];[c][0]scale2ref[c][v];"
-             "[c][v]overlay=shortest=1,format=yuv420p", "-movflags", "+faststart", "-f", "mp4"],
+    ".webp": ["-c:v", "libwebp_anim", "-lossless", "1",
+              "-compression_level", "1", "-loop", "0", "-f", "webp"],
+    ".mp4": ["-vf", "premultiply=inplace=1,format=yuv420p", "-movflags", "+faststart", "-f", "mp4"],
 }
 END_PATIENCE_S = 120
+MOST_WAITING = 200
+"""Pictures that may wait for the encoder, half a megabyte each."""
 
 
 def check_file(file: str) -> None:
@@ -55,27 +59,47 @@ def record(eye: Eye, file: str, rate: int, is_over: Callable[[], bool]) -> None:
 
 
 def _feed(eye: Eye, encoder: subprocess.Popen, rate: int, is_over: Callable[[], bool]) -> None:
-    """Writes a frame for each moment of the rate; the last one again for a moment missed."""
+    """Looks once for each moment of the rate; an encoder that is slower works on behind."""
+    frames: queue.Queue[tuple[bytes, int] | None] = queue.Queue(MOST_WAITING)
+    writer = threading.Thread(target=_write, args=(encoder, frames))
+    writer.start()
+    try:
+        _look(eye, rate, is_over, frames)
+    finally:
+        frames.put(None)
+        writer.join()
+
+
+def _look(eye: Eye, rate: int, is_over: Callable[[], bool], frames: queue.Queue) -> None:
+    """Puts pictures, each with the number of frames that it was seen for."""
     mask = disc_mask(eye.size)
     begin = time.monotonic()
-    written = 0
-    picture = eye.look()
-    frame = make_round(picture, mask).tobytes()
-    while not is_over() or written == 0:
-        due = int((time.monotonic() - begin) * rate) + 1
-        try:
-            for _ in range(written, due):
+    told = 0
+    is_last = False
+    while not is_last:
+        picture = eye.look()
+        frame = make_round(picture, mask).tobytes()
+        is_same = True
+        while is_same and not is_last:
+            is_last = is_over()
+            _sleep_until(begin + (int((time.monotonic() - begin) * rate) + 1) / rate)
+            is_same = eye.look().tobytes() == picture.tobytes()
+        count = max(1, int((time.monotonic() - begin) * rate) - told)
+        frames.put((frame, count))
+        told += count
+
+
+def _sleep_until(moment: float) -> None:
+    time.sleep(max(0.0, moment - time.monotonic()))
+
+
+def _write(encoder: subprocess.Popen, frames: queue.Queue) -> None:
+    """Hands the encoder what it takes; one that has failed gets nothing more."""
+    while (item := frames.get()) is not None:
+        frame, count = item
+        with contextlib.suppress(BrokenPipeError):
+            for _ in range(count):
                 encoder.stdin.write(frame)
-        except BrokenPipeError:
-            return
-        written = due
-        other = eye.wait_other(picture, begin + written / rate)
-        left = begin + written / rate - time.monotonic()
-        if left > 0:
-            time.sleep(left)
-        if other is not None:
-            picture = eye.look()
-            frame = make_round(picture, mask).tobytes()
 
 
 class Recording:

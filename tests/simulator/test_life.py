@@ -1,4 +1,4 @@
-"""A watch's beginning and end: starts, several at once, crashes, and what is left behind: nothing."""
+"""A watch's beginning and end: starts, several at once, crashes, and nothing left behind."""
 
 import os
 import pathlib
@@ -10,7 +10,7 @@ from Xlib import X
 from Xlib import display as xlib
 from Xlib.protocol import event
 
-from simulator.desk import GUIDE, Desk
+from simulator.desk import BUILD, GUIDE, Desk
 from support.bus import wait_until
 from support.display import Display
 
@@ -159,6 +159,16 @@ def test_on_a_display_the_watch_is_a_window_whose_end_is_the_watch_s():
         desk.do()
         close_window(display.name)
         wait_nothing_left(desk)
+
+
+def test_an_installed_watch_works_wherever_it_is_moved(desk, tmp_path):
+    subprocess.run(["meson", "install", "-C", BUILD, "--no-rebuild", "--destdir",
+                    tmp_path / "root"], check=True, capture_output=True)
+    command = next((tmp_path / "root").rglob("bin/qivo-watch"))
+    place = tmp_path / "moved"
+    command.parents[1].rename(place)
+    for words in (["start", "--headless"], ["launch"], ["stop"]):
+        subprocess.run([place / "bin" / "qivo-watch", *words], env=desk.environment, check=True)
 
 
 @pytest.mark.parametrize("size", [390, 454])

@@ -22,16 +22,20 @@ def _running():
 def _desk(running):
     """A watch that shows its home face, awake, on its battery, in English."""
     yield running
-    status = running.status()
-    for key in status["keysDown"]:
+    left = running.status()
+    for key in left["keysDown"]:
         running.run("button", "release", key)
-    if running.status()["screen"] == "off":
+    if left["keysDown"]:
+        left = running.status()
+    if left["screen"] == "off":
         running.do("button", "click", "power")
-    if running.status()["app"]:
+    if left["app"]:
         running.do("button", "click", "back")
-    running.do("battery", "--percent", "80", "--discharging")
-    running.do("language", "en_US")
-    if running.status()["time"]["frozen"]:
+    if left["battery"] != {"percent": 80, "state": "discharging"}:
+        running.do("battery", "--percent", "80", "--discharging")
+    if left["language"] != "en_US.UTF-8":
+        running.do("language", "en_US")
+    if left["time"]["frozen"]:
         running.do("time", "thaw")
 
 
@@ -261,7 +265,8 @@ def test_a_picture_that_cannot_be_written_is_refused(desk, tmp_path):
 def test_a_recording_moves_and_is_of_the_kind_of_its_name(desk, tmp_path, ending, kind):
     file = tmp_path / f"run{ending}"
     replay = tmp_path / "run.replay"
-    replay.write_text(f"record {file} --fps 20\nbutton click power -n 2\nrecord stop\n",
+    replay.write_text(f"record {file} --fps 10\nbutton click power\nwait still\n"
+                      "button click power\nrecord stop\n",
                       encoding="utf-8")
     desk.do("play", replay)
     if kind:
@@ -281,7 +286,7 @@ def test_a_recording_lasts_as_long_as_it_is_told(desk, tmp_path):
     probed = subprocess.run(
         ["ffprobe", "-v", "error", "-show_entries", "format=duration", "-of", "csv=p=0", file],
         capture_output=True, text=True, check=True)
-    assert 0.9 < float(probed.stdout) < 1.5
+    assert 0.9 < float(probed.stdout) < 3
 
 
 def test_a_recording_of_an_unknown_kind_is_refused(desk, tmp_path):

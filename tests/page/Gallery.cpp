@@ -1,3 +1,4 @@
+#include "page/Clock.h"
 #include "page/Page.h"
 
 #include <cstdio>
@@ -6,6 +7,8 @@
 
 namespace
 {
+
+constexpr double kMotion = 3.0;
 
 class Gallery
 {
@@ -30,8 +33,10 @@ private:
         page.SetLanguage(language);
         page.ScrollToTop();
         page.SetArrowVisible(false);
+        Clock::Advance(kMotion);
         bool isSaved = Save(page, language, "hidden");
         page.SetArrowVisible(true);
+        Clock::Advance(kMotion);
         isSaved = isSaved && Save(page, language, "shown");
         const Box text = page.PartBox("help_text");
         page.BringToMiddle(text.Middle());

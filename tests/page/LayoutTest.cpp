@@ -1,3 +1,4 @@
+#include "page/Clock.h"
 #include "page/Ink.h"
 #include "page/Page.h"
 
@@ -147,6 +148,7 @@ TEST_P(Layout, TheBackgroundIsTrueBlack)
     for (bool isArrowVisible : {true, false})
     {
         mPage.SetArrowVisible(isArrowVisible);
+        Clock::Advance(1);
         const Picture picture = mPage.Look();
         for (int y = 0; y < GetParam(); ++y)
         {

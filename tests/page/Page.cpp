@@ -1,5 +1,6 @@
 #include "page/Page.h"
 
+#include "application/Screen.h"
 #include "common/NaviFrame.h"
 #include "common/RotaryEventManager.h"
 #include "page/Clock.h"
@@ -42,15 +43,6 @@ std::string LocaleFolder()
     return Resource("locale");
 }
 
-void LoadTables()
-{
-    const std::string table = Resource("tables/com.velmora.qivo-app_");
-    uxt_theme_set_changeable_ui_enabled(EINA_TRUE);
-    uxt_theme_set_color_table(
-        uxt_theme_add_color_table((table + "ChangeableColorTable.xml").c_str()));
-    uxt_theme_set_font_table(uxt_theme_add_font_table((table + "FontInfoTable.xml").c_str()));
-}
-
 void StartToolkit()
 {
     static bool sIsStarted = false;
@@ -66,10 +58,10 @@ void StartToolkit()
     bind_textdomain_codeset(kTextDomain, "UTF-8");
     textdomain(kTextDomain);
     elm_theme_overlay_add(nullptr, PLATFORM_THEME);
-    elm_config_scroll_thumbscroll_enabled_set(EINA_TRUE);
-    elm_config_scroll_bounce_enabled_set(EINA_TRUE);
+    SetUpToolkit(Display());
     elm_app_base_scale_set(1.3);
-    LoadTables();
+    uxt_theme_set_changeable_ui_enabled(EINA_TRUE);
+    Page::UseOwnTables();
     Clock::TakeOver();
 }
 
@@ -167,7 +159,6 @@ void Page::UseCatalogues()
     gTranslation.reset();
 }
 
-// What is scrolled moves only with the layout's next calculation.
 void Page::Settle()
 {
     Clock::Flush();
@@ -183,7 +174,23 @@ void Page::SetTranslation(const std::string& text)
 void Page::SetArrowVisible(bool visible)
 {
     mView->SetArrowVisible(visible);
-    Clock::Advance(kMotion);
+}
+
+void Page::SetColorTable(const std::string& file)
+{
+    uxt_theme_set_color_table(uxt_theme_add_color_table(file.c_str()));
+}
+
+void Page::SetFontTable(const std::string& file)
+{
+    uxt_theme_set_font_table(uxt_theme_add_font_table(file.c_str()));
+}
+
+void Page::UseOwnTables()
+{
+    const std::string table = Resource("tables/com.velmora.qivo-app_");
+    SetColorTable(table + "ChangeableColorTable.xml");
+    SetFontTable(table + "FontInfoTable.xml");
 }
 
 void Page::TurnBezel(int detents)
@@ -267,6 +274,8 @@ Box Page::PartBox(const char* part) const
 
 Evas_Object* Page::Part(const char* part) const
 {
+    // What is scrolled moves only with the layout's next calculation.
+    evas_smart_objects_calculate(evas_object_evas_get(mWindow));
     return const_cast<Evas_Object*>(edje_object_part_object_get(elm_layout_edje_get(mPage), part));
 }
 

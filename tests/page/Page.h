@@ -47,8 +47,13 @@ public:
     void SetTranslation(const std::string& text);
     /// Has the catalogues answer with their own texts again.
     static void UseCatalogues();
-    /// Shows or hides the arrow and waits for the end of its motion.
+    /// Shows or hides the arrow; the motion needs time.
     void SetArrowVisible(bool visible);
+
+    /// Has the text's colours and fonts come from these tables.
+    static void SetColorTable(const std::string& file);
+    static void SetFontTable(const std::string& file);
+    static void UseOwnTables();
 
     /// Turns the bezel, clockwise when positive; the motion needs time.
     static void TurnBezel(int detents);
@@ -83,7 +88,8 @@ private:
     void Settle();
 
     int mSide;
-    unsigned int mTime = 0;
+    // The toolkit takes a touch in the first second for older than it is.
+    unsigned int mTime = 10000;
     Evas_Object* mWindow = nullptr;
     Evas_Object* mScroller = nullptr;
     Evas_Object* mPage = nullptr;

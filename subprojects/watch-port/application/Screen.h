@@ -10,8 +10,8 @@
 int ScreenSize(const Display& display);
 
 /**
- * Sets the toolkit up for the watch: a finger drags and bounces what scrolls, and sizes follow
- * the screen, whose scale is 1.3 at 360 pixels, the base scale of the watch's applications.
+ * Sets the toolkit up for the watch: a finger drags, flicks and bounces what scrolls, and sizes
+ * follow the screen, whose scale is 1.3 at 360 pixels, the base scale of the watch's applications.
  *
  * A scale that the user sets (ELM_SCALE) stays.
  */

@@ -1,0 +1,260 @@
+#include "common/NaviFrame.h"
+#include "page/Clock.h"
+#include "page/Page.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace
+{
+
+constexpr double kFrame = 1.0 / 60;
+constexpr int kSide = 360;
+constexpr int kDetent = kSide / 4;
+
+class Motion : public testing::Test
+{
+protected:
+    // A value at each frame.
+    static std::vector<int> Watch(double seconds, const std::function<int()>& value)
+    {
+        std::vector<int> values;
+        for (double passed = 0; passed < seconds; passed += kFrame)
+        {
+            Clock::Advance(kFrame);
+            values.push_back(value());
+        }
+        return values;
+    }
+
+    std::vector<int> WatchScrolling(double seconds)
+    {
+        return Watch(seconds, [this] { return mPage.ScrolledBy(); });
+    }
+
+    int ArrowX() const
+    {
+        int x = 0;
+        evas_object_geometry_get(mPage.ImageIn("arrow_image", "image"), &x, nullptr, nullptr,
+                                 nullptr);
+        return x;
+    }
+
+    // How many times something is drawn.
+    int CountFrames(double seconds)
+    {
+        int frames = 0;
+        auto count = [](void* data, Evas*, void*) { ++*static_cast<int*>(data); };
+        Evas* canvas = evas_object_evas_get(mPage.Layout());
+        evas_event_callback_add(canvas, EVAS_CALLBACK_RENDER_PRE, count, &frames);
+        Clock::Advance(seconds);
+        evas_event_callback_del_full(canvas, EVAS_CALLBACK_RENDER_PRE, count, &frames);
+        return frames;
+    }
+
+    void MakeLong()
+    {
+        std::string text;
+        for (int line = 0; line < 80; ++line)
+            text += "Qivo<br>";
+        mPage.SetTranslation(text);
+    }
+
+    // The finger moves up a frame's way each frame, and leaves the screen in mid motion.
+    void Flick(int way)
+    {
+        mPage.Touch(300);
+        for (int y = 300 - way; y > 140; y -= way)
+            mPage.DragTo(y);
+        mPage.Release();
+    }
+
+    Page mPage{kSide};
+};
+
+int CountPeaks(const std::vector<int>& values)
+{
+    const int highest = *std::max_element(values.begin(), values.end());
+    int peaks = 0;
+    for (size_t index = 1; index < values.size(); ++index)
+        peaks += values[index] == highest && values[index - 1] != highest;
+    return peaks;
+}
+
+TEST_F(Motion, TheArrowBeckonsThreeTimesEachTimeThatItIsShown)
+{
+    const int rest = ArrowX();
+    mPage.SetArrowVisible(false);
+    Clock::Advance(1);
+    for (int time = 0; time < 2; ++time)
+    {
+        mPage.SetArrowVisible(true);
+        const std::vector<int> way = Watch(2, [this] { return ArrowX(); });
+        EXPECT_EQ(CountPeaks(way), 3);
+        EXPECT_EQ(way.back(), rest);
+        mPage.SetArrowVisible(false);
+        Clock::Advance(1);
+    }
+}
+
+TEST_F(Motion, TheArrowThatIsHiddenAndShownInMidMotionComesToRestToo)
+{
+    const Picture rest = mPage.Look();
+    for (int time = 0; time < 5; ++time)
+    {
+        mPage.SetArrowVisible(false);
+        Clock::Advance(0.13 * time);
+        mPage.SetArrowVisible(true);
+        Clock::Advance(0.17 * time);
+    }
+    Clock::Advance(2.5);
+    EXPECT_EQ(mPage.Look(), rest);
+}
+
+TEST_F(Motion, TheArrowFadesOutSoftlyAndIsGone)
+{
+    mPage.SetArrowVisible(false);
+    int shades = 0;
+    Picture last = mPage.Look();
+    for (int frame = 0; frame < 30; ++frame)
+    {
+        Clock::Advance(kFrame);
+        Picture picture = mPage.Look();
+        shades += picture != last;
+        last = picture;
+    }
+    EXPECT_GE(shades, 10);
+    EXPECT_LE(shades, 22);
+    EXPECT_FALSE(
+        evas_object_visible_get(elm_object_part_content_get(mPage.Layout(), "arrow_image")));
+}
+
+TEST_F(Motion, APageThatStandsStillDrawsNothing)
+{
+    EXPECT_EQ(CountFrames(10), 0);
+    mPage.SetArrowVisible(false);
+    EXPECT_GT(CountFrames(1), 0);
+    EXPECT_EQ(CountFrames(10), 0);
+}
+
+TEST_F(Motion, ADetentEasesOutOverItsWay)
+{
+    Page::TurnBezel(1);
+    const std::vector<int> way = WatchScrolling(1);
+    EXPECT_TRUE(std::is_sorted(way.begin(), way.end()));
+    EXPECT_EQ(way.back(), kDetent);
+    const auto end = std::find(way.begin(), way.end(), kDetent);
+    const auto half = end - way.begin();
+    EXPECT_LE(half * kFrame, 0.7);
+    EXPECT_GT(way[half / 2], kDetent / 2) << "the first half is the faster one";
+}
+
+TEST_F(Motion, FastTurningLosesNoDetentAndIsFollowed)
+{
+    constexpr int kDetents = 20;
+    MakeLong();
+    int farthest = 0;
+    for (int detent = 1; detent <= kDetents; ++detent)
+    {
+        Page::TurnBezel(1);
+        const std::vector<int> way = WatchScrolling(0.04);
+        farthest = std::max(farthest, detent * kDetent - way.back());
+        if (detent > 1)
+        {
+            EXPECT_LT(way.front(), way.back()) << detent;
+        }
+    }
+    EXPECT_LE(farthest, 5 * kDetent);
+    const std::vector<int> rest = WatchScrolling(1);
+    EXPECT_TRUE(std::is_sorted(rest.begin(), rest.end()));
+    EXPECT_EQ(rest.back(), kDetents * kDetent);
+}
+
+TEST_F(Motion, TheBezelStopsAtTheEndsWithoutGoingBeyond)
+{
+    Page::TurnBezel(30);
+    std::vector<int> way = WatchScrolling(2);
+    Page::TurnBezel(5);
+    EXPECT_EQ(WatchScrolling(1).back(), mPage.End());
+    EXPECT_LE(*std::max_element(way.begin(), way.end()), mPage.End());
+    Page::TurnBezel(-30);
+    way = WatchScrolling(2);
+    EXPECT_EQ(way.back(), 0);
+    EXPECT_GE(*std::min_element(way.begin(), way.end()), 0);
+}
+
+TEST_F(Motion, AFlickRunsOnAndSlowsDown)
+{
+    MakeLong();
+    constexpr int kSpeed = 20;
+    Flick(kSpeed);
+    const int released = mPage.ScrolledBy();
+    const std::vector<int> way = WatchScrolling(4);
+    EXPECT_NEAR(way.front() - released, kSpeed, 4) << "goes on at the finger's speed";
+    EXPECT_GT(way.back(), released + 200);
+    EXPECT_TRUE(std::is_sorted(way.begin(), way.end()));
+    const size_t half = way.size() / 2;
+    EXPECT_GT(way[half] - released, way.back() - way[half]);
+    EXPECT_EQ(way[way.size() - 30], way.back()) << "comes to rest";
+}
+
+TEST_F(Motion, AFingerThatRestsBeforeItLeavesMovesThePageNoFurther)
+{
+    MakeLong();
+    mPage.Touch(300);
+    for (int y = 290; y > 140; y -= 10)
+        mPage.DragTo(y);
+    for (int frame = 0; frame < 30; ++frame)
+        mPage.DragTo(150);
+    const int held = mPage.ScrolledBy();
+    mPage.Release();
+    EXPECT_NEAR(WatchScrolling(2).back(), held, 2);
+}
+
+TEST_F(Motion, PulledBeyondTheTopThePageGivesWayAndComesBack)
+{
+    mPage.Touch(100);
+    for (int y = 110; y <= 300; y += 10)
+        mPage.DragTo(y);
+    Clock::Advance(0.3);
+    const int pulled = mPage.PartBox("help_image").top;
+    EXPECT_GT(pulled, 20);
+    EXPECT_LT(pulled, 160) << "less than the finger's way";
+    mPage.Release();
+    Clock::Advance(1.5);
+    EXPECT_EQ(mPage.PartBox("help_image").top, 0);
+}
+
+TEST_F(Motion, ScreensFadeIntoEachOtherQuickly)
+{
+    const Picture below = mPage.Look();
+    auto screen = std::make_shared<QivoUi::NaviFrameItemData>();
+    auto* frame = QivoUi::NaviFrame::GetInstance();
+    screen->mViewLayout = elm_layout_add(frame->GetParent());
+    auto handle = frame->PushNaviframeItem(screen, true);
+    auto frames = [&]
+    {
+        int moving = 0;
+        Picture last = mPage.Look();
+        for (int tick = 1; tick <= 40; ++tick)
+        {
+            Clock::Advance(kFrame);
+            Picture picture = mPage.Look();
+            moving = picture != last ? tick : moving;
+            last = picture;
+        }
+        return moving;
+    };
+    const int pushed = frames();
+    EXPECT_NE(mPage.Look(), below);
+    handle->Pop(true, nullptr);
+    const int popped = frames();
+    EXPECT_EQ(mPage.Look(), below);
+    for (int moving : {pushed, popped})
+    {
+        EXPECT_GE(moving, 8);
+        EXPECT_LE(moving, 15) << "a quarter of a second";
+    }
+}
+
+} // namespace

@@ -16,9 +16,9 @@ int64_t CountCovered(int64_t x, int64_t y, int64_t radius)
     if (x * x + y * y >= radius * radius)
         return 0;
     int64_t covered = 0;
-    for (int row = 0; row < kGrid; ++row)
+    for (int64_t row = 0; row < kGrid; ++row)
     {
-        for (int column = 0; column < kGrid; ++column)
+        for (int64_t column = 0; column < kGrid; ++column)
         {
             const int64_t cellX = x + 2 * column + 1;
             const int64_t cellY = y + 2 * row + 1;

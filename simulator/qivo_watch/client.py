@@ -11,7 +11,7 @@ from gi.repository import Gio, GLib
 
 from qivo_watch.bus import PROPERTIES, connect
 from qivo_watch.control import INTERFACE, NAME, PATH
-from qivo_watch.errors import WatchError
+from qivo_watch.errors import WatchEnded, WatchError
 from qivo_watch.state import Folder
 
 BODY = ("com.velmora.QivoWatch.Body", PATH, "com.velmora.QivoWatch.Body1")
@@ -81,7 +81,7 @@ class Client:
         self.connection.signal_unsubscribe(subscription)
         self.connection.disconnect(handler)
         if not result and self.connection.is_closed():
-            raise WatchError(_absence(self.folder, "the watch has ended"))
+            raise _ended(self.folder)
         return result[0] if result else None
 
     def _call(self, target: tuple[str, str, str], method: str, arguments: GLib.Variant,
@@ -96,7 +96,7 @@ class Client:
                 raise WatchError(error.message.removeprefix(f"GDBus.Error:{name}: ")) from None
             if self.folder.is_held() and not self.connection.is_closed():
                 raise WatchError(f"the watch does not answer: {error.message}") from None
-            raise WatchError(_absence(self.folder, "the watch has ended")) from None
+            raise _ended(self.folder) from None
         return answer.unpack() if answer else ()
 
 
@@ -134,9 +134,15 @@ def wait_gone(folder: Folder) -> bool:
     return False
 
 
-def _absence(folder: Folder, otherwise: str = "") -> str:
-    """Why there is no watch; clears what a dead one has left."""
+def _ended(folder: Folder) -> WatchError:
+    reason = folder.take_note()
+    return WatchError(f"the watch has ended: {reason}") if reason else WatchEnded(
+        "the watch has ended")
+
+
+def _absence(folder: Folder) -> str:
+    """Why there is no watch."""
     reason = folder.take_note()
     if reason:
         return f'the watch "{folder.name}" has ended: {reason}'
-    return otherwise or f'the watch "{folder.name}" does not run (qivo-watch start starts it)'
+    return f'the watch "{folder.name}" does not run (qivo-watch start starts it)'

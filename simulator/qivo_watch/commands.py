@@ -1,6 +1,7 @@
 """What each subcommand does, on the command line and in a replay alike."""
 
 import argparse
+import contextlib
 import json
 import os
 import pathlib
@@ -13,7 +14,7 @@ from typing import Any
 from qivo_watch import client as clients
 from qivo_watch.client import Client
 from qivo_watch.clock import format_time, parse_time
-from qivo_watch.errors import UsageError, WatchError
+from qivo_watch.errors import UsageError, WatchEnded, WatchError
 from qivo_watch.guard import start_guard
 from qivo_watch.log import coloured, is_at_least
 from qivo_watch.state import Folder
@@ -188,7 +189,8 @@ class Session:
                 print(coloured(line) if in_colour else line, flush=True)
             return False
         if given.follow:
-            self.client.wait_log(0, show, None)
+            with contextlib.suppress(WatchEnded):
+                self.client.wait_log(0, show, None)
         else:
             for line in self.client.call("ReadLog", "(t)", 0)[1]:
                 show(line)

@@ -7,6 +7,7 @@ import pytest
 
 from e2e.picture import Picture
 from simulator.desk import Desk
+from support.display import Display
 
 SCRIPT = pathlib.Path(__file__).parents[2] / "script"
 
@@ -65,6 +66,17 @@ def test_without_a_display_the_guide_runs_on_and_it_is_told_how_to_look(tmp_path
         assert "operation:[second]" in log and "operation:[first]" not in log
         subprocess.run([look[0], "stop"], env=desk.environment, check=True)
         assert not desk.processes()
+
+
+def test_on_a_display_the_watch_ends_with_the_script():
+    with Display("1000x1000x24") as display, Desk(display.name) as desk:
+        running = subprocess.Popen([SCRIPT / "run"], env=desk.environment, text=True,
+                                   stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        assert any("WATCH_PORT: first frame" in line for line in running.stdout)
+        running.terminate()
+        assert running.wait(60) == 143
+        running.stdout.close()
+        assert not desk.processes() and not list(desk.runtime.iterdir())
 
 
 def test_a_request_that_the_guide_refuses_fails_the_run():

@@ -63,6 +63,15 @@ def test_a_stopped_watch_leaves_no_process_and_no_file(desk):
     assert "does not run" in desk.refused("stop")
 
 
+def test_a_followed_log_ends_well_with_the_watch(desk):
+    desk.do("start", "--headless")
+    with subprocess.Popen(desk.command("log", "--follow"), env=desk.environment, text=True,
+                          stdout=subprocess.PIPE, stderr=subprocess.PIPE) as following:
+        assert "the watch is ready" in following.stdout.readline()
+        desk.do("stop")
+        assert (following.wait(30), following.stderr.read()) == (0, "")
+
+
 @pytest.mark.parametrize("verb", [["status"], ["launch"], ["bezel", "cw"], ["log"],
                                   ["screenshot", "x.png"], ["wait", "still"]])
 def test_without_a_watch_a_command_says_so(desk, verb):

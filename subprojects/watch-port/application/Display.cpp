@@ -67,6 +67,12 @@ Display::~Display()
         ecore_x_shutdown();
 }
 
+void Display::Flush() const
+{
+    if (mKind == Kind::X11)
+        ecore_x_flush();
+}
+
 void Display::Sync() const
 {
     if (mKind == Kind::X11)

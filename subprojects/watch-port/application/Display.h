@@ -21,6 +21,9 @@ public:
 
     Kind GetKind() const { return mKind; }
 
+    /** Hands over what is still to be sent, so that the server begins with it. */
+    void Flush() const;
+
     /** Waits until the display server has handled everything that was drawn. */
     void Sync() const;
 

@@ -36,6 +36,7 @@ int Lifecycle::Run(const CommandLine& commandLine)
     }
     mIsCreated = true;
     SizeWindows(mDisplay);
+    mDisplay.Flush();
     if (!mIsExitRequested)
         DeliverFirst(commandLine);
     if (!mIsExitRequested)

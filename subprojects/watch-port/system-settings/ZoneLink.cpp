@@ -33,6 +33,8 @@ std::string ReadZoneLink()
 
 ZoneLink::ZoneLink(std::function<void()> onEvent) : mOnEvent(std::move(onEvent))
 {
+    // What begins here begins the toolkit, and this comes first of all in an application.
+    ecore_app_no_system_modules();
     ecore_file_init();
     mMonitor = ecore_file_monitor_add(kFolder, SFileEventCB, this);
     if (!mMonitor)

@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <cstring>
-#include <fstream>
-#include <sstream>
+#include <fcntl.h>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
@@ -79,6 +81,18 @@ private:
     std::string_view mBytes;
     bool mIsSwapped;
 };
+
+// What cannot be read is as if it were not there.
+std::string ReadAll(int descriptor)
+{
+    struct stat status = {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
+        return {};
+    std::string bytes(static_cast<size_t>(status.st_size), '\0');
+    const ssize_t count = read(descriptor, bytes.data(), bytes.size());
+    bytes.resize(count < 0 ? 0 : static_cast<size_t>(count));
+    return bytes;
+}
 } // namespace
 
 bool IsCatalogue(std::string_view bytes)
@@ -93,12 +107,13 @@ bool IsCatalogue(std::string_view bytes)
            reader.HoldsHashes(reader.Get(kFieldHashes), reader.Get(kFieldHashSize), count);
 }
 
+// All are read at each start, however many languages there are: without a stream's buffers.
 CatalogueState CheckCatalogue(const std::filesystem::path& file)
 {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream)
+    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0)
         return CatalogueState::Unreadable;
-    std::ostringstream bytes;
-    bytes << stream.rdbuf();
-    return IsCatalogue(bytes.str()) ? CatalogueState::Sound : CatalogueState::Broken;
+    const std::string bytes = ReadAll(descriptor);
+    close(descriptor);
+    return IsCatalogue(bytes) ? CatalogueState::Sound : CatalogueState::Broken;
 }

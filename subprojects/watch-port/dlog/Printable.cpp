@@ -1,5 +1,7 @@
 #include "dlog/Printable.h"
 
+#include <algorithm>
+
 namespace
 {
 constexpr char kReset[] = "\033[0;m";
@@ -50,6 +52,13 @@ bool IsControl(std::string_view character)
     return character == "\u2028" || character == "\u2029";
 }
 
+// The length of what the text starts with that is printable ASCII, as nearly all of a log is.
+size_t PlainLength(std::string_view text)
+{
+    const auto isPlain = [](char c) { return c >= 0x20 && c < 0x7f; };
+    return static_cast<size_t>(std::find_if_not(text.begin(), text.end(), isPlain) - text.begin());
+}
+
 // The length of the colour escape that the text starts with, or 0.
 size_t ColourLength(std::string_view text)
 {
@@ -76,13 +85,16 @@ void AppendCharacter(std::string& out, std::string_view text, size_t length)
 }
 } // namespace
 
-std::string Printable(std::string_view text, Colours colours)
+void AppendPrintable(std::string& out, std::string_view text, Colours colours)
 {
-    std::string out;
-    out.reserve(text.size() + sizeof kReset);
     bool coloured = false;
     while (!text.empty())
     {
+        const size_t plain = PlainLength(text);
+        out.append(text.substr(0, plain));
+        text.remove_prefix(plain);
+        if (text.empty())
+            break;
         size_t length = colours == Colours::Escape ? 0 : ColourLength(text);
         if (length == 0)
         {
@@ -96,7 +108,16 @@ std::string Printable(std::string_view text, Colours colours)
         }
         text.remove_prefix(length == 0 ? 1 : length);
     }
-    return coloured ? out + kReset : out;
+    if (coloured)
+        out += kReset;
+}
+
+std::string Printable(std::string_view text, Colours colours)
+{
+    std::string out;
+    out.reserve(text.size() + sizeof kReset);
+    AppendPrintable(out, text, colours);
+    return out;
 }
 
 bool IsUtf8(std::string_view text)

@@ -18,6 +18,9 @@ enum class Colours
  */
 std::string Printable(std::string_view text, Colours colours = Colours::Escape);
 
+/** Appends the printable form of the text to what is there already. */
+void AppendPrintable(std::string& out, std::string_view text, Colours colours = Colours::Escape);
+
 /** Tells whether the text is UTF-8 throughout: no overlong form, surrogate or cut sequence. */
 bool IsUtf8(std::string_view text);
 

@@ -1,0 +1,117 @@
+// Fixed work, the steps of which are counted: under callgrind, one profile each, in this order.
+
+#include "common/Log.h"
+#include "common/NaviFrame.h"
+#include "common/NaviFrameItemPopHandler.h"
+#include "common/RotaryEventManager.h"
+#include "common/util/StringUtil.h"
+
+#include <Efreet.h>
+#include <cstdlib>
+#include <memory>
+#include <valgrind/callgrind.h>
+
+namespace
+{
+constexpr int kTimes = 1000;
+constexpr int kScreens = 100;
+
+Evas_Object* sWindow = nullptr;
+
+class Listener : public QivoUi::RotaryEventListener
+{
+public:
+    explicit Listener(Evas_Object* object) : mObject(object) {}
+
+    Evas_Object* GetRotaryViewObject() override { return mObject; }
+
+private:
+    Evas_Object* mObject;
+};
+
+std::shared_ptr<QivoUi::NaviFrameItemPopHandler> Push()
+{
+    auto record = std::make_shared<QivoUi::NaviFrameItemData>();
+    record->mViewLayout = elm_grid_add(sWindow);
+    return QivoUi::NaviFrame::GetInstance()->PushNaviframeItem(record, false);
+}
+
+void ConvertNumbers()
+{
+    using QivoUi::StringUtil;
+    StringUtil::StringToInt(StringUtil::IntToString(1234567));
+    StringUtil::StringToInt64(StringUtil::Int64ToString(-123456789012));
+    StringUtil::StringToFloat(StringUtil::FloatToString(3.14159F));
+    StringUtil::StringToDouble(StringUtil::DoubleToString(3.14159, 2));
+    StringUtil::IntToHexaStringBy8Bit(200);
+    StringUtil::RoundOff(3.14159F, 2);
+}
+
+void ConvertTexts()
+{
+    using QivoUi::StringUtil;
+    StringUtil::StringReplace("Press and hold the Back key\non any screen.", "\n", "<br>");
+    StringUtil::Tokenize("Press and hold the Back key on any screen.", " ");
+    StringUtil::GetColorTagedString(255, 0, 16, 255, 30, "Press and hold the Back key", "Sans");
+}
+
+void TurnDetents(Evas_Object* object)
+{
+    Eext_Rotary_Event_Info detent = {EEXT_ROTARY_DIRECTION_CLOCKWISE, 0};
+    auto* manager = QivoUi::RotaryEventManager::GetInstance();
+    for (int i = 0; i < kTimes; ++i)
+        QivoUi::RotaryEventManager::SRotaryEventCB(manager, object, &detent);
+}
+
+void WriteLogLines()
+{
+    for (int i = 0; i < kTimes; ++i)
+        QIVO_LOG_INFO("operation:[%s]", "default");
+}
+
+void PushAndPopScreens()
+{
+    for (int i = 0; i < kScreens; ++i)
+        Push()->Pop(false, nullptr);
+}
+
+template <typename Work> void Count(Work work)
+{
+    CALLGRIND_TOGGLE_COLLECT;
+    work();
+    CALLGRIND_TOGGLE_COLLECT;
+    CALLGRIND_DUMP_STATS;
+}
+
+template <typename Work> void CountTimes(Work work)
+{
+    Count(
+        [work]
+        {
+            for (int i = 0; i < kTimes; ++i)
+                work();
+        });
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    setenv("ELM_ENGINE", "buffer", 1);
+    ecore_app_no_system_modules();
+    efreet_cache_disable();
+    elm_init(argc, argv);
+    elm_theme_overlay_add(nullptr, PLATFORM_THEME);
+    sWindow = elm_win_add(nullptr, "workloads", ELM_WIN_BASIC);
+    Listener listener(evas_object_rectangle_add(evas_object_evas_get(sWindow)));
+    QivoUi::RotaryEventManager::GetInstance()->RegisterEventListener(&listener);
+    QivoUi::NaviFrame::GetInstance()->CreateNaviFrame(elm_layout_add(sWindow));
+    const auto bottom = Push();
+
+    Count([&] { TurnDetents(listener.GetRotaryViewObject()); });
+    Count(WriteLogLines);
+    CountTimes(ConvertNumbers);
+    CountTimes(ConvertTexts);
+    Count(PushAndPopScreens);
+    // Without the toolkit's own end, which counts for nothing here.
+    std::_Exit(0);
+}

@@ -1,0 +1,85 @@
+"""Counts instructions and allocations of fixed work, which time cannot disturb.
+
+    count.py BUILD      counts anew what kept.json holds
+
+The figures are those of a debug build by g++, in which each step of the source counts. What the
+toolkit and the C library take does not count: it differs from version to version, and from
+processor to processor.
+"""
+
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+sys.path.insert(0, str(pathlib.Path(__file__).parents[1]))
+
+from support.callgrind import Profile  # noqa: E402
+
+KEPT = pathlib.Path(__file__).with_name("kept.json")
+WORKLOADS = ["1000 detents", "1000 log lines", "1000 times numbers", "1000 times texts",
+             "100 screens"]
+START = "start to first frame"
+
+
+def count_all(build):
+    """{work: {"instructions": N, "allocations": N}} of a build folder."""
+    with tempfile.TemporaryDirectory() as home:
+        return count_workloads(build, home) | {START: count_start(build, home)}
+
+
+def count_workloads(build, home):
+    program = build / "tests" / "counts" / "workloads"
+    with open(os.path.join(home, "log"), "w") as log:
+        subprocess.run([*callgrind(home, "workloads"), "--collect-atstart=no", program],
+                       env=environment(home), stderr=log, check=True, timeout=300)
+    # With the standard library, which here works for nobody but us: streams must not come back.
+    return {work: figures(Profile(f"{home}/workloads.{number}"),
+                          lambda function: function[0].endswith("/workloads")
+                          or "/libstdc++.so" in function[0])
+            for number, work in enumerate(WORKLOADS, 1)}
+
+
+def count_start(build, home):
+    guide = build / "qivo-ui" / "qivo-guide-app"
+    process = subprocess.Popen(
+        [*callgrind(home, "start"), "--toggle-collect=main", "--dump-before=*SFrameEndCB*", guide],
+        env=environment(home) | {"ELM_ENGINE": "buffer"}, stderr=subprocess.PIPE, text=True,
+        errors="replace")
+    try:
+        assert any("first frame" in line for line in process.stderr), "the guide draws no frame"
+    finally:
+        process.kill()
+        process.communicate()
+    # Without the port, whose work depends on the order in which the loop's events come.
+    return figures(Profile(f"{home}/start.1"),
+                   lambda function: "/qivo-ui/" in function[1] or "QivoUi::" in function[2])
+
+
+def callgrind(home, name):
+    return ["valgrind", "-q", "--tool=callgrind", f"--callgrind-out-file={home}/{name}"]
+
+
+def environment(home):
+    return {"PATH": os.environ["PATH"], "HOME": home, "XDG_RUNTIME_DIR": home, "LANG": "C.UTF-8",
+            "EINA_LOG_LEVEL": "0"}
+
+
+def figures(profile, is_own):
+    new = "operator new(unsigned long)"
+    allocations = profile.calls_of(
+        lambda function: function[2] in ("malloc", "calloc", "realloc", new),
+        lambda function: is_own(function) and function[2] != new)
+    return {"instructions": profile.total(is_own), "allocations": allocations}
+
+
+def main():
+    if len(sys.argv) != 2:
+        sys.exit("count.py: needs a build folder")
+    KEPT.write_text(json.dumps(count_all(pathlib.Path(sys.argv[1])), indent=4) + "\n")
+
+
+if __name__ == "__main__":
+    main()

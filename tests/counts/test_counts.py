@@ -1,0 +1,43 @@
+"""No change makes the same work much dearer, or much cheaper without anybody noticing."""
+
+import json
+import os
+import pathlib
+import subprocess
+
+import pytest
+
+from counts.count import KEPT, START, WORKLOADS, count_all
+
+BUILD = pathlib.Path(os.environ["BUILD_DIR"])
+TOLERANCE = 0.05
+RENEW = "meant so? then: python3 tests/counts/count.py BUILD, and say why in the commit"
+
+
+def is_counted_build():
+    """The kept figures are those of g++ without optimisation."""
+    def introspect(what):
+        return json.loads(subprocess.run(["meson", "introspect", what, BUILD], check=True,
+                                         stdout=subprocess.PIPE).stdout)
+
+    options = {option["name"]: option["value"] for option in introspect("--buildoptions")}
+    compilers = {part for target in introspect("--targets") if target["name"] == "workloads"
+                 for source in target["target_sources"] for part in source["compiler"]}
+    return (not any("clang" in part for part in compilers) and options["optimization"] == "0"
+            and options["b_sanitize"] == "none")
+
+
+@pytest.fixture(name="counted", scope="module")
+def _counted():
+    if not is_counted_build():
+        pytest.skip("counts are kept for a debug build by g++ without sanitizers")
+    return count_all(BUILD)
+
+
+@pytest.mark.parametrize("work", [*WORKLOADS, START])
+@pytest.mark.parametrize("figure", ["instructions", "allocations"])
+def test_work_takes_as_much_as_is_kept(counted, work, figure):
+    kept = json.loads(KEPT.read_text())[work][figure]
+    now = counted[work][figure]
+    assert kept * (1 - TOLERANCE) <= now <= kept * (1 + TOLERANCE), (
+        f"{work}: {now} {figure}, kept are {kept}; {RENEW}")

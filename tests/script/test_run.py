@@ -21,6 +21,8 @@ def run(name, *arguments):
     ("run", ["--screenshot"], "--screenshot"),
     ("setup", ["everything"], '"everything"'),
     ("test", ["--fast"], '"--fast"'),
+    ("bench", ["--fast"], '"--fast"'),
+    ("bench", ["--quick", "extra"], '"extra"'),
 ])
 def test_wrong_use_is_named_in_one_line_with_status_2(name, arguments, named):
     result = run(name, *arguments)
@@ -32,6 +34,12 @@ def test_help_says_what_run_takes():
     result = run("run", "--help")
     assert (result.returncode, result.stderr) == (0, "")
     assert "script/run [--screenshot FILE] [-- APP-ARGUMENTS]" in result.stdout
+
+
+def test_help_says_what_bench_takes():
+    result = run("bench", "--help")
+    assert (result.returncode, result.stderr) == (0, "")
+    assert "script/bench [--quick]" in result.stdout
 
 
 def test_a_screenshot_shows_the_first_complete_frame_and_leaves_nothing_running(tmp_path):

@@ -1,0 +1,331 @@
+// Starts a program and tells, from outside, when its first complete frame is on the screen.
+//
+//   frame-watch settle PICTURE PROGRAM [ARGUMENT...]
+//       waits until the screen has not changed for a second and keeps what is on it in PICTURE
+//   frame-watch measure PICTURE PROGRAM [ARGUMENT...]
+//       waits until the screen shows PICTURE and prints "FRAME_MS CPU_MS PEAK_KIB MAPPED_KIB":
+//       the wall time and the processor time (of the program and its children that have ended)
+//       from just before the program is started to its first complete frame, its peak resident
+//       memory half a second later, and the part of it that is the program's own at that time
+//   frame-watch detents COUNT PROGRAM [ARGUMENT...]
+//       turns the wheel over the settled screen, 30 notches a second, and prints for each notch
+//       that the screen changed after, before the next one, how many milliseconds it took
+//
+// The program is ended with SIGTERM. DISPLAY names a screen on which nothing else draws.
+// The way is the same for every toolkit: the X server reports the damage, and each time the screen
+// is read and compared; a frame is complete when next to no pixel differs from the settled picture.
+
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XShm.h>
+#include <X11/extensions/XTest.h>
+#include <X11/extensions/Xdamage.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <poll.h>
+#include <spawn.h>
+#include <string>
+#include <sys/ipc.h>
+#include <sys/shm.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace
+{
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+using Picture = std::vector<unsigned char>;
+
+constexpr milliseconds kDeadline(30000);
+constexpr milliseconds kStill(1000);
+constexpr milliseconds kAfterFrame(500);
+// One in a hundred: an arrow that moves does not make a page incomplete; a missing line does.
+constexpr size_t kDifferingPixels = 1296;
+constexpr int kSameColour = 16;
+constexpr size_t kBytesPerPixel = 4;
+constexpr std::chrono::microseconds kDetent(1000000 / 30);
+constexpr unsigned int kWheelUp = 4;
+constexpr unsigned int kWheelDown = 5;
+
+[[noreturn]] void Fail(const std::string& reason)
+{
+    std::fprintf(stderr, "frame-watch: %s\n", reason.c_str());
+    std::exit(1);
+}
+
+class Watched
+{
+public:
+    Watched() : mDisplay(XOpenDisplay(nullptr))
+    {
+        if (mDisplay == nullptr || !XShmQueryExtension(mDisplay) ||
+            !XDamageQueryExtension(mDisplay, &mDamageEvents, &mDamageErrors))
+            Fail("no display with shared memory and damage reports");
+        const int number = DefaultScreen(mDisplay);
+        mImage = XShmCreateImage(mDisplay, DefaultVisual(mDisplay, number),
+                                 DefaultDepth(mDisplay, number), ZPixmap, nullptr, &mSegment,
+                                 DisplayWidth(mDisplay, number), DisplayHeight(mDisplay, number));
+        mSegment.shmid = shmget(IPC_PRIVATE, Size(), IPC_CREAT | 0600);
+        mSegment.shmaddr = mImage->data = static_cast<char*>(shmat(mSegment.shmid, nullptr, 0));
+        XShmAttach(mDisplay, &mSegment);
+        XSync(mDisplay, False);
+        shmctl(mSegment.shmid, IPC_RMID, nullptr);
+        mDamage = XDamageCreate(mDisplay, Root(), XDamageReportNonEmpty);
+        XSync(mDisplay, False);
+    }
+    ~Watched() { XCloseDisplay(mDisplay); }
+    Watched(const Watched&) = delete;
+    Watched& operator=(const Watched&) = delete;
+
+    Picture Read()
+    {
+        XShmGetImage(mDisplay, Root(), mImage, 0, 0, AllPlanes);
+        const auto* bytes = reinterpret_cast<const unsigned char*>(mImage->data);
+        return {bytes, bytes + Size()};
+    }
+
+    /// Waits for a change of the screen; false when none came in time.
+    bool WaitForChange(milliseconds patience)
+    {
+        const auto deadline = Clock::now() + patience;
+        while (!TakeDamage())
+        {
+            const auto left = std::chrono::duration_cast<milliseconds>(deadline - Clock::now());
+            pollfd connection = {ConnectionNumber(mDisplay), POLLIN, 0};
+            if (left.count() <= 0 || poll(&connection, 1, static_cast<int>(left.count())) == 0)
+                return false;
+        }
+        return true;
+    }
+
+    void TurnWheel(unsigned int button)
+    {
+        XTestFakeButtonEvent(mDisplay, button, True, CurrentTime);
+        XTestFakeButtonEvent(mDisplay, button, False, CurrentTime);
+        XFlush(mDisplay);
+    }
+
+    void PointAtMiddle()
+    {
+        const int number = DefaultScreen(mDisplay);
+        XWarpPointer(mDisplay, None, Root(), 0, 0, 0, 0, DisplayWidth(mDisplay, number) / 2,
+                     DisplayHeight(mDisplay, number) / 2);
+        XSync(mDisplay, False);
+    }
+
+private:
+    Window Root() const { return DefaultRootWindow(mDisplay); }
+    size_t Size() const { return static_cast<size_t>(mImage->bytes_per_line) * mImage->height; }
+
+    bool TakeDamage()
+    {
+        bool isDamaged = false;
+        while (XPending(mDisplay) > 0)
+        {
+            XEvent event;
+            XNextEvent(mDisplay, &event);
+            isDamaged = isDamaged || event.type == mDamageEvents + XDamageNotify;
+        }
+        if (isDamaged)
+            XDamageSubtract(mDisplay, mDamage, None, None);
+        return isDamaged;
+    }
+
+    Display* mDisplay;
+    XShmSegmentInfo mSegment{};
+    XImage* mImage = nullptr;
+    Damage mDamage = 0;
+    int mDamageEvents = 0;
+    int mDamageErrors = 0;
+};
+
+bool IsSamePixel(const unsigned char* left, const unsigned char* right)
+{
+    return std::abs(left[0] - right[0]) <= kSameColour &&
+           std::abs(left[1] - right[1]) <= kSameColour &&
+           std::abs(left[2] - right[2]) <= kSameColour;
+}
+
+bool IsSame(const Picture& left, const Picture& right)
+{
+    size_t differing = 0;
+    for (size_t i = 0; i < left.size() && differing <= kDifferingPixels; i += kBytesPerPixel)
+        differing += !IsSamePixel(&left[i], &right[i]);
+    return left.size() == right.size() && differing <= kDifferingPixels;
+}
+
+bool IsEmpty(const Picture& picture)
+{
+    return std::equal(picture.begin() + kBytesPerPixel, picture.end(), picture.begin());
+}
+
+class Program
+{
+public:
+    explicit Program(char** command)
+    {
+        if (posix_spawnp(&mProcess, command[0], nullptr, nullptr, command, environ) != 0)
+            Fail(std::string("cannot start \"") + command[0] + '"');
+    }
+    ~Program()
+    {
+        kill(mProcess, SIGTERM);
+        waitpid(mProcess, nullptr, 0);
+    }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    bool HasEnded() const
+    {
+        siginfo_t state = {};
+        waitid(P_PID, static_cast<id_t>(mProcess), &state, WEXITED | WNOHANG | WNOWAIT);
+        return state.si_pid == mProcess;
+    }
+
+    /// Processor time so far, with that of its children that have ended, in milliseconds.
+    double CpuMs() const
+    {
+        clockid_t clock = 0;
+        timespec used = {};
+        if (clock_getcpuclockid(mProcess, &clock) != 0 || clock_gettime(clock, &used) != 0)
+            return 0;
+        return static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) / 1e6;
+    }
+
+    long StatusKib(const std::string& file, const std::string& name) const
+    {
+        std::ifstream status("/proc/" + std::to_string(mProcess) + '/' + file);
+        for (std::string line; std::getline(status, line);)
+        {
+            if (line.rfind(name + ':', 0) == 0)
+                return std::atol(line.c_str() + name.size() + 1);
+        }
+        return 0;
+    }
+
+private:
+    pid_t mProcess = 0;
+};
+
+void AwaitEmptyScreen(Watched& screen)
+{
+    const auto deadline = Clock::now() + kDeadline;
+    while (!IsEmpty(screen.Read()))
+    {
+        if (Clock::now() > deadline)
+            Fail("the screen is not empty");
+        screen.WaitForChange(milliseconds(100));
+    }
+    while (screen.WaitForChange(milliseconds(50)))
+        continue;
+}
+
+void AwaitRest(Watched& screen, const Program& program)
+{
+    const auto deadline = Clock::now() + kDeadline;
+    while (screen.WaitForChange(kStill) || IsEmpty(screen.Read()))
+    {
+        if (Clock::now() > deadline || program.HasEnded())
+            Fail("the screen does not come to rest, or nothing is drawn");
+    }
+}
+
+void Settle(Watched& screen, const char* file, char** command)
+{
+    const Program program(command);
+    AwaitRest(screen, program);
+    const Picture picture = screen.Read();
+    std::ofstream(file, std::ios::binary)
+        .write(reinterpret_cast<const char*>(picture.data()),
+               static_cast<std::streamsize>(picture.size()));
+}
+
+void Measure(Watched& screen, const Picture& wanted, char** command)
+{
+    const auto start = Clock::now();
+    const Program program(command);
+    while (!IsSame(screen.Read(), wanted))
+    {
+        screen.WaitForChange(milliseconds(1000));
+        if (Clock::now() - start > kDeadline || program.HasEnded())
+            Fail("the settled picture does not come");
+    }
+    const std::chrono::duration<double, std::milli> frame = Clock::now() - start;
+    const double cpu = program.CpuMs();
+    while (screen.WaitForChange(kAfterFrame))
+        continue;
+    std::printf("%.2f %.2f %ld %ld\n", frame.count(), cpu, program.StatusKib("status", "VmHWM"),
+                program.StatusKib("smaps_rollup", "Pss"));
+}
+
+// There and back again, so that every notch has somewhere to go.
+void TurnDetents(Watched& screen, int count, char** command)
+{
+    const Program program(command);
+    AwaitRest(screen, program);
+    screen.PointAtMiddle();
+    auto next = Clock::now();
+    for (int i = 0; i < count; ++i)
+    {
+        while (screen.WaitForChange(milliseconds(0)))
+            continue;
+        const auto turned = Clock::now();
+        screen.TurnWheel(i / 2 % 2 == 0 ? kWheelDown : kWheelUp);
+        next += kDetent;
+        if (screen.WaitForChange(std::chrono::duration_cast<milliseconds>(next - turned)))
+        {
+            const std::chrono::duration<double, std::milli> taken = Clock::now() - turned;
+            std::printf("%.2f\n", taken.count());
+        }
+        std::this_thread::sleep_until(next);
+    }
+    if (program.HasEnded())
+        Fail("the program has ended");
+}
+
+std::optional<Picture> ReadFile(const char* name)
+{
+    std::ifstream file(name, std::ios::binary);
+    if (!file)
+        return std::nullopt;
+    return Picture{std::istreambuf_iterator<char>(file), {}};
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const std::string mode = argc < 4 ? "" : argv[1];
+    if (mode != "settle" && mode != "measure" && mode != "detents")
+    {
+        std::fputs("frame-watch: settle|measure PICTURE PROGRAM, or detents COUNT PROGRAM\n",
+                   stderr);
+        return 2;
+    }
+    Watched screen;
+    AwaitEmptyScreen(screen);
+    if (mode == "settle")
+    {
+        Settle(screen, argv[2], argv + 3);
+        return 0;
+    }
+    if (mode == "detents")
+    {
+        TurnDetents(screen, std::atoi(argv[2]), argv + 3);
+        return 0;
+    }
+    const auto wanted = ReadFile(argv[2]);
+    if (!wanted)
+        Fail(std::string("cannot read \"") + argv[2] + '"');
+    Measure(screen, *wanted, argv + 3);
+    return 0;
+}

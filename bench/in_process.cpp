@@ -1,0 +1,323 @@
+// What single operations cost, in the application's own objects on the real toolkit off screen.
+// Where there is a shortest way to the same end it is measured beside them, as NAME/bare.
+//
+// The log goes to standard error, which the caller sends to a file.
+
+#include "common/Log.h"
+#include "common/NaviFrame.h"
+#include "common/NaviFrameItemPopHandler.h"
+#include "common/RotaryEventManager.h"
+#include "common/util/StringUtil.h"
+
+#include <Efreet.h>
+#include <benchmark/benchmark.h>
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <malloc.h>
+#include <string>
+#include <vector>
+
+using QivoUi::StringUtil;
+
+namespace
+{
+// The toolkit, with a window of the watch's size that is never drawn.
+class Toolkit
+{
+public:
+    Toolkit()
+    {
+        elm_init(0, nullptr);
+        elm_theme_overlay_add(nullptr, PLATFORM_THEME);
+        mWindow = elm_win_add(nullptr, "bench", ELM_WIN_BASIC);
+        evas_object_resize(mWindow, 360, 360);
+    }
+    ~Toolkit() { elm_shutdown(); }
+    Toolkit(const Toolkit&) = delete;
+    Toolkit& operator=(const Toolkit&) = delete;
+
+    Evas_Object* Window() const { return mWindow; }
+
+private:
+    Evas_Object* mWindow;
+};
+
+Evas_Object* Window()
+{
+    static const Toolkit sToolkit;
+    return sToolkit.Window();
+}
+
+// A turn of the loop with a frame, after which the toolkit lets go of what was deleted.
+void RunLoopOnce()
+{
+    ecore_main_loop_iterate();
+    evas_norender(evas_object_evas_get(Window()));
+}
+
+constexpr int kScreens = 100;
+constexpr int kRounds = 10;
+
+Evas_Object* NewScreen()
+{
+    return elm_grid_add(Window());
+}
+
+Evas_Object* NewLayout()
+{
+    Evas_Object* layout = elm_layout_add(Window());
+    elm_layout_theme_set(layout, "layout", "application", "default");
+    return layout;
+}
+
+// From the second round on, in which all that is made once has been made.
+void CountGrowth(benchmark::State& state, const std::vector<size_t>& used)
+{
+    state.counters["growth"] = static_cast<double>(used.back()) - static_cast<double>(used[1]);
+}
+
+void PushAndPopBare(benchmark::State& state)
+{
+    Evas_Object* layout = NewLayout();
+    Evas_Object* frame = elm_naviframe_add(layout);
+    elm_object_part_content_set(layout, "elm.swallow.content", frame);
+    elm_naviframe_item_push(frame, "", nullptr, nullptr, NewScreen(), "empty");
+    std::vector<size_t> used;
+    for (auto _ : state)
+    {
+        for (int i = 0; i < kScreens; ++i)
+        {
+            Elm_Object_Item* top = elm_naviframe_top_item_get(frame);
+            Elm_Object_Item* item = elm_naviframe_item_insert_after(frame, top, "", nullptr,
+                                                                    nullptr, NewScreen(), "empty");
+            elm_object_item_del(item);
+            RunLoopOnce();
+        }
+        used.push_back(mallinfo2().uordblks);
+    }
+    CountGrowth(state, used);
+    evas_object_del(layout);
+}
+BENCHMARK(PushAndPopBare)->Name("push_pop/bare")->Iterations(kRounds);
+
+std::shared_ptr<QivoUi::NaviFrameItemPopHandler> Push()
+{
+    auto record = std::make_shared<QivoUi::NaviFrameItemData>();
+    record->mViewLayout = NewScreen();
+    return QivoUi::NaviFrame::GetInstance()->PushNaviframeItem(record, false);
+}
+
+void PushAndPop(benchmark::State& state)
+{
+    Evas_Object* layout = NewLayout();
+    auto* frame = QivoUi::NaviFrame::GetInstance();
+    frame->SetMainWindow(Window());
+    frame->CreateNaviFrame(layout);
+    const auto bottom = Push();
+    std::vector<size_t> used;
+    for (auto _ : state)
+    {
+        for (int i = 0; i < kScreens; ++i)
+        {
+            Push()->Pop(false, nullptr);
+            RunLoopOnce();
+        }
+        used.push_back(mallinfo2().uordblks);
+    }
+    CountGrowth(state, used);
+    evas_object_del(layout);
+    frame->Destroy();
+}
+BENCHMARK(PushAndPop)->Name("push_pop")->Iterations(kRounds);
+
+// The listener of both ways.
+class Counter : public QivoUi::RotaryEventListener
+{
+public:
+    explicit Counter(Evas_Object* object) : mObject(object) {}
+
+    Evas_Object* GetRotaryViewObject() override { return mObject; }
+    void OnRotaryEvent(int step, unsigned int /*timeStamp*/) override
+    {
+        benchmark::DoNotOptimize(mSum += step);
+    }
+
+private:
+    Evas_Object* mObject;
+    int mSum = 0;
+};
+
+// As many detents as one event of the wheel may be.
+constexpr int kDetents = 100;
+
+void TurnWheel()
+{
+    auto* wheel =
+        static_cast<Ecore_Event_Mouse_Wheel*>(std::calloc(1, sizeof(Ecore_Event_Mouse_Wheel)));
+    wheel->z = kDetents;
+    ecore_event_add(ECORE_EVENT_MOUSE_WHEEL, wheel, nullptr, nullptr);
+    ecore_main_loop_iterate();
+}
+
+Eina_Bool BareDetentCB(void* data, Evas_Object* /*object*/, Eext_Rotary_Event_Info* info)
+{
+    const int step = info->direction == EEXT_ROTARY_DIRECTION_CLOCKWISE ? 1 : -1;
+    static_cast<Counter*>(data)->OnRotaryDetent(step, info->time_stamp);
+    return EINA_FALSE;
+}
+
+void DetentBare(benchmark::State& state)
+{
+    Evas_Object* object = evas_object_rectangle_add(evas_object_evas_get(Window()));
+    Counter counter(object);
+    eext_rotary_object_event_callback_priority_add(object, EVAS_CALLBACK_PRIORITY_BEFORE,
+                                                   BareDetentCB, &counter);
+    eext_rotary_object_event_activated_set(object, EINA_TRUE);
+    while (state.KeepRunningBatch(kDetents))
+        TurnWheel();
+    evas_object_del(object);
+}
+BENCHMARK(DetentBare)->Name("detent/bare");
+
+void Detent(benchmark::State& state)
+{
+    Evas_Object* object = evas_object_rectangle_add(evas_object_evas_get(Window()));
+    Counter counter(object);
+    auto* manager = QivoUi::RotaryEventManager::GetInstance();
+    manager->RegisterEventListener(&counter);
+    while (state.KeepRunningBatch(kDetents))
+        TurnWheel();
+    manager->UnRegisterEventListener(&counter);
+    evas_object_del(object);
+}
+BENCHMARK(Detent)->Name("detent");
+
+// DLOG_LEVEL says which of the two it is.
+void LogLine(benchmark::State& state)
+{
+    for (auto _ : state)
+        QIVO_LOG_INFO("operation:[%s]", "default");
+}
+BENCHMARK(LogLine)->Name("log_line");
+
+template <typename Operation> void Measure(const char* name, Operation operation)
+{
+    benchmark::RegisterBenchmark(name,
+                                 [operation](benchmark::State& state)
+                                 {
+                                     for (auto _ : state)
+                                         benchmark::DoNotOptimize(operation());
+                                 });
+}
+
+// What a compiler may not know beforehand.
+template <typename Value> Value Unknown(Value value)
+{
+    benchmark::DoNotOptimize(value);
+    return value;
+}
+
+template <typename Number> Number Parsed(const std::string& text)
+{
+    Number value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+template <typename... Arguments> std::string Written(Arguments... arguments)
+{
+    char buffer[512];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, arguments...);
+    return {buffer, result.ptr};
+}
+
+void MeasureReading()
+{
+    static const std::string sInteger = "1234567";
+    static const std::string sReal = "3.14159";
+    Measure("StringToInt", [] { return StringUtil::StringToInt(sInteger); });
+    Measure("StringToInt/bare", [] { return Parsed<int>(sInteger); });
+    Measure("StringToInt64", [] { return StringUtil::StringToInt64(sInteger); });
+    Measure("StringToInt64/bare", [] { return Parsed<unsigned long long>(sInteger); });
+    Measure("StringToFloat", [] { return StringUtil::StringToFloat(sReal); });
+    Measure("StringToFloat/bare", [] { return Parsed<float>(sReal); });
+    Measure("StringToDouble", [] { return StringUtil::StringToDouble(sReal); });
+    Measure("StringToDouble/bare", [] { return Parsed<double>(sReal); });
+}
+
+void MeasureWriting()
+{
+    Measure("IntToString", [] { return StringUtil::IntToString(Unknown(1234567)); });
+    Measure("IntToString/bare", [] { return std::to_string(Unknown(1234567)); });
+    Measure("Int64ToString", [] { return StringUtil::Int64ToString(Unknown(123456789012LL)); });
+    Measure("Int64ToString/bare", [] { return std::to_string(Unknown(123456789012LL)); });
+    Measure("IntToHexaStringBy8Bit",
+            [] { return StringUtil::IntToHexaStringBy8Bit(Unknown(200)); });
+    Measure("IntToHexaStringBy8Bit/bare", [] { return Written(Unknown(200U), 16); });
+    Measure("FloatToString", [] { return StringUtil::FloatToString(Unknown(3.14159F)); });
+    Measure("FloatToString/bare",
+            [] { return Written(double{Unknown(3.14159F)}, std::chars_format::general, 6); });
+    Measure("RoundOff", [] { return StringUtil::RoundOff(Unknown(3.14159F), 2); });
+    Measure("RoundOff/bare",
+            []
+            {
+                std::string text =
+                    Written(double{Unknown(3.14159F)}, std::chars_format::general, 6);
+                text.resize(text.find('.') + 3);
+                return text;
+            });
+    Measure("DoubleToString", [] { return StringUtil::DoubleToString(Unknown(3.14159), 2); });
+    Measure("DoubleToString/bare",
+            [] { return Written(Unknown(3.14159), std::chars_format::fixed, 2); });
+}
+
+void MeasureTexts()
+{
+    static const std::string sText = "Press and hold the Back key\non any screen to open Qivo.";
+    Measure("StringReplace", [] { return StringUtil::StringReplace(sText, "\n", "<br>"); });
+    Measure("StringReplace/bare",
+            []
+            {
+                std::string text = sText;
+                return text.replace(text.find('\n'), 1, "<br>");
+            });
+    Measure("Tokenize", [] { return StringUtil::Tokenize(sText, " \n"); });
+    Measure("Tokenize/bare",
+            []
+            {
+                std::vector<std::string> words;
+                for (size_t at = 0, end = 0; end != std::string::npos; at = end + 1)
+                {
+                    end = sText.find_first_of(" \n", at);
+                    words.emplace_back(sText, at, end - at);
+                }
+                return words;
+            });
+    Measure("GetColorTagedString", []
+            { return StringUtil::GetColorTagedString(255, 0, Unknown(16), 255, 30, sText, ""); });
+    Measure("GetColorTagedString/bare",
+            []
+            {
+                char tag[256];
+                const int length =
+                    std::snprintf(tag, sizeof tag, "<color=#%02x%02x%02x%02x font_size=%d>", 255U,
+                                  0U, static_cast<unsigned>(Unknown(16)), 255U, 30);
+                return std::string(tag, static_cast<size_t>(length)).append(sText) + "</color>";
+            });
+}
+} // namespace
+
+// The application's object with its own main is not linked.
+int main(int argc, char** argv)
+{
+    setenv("ELM_ENGINE", "buffer", 1);
+    ecore_app_no_system_modules();
+    efreet_cache_disable();
+    MeasureReading();
+    MeasureWriting();
+    MeasureTexts();
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

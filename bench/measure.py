@@ -1,0 +1,183 @@
+"""What is measured, how, and in which order; each function gives figures by name."""
+
+import contextlib
+import ctypes
+import json
+import os
+import pathlib
+import signal
+import statistics
+import subprocess
+import tempfile
+import time
+
+from support.bus import SystemBus
+from support.callgrind import Profile
+from support.display import Display
+from support.session_bus import SessionBus
+
+TEXT = "Press and hold the Back key on any screen to open Qivo."
+DEADLINE = 120.0
+PR_SET_CHILD_SUBREAPER = 36
+
+
+class Bench:
+    """Context manager: a screen, a user with an empty home, and buses that hold no service."""
+
+    def __init__(self, build, is_quick):
+        self.build = pathlib.Path(build).resolve()
+        self.is_quick = is_quick
+        self.env = None
+        self.home = None
+        self._stack = contextlib.ExitStack()
+        self._system = None
+        self.guide = self.build / "qivo-ui" / "qivo-guide-app"
+
+    def __enter__(self):
+        # What the toolkit starts in the background becomes a child of this process.
+        ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+        with contextlib.ExitStack() as stack:
+            stack.callback(end_children)
+            display = stack.enter_context(Display())
+            self._system = stack.enter_context(SystemBus())
+            session = stack.enter_context(SessionBus())
+            self.home = pathlib.Path(stack.enter_context(tempfile.TemporaryDirectory()))
+            self.env = {"PATH": os.environ["PATH"], "HOME": str(self.home), "LANG": "C.UTF-8",
+                        "XDG_RUNTIME_DIR": str(self.home), "GSK_RENDERER": "cairo",
+                        "QT_QUICK_BACKEND": "software",
+                        **display.env, **self._system.env, **session.env}
+            self._stack = stack.pop_all()
+        return self
+
+    def __exit__(self, *_):
+        self._stack.close()
+
+    def plug_charger(self):
+        self._system.start_upower(charging=True)
+
+    def pages(self):
+        """The command of each program that shows the page."""
+        programs = self.build / "bench"
+        images = self.build / "res" / "images"
+        page = [images / "help_image_360.png", images / "back_key_arrow_360.png", TEXT]
+        qml = pathlib.Path(__file__).with_name("qt_page.qml")
+        return {"guide": [self.guide],
+                "EFL": [programs / "bare-efl", *page],
+                "GTK": [programs / "gtk4-page", *page],
+                "Qt": [programs / "qt-page", qml, *page]}
+
+    def watch(self, mode, *arguments):
+        """What frame-watch says."""
+        run = subprocess.run([self.build / "bench" / "frame-watch", mode, *arguments],
+                             env=self.env, capture_output=True, text=True)
+        if run.returncode:
+            raise RuntimeError(f"{' '.join(map(str, arguments))}: {run.stderr[-500:]}")
+        return [float(figure) for figure in run.stdout.split()]
+
+    @contextlib.contextmanager
+    def running_guide(self, *before, **env):
+        """The guide, when its first frame is drawn."""
+        process = subprocess.Popen([*before, self.guide], env=self.env | env, text=True,
+                                   stderr=subprocess.PIPE, errors="replace")
+        try:
+            if not any("first frame" in line for line in process.stderr):
+                raise RuntimeError("the guide draws no frame")
+            yield process
+        finally:
+            process.terminate()
+            process.communicate()
+
+
+def end_children():
+    """Ends what is left of the programs that were started."""
+    children = pathlib.Path(f"/proc/self/task/{os.getpid()}/children").read_text().split()
+    for child in map(int, children):
+        os.kill(child, signal.SIGKILL)
+        os.waitpid(child, 0)
+
+
+def measure_start(bench):
+    """Start to first complete frame and peak memory: medians of interleaved rounds."""
+    pages = bench.pages()
+    for name, command in pages.items():
+        bench.watch("settle", bench.home / name, *command)
+    figures = {name: [] for name in pages}
+    order = list(pages)
+    for _ in range(3 if bench.is_quick else 21):
+        for name in order:
+            figures[name].append(bench.watch("measure", bench.home / name, *pages[name]))
+        # None always runs after the same other one.
+        order.append(order.pop(0))
+    medians = {}
+    for name, rounds in figures.items():
+        frame, cpu, peak, own = map(statistics.median, zip(*rounds))
+        medians[name] = {"frame": frame, "cpu": cpu, "peak": peak, "own": own}
+    return medians
+
+
+def measure_share(bench):
+    """The instructions from main to the first frame, and those of qivo-ui/ among them."""
+    output = bench.home / "callgrind"
+    with bench.running_guide("valgrind", "--tool=callgrind", f"--callgrind-out-file={output}",
+                             "--toggle-collect=main", "--dump-before=*SFrameEndCB*"):
+        pass
+    profile = Profile(f"{output}.1")
+    own = profile.total(lambda function: "/qivo-ui/" in function[1] or "QivoUi::" in function[2])
+    return {"own": own, "all": profile.total()}
+
+
+def count_wake_ups(bench):
+    """Wake-ups a second of all threads of the guide when it stands still."""
+    def wake_ups(process):
+        return sum(int(line.split()[1])
+                   for status in pathlib.Path(f"/proc/{process.pid}/task").glob("*/status")
+                   for line in status.read_text().splitlines()
+                   if line.startswith("voluntary_ctxt_switches"))
+
+    with bench.running_guide() as guide:
+        # The start's own animations end well within a second.
+        time.sleep(2)
+        before = wake_ups(guide)
+        seconds = 3 if bench.is_quick else 20
+        time.sleep(seconds)
+        return (wake_ups(guide) - before) / seconds
+
+
+def measure_detents(bench):
+    """Milliseconds from each detent to the next change of the screen."""
+    count = 60 if bench.is_quick else 1000
+    latencies = sorted(bench.watch("detents", str(count), bench.guide))
+    dropped = count - len(latencies)
+    return {"median": statistics.median(latencies), "p99": latencies[len(latencies) * 99 // 100],
+            "most": latencies[-1], "dropped": dropped, "count": count}
+
+
+def measure_operations(bench):
+    """Processor time in nanoseconds of each operation, medians of interleaved repetitions."""
+    program = bench.build / "bench" / "in-process"
+    options = ["--benchmark_format=json", "--benchmark_enable_random_interleaving=true",
+               f"--benchmark_repetitions={3 if bench.is_quick else 9}",
+               f"--benchmark_min_time={0.02 if bench.is_quick else 0.1}"]
+
+    def run(level, pattern):
+        with tempfile.TemporaryFile(dir=bench.build) as log:
+            result = subprocess.run([program, *options, f"--benchmark_filter={pattern}"],
+                                    env=bench.env | {"DLOG_LEVEL": level}, check=True,
+                                    stdout=subprocess.PIPE, stderr=log)
+        return {entry["run_name"].split("/iterations")[0]: entry for entry in json.loads(result.stdout)["benchmarks"]
+                if entry.get("aggregate_name") == "median"}
+
+    dropped = run("silent", ".")
+    written = run("debug", "log_line")
+    figures = {name: entry["cpu_time"] for name, entry in dropped.items()}
+    figures["log_line/written"] = written["log_line"]["cpu_time"]
+    for name in ("push_pop", "push_pop/bare"):
+        figures[name + "/growth"] = dropped[name]["growth"]
+    return figures
+
+
+def measure_size(bench):
+    """Bytes of code and data in the objects of qivo-ui/."""
+    sizes = subprocess.run(["size", "-t", bench.build / "qivo-ui" / "libqivo-ui.a"], text=True,
+                           check=True, stdout=subprocess.PIPE).stdout.splitlines()[-1]
+    return int(sizes.split()[3])

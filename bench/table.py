@@ -1,0 +1,106 @@
+"""Measures everything and prints one table.
+
+    table.py [--quick] BUILD
+"""
+
+import argparse
+import pathlib
+import sys
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "tests"))
+
+import measure  # noqa: E402
+
+
+class Table:
+    """Lines of a figure each, with what it is held against."""
+
+    def __init__(self):
+        self._lines = []
+
+    def add(self, figure, own, other, reached, target="", is_met=None):
+        met = {True: "yes", False: "no", None: ""}[is_met]
+        self._lines.append((figure, own, other, reached, target, met))
+
+    def add_ratio(self, figure, own, other, most, unit):
+        """Held against the same figure of something else."""
+        ratio = own / other
+        self.add(figure, f"{own:.4g} {unit}", f"{other:.4g} {unit}", f"{ratio:.2f} x",
+                 f"<= {most} x", ratio <= most)
+
+    def add_limit(self, figure, own, most, unit):
+        """Held against a fixed limit."""
+        self.add(figure, f"{own:.4g} {unit}", "", f"{own:.4g} {unit}", f"<= {most} {unit}",
+                 own <= most)
+
+    def __str__(self):
+        heads = ("Figure", "guide", "beside it", "reached", "target", "met")
+        rows = [heads, tuple("---" for _ in heads), *self._lines]
+        widths = [max(len(row[i]) for row in rows) for i in range(len(heads))]
+        return "\n".join(
+            "| " + " | ".join(cell.ljust(width) for cell, width in zip(row, widths)) + " |"
+            for row in rows)
+
+
+def add_start(table, bench):
+    start = measure.measure_start(bench)
+    guide = start["guide"]
+    for name, most in (("EFL", 0.9), ("GTK", 0.6), ("Qt", 0.8)):
+        table.add_ratio(f"start to first frame, {name}", guide["frame"], start[name]["frame"],
+                        most, "ms")
+    for name in ("EFL", "GTK", "Qt"):
+        table.add(f"processor time of it, {name}", f"{guide['cpu']:.4g} ms",
+                  f"{start[name]['cpu']:.4g} ms", f"{guide['cpu'] / start[name]['cpu']:.2f} x")
+    table.add_ratio("peak memory, EFL", guide["peak"], start["EFL"]["peak"], 1.0, "KiB")
+    for name in ("GTK", "Qt"):
+        table.add(f"peak memory, {name}", f"{guide['peak']:.0f} KiB",
+                  f"{start[name]['peak']:.0f} KiB",
+                  f"{guide['peak'] / start[name]['peak']:.2f} x")
+
+
+def add_standing(table, bench):
+    share = measure.measure_share(bench)
+    table.add_limit("instructions to first frame in qivo-ui/", share["own"] / share["all"] * 100,
+                    1, "%")
+    detents = measure.measure_detents(bench)
+    table.add(f"{detents['count']} detents to a changed frame", f"{detents['median']:.1f} ms", "",
+              f"99 of 100 in {detents['p99']:.1f} ms, {detents['dropped']} dropped",
+              "next frame, 0 dropped", detents["dropped"] == 0 and detents["p99"] <= 33.4)
+    table.add_limit("wake-ups standing still", measure.count_wake_ups(bench), 0, "a second")
+    bench.plug_charger()
+    table.add_limit("wake-ups, arrow hidden", measure.count_wake_ups(bench), 0, "a second")
+
+
+def add_operations(table, bench):
+    times = measure.measure_operations(bench)
+    table.add_ratio("1,000 screens pushed and popped", times["push_pop"] * 1e-5,
+                    times["push_pop/bare"] * 1e-5, 1.05, "ms")
+    table.add_ratio("memory kept by 800 of them", times["push_pop/growth"] / 1024,
+                    times["push_pop/bare/growth"] / 1024, 1.0, "KiB")
+    table.add_limit("detent over the bare callback", times["detent"] - times["detent/bare"], 50,
+                    "ns")
+    table.add_limit("log line dropped", times["log_line"], 50, "ns")
+    table.add_limit("log line written", times["log_line/written"], 2000, "ns")
+    for name in times:
+        if name[0].isupper() and "/" not in name:
+            table.add_ratio(name, times[name], times[name + "/bare"], 1.5, "ns")
+    table.add_limit("code and data of qivo-ui/", measure.measure_size(bench) / 1024, 120, "KiB")
+
+
+def main():
+    parser = argparse.ArgumentParser(prog="script/bench")
+    parser.add_argument("--quick", action="store_true")
+    parser.add_argument("build")
+    arguments = parser.parse_args()
+    table = Table()
+    with measure.Bench(arguments.build, arguments.quick) as bench:
+        add_start(table, bench)
+        add_standing(table, bench)
+        add_operations(table, bench)
+    load = pathlib.Path("/proc/loadavg").read_text().split()[1]
+    print(f"{time.strftime('%Y-%m-%d %H:%M')}, load of the last five minutes {load}\n\n{table}")
+
+
+if __name__ == "__main__":
+    main()

@@ -4,7 +4,10 @@
 namespace QivoUi
 {
 
-/** Hears of the end of one animated pop; given to NaviFrame::PopItem(), never owned. */
+/**
+ * Hears of the end of one animated pop; given to NaviFrame::PopItem(), never owned. It must live
+ * until it is told, or until a later animated pop replaces it.
+ */
 class NaviFramePopTransitionEventListener
 {
 public:

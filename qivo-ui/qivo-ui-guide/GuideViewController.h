@@ -13,7 +13,8 @@ namespace QivoUi
  * The guide screen's controller: shows the arrow hint while the watch is not charging.
  *
  * It follows the charger from Initialize() until the view's layout is deleted. Its destruction
- * deliberately does not end that: it dies with its layout gone, or with the process.
+ * deliberately does not end that: it dies with its layout gone, or with the process. Whoever
+ * destroys it earlier must not let the watch report another change of the charger.
  */
 class GuideViewController : public BaseViewController
 {

@@ -247,9 +247,16 @@ std::string DescribeFunction(const void* function)
     {
         return "null";
     }
-    Dl_info info = {};
-    dladdr(function, &info);
-    return info.dli_sname ? ShortName(info.dli_sname) : "?";
+    // To find a name takes long, and the same few are asked for again and again.
+    static std::map<const void*, std::string> sNames;
+    std::string& name = sNames[function];
+    if (name.empty())
+    {
+        Dl_info info = {};
+        dladdr(function, &info);
+        name = info.dli_sname ? ShortName(info.dli_sname) : "?";
+    }
+    return name;
 }
 
 } // namespace Recorder

@@ -78,6 +78,8 @@ public:
         }
         RotaryEventManager::Destroy();
         NaviFrame::Destroy();
+        // Lets the canvas forget what was deleted.
+        evas_norender(evas_object_evas_get(mWindow));
     }
 
     Lines Take(const Step& step)

@@ -5,8 +5,10 @@ import struct
 import dbus
 import pytest
 from support.bus import LOCALE, LOCALE_PATH, PROPERTIES, TIMEDATE, SystemBus, wait_until
-from support.clock import set_clock_to_now
+from support.clock import hears_the_clock, set_clock_to_now
 from support.probe import Probe
+
+pytestmark = hears_the_clock
 
 OK = "0"
 INVALID_PARAMETER = "-1"

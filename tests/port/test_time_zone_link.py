@@ -4,8 +4,10 @@ import subprocess
 
 import pytest
 from support.bus import TIMEDATE, SystemBus, wait_until
-from support.clock import set_clock_to_now
+from support.clock import hears_the_clock, set_clock_to_now
 from support.probe import Probe
+
+pytestmark = hears_the_clock
 
 BERLIN = "/usr/share/zoneinfo/Europe/Berlin"
 SEOUL = "/usr/share/zoneinfo/Asia/Seoul"

@@ -4,6 +4,9 @@ import time
 
 import pytest
 
+hears_the_clock = pytest.mark.xdist_group("clock")
+"""Marks a test that sets the clock or counts the times when it is set: one after the other."""
+
 
 def set_clock_to_now():
     """Sets the clock, by as little as can be, or skips the test."""

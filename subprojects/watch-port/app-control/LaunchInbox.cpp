@@ -2,7 +2,7 @@
 
 #include "app-control/ApplicationId.h"
 #include "app-control/ExtraData.h"
-#include "support/BusSignature.h"
+#include "app-control/RequestReader.h"
 
 #include <Ecore.h>
 #include <algorithm>
@@ -21,31 +21,6 @@ Eldbus_Message* Refuse(const Eldbus_Message* call, const char* error, const char
 
 void SNothingJob(void*)
 {
-}
-
-// As text/uri-list has it, one a line: extra data hold one text for each key.
-std::string JoinLines(Eldbus_Message_Iter* texts)
-{
-    std::string lines;
-    const char* text = nullptr;
-    while (eldbus_message_iter_get_and_next(texts, 's', &text))
-        lines += (lines.empty() ? "" : "\n") + std::string(text);
-    return lines;
-}
-
-// The only parameter of an action, or none, as the extra data; false for any other.
-bool ReadParameter(Eldbus_Message_Iter* parameters, ExtraData& extraData)
-{
-    Eldbus_Message_Iter* parameter = nullptr;
-    if (!eldbus_message_iter_get_and_next(parameters, 'v', &parameter))
-        return true;
-    Eldbus_Message_Iter* entries = nullptr;
-    Eldbus_Message_Iter* second = nullptr;
-    if (!HasSignature(parameter, "a{sv}") ||
-        !eldbus_message_iter_arguments_get(parameter, "a{sv}", &entries))
-        return false;
-    extraData = ReadVariants(entries);
-    return !eldbus_message_iter_get_and_next(parameters, 'v', &second);
 }
 } // namespace
 
@@ -135,8 +110,10 @@ size_t LaunchInbox::CountWaiting() const
 }
 
 Eldbus_Message* LaunchInbox::Accept(const Eldbus_Message* call, Request request,
-                                    LaunchSender::Wish wish)
+                                    LaunchSender::Wish wish, const char* usage)
 {
+    if (!request)
+        return Refuse(call, kInvalidArguments, usage);
     if (request->operation.empty())
         return Refuse(call, kInvalidArguments, "the operation is empty");
     if (IsTooBig(*request))
@@ -153,57 +130,31 @@ Eldbus_Message* LaunchInbox::Accept(const Eldbus_Message* call, Request request,
 Eldbus_Message* LaunchInbox::SActivateCB(void* data, const Eldbus_Service_Interface*,
                                          const Eldbus_Message* call)
 {
-    if (!HasSignature(call, "a{sv}"))
-        return Refuse(call, kInvalidArguments, "Activate takes a{sv}");
-    return static_cast<LaunchInbox*>(data)->Accept(call, std::make_unique<app_control_s>(),
-                                                   LaunchSender::Wish::Receipt);
+    return static_cast<LaunchInbox*>(data)->Accept(call, RequestReader::ReadActivate(call),
+                                                   LaunchSender::Wish::Receipt,
+                                                   "Activate takes a{sv}");
 }
 
 Eldbus_Message* LaunchInbox::SOpenCB(void* data, const Eldbus_Service_Interface*,
                                      const Eldbus_Message* call)
 {
-    Eldbus_Message_Iter* uris = nullptr;
-    Eldbus_Message_Iter* platformData = nullptr;
-    if (!HasSignature(call, "asa{sv}") ||
-        !eldbus_message_arguments_get(call, "asa{sv}", &uris, &platformData))
-        return Refuse(call, kInvalidArguments, "Open takes as, a{sv}");
-    auto request = std::make_unique<app_control_s>();
-    request->operation = "open";
-    request->extraData["uris"] = JoinLines(uris);
-    return static_cast<LaunchInbox*>(data)->Accept(call, std::move(request),
-                                                   LaunchSender::Wish::Receipt);
+    return static_cast<LaunchInbox*>(data)->Accept(
+        call, RequestReader::ReadOpen(call), LaunchSender::Wish::Receipt, "Open takes as, a{sv}");
 }
 
 Eldbus_Message* LaunchInbox::SActivateActionCB(void* data, const Eldbus_Service_Interface*,
                                                const Eldbus_Message* call)
 {
-    const char* action = nullptr;
-    Eldbus_Message_Iter* parameters = nullptr;
-    Eldbus_Message_Iter* platformData = nullptr;
-    auto request = std::make_unique<app_control_s>();
-    if (!HasSignature(call, "sava{sv}") ||
-        !eldbus_message_arguments_get(call, "sava{sv}", &action, &parameters, &platformData) ||
-        !ReadParameter(parameters, request->extraData))
-        return Refuse(call, kInvalidArguments,
-                      "ActivateAction takes s, av with no or one a{sv}, a{sv}");
-    request->operation = action;
-    return static_cast<LaunchInbox*>(data)->Accept(call, std::move(request),
-                                                   LaunchSender::Wish::Receipt);
+    return static_cast<LaunchInbox*>(data)->Accept(
+        call, RequestReader::ReadAction(call), LaunchSender::Wish::Receipt,
+        "ActivateAction takes s, av with no or one a{sv}, a{sv}");
 }
 
 Eldbus_Message* LaunchInbox::SLaunchCB(void* data, const Eldbus_Service_Interface*,
                                        const Eldbus_Message* call)
 {
-    const char* operation = nullptr;
-    Eldbus_Message_Iter* entries = nullptr;
-    if (!HasSignature(call, "sa{ss}") ||
-        !eldbus_message_arguments_get(call, "sa{ss}", &operation, &entries))
-        return Refuse(call, kInvalidArguments, "Launch takes s, a{ss}");
-    auto request = std::make_unique<app_control_s>();
-    request->operation = operation;
-    request->extraData = ReadTexts(entries);
-    return static_cast<LaunchInbox*>(data)->Accept(call, std::move(request),
-                                                   LaunchSender::Wish::Reply);
+    return static_cast<LaunchInbox*>(data)->Accept(
+        call, RequestReader::ReadLaunch(call), LaunchSender::Wish::Reply, "Launch takes s, a{ss}");
 }
 
 void LaunchInbox::SDisconnectedCB(void* data, Eldbus_Connection*, void*)

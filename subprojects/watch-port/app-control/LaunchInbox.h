@@ -67,7 +67,7 @@ private:
     void OfferApplication(const std::string& path);
     void OfferLaunch(const std::string& path);
     Eldbus_Message* Accept(const Eldbus_Message* call, std::unique_ptr<app_control_s> request,
-                           LaunchSender::Wish wish);
+                           LaunchSender::Wish wish, const char* usage);
     size_t CountWaiting() const;
 
     Eldbus_Connection* const mBus;

@@ -254,6 +254,18 @@ TEST_F(AppControllUtilTest, ReadsNoExtraDataAsAnEmptyMap)
     EXPECT_TRUE(extraData->empty());
 }
 
+TEST_F(AppControllUtilTest, AsksEvenWithoutARequestAndGivesAnEmptyMap)
+{
+    Recorder::Answer("app_control_foreach_extra_data", -1);
+
+    const ExtraDataMapPtr extraData = AppControllUtil::GetExtraData(nullptr);
+
+    ASSERT_TRUE(extraData);
+    EXPECT_TRUE(extraData->empty());
+    EXPECT_EQ(Recorder::Take(), Lines({"app_control_foreach_extra_data(null, "
+                                       "AppControllUtil::ForEachExtraData)"}));
+}
+
 TEST_F(AppControllUtilTest, ReadsExtraDataThatCannotBeWalkedAsAnEmptyMap)
 {
     Recorder::Answer("app_control_foreach_extra_data", -1);

@@ -1,5 +1,6 @@
 #include "common/util/StringUtil.h"
 
+#include "harness/Recorder.h"
 #include <climits>
 #include <cmath>
 #include <gmock/gmock.h>
@@ -238,6 +239,27 @@ TEST(TokenizeTest, GivesNothingWithoutAToken)
 TEST(TokenizeTest, GivesTheWholeTextWithoutDelimiters)
 {
     EXPECT_THAT(StringUtil::Tokenize(",a b,", ""), ElementsAre(",a b,"));
+}
+
+TEST(StringUtilTest, LogsNothing)
+{
+    Recorder::Reset();
+
+    StringUtil::StringReplace("a", "a", "b");
+    StringUtil::GetColorTagedString(0, 0, 0, 0, 1, "a", "");
+    StringUtil::StringToInt("1");
+    StringUtil::StringToInt64("1");
+    StringUtil::StringToFloat("1");
+    StringUtil::StringToDouble("1");
+    StringUtil::Tokenize("a", ",");
+    StringUtil::IntToHexaStringBy8Bit(1);
+    StringUtil::IntToString(1);
+    StringUtil::Int64ToString(1);
+    StringUtil::FloatToString(1);
+    StringUtil::RoundOff(1, 1);
+    StringUtil::DoubleToString(1, 1);
+
+    EXPECT_EQ(Recorder::Take(), Recorder::Lines());
 }
 
 } // namespace

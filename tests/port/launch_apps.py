@@ -15,8 +15,9 @@ PROGRAM = pathlib.Path(os.environ["BUILD_DIR"], "tests/port/launch_app")
 class Apps:
     """Context manager: the bus, and whatever is started on it."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, program=PROGRAM):
         self.folder = folder
+        self._program = program
         self._stack = contextlib.ExitStack()
         self.bus = None
 
@@ -35,7 +36,7 @@ class Apps:
         if not program.exists():
             program.parent.mkdir(parents=True)
             resources.mkdir(parents=True)
-            shutil.copy(PROGRAM, program)
+            shutil.copy(self._program, program)
             (resources / f"{name}.id").write_text(id_of(name) + "\n")
         return program
 

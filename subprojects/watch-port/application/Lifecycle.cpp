@@ -82,6 +82,9 @@ void Lifecycle::DeliverArrived()
 {
     if (mInbox == nullptr)
         return;
+    // Before the callbacks, which may have their own idea of what is to be seen.
+    if (!mIsExitRequested && !mInbox->IsEmpty())
+        PresentWindow(mDisplay);
     while (!mIsExitRequested && !mInbox->IsEmpty())
         mInbox->HandOver([this](app_control_h request) { Deliver(request); });
     mInbox->ReleaseWaiting();

@@ -2,6 +2,7 @@
 
 #include "application/Screen.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace
@@ -20,6 +21,13 @@ bool IsWindow(const Ecore_Evas* canvas, Display::Kind kind)
     default:
         return true;
     }
+}
+
+// A minimised window is not hidden. The toolkit keeps a window's object under this name.
+bool IsHidden(const Ecore_Evas* window)
+{
+    const auto* object = static_cast<Evas_Object*>(ecore_evas_data_get(window, "elm_win"));
+    return object == nullptr || !evas_object_visible_get(object);
 }
 } // namespace
 
@@ -47,4 +55,14 @@ void SizeWindows(const Display& display)
         if (width <= 1 && height <= 1)
             ecore_evas_resize(window, ScreenSize(display), ScreenSize(display));
     }
+}
+
+void PresentWindow(const Display& display)
+{
+    if (display.GetKind() != Display::Kind::X11)
+        return;
+    const std::vector<Ecore_Evas*> windows = ListWindows(display);
+    const auto window = std::find_if_not(windows.begin(), windows.end(), IsHidden);
+    if (window != windows.end())
+        ecore_evas_activate(*window);
 }

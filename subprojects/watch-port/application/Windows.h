@@ -15,4 +15,10 @@ std::vector<Ecore_Evas*> ListWindows(const Display& display);
 /** Gives each window that has no size yet that of the watch's screen. */
 void SizeWindows(const Display& display);
 
+/**
+ * Asks the window manager to show the newest of the windows that are not hidden above all others
+ * and to make it active. On Wayland, where no client may do that, and off screen nothing happens.
+ */
+void PresentWindow(const Display& display);
+
 #endif

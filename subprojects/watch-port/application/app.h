@@ -10,7 +10,10 @@
  *
  * - create: makes the window. The toolkit is up, the text domain is bound.
  * - app_control: a launch request. The first one is that of the command line, or, as a service, the
- *   first to arrive over the session bus. Later ones may come at any time until the end.
+ *   first to arrive over the session bus. Later ones may come at any time until the end. Before a
+ *   later one is delivered, on X11, the newest window that is not hidden is raised and activated,
+ *   restored if it was minimised; the callback may lower or hide it again. Wayland lets no client
+ *   do that: there the application stays where it is.
  * - resume: a window of the process can be seen for the first time, or again.
  * - pause: none can be seen any more: lowered out of sight, covered, iconified, hidden or deleted.
  *   Where nothing tells whether a window is covered (off-screen engines, Wayland), a window can be

@@ -166,13 +166,12 @@ class Session:
 
     def do_record(self, given: argparse.Namespace) -> None:
         from qivo_watch.recorder import record  # pylint: disable=import-outside-toplevel
-        end = time.monotonic() + given.duration if given.duration is not None else None
         requests: list[int] = []
         for number in (signal.SIGINT, signal.SIGTERM):
             signal.signal(number, lambda request, _: requests.append(request))
 
-        def is_over() -> bool:
-            return bool(requests) or (end is not None and time.monotonic() >= end)
+        def is_over(seconds: float) -> bool:
+            return bool(requests) or (given.duration is not None and seconds >= given.duration)
         record(self.eye(), given.file, given.fps, is_over)
 
     def _round_picture(self) -> Any:

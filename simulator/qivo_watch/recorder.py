@@ -35,8 +35,8 @@ def check_file(file: str) -> None:
         raise UsageError(f'"{file}" is of no kind that can be recorded ({" ".join(FORMATS)})')
 
 
-def record(eye: Eye, file: str, rate: int, is_over: Callable[[], bool]) -> None:
-    """Records until is_over(), which is asked between two frames; the file is there then."""
+def record(eye: Eye, file: str, rate: int, is_over: Callable[[float], bool]) -> None:
+    """Records until is_over(SECONDS SO FAR), asked between two frames; the file is there then."""
     check_file(file)
     if not shutil.which("ffmpeg"):
         raise WatchError("ffmpeg is not installed (package ffmpeg)")
@@ -58,7 +58,7 @@ def record(eye: Eye, file: str, rate: int, is_over: Callable[[], bool]) -> None:
     os.replace(part, file)
 
 
-def _feed(eye: Eye, encoder: subprocess.Popen, rate: int, is_over: Callable[[], bool]) -> None:
+def _feed(eye: Eye, encoder: subprocess.Popen, rate: int, is_over: Callable[[float], bool]) -> None:
     """Looks once for each moment of the rate; an encoder that is slower works on behind."""
     frames: queue.Queue[tuple[bytes, int] | None] = queue.Queue(MOST_WAITING)
     writer = threading.Thread(target=_write, args=(encoder, frames))
@@ -70,7 +70,7 @@ def _feed(eye: Eye, encoder: subprocess.Popen, rate: int, is_over: Callable[[], 
         writer.join()
 
 
-def _look(eye: Eye, rate: int, is_over: Callable[[], bool], frames: queue.Queue) -> None:
+def _look(eye: Eye, rate: int, is_over: Callable[[float], bool], frames: queue.Queue) -> None:
     """Puts pictures, each with the number of frames that it was seen for."""
     mask = disc_mask(eye.size)
     begin = time.monotonic()
@@ -81,7 +81,7 @@ def _look(eye: Eye, rate: int, is_over: Callable[[], bool], frames: queue.Queue)
         frame = make_round(picture, mask).tobytes()
         is_same = True
         while is_same and not is_last:
-            is_last = is_over()
+            is_last = is_over(time.monotonic() - begin)
             _sleep_until(begin + (int((time.monotonic() - begin) * rate) + 1) / rate)
             is_same = eye.look().tobytes() == picture.tobytes()
         count = max(1, int((time.monotonic() - begin) * rate) - told)
@@ -130,6 +130,6 @@ class Recording:
             self._news.set()
             eye.close()
 
-    def _is_over(self) -> bool:
+    def _is_over(self, _seconds: float) -> bool:
         self._news.set()
         return self._end.is_set()

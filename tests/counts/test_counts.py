@@ -34,6 +34,7 @@ def _counted():
     return count_all(BUILD)
 
 
+@pytest.mark.xdist_group("counts")
 @pytest.mark.parametrize("work", [*WORKLOADS, START])
 @pytest.mark.parametrize("figure", ["instructions", "allocations"])
 def test_work_takes_as_much_as_is_kept(counted, work, figure):

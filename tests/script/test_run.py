@@ -11,6 +11,9 @@ from support.display import Display
 
 SCRIPT = pathlib.Path(__file__).parents[2] / "script"
 
+# They build in the same folder.
+builds_guide = pytest.mark.xdist_group("build/run")
+
 
 def run(name, *arguments):
     return subprocess.run([SCRIPT / name, *arguments], capture_output=True, text=True)
@@ -42,6 +45,7 @@ def test_help_says_what_bench_takes():
     assert "script/bench [--quick]" in result.stdout
 
 
+@builds_guide
 def test_a_screenshot_shows_the_first_complete_frame_and_leaves_nothing_running(tmp_path):
     picture = tmp_path / "guide.png"
     with Desk() as desk:
@@ -58,6 +62,7 @@ def test_a_screenshot_shows_the_first_complete_frame_and_leaves_nothing_running(
     assert len(page.colours(bottom=240)) > 50
 
 
+@builds_guide
 def test_without_a_display_the_guide_runs_on_and_it_is_told_how_to_look(tmp_path):
     with Desk() as desk:
         for turn in ("first", "second"):
@@ -76,6 +81,7 @@ def test_without_a_display_the_guide_runs_on_and_it_is_told_how_to_look(tmp_path
         assert not desk.processes()
 
 
+@builds_guide
 def test_on_a_display_the_watch_ends_with_the_script():
     with Display("1000x1000x24") as display, Desk(display.name) as desk:
         running = subprocess.Popen([SCRIPT / "run"], env=desk.environment, text=True,
@@ -87,6 +93,7 @@ def test_on_a_display_the_watch_ends_with_the_script():
         assert not desk.processes() and not list(desk.runtime.iterdir())
 
 
+@builds_guide
 def test_a_request_that_the_guide_refuses_fails_the_run():
     with Desk() as desk:
         result = subprocess.run([SCRIPT / "run", "--screenshot", "x.png", "--", "--bogus"],

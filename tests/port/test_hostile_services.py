@@ -199,8 +199,9 @@ def test_a_time_zone_of_a_megabyte_is_a_name_as_any_other(bus):
     ("DBUS_SYSTEM_BUS_ADDRESS", "set language", "0"),
     ("DBUS_SESSION_BUS_ADDRESS", "set format", "0"),
     ("DBUS_SESSION_BUS_ADDRESS", "is format", "0 0")])
-def test_a_bus_that_keeps_silent_is_given_up_once(variable, command, answer):
-    with SilentBus() as bus, Probe("settings_probe", {variable: bus.address}) as probe:
+@pytest.mark.parametrize("is_full", [False, True], ids=["silent", "full"])
+def test_a_bus_that_keeps_silent_is_given_up_once(variable, command, answer, is_full):
+    with SilentBus(is_full=is_full) as bus, Probe("settings_probe", {variable: bus.address}) as probe:
         begin = time.monotonic()
         assert probe.ask(command) == answer
         assert PATIENCE_S - 0.1 < time.monotonic() - begin < PATIENCE_S + 2

@@ -8,6 +8,7 @@ import pytest
 from port.launch_apps import Apps, id_of
 from port.partial_bus import PartialBus
 from support.bus import wait_until
+from support.silent_bus import SilentBus
 
 APPLICATION = "org.freedesktop.Application"
 
@@ -97,6 +98,17 @@ def test_a_bus_that_does_not_answer_is_given_up_with_one_warning(apps, tmp_path,
     assert len([line for line in app.port_lines() if "does not answer" in line]) == 1
     app.tell("exit")
     assert app.end()[0] == 0
+
+
+def test_a_bus_that_accepts_nobody_is_given_up_with_one_warning(apps):
+    with SilentBus(is_full=True) as full:
+        app = apps.start("clock", env={"DBUS_SESSION_BUS_ADDRESS": full.address})
+        app.wait_for("app_control default", deadline=10)
+        assert len([line for line in app.port_lines() if "does not answer" in line]) == 1
+        app.tell("notify org.example.Other show")
+        assert "sent -6" in app.lines
+        app.tell("exit")
+        assert app.end()[0] == 0
 
 
 def test_an_application_outlives_its_bus(apps, clock):

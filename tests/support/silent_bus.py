@@ -1,4 +1,4 @@
-"""A bus that accepts every connection and then keeps silent, or talks nonsense."""
+"""A bus that accepts every connection and then keeps silent, or talks nonsense, or accepts none."""
 
 import contextlib
 import socket
@@ -9,8 +9,10 @@ import threading
 class SilentBus:
     """Listens at `address`. The kernel accepts in its place, so it needs no loop to keep silent."""
 
-    def __init__(self, nonsense=b""):
+    def __init__(self, nonsense=b"", is_full=False):
+        """is_full: as many clients wait to be accepted as may; one more waits in connect()."""
         self._nonsense = nonsense
+        self._is_full = is_full
         self._clients = []
 
     def __enter__(self):
@@ -18,7 +20,10 @@ class SilentBus:
         self.address = f"unix:path={self._scratch.name}/bus"
         self._listener = socket.socket(socket.AF_UNIX)
         self._listener.bind(f"{self._scratch.name}/bus")
-        self._listener.listen()
+        self._listener.listen(0 if self._is_full else 128)
+        if self._is_full:
+            self._clients.append(socket.socket(socket.AF_UNIX))
+            self._clients[0].connect(f"{self._scratch.name}/bus")
         if self._nonsense:
             threading.Thread(target=self._talk, daemon=True).start()
         return self

@@ -11,7 +11,8 @@
  * before one deadline, two seconds after the beginning, or not at all.
  *
  * The bus library's own ways to connect and to wait take no deadline until the bus has let the
- * client in: for one that accepts and then keeps silent they wait without an end.
+ * client in: for one that accepts nobody any more, or accepts and then keeps silent, they wait
+ * without an end.
  */
 class BusProbe
 {
@@ -20,9 +21,6 @@ public:
 
     /** @param address A bus's address; an empty or a wrong one is a bus that does not answer. */
     explicit BusProbe(const std::string& address);
-    ~BusProbe();
-    BusProbe(const BusProbe&) = delete;
-    BusProbe& operator=(const BusProbe&) = delete;
 
     /** Tells whether the bus let this connection in. */
     bool IsAnswering() const { return mIsAnswering; }
@@ -35,10 +33,17 @@ public:
     Message Ask(const char* method, const std::string& argument = {}) const;
 
 private:
+    struct Closer
+    {
+        void operator()(DBusConnection* connection) const;
+    };
+    using Connection = std::unique_ptr<DBusConnection, Closer>;
+
+    static Connection Open(const std::string& address);
     DBusMessage* Await(DBusPendingCall* pending) const;
 
     const std::chrono::steady_clock::time_point mDeadline;
-    DBusConnection* const mConnection;
+    const Connection mConnection;
     const bool mIsAnswering;
 };
 

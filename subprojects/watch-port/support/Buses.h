@@ -8,7 +8,8 @@
  * Returns the process's connection to the system bus, made at the first call and kept until the
  * process ends. It is not the caller's to unref. May be called before the toolkit is initialised.
  *
- * A bus that accepts and then keeps silent is given up after two seconds (see BusProbe).
+ * A bus that accepts nobody, or accepts and then keeps silent, is given up after two seconds (see
+ * BusProbe).
  *
  * @return Null when no system bus answered at the first call, or when it has died. Both are
  *         final: the system's bus is there before its applications. Nothing is logged, and the

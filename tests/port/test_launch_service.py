@@ -40,6 +40,8 @@ def requests(app):
 def failure(call):
     with pytest.raises(dbus.DBusException) as caught:
         call()
+    # Shown when the test fails: the text tells a time that ran out from a process that ended.
+    print(caught.value)
     return caught.value.get_dbus_name()
 
 

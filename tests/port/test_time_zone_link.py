@@ -104,6 +104,18 @@ def test_a_callback_may_unset_itself_when_clock_and_link_change_together(link):
         assert probe.end() == (0, "")
 
 
+def test_a_link_that_changes_just_before_its_watch_ends_is_not_told(link):
+    with probe_with(link, {}) as probe:
+        probe.ask("set time")
+        with probe.held():
+            replace(link, SEOUL)
+            probe.tell("unset time")
+        assert probe.answer() == "0"
+        assert probe.ask("get language") == "0 en_US.UTF-8"
+        assert probe.wait_for_changes(0) == []
+        assert probe.end() == (0, "")
+
+
 def test_a_zone_that_service_and_link_both_tell_is_one_change(link):
     with SystemBus() as bus:
         bus.start_timedate("Europe/Berlin")

@@ -43,13 +43,18 @@ class Probe:
 
     def ask(self, command):
         """Returns the answer to a command, without its verb."""
-        print(command, file=self._process.stdin, flush=True)
+        self.tell(command)
         return self.answer()
+
+    def tell(self, command):
+        """Gives a command whose answer is asked for later."""
+        print(command, file=self._process.stdin, flush=True)
 
     @contextlib.contextmanager
     def held(self):
         """What happens in the block is found by the probe's main loop all at a time."""
         self._process.send_signal(signal.SIGSTOP)
+        os.waitid(os.P_PID, self._process.pid, os.WSTOPPED)
         yield
         self._process.send_signal(signal.SIGCONT)
 

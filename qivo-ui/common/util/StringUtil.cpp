@@ -1,5 +1,6 @@
 #include "common/util/StringUtil.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <iterator>
@@ -7,7 +8,6 @@
 #include <sstream>
 #include <stdexcept>
 #include <string_view>
-#include <type_traits>
 
 namespace QivoUi
 {
@@ -15,83 +15,41 @@ namespace QivoUi
 namespace
 {
 
-// Long enough for any integer, and for six significant digits.
-constexpr std::size_t kShortNumber = 32;
-
-// Before the point, with the sign and the point itself.
+// Before the places, with the sign and the point.
 constexpr std::size_t kLongestFixed = std::numeric_limits<double>::max_exponent10 + 3;
 constexpr std::size_t kUsualPlaces = 32;
-
-bool IsDigit(char character)
-{
-    return character >= '0' && character <= '9';
-}
-
-bool IsBlank(char character)
-{
-    return character == ' ' || (character >= '\t' && character <= '\r');
-}
 
 /** The text from its number on: without blanks and a plus sign. */
 std::string_view SkipToNumber(std::string_view text)
 {
-    while (!text.empty() && IsBlank(text[0]))
-    {
-        text.remove_prefix(1);
-    }
-    if (text.size() > 1 && text[0] == '+' && text[1] != '-')
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
+    if (text.substr(0, 1) == "+" && text.substr(1, 1) != "-")
     {
         text.remove_prefix(1);
     }
     return text;
 }
 
-/** A stream's own answer, which the usual cases below are only a faster way to. */
-template <typename Number> bool ReadFromStream(const std::string& text, Number& value)
-{
-    std::istringstream stream(text);
-    stream >> value;
-    return !stream.fail();
-}
-
-// A stream negates what it reads as unsigned.
-template <typename Integer> bool ReadInteger(const std::string& text, Integer& value)
+// As from a stream: no "inf" and "nan", and nothing with an exponent that has no digits.
+template <typename Float> Float ReadFloat(const std::string& text)
 {
     std::string_view number = SkipToNumber(text);
-    const bool isNegated = std::is_unsigned_v<Integer> && !number.empty() && number[0] == '-';
-    number.remove_prefix(isNegated ? 1 : 0);
+    number = number.substr(0, number.find_first_not_of("+-.0123456789eE"));
+    Float value = 0;
     const auto [end, error] = std::from_chars(number.begin(), number.end(), value);
-    if (error != std::errc())
+    bool isRead = error == std::errc() &&
+                  number.find_first_of("eE") != static_cast<std::size_t>(end - number.begin());
+    // A stream tells what is too large from what is too small, which it takes for 0.
+    if (error == std::errc::result_out_of_range)
     {
-        return ReadFromStream(text, value);
+        std::istringstream stream(text);
+        isRead = static_cast<bool>(stream >> value);
     }
-    value = isNegated ? 0 - value : value;
-    return true;
-}
-
-// A stream takes no "inf" and "nan", and nothing with an exponent that has no digits.
-template <typename Float> bool ReadFloat(const std::string& text, Float& value)
-{
-    const std::string_view number = SkipToNumber(text);
-    const std::size_t first = !number.empty() && number[0] == '-' ? 1 : 0;
-    if (number.size() > first && (IsDigit(number[first]) || number[first] == '.'))
+    if (!isRead)
     {
-        const auto [end, error] = std::from_chars(number.begin(), number.end(), value);
-        const bool isCut = end != number.end() && (*end == 'e' || *end == 'E');
-        if (error == std::errc() && !isCut)
-        {
-            return true;
-        }
+        throw std::runtime_error(text);
     }
-    value = 0;
-    return ReadFromStream(text, value);
-}
-
-template <typename Integer> std::string WriteInteger(Integer value, int base = 10)
-{
-    char digits[kShortNumber];
-    const auto [end, error] = std::to_chars(std::begin(digits), std::end(digits), value, base);
-    return {digits, end};
+    return value;
 }
 
 } // namespace
@@ -128,39 +86,39 @@ std::string StringUtil::GetColorTagedString(int red, int green, int blue, int al
 
 int StringUtil::StringToInt(const std::string& text)
 {
+    const std::string_view number = SkipToNumber(text);
     int value = 0;
-    ReadInteger(text, value);
+    const auto [end, error] = std::from_chars(number.begin(), number.end(), value);
+    if (error == std::errc::result_out_of_range)
+    {
+        using Limits = std::numeric_limits<int>;
+        return number[0] == '-' ? Limits::min() : Limits::max();
+    }
     return value;
 }
 
 long long StringUtil::StringToInt64(const std::string& text)
 {
+    std::string_view number = SkipToNumber(text);
+    const bool isNegated = number.substr(0, 1) == "-";
+    number.remove_prefix(isNegated ? 1 : 0);
     unsigned long long value = 0;
-    if (!ReadInteger(text, value))
+    const auto [end, error] = std::from_chars(number.begin(), number.end(), value);
+    if (error != std::errc())
     {
         throw std::runtime_error(text);
     }
-    return static_cast<long long>(value);
+    return static_cast<long long>(isNegated ? 0 - value : value);
 }
 
 float StringUtil::StringToFloat(const std::string& text)
 {
-    float value = 0;
-    if (!ReadFloat(text, value))
-    {
-        throw std::runtime_error(text);
-    }
-    return value;
+    return ReadFloat<float>(text);
 }
 
 double StringUtil::StringToDouble(const std::string& text)
 {
-    double value = 0;
-    if (!ReadFloat(text, value))
-    {
-        throw std::runtime_error(text);
-    }
-    return value;
+    return ReadFloat<double>(text);
 }
 
 std::vector<std::string> StringUtil::Tokenize(const std::string& text,
@@ -179,27 +137,27 @@ std::vector<std::string> StringUtil::Tokenize(const std::string& text,
 
 std::string StringUtil::IntToHexaStringBy8Bit(int value)
 {
-    if (value == 0)
-    {
-        return "00";
-    }
-    const std::string digits = WriteInteger(static_cast<unsigned>(value), 16);
+    char buffer[8];
+    const auto [end, error] =
+        std::to_chars(std::begin(buffer), std::end(buffer), static_cast<unsigned>(value), 16);
+    const std::string digits(buffer, end);
     return value <= 16 ? "0" + digits : digits;
 }
 
 std::string StringUtil::IntToString(int value)
 {
-    return WriteInteger(value);
+    return std::to_string(value);
 }
 
 std::string StringUtil::Int64ToString(long long value)
 {
-    return WriteInteger(value);
+    return std::to_string(value);
 }
 
 std::string StringUtil::FloatToString(float value)
 {
-    char digits[kShortNumber];
+    // As in "-1.23457e+06".
+    char digits[12];
     const auto [end, error] =
         std::to_chars(std::begin(digits), std::end(digits), static_cast<double>(value),
                       std::chars_format::general, 6);
@@ -209,10 +167,6 @@ std::string StringUtil::FloatToString(float value)
 std::string StringUtil::RoundOff(float value, int digits)
 {
     const std::string text = FloatToString(value);
-    if (value == 0)
-    {
-        return text;
-    }
     const std::size_t point = text.find('.');
     if (point == std::string::npos)
     {

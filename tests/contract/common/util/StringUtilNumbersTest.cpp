@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <gtest/gtest.h>
+#include <limits>
 
 using QivoUi::StringUtil;
 
@@ -63,6 +64,15 @@ TEST(FloatToStringTest, ChoosesTheScientificNotation)
 {
     EXPECT_EQ(StringUtil::FloatToString(1234567.0F), "1.23457e+06");
     EXPECT_EQ(StringUtil::FloatToString(0.00001F), "1e-05");
+    EXPECT_EQ(StringUtil::FloatToString(-1.23457e-38F), "-1.23457e-38");
+    EXPECT_EQ(StringUtil::FloatToString(-0.000123457F), "-0.000123457");
+}
+
+TEST(FloatToStringTest, WritesWhatIsNoNumberAsWords)
+{
+    EXPECT_EQ(StringUtil::FloatToString(std::numeric_limits<float>::infinity()), "inf");
+    EXPECT_EQ(StringUtil::FloatToString(-std::numeric_limits<float>::infinity()), "-inf");
+    EXPECT_EQ(StringUtil::FloatToString(std::numeric_limits<float>::quiet_NaN()), "nan");
 }
 
 TEST(FloatToStringTest, WritesNoTrailingZeros)
@@ -138,6 +148,17 @@ TEST(DoubleToStringTest, RoundsTheLastPlace)
 {
     EXPECT_EQ(StringUtil::DoubleToString(2.999, 2), "3.00");
     EXPECT_EQ(StringUtil::DoubleToString(-0.26, 1), "-0.3");
+}
+
+TEST(DoubleToStringTest, WritesAllDigitsOfTheLongest)
+{
+    const std::string one = StringUtil::DoubleToString(-std::numeric_limits<double>::max(), 1);
+    EXPECT_EQ(one.size(), 1 + 309 + 2U);
+    EXPECT_EQ(one.substr(0, 10), "-179769313");
+    EXPECT_EQ(one.substr(308), "68.0");
+    EXPECT_EQ(StringUtil::DoubleToString(-std::numeric_limits<double>::max(), 400),
+              one + std::string(399, '0'));
+    EXPECT_EQ(StringUtil::DoubleToString(0.5, 400), "0.5" + std::string(399, '0'));
 }
 
 TEST(DoubleToStringTest, WritesSixPlacesWithoutAPositivePrecision)

@@ -123,7 +123,19 @@ TEST(StringToIntTest, ReadsADecimalNumber)
 
 TEST(StringToIntTest, SkipsLeadingWhiteSpace)
 {
-    EXPECT_EQ(StringUtil::StringToInt(" \t\n7"), 7);
+    EXPECT_EQ(StringUtil::StringToInt(" \t\n\v\f\r7"), 7);
+    EXPECT_EQ(StringUtil::StringToInt(" \t\n\v\f\r"), 0);
+}
+
+TEST(StringToIntTest, TakesOneSignWithoutABlankBehindIt)
+{
+    EXPECT_EQ(StringUtil::StringToInt("+-42"), 0);
+    EXPECT_EQ(StringUtil::StringToInt("-+42"), 0);
+    EXPECT_EQ(StringUtil::StringToInt("++42"), 0);
+    EXPECT_EQ(StringUtil::StringToInt("--42"), 0);
+    EXPECT_EQ(StringUtil::StringToInt("- 42"), 0);
+    EXPECT_EQ(StringUtil::StringToInt("+"), 0);
+    EXPECT_EQ(StringUtil::StringToInt("x-42"), 0);
 }
 
 TEST(StringToIntTest, ReadsTheLongestNumberAtTheStart)
@@ -143,14 +155,19 @@ TEST(StringToIntTest, GivesZeroForWhatIsNoNumber)
 
 TEST(StringToIntTest, NeverFailsOnOverflow)
 {
+    EXPECT_EQ(StringUtil::StringToInt("2147483647"), INT_MAX);
+    EXPECT_EQ(StringUtil::StringToInt("-2147483648"), INT_MIN);
     EXPECT_EQ(StringUtil::StringToInt("2147483648"), INT_MAX);
+    EXPECT_EQ(StringUtil::StringToInt("+2147483648"), INT_MAX);
     EXPECT_EQ(StringUtil::StringToInt("-2147483649"), INT_MIN);
 }
 
 TEST(StringToInt64Test, ReadsUnsignedAndReturnsTheBitsSigned)
 {
     EXPECT_EQ(StringUtil::StringToInt64("5"), 5);
+    EXPECT_EQ(StringUtil::StringToInt64("+5"), 5);
     EXPECT_EQ(StringUtil::StringToInt64("-5"), -5);
+    EXPECT_EQ(StringUtil::StringToInt64("-18446744073709551615"), 1);
     EXPECT_EQ(StringUtil::StringToInt64("9223372036854775807"), LLONG_MAX);
     EXPECT_EQ(StringUtil::StringToInt64("9223372036854775808"), LLONG_MIN);
     EXPECT_EQ(StringUtil::StringToInt64("18446744073709551615"), -1);
@@ -169,6 +186,8 @@ TEST(StringToInt64Test, ThrowsTheRejectedText)
     EXPECT_EQ(ThrownBy(StringUtil::StringToInt64, ""), "");
     EXPECT_EQ(ThrownBy(StringUtil::StringToInt64, " a1 "), " a1 ");
     EXPECT_EQ(ThrownBy(StringUtil::StringToInt64, "-"), "-");
+    EXPECT_EQ(ThrownBy(StringUtil::StringToInt64, "+-5"), "+-5");
+    EXPECT_EQ(ThrownBy(StringUtil::StringToInt64, "--5"), "--5");
     EXPECT_EQ(ThrownBy(StringUtil::StringToInt64, "18446744073709551616"), "18446744073709551616");
 }
 
@@ -188,6 +207,12 @@ TEST(StringToFloatTest, ReadsInSinglePrecision)
     EXPECT_EQ(ThrownBy(StringUtil::StringToFloat, "1e39"), "1e39");
 }
 
+TEST(StringToFloatTest, TakesWhatIsTooSmallForZero)
+{
+    EXPECT_EQ(StringUtil::StringToFloat("1e-60"), 0.0F);
+    EXPECT_EQ(StringUtil::StringToFloat("1e-45"), std::numeric_limits<float>::denorm_min());
+}
+
 TEST(StringToFloatTest, ThrowsTheRejectedText)
 {
     EXPECT_EQ(ThrownBy(StringUtil::StringToFloat, "kg"), "kg");
@@ -201,6 +226,37 @@ TEST(StringToDoubleTest, ReadsANumberAtTheStart)
     EXPECT_EQ(StringUtil::StringToDouble("\t-0.1"), -0.1);
     EXPECT_EQ(StringUtil::StringToDouble("1e39"), 1e39);
     EXPECT_EQ(StringUtil::StringToDouble("3.14159265358979"), 3.14159265358979);
+    EXPECT_EQ(StringUtil::StringToDouble("+2E+3"), 2000);
+    EXPECT_EQ(StringUtil::StringToDouble(".5"), 0.5);
+    EXPECT_EQ(StringUtil::StringToDouble("5."), 5);
+    EXPECT_EQ(StringUtil::StringToDouble("0123456789"), 123456789);
+    EXPECT_EQ(StringUtil::StringToDouble("0x10"), 0);
+    EXPECT_EQ(StringUtil::StringToDouble("1.5.5"), 1.5);
+    EXPECT_EQ(StringUtil::StringToDouble("1-5"), 1);
+}
+
+TEST(StringToDoubleTest, TakesOneExponentOfDigits)
+{
+    EXPECT_EQ(StringUtil::StringToDouble("1e-5"), 1e-5);
+    EXPECT_EQ(StringUtil::StringToDouble("1e5e5"), 1e5);
+    EXPECT_EQ(StringUtil::StringToDouble("1 e"), 1);
+    EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "1e"), "1e");
+    EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "1E"), "1E");
+    EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "1e+"), "1e+");
+    EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "e5"), "e5");
+}
+
+TEST(StringToDoubleTest, TakesWhatIsTooSmallForZero)
+{
+    EXPECT_EQ(StringUtil::StringToDouble("1e-400"), 0.0);
+    EXPECT_EQ(StringUtil::StringToDouble("-1e-400kg"), 0.0);
+}
+
+TEST(StringToDoubleTest, TakesNoWords)
+{
+    EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "inf"), "inf");
+    EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "-infinity"), "-infinity");
+    EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "nan"), "nan");
 }
 
 TEST(StringToDoubleTest, ThrowsTheRejectedText)

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <iterator>
 #include <limits>
@@ -33,12 +34,12 @@ std::string_view SkipToNumber(std::string_view text)
 // As from a stream: no "inf" and "nan", and nothing with an exponent that has no digits.
 template <typename Float> Float ReadFloat(const std::string& text)
 {
-    std::string_view number = SkipToNumber(text);
-    number = number.substr(0, number.find_first_not_of("+-.0123456789eE"));
+    const std::string_view number = SkipToNumber(text);
     Float value = 0;
     const auto [end, error] = std::from_chars(number.begin(), number.end(), value);
-    bool isRead = error == std::errc() &&
-                  number.find_first_of("eE") != static_cast<std::size_t>(end - number.begin());
+    const bool isCut = end != number.end() &&
+                       number.find_first_of("eE") == static_cast<std::size_t>(end - number.begin());
+    bool isRead = error == std::errc() && std::isfinite(value) && !isCut;
     // A stream tells what is too large from what is too small, which it takes for 0.
     if (error == std::errc::result_out_of_range)
     {

@@ -257,6 +257,7 @@ TEST(StringToDoubleTest, TakesNoWords)
     EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "inf"), "inf");
     EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "-infinity"), "-infinity");
     EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "nan"), "nan");
+    EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "+nan(1)"), "+nan(1)");
 }
 
 TEST(StringToDoubleTest, ThrowsTheRejectedText)

@@ -27,6 +27,8 @@ void SetUpToolkit(const Display& display)
     elm_config_scroll_thumbscroll_enabled_set(EINA_TRUE);
     elm_config_scroll_bounce_enabled_set(EINA_TRUE);
     elm_config_scroll_thumbscroll_sensitivity_friction_set(kFlickSpeed);
+    // Every 64 seconds it would wake a watch that sleeps; the caches have limits without it.
+    elm_config_cache_flush_enabled_set(EINA_FALSE);
     if (std::getenv("ELM_SCALE") == nullptr)
         elm_config_scale_set(kUsualScale * ScreenSize(display) / kUsualSize);
 }

@@ -12,6 +12,7 @@ int ScreenSize(const Display& display);
 /**
  * Sets the toolkit up for the watch: a finger drags, flicks and bounces what scrolls, and sizes
  * follow the screen, whose scale is 1.3 at 360 pixels, the base scale of the watch's applications.
+ * Nothing is left that wakes the application while it stands still.
  *
  * A scale that the user sets (ELM_SCALE) stays.
  */

@@ -29,9 +29,9 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <optional>
 #include <poll.h>
 #include <spawn.h>
+#include <stdexcept>
 #include <string>
 #include <sys/ipc.h>
 #include <sys/shm.h>
@@ -59,8 +59,7 @@ constexpr unsigned int kWheelDown = 5;
 
 [[noreturn]] void Fail(const std::string& reason)
 {
-    std::fprintf(stderr, "frame-watch: %s\n", reason.c_str());
-    std::exit(1);
+    throw std::runtime_error(reason);
 }
 
 class Watched
@@ -268,7 +267,9 @@ void Measure(Watched& screen, const Picture& wanted, char** command)
                 program.StatusKib("smaps_rollup", "Pss"));
 }
 
-// There and back again, so that every notch has somewhere to go.
+// Each notch back from the one before: the page then stays between its two goals, and every notch
+// has somewhere to go. Two and two, on a page that is not two notches long, the goal of one is
+// where the page already is, and no new picture is due.
 void TurnDetents(Watched& screen, int count, char** command)
 {
     const Program program(command);
@@ -280,7 +281,7 @@ void TurnDetents(Watched& screen, int count, char** command)
         while (screen.WaitForChange(milliseconds(0)))
             continue;
         const auto turned = Clock::now();
-        screen.TurnWheel(i / 2 % 2 == 0 ? kWheelDown : kWheelUp);
+        screen.TurnWheel(i % 2 == 0 ? kWheelDown : kWheelUp);
         next += kDetent;
         if (screen.WaitForChange(std::chrono::duration_cast<milliseconds>(next - turned)))
         {
@@ -293,16 +294,29 @@ void TurnDetents(Watched& screen, int count, char** command)
         Fail("the program has ended");
 }
 
-std::optional<Picture> ReadFile(const char* name)
+Picture ReadFile(const char* name)
 {
     std::ifstream file(name, std::ios::binary);
     if (!file)
-        return std::nullopt;
-    return Picture{std::istreambuf_iterator<char>(file), {}};
+        Fail(std::string("cannot read \"") + name + '"');
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void Watch(const std::string& mode, char** argv)
+{
+    Watched screen;
+    AwaitEmptyScreen(screen);
+    if (mode == "settle")
+        Settle(screen, argv[2], argv + 3);
+    else if (mode == "detents")
+        TurnDetents(screen, std::atoi(argv[2]), argv + 3);
+    else
+        Measure(screen, ReadFile(argv[2]), argv + 3);
 }
 } // namespace
 
 int main(int argc, char** argv)
+try
 {
     const std::string mode = argc < 4 ? "" : argv[1];
     if (mode != "settle" && mode != "measure" && mode != "detents")
@@ -311,21 +325,12 @@ int main(int argc, char** argv)
                    stderr);
         return 2;
     }
-    Watched screen;
-    AwaitEmptyScreen(screen);
-    if (mode == "settle")
-    {
-        Settle(screen, argv[2], argv + 3);
-        return 0;
-    }
-    if (mode == "detents")
-    {
-        TurnDetents(screen, std::atoi(argv[2]), argv + 3);
-        return 0;
-    }
-    const auto wanted = ReadFile(argv[2]);
-    if (!wanted)
-        Fail(std::string("cannot read \"") + argv[2] + '"');
-    Measure(screen, *wanted, argv + 3);
+    Watch(mode, argv);
     return 0;
+}
+// Only what is caught ends the program that is watched, and does not leave it on the screen.
+catch (const std::exception& error)
+{
+    std::fprintf(stderr, "frame-watch: %s\n", error.what());
+    return 1;
 }

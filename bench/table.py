@@ -27,7 +27,7 @@ class Table:
         """Held against the same figure of something else."""
         ratio = own / other
         self.add(figure, f"{own:.4g} {unit}", f"{other:.4g} {unit}", f"{ratio:.2f} x",
-                 f"<= {most} x", ratio <= most)
+                 f"<= {most} x", round(ratio, 2) <= most)
 
     def add_limit(self, figure, own, most, unit):
         """Held against a fixed limit."""

@@ -7,46 +7,16 @@
 //     at-once RESULT [KEY=VALUE]...         to each request from now on, in its callback, twice
 //     exit
 
-#include <Ecore.h>
+#include "AppTalk.h"
+
 #include <app.h>
-#include <cstdio>
-#include <cstdlib>
 #include <sstream>
 #include <string>
-#include <unistd.h>
 
 namespace
 {
 app_control_h sLastRequest = nullptr;
 std::string sAnswerAtOnce;
-
-void Say(const std::string& text)
-{
-    std::puts(text.c_str());
-    std::fflush(stdout);
-}
-
-bool SExtraData(app_control_h request, const char* key, void* data)
-{
-    char* value = nullptr;
-    app_control_get_extra_data(request, key, &value);
-    const std::string text = value;
-    *static_cast<std::string*>(data) +=
-        std::string(" ") + key + "=" +
-        (text.size() > 100 ? std::to_string(text.size()) + " bytes" : text);
-    std::free(value);
-    return true;
-}
-
-std::string Describe(app_control_h request)
-{
-    char* operation = nullptr;
-    app_control_get_operation(request, &operation);
-    std::string text = operation;
-    std::free(operation);
-    app_control_foreach_extra_data(request, SExtraData, &text);
-    return text;
-}
 
 app_control_h NewRequest(std::istream& words)
 {
@@ -57,7 +27,7 @@ app_control_h NewRequest(std::istream& words)
         const size_t equals = word.find('=');
         const std::string value = word.substr(equals + 1);
         app_control_add_extra_data(request, word.substr(0, equals).c_str(),
-                                   value == "HUGE" ? std::string(1024 * 1024, 'v').c_str()
+                                   value == "HUGE" ? std::string(size_t{1024} * 1024, 'v').c_str()
                                                    : value.c_str());
     }
     return request;
@@ -109,27 +79,10 @@ void Obey(const std::string& line)
     Say("did " + line);
 }
 
-Eina_Bool SInputCB(void*, Ecore_Fd_Handler* handler)
-{
-    static std::string text;
-    char piece[256];
-    const ssize_t length = read(ecore_main_fd_handler_fd_get(handler), piece, sizeof piece);
-    if (length <= 0)
-        return ECORE_CALLBACK_CANCEL;
-    text.append(piece, static_cast<size_t>(length));
-    for (size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n'))
-    {
-        const std::string line = text.substr(0, end);
-        text.erase(0, end + 1);
-        Obey(line);
-    }
-    return ECORE_CALLBACK_RENEW;
-}
-
 bool SCreate(void*)
 {
     Say("create");
-    ecore_main_fd_handler_add(STDIN_FILENO, ECORE_FD_READ, SInputCB, nullptr, nullptr, nullptr);
+    ObeyInput(Obey);
     return true;
 }
 

@@ -74,3 +74,8 @@ def id_of(name):
 
 def path_of(name):
     return f"/org/example/{name}_app"
+
+
+def requests(app):
+    """What the application has said of its requests."""
+    return [line for line in app.lines if line.startswith("app_control ")]

@@ -1,29 +1,23 @@
 // An application that prints each callback of its life, with what it got, and obeys words on its
 // standard input. LIFECYCLE holds what its callbacks do besides, such as "create:exit,pause:throw".
 
+#include "AppTalk.h"
+
 #include <Ecore_X.h>
 #include <Elementary.h>
 #include <app.h>
 #include <clocale>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <libintl.h>
 #include <map>
 #include <stdexcept>
 #include <string>
-#include <unistd.h>
 
 namespace
 {
 Evas_Object* sWindow = nullptr;
-
-void Say(const std::string& text)
-{
-    std::puts(text.c_str());
-    std::fflush(stdout);
-}
 
 bool Does(const std::string& what)
 {
@@ -104,50 +98,19 @@ void Obey(const std::string& word)
     Say("did " + word);
 }
 
-Eina_Bool SInputCB(void*, Ecore_Fd_Handler* handler)
-{
-    static std::string text;
-    char piece[256];
-    const ssize_t length = read(ecore_main_fd_handler_fd_get(handler), piece, sizeof piece);
-    if (length <= 0)
-        return ECORE_CALLBACK_CANCEL;
-    text.append(piece, static_cast<size_t>(length));
-    for (size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n'))
-    {
-        const std::string word = text.substr(0, end);
-        text.erase(0, end + 1);
-        Obey(word);
-    }
-    return ECORE_CALLBACK_RENEW;
-}
-
 bool SCreate(void* data)
 {
     Say(std::string("create ") + static_cast<const char*>(data));
     if (!Does("create:nothing"))
         MakeWindow();
-    ecore_main_fd_handler_add(STDIN_FILENO, ECORE_FD_READ, SInputCB, nullptr, nullptr, nullptr);
+    ObeyInput(Obey);
     Act("create");
     return !Does("create:false");
 }
 
-bool SExtraData(app_control_h request, const char* key, void* data)
-{
-    char* value = nullptr;
-    app_control_get_extra_data(request, key, &value);
-    *static_cast<std::string*>(data) += std::string(" ") + key + "=" + value;
-    std::free(value);
-    return true;
-}
-
 void SAppControl(app_control_h request, void*)
 {
-    char* operation = nullptr;
-    app_control_get_operation(request, &operation);
-    std::string text = std::string("app_control ") + operation;
-    std::free(operation);
-    app_control_foreach_extra_data(request, SExtraData, &text);
-    Say(text);
+    Say("app_control " + Describe(request));
     Act("app_control");
 }
 

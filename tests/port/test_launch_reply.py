@@ -4,24 +4,13 @@ import time
 
 import pytest
 
-from port.launch_apps import Apps, id_of
+from port.launch_apps import id_of
 
 LAUNCH = "org.watchport.Launch1"
 
 INVALID_PARAMETER = -2
 NO_SENDER = -9
 ALREADY_REPLIED = -10
-
-
-@pytest.fixture(name="apps")
-def _apps(tmp_path):
-    with Apps(tmp_path) as apps:
-        yield apps
-
-
-@pytest.fixture(name="clock")
-def _clock(apps):
-    return apps.run("clock")
 
 
 @pytest.fixture(name="alarm")

@@ -5,7 +5,7 @@ import dbus.bus
 import dbus.lowlevel
 import pytest
 
-from port.launch_apps import Apps, id_of, path_of
+from port.launch_apps import id_of, path_of, requests
 from support.bus import wait_until
 
 APPLICATION = "org.freedesktop.Application"
@@ -14,27 +14,12 @@ NOTHING = dbus.Dictionary(signature="sv")
 ERROR = "org.freedesktop.DBus.Error."
 
 
-@pytest.fixture(name="apps")
-def _apps(tmp_path):
-    with Apps(tmp_path) as apps:
-        yield apps
-
-
-@pytest.fixture(name="clock")
-def _clock(apps):
-    return apps.run("clock")
-
-
 @pytest.fixture(name="client")
 def _client(apps, clock):
     """The running application's object, for a client that sends what it likes."""
     bus = dbus.bus.BusConnection(apps.bus.address)
     yield bus.get_object(id_of("clock"), path_of("clock"), introspect=False)
     bus.close()
-
-
-def requests(app):
-    return [line for line in app.lines if line.startswith("app_control ")]
 
 
 def failure(call):

@@ -5,7 +5,7 @@ import time
 
 import pytest
 
-from port.launch_apps import Apps, id_of
+from port.launch_apps import id_of, requests
 from port.partial_bus import PartialBus
 from support.bus import wait_until
 from support.silent_bus import SilentBus
@@ -14,21 +14,6 @@ APPLICATION = "org.freedesktop.Application"
 
 NOT_FORWARDED = 256 - 8
 NO_SESSION_BUS = 256 - 9
-
-
-@pytest.fixture(name="apps")
-def _apps(tmp_path):
-    with Apps(tmp_path) as apps:
-        yield apps
-
-
-@pytest.fixture(name="clock")
-def _clock(apps):
-    return apps.run("clock")
-
-
-def requests(app):
-    return [line for line in app.lines if line.startswith("app_control ")]
 
 
 # A second start

@@ -1,0 +1,16 @@
+"""What the tests of launch requests start from."""
+
+import pytest
+
+from port.launch_apps import Apps
+
+
+@pytest.fixture(name="apps")
+def _apps(tmp_path):
+    with Apps(tmp_path) as apps:
+        yield apps
+
+
+@pytest.fixture(name="clock")
+def _clock(apps):
+    return apps.run("clock")

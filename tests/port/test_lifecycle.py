@@ -1,10 +1,12 @@
 """The order of an application's callbacks, off screen and before its command line."""
 
 import signal
+import time
 
 import pytest
 
 from port.lifecycle import App
+from support.silent_bus import SilentBus, silent_x_server
 
 OFF_SCREEN = {"ELM_ENGINE": "buffer"}
 
@@ -204,6 +206,27 @@ def test_no_display_is_one_error_line_and_no_callback(run, env):
     assert app.end() == (256 + NO_DISPLAY, [f"result {NO_DISPLAY}"])
     assert len(app.log.splitlines()) == 1
     assert app.port_lines()[0].startswith("E WATCH_PORT: ui_app_main: no display: ")
+
+
+@pytest.mark.parametrize("is_full", [False, True], ids=["silent", "full"])
+def test_a_display_that_does_not_answer_is_given_up_after_five_seconds(run, is_full):
+    with SilentBus(is_full=is_full) as server, silent_x_server(is_full) as display:
+        begin = time.monotonic()
+        apps = {"X server": run(env={"DISPLAY": display}),
+                "compositor": run(env={"WAYLAND_DISPLAY": server.path})}
+        for name, app in apps.items():
+            assert app.end() == (256 + NO_DISPLAY, [f"result {NO_DISPLAY}"])
+            silence, error = app.port_lines()
+            assert name in silence and silence.endswith("has not answered within 5 seconds")
+            assert error.startswith("E WATCH_PORT: ui_app_main: no display: ")
+        assert 4.9 < time.monotonic() - begin < 15
+
+
+def test_off_screen_a_silent_display_is_not_asked(run):
+    with SilentBus() as server, silent_x_server() as display:
+        app = run(env={**OFF_SCREEN, "DISPLAY": display, "WAYLAND_DISPLAY": server.path})
+        app.wait_for("resume")
+        assert not any("answered" in line for line in app.port_lines())
 
 
 @pytest.mark.parametrize("arguments, what", [

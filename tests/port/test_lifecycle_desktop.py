@@ -6,6 +6,7 @@ import pytest
 
 from port.lifecycle import App
 from support.display import Display
+from support.silent_bus import silent_x_server
 
 CREATED = ["create user-data", "app_control default", "resume"]
 ENDED = ["terminate", "result 0"]
@@ -198,3 +199,17 @@ def test_on_wayland_hiding_pauses_and_showing_resumes(wayland):
     app.tell("show")
     app.wait_for("resume")
     went(app, "did hide", "pause", "did show", "resume", "did exit", "pause")
+
+
+def test_a_compositor_is_found_beside_a_silent_x_server(weston, tmp_path):
+    with silent_x_server() as display, App({**weston.env, "DISPLAY": display}, tmp_path) as app:
+        app.wait_for("resume")
+        app.tell("exit")
+        assert app.end()[0] == 0
+
+
+def test_a_compositor_is_found_beside_an_x_server_that_has_gone(weston, tmp_path):
+    with App({**weston.env, "DISPLAY": ":987654"}, tmp_path) as app:
+        app.wait_for("resume")
+        app.tell("exit")
+        assert app.end()[0] == 0

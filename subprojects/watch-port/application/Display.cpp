@@ -1,16 +1,31 @@
 #include "application/Display.h"
 
+#include "dlog/dlog.h"
+#include "support/Patience.h"
+
 #include <Ecore_X.h>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <wayland-client-core.h>
+#include <xcb/xcb.h>
 
 namespace
 {
+// A server at the far end of a slow line takes a second or two.
+constexpr std::chrono::seconds kPatience(5);
+
+struct XCloser
+{
+    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+};
+using XConnection = std::unique_ptr<xcb_connection_t, XCloser>;
+
 std::string Environment(const char* name)
 {
     const char* value = std::getenv(name);
@@ -23,35 +38,75 @@ bool IsEngineOffScreen()
     return engine == "buffer" || engine.rfind("shot:", 0) == 0;
 }
 
-bool CanConnect(const std::string& socketPath)
+int Connect(const std::string& socketPath)
 {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     if (socketPath.size() >= sizeof address.sun_path)
-        return false;
+        return -1;
     std::memcpy(address.sun_path, socketPath.c_str(), socketPath.size());
-    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-    const bool connected =
-        fd >= 0 && connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (fd >= 0 && connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0)
+        return fd;
     if (fd >= 0)
         close(fd);
-    return connected;
+    return -1;
+}
+
+// Not by the compositor's name: so the library would use up a connection that the process inherits.
+bool IsAnswered(const std::string& socketPath)
+{
+    const int fd = Connect(socketPath);
+    wl_display* const compositor = fd < 0 ? nullptr : wl_display_connect_to_fd(fd);
+    if (compositor == nullptr)
+        return false;
+    const bool isAnswered = wl_display_roundtrip(compositor) >= 0;
+    wl_display_disconnect(compositor);
+    return isAnswered;
+}
+
+void WarnOfSilence(const char* server)
+{
+    __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT", "%s has not answered within %d seconds",
+                 server, static_cast<int>(kPatience.count()));
 }
 
 bool HasWayland()
 {
     const std::string name = Environment("WAYLAND_DISPLAY");
-    const bool isPath = name.rfind('/', 0) == 0;
-    return !name.empty() && CanConnect(isPath ? name : Environment("XDG_RUNTIME_DIR") + "/" + name);
+    if (name.empty())
+        return false;
+    const std::string path =
+        name.front() == '/' ? name : Environment("XDG_RUNTIME_DIR") + "/" + name;
+    const auto isAnswered = CallWithPatience(kPatience, [path] { return IsAnswered(path); });
+    if (!isAnswered)
+        WarnOfSilence("the compositor of WAYLAND_DISPLAY");
+    return isAnswered.value_or(false);
+}
+
+bool ConnectX11()
+{
+    if (Environment("DISPLAY").empty())
+        return false;
+    // Held until the toolkit has its own: a server may begin anew when its last client leaves.
+    const auto connection =
+        CallWithPatience(kPatience, [] { return XConnection(xcb_connect(nullptr, nullptr)); });
+    // Besides, the toolkit itself connects no sooner than for its first window: until then the
+    // X events have no types that handlers could be added for.
+    if (connection && xcb_connection_has_error(connection->get()) == 0 && ecore_x_init(nullptr) > 0)
+        return true;
+    if (!connection)
+        WarnOfSilence("the X server of DISPLAY");
+    // The toolkit would try it again, and wait without an end or have no window.
+    unsetenv("DISPLAY");
+    return false;
 }
 
 Display::Kind FindDisplay()
 {
     if (IsEngineOffScreen())
         return Display::Kind::OffScreen;
-    // Besides, the toolkit itself connects no sooner than for its first window: until then the
-    // X events have no types that handlers could be added for.
-    if (!Environment("DISPLAY").empty() && ecore_x_init(nullptr) > 0)
+    if (ConnectX11())
         return Display::Kind::X11;
     return HasWayland() ? Display::Kind::Wayland : Display::Kind::None;
 }

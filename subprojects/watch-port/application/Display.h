@@ -13,7 +13,10 @@ public:
         Wayland,
     };
 
-    /** Looks for a display and connects to it. */
+    /**
+     * Looks for a display and connects to it. A server that has not answered within five seconds
+     * is none, with one warning. DISPLAY leaves the environment where it leads to no X server.
+     */
     Display();
     ~Display();
     Display(const Display&) = delete;

@@ -68,6 +68,15 @@ TEST_F(RotaryEventListenerTest, NeedNotHearOfDetents)
     EXPECT_EQ(Recorder::Take(), Lines());
 }
 
+TEST_F(RotaryEventListenerTest, IsAskedForItsObjectOnce)
+{
+    DeafRotaryListener listener;
+
+    mManager->RegisterEventListener(&listener);
+
+    EXPECT_EQ(Recorder::TakeOnly({"GetRotaryViewObject"}), Lines({"GetRotaryViewObject"}));
+}
+
 TEST_F(RotaryEventListenerTest, IsRegisteredWithItsObjectOnTop)
 {
     FakeRotaryListener listener("a", AddObject("view"));

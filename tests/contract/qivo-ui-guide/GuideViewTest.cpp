@@ -127,6 +127,7 @@ TEST_F(GuideViewTest, MakesARecordWithoutALayoutWhenTheOuterLayoutFails)
 
     EXPECT_EQ(Recorder::Take(),
               Lines({"elm_layout_add(window)", "error(CreateLayout) elm_layout_add failed."}));
+    EXPECT_EQ(Recorder::TimesMade().count("app_get_resource_path"), 0U);
     ASSERT_TRUE(record);
     EXPECT_EQ(record->mViewLayout, nullptr);
     EXPECT_EQ(mView.mScroller, nullptr);
@@ -231,6 +232,35 @@ TEST_F(GuideViewTest, MakesTheRotaryManagerBeforeItAsksForTheSurface)
 
     EXPECT_EQ(Recorder::TakeOnly({"eext_circle_object_scroller_add"}),
               Lines({"eext_circle_object_scroller_add(scroller1, null)"}));
+}
+
+TEST_F(GuideViewTest, TakesTheSameStepsWithoutAScroller)
+{
+    Recorder::Fail("elm_scroller_add");
+
+    mView.CreateLayout(mWindow);
+
+    EXPECT_EQ(Recorder::TakeOnly({"elm_scroller_", "elm_object_part_content_set", "eext_"}),
+              Lines({"elm_scroller_add(layout1)", "elm_scroller_loop_set(null, false, false)",
+                     "elm_object_part_content_set(layout1, 'scroller', null)",
+                     "eext_circle_object_scroller_add(null, null)",
+                     "eext_circle_object_scroller_policy_set(null, 2, 2)",
+                     "elm_object_part_content_set(null, null, null)"}));
+}
+
+TEST_F(GuideViewTest, TakesTheSameStepsWithoutABox)
+{
+    Recorder::Fail("elm_box_add");
+
+    mView.CreateLayout(mWindow);
+
+    EXPECT_EQ(
+        Recorder::TakeOnly({"elm_box_", "elm_object_part_content_set", "elm_layout_add"}),
+        Lines({"elm_layout_add(window)",
+               "elm_object_part_content_set(layout1, 'scroller', scroller1)",
+               "elm_box_add(scroller1)", "elm_box_horizontal_set(null, false)",
+               "elm_box_homogeneous_set(null, false)",
+               "elm_object_part_content_set(scroller1, null, null)", "elm_layout_add(null)"}));
 }
 
 TEST_F(GuideViewTest, GoesOnWithoutACircleScroller)

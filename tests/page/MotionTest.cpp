@@ -131,6 +131,7 @@ TEST_F(Motion, TheArrowFadesOutSoftlyAndIsGone)
 
 TEST_F(Motion, APageThatStandsStillDrawsNothing)
 {
+    Clock::Advance(1);
     EXPECT_EQ(CountFrames(10), 0);
     mPage.SetArrowVisible(false);
     EXPECT_GT(CountFrames(1), 0);

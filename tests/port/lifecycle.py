@@ -7,7 +7,7 @@ import subprocess
 import time
 
 PROGRAM = pathlib.Path(os.environ["BUILD_DIR"], "tests/port/lifecycle_app")
-DEADLINE = 20.0
+DEADLINE = 60.0
 SANITIZERS = {name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")}
 """What a sanitized build is told; the rest of the environment is the test's alone."""
 

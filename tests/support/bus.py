@@ -35,7 +35,7 @@ MOCK = "org.freedesktop.DBus.Mock"
 STATE_CHARGING = 1
 STATE_DISCHARGING = 2
 
-DEADLINE_S = 10
+DEADLINE_S = 60
 _DIES_WITH_PARENT = ["setpriv", "--pdeathsig", "KILL"]
 
 _CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"

@@ -9,7 +9,7 @@ import tempfile
 import threading
 from pathlib import Path
 
-DEADLINE_S = 10
+DEADLINE_S = 60
 _LOCALE_VARIABLES = ("LC_", "LANG", "TZ")
 
 

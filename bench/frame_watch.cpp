@@ -268,8 +268,7 @@ void Measure(Watched& screen, const Picture& wanted, char** command)
 }
 
 // Each notch back from the one before: the page then stays between its two goals, and every notch
-// has somewhere to go. Two and two, on a page that is not two notches long, the goal of one is
-// where the page already is, and no new picture is due.
+// has somewhere to go. Two there and two back, it would stay near the goal of every other notch.
 void TurnDetents(Watched& screen, int count, char** command)
 {
     const Program program(command);

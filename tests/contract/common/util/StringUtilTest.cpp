@@ -124,6 +124,7 @@ TEST(StringToIntTest, ReadsADecimalNumber)
 TEST(StringToIntTest, SkipsLeadingWhiteSpace)
 {
     EXPECT_EQ(StringUtil::StringToInt(" \t\n\v\f\r7"), 7);
+    EXPECT_EQ(StringUtil::StringToInt(" +7"), 7);
     EXPECT_EQ(StringUtil::StringToInt(" \t\n\v\f\r"), 0);
 }
 

@@ -16,6 +16,9 @@ from qivo_watch.processes import end_of, kill_group, spawn
 GUIDE = "com.velmora.qivo-guide-app"
 
 _FIRST_FRAME = re.compile(r"WATCH_PORT: first frame$")
+_LONGEST_REST = 65536
+"""Bytes that are kept of a line whose end does not come."""
+
 _READABLE = GLib.IOCondition.IN | GLib.IOCondition.HUP | GLib.IOCondition.ERR
 
 
@@ -73,7 +76,7 @@ class App:
         except BlockingIOError:
             return True
         *lines, self._rest = (self._rest + piece).split(b"\n")
-        if not piece and self._rest:
+        if len(self._rest) > _LONGEST_REST or not piece and self._rest:
             lines, self._rest = [*lines, self._rest], b""
         for line in lines:
             self._take(line.decode("utf-8", "replace"))

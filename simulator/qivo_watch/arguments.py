@@ -58,7 +58,7 @@ def _extra(text: str) -> tuple[str, str]:
 
 
 def _picture(text: str) -> str:
-    if pathlib.Path(text).suffix.lower() not in ("", ".png"):
+    if pathlib.Path(text).suffix != ".png":
         raise argparse.ArgumentTypeError(f'"{text}" does not end in .png')
     return text
 

@@ -20,11 +20,15 @@ def main(words: list[str]) -> int:
         return _complain(error, 2)
     except WatchError as error:
         return _complain(error, 1)
+    except UnicodeEncodeError as error:
+        return _complain(f"{error.object!r} is not UTF-8", 2)
     except KeyboardInterrupt:
         return _INTERRUPTED
     except BrokenPipeError:
         # The reader has seen enough; the interpreter shall not complain at its end.
         os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
+    except OSError as error:
+        return _complain(f"{error.filename or 'output'}: {error.strerror}", 1)
     return 0
 
 
@@ -44,6 +48,7 @@ def _run(words: list[str]) -> None:
         session.close()
 
 
-def _complain(error: Exception, status: int) -> int:
-    print(f"qivo-watch: {error}", file=sys.stderr)
+def _complain(error: Exception | str, status: int) -> int:
+    line = " ".join(str(error).splitlines())
+    print(f"qivo-watch: {line}", file=sys.stderr)
     return status

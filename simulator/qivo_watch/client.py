@@ -81,7 +81,7 @@ class Client:
         self.connection.signal_unsubscribe(subscription)
         self.connection.disconnect(handler)
         if not result and self.connection.is_closed():
-            raise _ended(self.folder)
+            raise ended(self.folder)
         return result[0] if result else None
 
     def _call(self, target: tuple[str, str, str], method: str, arguments: GLib.Variant,
@@ -96,7 +96,7 @@ class Client:
                 raise WatchError(error.message.removeprefix(f"GDBus.Error:{name}: ")) from None
             if self.folder.is_held() and not self.connection.is_closed():
                 raise WatchError(f"the watch does not answer: {error.message}") from None
-            raise _ended(self.folder) from None
+            raise ended(self.folder) from None
         return answer.unpack() if answer else ()
 
 
@@ -134,7 +134,8 @@ def wait_gone(folder: Folder) -> bool:
     return False
 
 
-def _ended(folder: Folder) -> WatchError:
+def ended(folder: Folder) -> WatchError:
+    """What a command says that finds its watch gone."""
     reason = folder.take_note()
     return WatchError(f"the watch has ended: {reason}") if reason else WatchEnded(
         "the watch has ended")

@@ -4,7 +4,11 @@ import datetime
 import re
 import time
 
-from qivo_watch.errors import UsageError
+from qivo_watch.errors import UsageError, WatchError
+
+EARLIEST_MS = 0
+LATEST_MS = 32_503_680_000_000
+"""The year 3000: a clock that goes on from there is still far from the last year of a date."""
 
 
 class Clock:
@@ -25,6 +29,9 @@ class Clock:
 
     def set(self, milliseconds: int) -> None:
         """A clock that stands, stands at the new time."""
+        if not EARLIEST_MS <= milliseconds <= LATEST_MS:
+            raise WatchError(f"{milliseconds} ms since 1970 is no time for a watch "
+                             "(the years 1970 to 2999)")
         if self.is_frozen:
             self._frozen_ms = milliseconds
         self._offset_ms = milliseconds - _machine_ms()

@@ -11,6 +11,8 @@ import sys
 import time
 from typing import Any
 
+from Xlib.error import ConnectionClosedError, DisplayConnectionError
+
 from qivo_watch import client as clients
 from qivo_watch.client import Client
 from qivo_watch.clock import format_time, parse_time
@@ -57,7 +59,10 @@ class Session:
         self._picture = self.eye().look()
 
     def run(self, given: argparse.Namespace) -> None:
-        getattr(self, f"do_{given.verb}")(given)
+        try:
+            getattr(self, f"do_{given.verb}")(given)
+        except (ConnectionClosedError, DisplayConnectionError):
+            raise clients.ended(self.folder) from None
 
     def close(self) -> None:
         if self._eye:

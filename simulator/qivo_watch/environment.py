@@ -10,7 +10,8 @@ from qivo_watch.errors import WatchError
 from qivo_watch.processes import STATE_VARIABLE
 from qivo_watch.state import Folder
 
-_KEPT = ["PATH", "TZ", "DLOG_LEVEL", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "ELM_SCALE"]
+# DLOG_LEVEL is not among them: the watch reads an application's lines, and filters on demand.
+_KEPT = ["PATH", "TZ", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "ELM_SCALE"]
 _FAMILY_LOCAL = 256
 _COOKIE = "MIT-MAGIC-COOKIE-1"
 

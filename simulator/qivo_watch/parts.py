@@ -1,6 +1,7 @@
 """The programs that a watch consists of, each started, heard when it is ready, and supervised."""
 
 import os
+import shutil
 import subprocess
 from typing import Any, Callable
 
@@ -64,6 +65,8 @@ class Parts:
         return {name: part.pid for name, part in self._parts.items()}
 
     def start(self, name: str, command: list[str], **options: Any) -> None:
+        if not shutil.which(command[0]):
+            raise WatchError(f"{command[0]} is not installed")
         settings = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, **options}
         environment = settings.pop("environment", self._environment)
         self._parts[name] = spawn(command, environment, **settings)

@@ -1,5 +1,6 @@
 """Pictures of the watch's screen: taken, made round, compared."""
 
+import contextlib
 import math
 import os
 import pathlib
@@ -7,7 +8,7 @@ import select
 import time
 
 from PIL import Image, ImageChops, ImageOps
-from Xlib import X, display
+from Xlib import X, display, error
 from Xlib.ext import damage
 
 from qivo_watch.errors import WatchError
@@ -33,7 +34,8 @@ class Eye:
         self._display.sync()
 
     def close(self) -> None:
-        self._display.close()
+        with contextlib.suppress(error.ConnectionClosedError):
+            self._display.close()
 
     def look(self) -> Image.Image:
         """The square screen as it is now, RGB."""
@@ -104,8 +106,8 @@ def make_round(picture: Image.Image, mask: Image.Image) -> Image.Image:
 def save(picture: Image.Image, file: str) -> None:
     try:
         picture.save(file, "PNG")
-    except OSError as error:
-        raise WatchError(f'cannot write "{file}": {error.strerror or error}') from None
+    except OSError as problem:
+        raise WatchError(f'cannot write "{file}": {problem.strerror or problem}') from None
 
 
 def compare(seen: Image.Image, file: pathlib.Path, tolerance: int) -> None:
@@ -117,8 +119,8 @@ def compare(seen: Image.Image, file: pathlib.Path, tolerance: int) -> None:
     try:
         with Image.open(file) as opened:
             wanted = opened.convert("RGBA")
-    except (OSError, SyntaxError, ValueError) as error:
-        reason = getattr(error, "strerror", None) or error
+    except (OSError, SyntaxError, ValueError) as problem:
+        reason = getattr(problem, "strerror", None) or problem
         raise WatchError(f'cannot read the picture "{file}": {reason}') from None
     if wanted.size != seen.size:
         raise WatchError(f'"{file}" has {wanted.size[0]}x{wanted.size[1]} pixels, '

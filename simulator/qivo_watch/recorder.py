@@ -48,14 +48,19 @@ def record(eye: Eye, file: str, rate: int, is_over: Callable[[float], bool]) -> 
     with subprocess.Popen(command, stdin=subprocess.PIPE, stderr=subprocess.PIPE,
                           start_new_session=True) as encoder:
         try:
-            _feed(eye, encoder, rate, is_over)
+            _feed(eye, encoder, rate,
+                  lambda seconds: is_over(seconds) or encoder.poll() is not None)
         finally:
             _, complaint = encoder.communicate(timeout=END_PATIENCE_S)
     if encoder.returncode != 0:
         pathlib.Path(part).unlink(missing_ok=True)
         lines = complaint.decode("utf-8", "replace").strip().splitlines() or ["ffmpeg failed"]
         raise WatchError(f'cannot record "{file}": {lines[-1]}')
-    os.replace(part, file)
+    try:
+        os.replace(part, file)
+    except OSError as error:
+        pathlib.Path(part).unlink(missing_ok=True)
+        raise WatchError(f'cannot record "{file}": {error.strerror}') from None
 
 
 def _feed(eye: Eye, encoder: subprocess.Popen, rate: int, is_over: Callable[[float], bool]) -> None:
@@ -76,14 +81,17 @@ def _look(eye: Eye, rate: int, is_over: Callable[[float], bool], frames: queue.Q
     begin = time.monotonic()
     told = 0
     is_last = False
+    seen = eye.look()
     while not is_last:
-        picture = eye.look()
-        frame = make_round(picture, mask).tobytes()
-        is_same = True
-        while is_same and not is_last:
+        shown = seen
+        frame = make_round(shown, mask).tobytes()
+        while seen.tobytes() == shown.tobytes() and not is_last:
             is_last = is_over(time.monotonic() - begin)
             _sleep_until(begin + (int((time.monotonic() - begin) * rate) + 1) / rate)
-            is_same = eye.look().tobytes() == picture.tobytes()
+            try:
+                seen = eye.look()
+            except Xlib.error.ConnectionClosedError:
+                is_last = True  # The watch's end is the recording's.
         count = max(1, int((time.monotonic() - begin) * rate) - told)
         frames.put((frame, count))
         told += count

@@ -62,8 +62,8 @@ class Folder:
         Fails when the watch runs.
         """
         while True:
+            _base().mkdir(mode=0o700, exist_ok=True)
             try:
-                _base().mkdir(mode=0o700, exist_ok=True)
                 self.path.mkdir(mode=0o700, exist_ok=True)
                 lock = os.open(self.path, os.O_RDONLY | os.O_DIRECTORY | os.O_CLOEXEC)
             except FileNotFoundError:

@@ -53,6 +53,11 @@ def open_files(pid):
     return len(list(pathlib.Path(f"/proc/{pid}/fd").iterdir()))
 
 
+def sockets(pid):
+    return sum(os.readlink(file).startswith("socket:")
+               for file in pathlib.Path(f"/proc/{pid}/fd").iterdir() if file.is_symlink())
+
+
 def test_a_stopped_watch_leaves_no_process_and_no_file(desk):
     desk.do("start", "--headless")
     desk.do("launch")
@@ -154,6 +159,33 @@ def test_an_application_that_hangs_is_told_and_ended_with_the_watch(desk):
     kill(desk.status()["app"]["pid"], signal.SIGSTOP)
     assert f"{GUIDE} does not answer" in desk.refused("bezel", "cw")
     desk.do("stop")
+
+
+def test_a_wait_for_the_screen_is_told_that_the_watch_has_ended(desk):
+    desk.do("start", "--headless")
+    desk.do("time", "freeze")
+    desk.do("wait", "still")
+    with subprocess.Popen(desk.command("wait", "frame", "-t", "60"), env=desk.environment,
+                          text=True, stderr=subprocess.PIPE) as waiting:
+        wait_until(lambda: sockets(waiting.pid) == 2, "a look at bus and screen")
+        kill(desk.status()["processes"]["server"])
+        assert waiting.wait(30) == 1
+        told = waiting.stderr.read()
+    assert told.startswith("qivo-watch: the watch has ended") and told.count("\n") == 1
+
+
+def test_a_level_of_the_users_does_not_hide_the_first_frame(desk):
+    desk.environment["DLOG_LEVEL"] = "error"
+    desk.do("start", "--headless")
+    desk.do("launch")
+
+
+def test_a_place_where_no_watch_can_live_is_told(desk):
+    (desk.runtime / "qivo-watch").touch()
+    for words in (["start", "--headless"], ["status"]):
+        assert "qivo-watch: " in desk.refused(*words)
+    desk.environment["XDG_RUNTIME_DIR"] = "/proc"
+    assert "/proc/qivo-watch: No such file" in desk.refused("start", "--headless")
 
 
 def test_without_a_display_a_start_says_what_to_do(desk):

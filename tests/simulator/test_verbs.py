@@ -213,6 +213,19 @@ def test_the_guide_follows_the_language(desk):
     desk.do("wait", "log", "currentLanguage:[ar_EG")
 
 
+def test_words_that_are_no_text_are_refused(desk):
+    told = desk.refused("language", "\udcff", status=2)
+    assert told == r"qivo-watch: '\udcff' is not UTF-8"
+
+
+def test_an_output_that_is_full_is_told(desk):
+    with open("/dev/full", "w", encoding="ascii") as full:
+        result = subprocess.run(desk.command("status"), env=desk.environment, stdout=full,
+                                stderr=subprocess.PIPE, text=True, check=False)
+    assert (result.returncode, result.stderr) == (
+        1, "qivo-watch: output: No space left on device\n")
+
+
 def test_what_is_no_language_is_refused(desk):
     assert '"klingon!" is no language' in desk.refused("language", "klingon!")
     assert desk.status()["language"] == "en_US.UTF-8"
@@ -254,6 +267,13 @@ def test_a_picture_with_the_body_shows_the_whole_watch(desk, tmp_path):
         assert picture.getchannel("A").getextrema() == (0, 255)
 
 
+@pytest.mark.parametrize("moment", ["1960-01-01T00:00", "9999-12-31T23:59"])
+def test_a_time_that_no_watch_can_tell_is_refused(desk, moment):
+    before = desk.do("time")[:4]
+    assert "is no time for a watch (the years 1970 to 2999)" in desk.refused("time", "set", moment)
+    assert desk.do("time")[:4] == before
+
+
 def test_a_picture_that_cannot_be_written_is_refused(desk, tmp_path):
     for words in (["screenshot"], ["screenshot", "--body"]):
         assert "nowhere/x.png" in desk.refused(*words, tmp_path / "nowhere" / "x.png")
@@ -287,6 +307,21 @@ def test_a_recording_lasts_as_long_as_it_is_told(desk, tmp_path):
         ["ffprobe", "-v", "error", "-show_entries", "format=duration", "-of", "csv=p=0", file],
         capture_output=True, text=True, check=True)
     assert 0.9 < float(probed.stdout) < 3
+
+
+@pytest.mark.parametrize("place", ["nowhere/run.gif", "folder.gif"])
+def test_a_recording_that_cannot_be_written_is_told_without_being_stopped(desk, tmp_path, place):
+    (tmp_path / "folder.gif").mkdir()
+    words = ["-d", "0.1"] if place == "folder.gif" else []
+    assert "cannot record" in desk.refused("record", tmp_path / place, *words)
+    assert [path.name for path in tmp_path.rglob("*")] == ["folder.gif"]
+
+
+def test_a_line_of_an_application_that_does_not_end_is_cut(desk, tmp_path):
+    program = tmp_path / "endless"
+    program.write_text("#!/bin/sh\nexec head -c 50000000 /dev/zero\n", encoding="utf-8")
+    program.chmod(0o700)
+    assert "endless ended with status 0 before" in desk.refused("launch", program)
 
 
 def test_a_recording_of_an_unknown_kind_is_refused(desk, tmp_path):
@@ -351,6 +386,7 @@ def test_status_is_described_for_people(desk):
     (["start", "--headless", "--web"], "exclude each other"),
     (["start", "--port", "80"], "--port and --password are for --web"),
     (["--name", "a/b", "status"], '"a/b" is no name for a watch'),
+    (["screenshot", "picture"], '"picture" does not end in .png'),
     (["status", "--xml"], "unrecognized arguments: --xml"),
 ])
 def test_wrong_use_is_one_line_with_status_2(call, words, complaint):

@@ -219,6 +219,8 @@ TEST(StringToFloatTest, ThrowsTheRejectedText)
     EXPECT_EQ(ThrownBy(StringUtil::StringToFloat, "kg"), "kg");
     EXPECT_EQ(ThrownBy(StringUtil::StringToFloat, ""), "");
     EXPECT_EQ(ThrownBy(StringUtil::StringToFloat, " ,5"), " ,5");
+    EXPECT_EQ(ThrownBy(StringUtil::StringToFloat, "1e"), "1e");
+    EXPECT_EQ(ThrownBy(StringUtil::StringToFloat, "inf"), "inf");
 }
 
 TEST(StringToDoubleTest, ReadsANumberAtTheStart)

@@ -56,7 +56,8 @@ class Keeper:
         # What a callback of the loop raises would only be printed, to nobody.
         sys.excepthook = lambda _kind, error, _trace: self._on_error(error)
         self._tasks.run(self._start(), self._on_started)
-        self._loop.run()
+        if not self._is_ending:  # as when the very first program is not there
+            self._loop.run()
         if self._connection and not self._connection.is_closed():
             with contextlib.suppress(GLib.Error):
                 self._connection.flush_sync(None)

@@ -1,5 +1,6 @@
 """A running watch, as a command sees it: calls on its bus, its log, its end."""
 
+import contextlib
 import fcntl
 import json
 import os
@@ -107,12 +108,20 @@ def stop(folder: Folder) -> None:
     keeper = client.status()["processes"]["keeper"]
     try:
         client.call("Stop")
+    except WatchEnded:
+        pass  # before it could answer
     except WatchError:
-        os.kill(keeper, signal.SIGKILL)
+        _kill(keeper)
     if not wait_gone(folder):
-        os.kill(keeper, signal.SIGKILL)
-        os.kill(guard, signal.SIGKILL)
+        _kill(keeper)
+        _kill(guard)
         folder.clear()
+
+
+def _kill(process: int) -> None:
+    """Kills what may have ended by itself meanwhile."""
+    with contextlib.suppress(ProcessLookupError):
+        os.kill(process, signal.SIGKILL)
 
 
 def wait_gone(folder: Folder) -> bool:

@@ -77,8 +77,12 @@ class Probe:
 
     def watches(self):
         """Returns how many files and folders the probe watches."""
-        infos = Path(f"/proc/{self._process.pid}/fdinfo").iterdir()
-        return sum(info.read_text().count("inotify wd:") for info in infos)
+        count = 0
+        for info in Path(f"/proc/{self._process.pid}/fdinfo").iterdir():
+            # Another thread may close a file meanwhile.
+            with contextlib.suppress(FileNotFoundError):
+                count += info.read_text().count("inotify wd:")
+        return count
 
     def end(self):
         """Returns the status and what was written to the standard error stream."""

@@ -31,7 +31,7 @@ int app_control_get_operation(app_control_h handle, char** operation)
     Recorder::AddCall("app_control_get_operation", handle);
     bool gives = false;
     const int result = Platform::Result("app_control_get_operation", gives);
-    if (gives && handle->hasOperation)
+    if (gives && handle && handle->hasOperation)
     {
         *operation = Platform::Give(handle->operation, result);
     }

@@ -31,7 +31,10 @@ int system_settings_get_value_string(system_settings_key_e key, char** value)
     Recorder::AddCall("system_settings_get_value_string", key);
     bool gives = false;
     const int result = Platform::Result("system_settings_get_value_string", gives);
-    *value = gives && sState.hasLanguage ? Platform::Give(sState.language, result) : nullptr;
+    if (gives)
+    {
+        *value = sState.hasLanguage ? Platform::Give(sState.language, result) : nullptr;
+    }
     return result;
 }
 

@@ -54,6 +54,16 @@ TEST_F(ApplicationLanguageTest, ReportsAMissingLanguage)
     EXPECT_EQ(Recorder::Take(), Lines({kAsked, kFailed + "[0]"}));
 }
 
+TEST_F(ApplicationLanguageTest, ReportsALanguageThatWasNotGiven)
+{
+    Recorder::Answer("system_settings_get_value_string", 0);
+    Platform::LeaveOutputs();
+
+    EXPECT_EQ(Application::GetCurrentLocale(), "");
+
+    EXPECT_EQ(Recorder::Take(), Lines({kAsked, kFailed + "[0]"}));
+}
+
 // The text that comes with a failure is nobody's to free.
 TEST_F(ApplicationLanguageTest, ReportsALanguageThatFailed)
 {

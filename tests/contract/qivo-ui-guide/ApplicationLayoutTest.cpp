@@ -194,6 +194,22 @@ TEST_F(ApplicationLayoutTest, MakesEachPieceByItself)
     EXPECT_EQ(mApp.mMainLayout, nullptr);
 }
 
+TEST_F(ApplicationLayoutTest, AsksForEachPieceEvenWithNothingToPutItOn)
+{
+    Recorder::Fail("elm_bg_add");
+    Recorder::Fail("elm_conformant_add");
+
+    EXPECT_EQ(mApp.CreateBackGround(nullptr), nullptr);
+    EXPECT_EQ(Recorder::Take(),
+              Lines({"elm_bg_add(null)", "evas_object_size_hint_weight_set(null, 1, 1)",
+                     "elm_win_resize_object_add(null, null)", "evas_object_show(null)"}));
+    EXPECT_EQ(mApp.CreateConformant(nullptr), nullptr);
+    EXPECT_EQ(Recorder::Take(),
+              Lines({"elm_conformant_add(null)", "evas_object_size_hint_weight_set(null, 1, 1)",
+                     "elm_win_resize_object_add(null, null)", "evas_object_show(null)",
+                     "error(CreateConformant) [Failed] comformant object create"}));
+}
+
 TEST_F(ApplicationLayoutTest, AnswersNullForEachPieceThatCannotBeMade)
 {
     Recorder::Fail("elm_bg_add");

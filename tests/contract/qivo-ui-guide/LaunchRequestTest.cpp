@@ -123,6 +123,23 @@ TEST(LaunchRequestTest, TakesAPositiveResultForAFailure)
         });
 }
 
+// The watch refuses to look into no request.
+TEST(LaunchRequestTest, AsksEvenWithoutARequestForItsOperation)
+{
+    RunInFreshProcess(
+        []
+        {
+            HookedApplication app;
+            Recorder::Answer("app_control_get_operation", -22);
+
+            Application::SOnAppControl(nullptr, &app);
+
+            EXPECT_EQ(Recorder::Take(),
+                      Lines({"mark(SOnAppControl)", "app_control_get_operation(null)",
+                             "error(SOnAppControl) get operation fail"}));
+        });
+}
+
 TEST(LaunchRequestTest, KeepsTheExtraDataWhenALaterRequestIsUnreadable)
 {
     RunInFreshProcess(

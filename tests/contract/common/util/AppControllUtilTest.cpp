@@ -184,6 +184,18 @@ TEST_F(AppControllUtilTest, RepliesNothingWhenNoReplyCanBeMade)
     }
 }
 
+TEST_F(AppControllUtilTest, GoesOnWithoutAReplyThatCountsAsMade)
+{
+    Recorder::Answer("app_control_create", 0);
+
+    AppControllUtil::ReplyAppControl(MakeIncomingRequest(), false, MakeExtraData({{"a", "1"}}));
+
+    EXPECT_EQ(Recorder::Take(),
+              Lines({"app_control_create()", "app_control_add_extra_data(null, 'a', '1')",
+                     "app_control_reply_to_launch_request(null, incoming, -1)",
+                     "app_control_destroy(null)"}));
+}
+
 TEST_F(AppControllUtilTest, LogsAReplyThatCannotBeSent)
 {
     for (const bool succeeded : {true, false})
@@ -309,6 +321,17 @@ TEST_F(AppControllUtilTest, OverwritesAnEntryAndAsksForMore)
         AppControllUtil::ForEachExtraData(MakeIncomingRequest({{"a", "new"}}), "a", &extraData));
 
     EXPECT_EQ(extraData, ExtraDataMap({{"a", "new"}, {"b", "kept"}}));
+}
+
+TEST_F(AppControllUtilTest, AsksEvenWithoutARequestAndStoresAnEmptyValue)
+{
+    ExtraDataMap extraData;
+    Recorder::Answer("app_control_get_extra_data", -1);
+
+    EXPECT_TRUE(AppControllUtil::ForEachExtraData(nullptr, "a", &extraData));
+
+    EXPECT_EQ(extraData, ExtraDataMap({{"a", ""}}));
+    EXPECT_EQ(Recorder::Take(), Lines({"app_control_get_extra_data(null, 'a')"}));
 }
 
 TEST_F(AppControllUtilTest, StopsTheWalkWithoutAMap)

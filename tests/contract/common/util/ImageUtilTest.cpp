@@ -156,6 +156,28 @@ TEST_F(ImageUtilTest, GoesOnWithoutAWidget)
                      "evas_object_size_hint_weight_set(null, 1, 1)"}));
 }
 
+TEST_F(ImageUtilTest, AsksForAWidgetInEveryFormEvenWithoutAParent)
+{
+    for (int form = 1; form <= 4; ++form)
+    {
+        Recorder::Fail("elm_image_add", form);
+        Recorder::Fail("elm_image_file_set", form);
+    }
+
+    EXPECT_EQ(ImageUtil::MakeImageObject(nullptr, "group", "", false, "theme.edj"), nullptr);
+    EXPECT_EQ(ImageUtil::MakeImageObject(nullptr, "group", ""), nullptr);
+    EXPECT_EQ(ImageUtil::MakeImageObjectWithEdje(nullptr, "theme.edj", "group", ""), nullptr);
+    EXPECT_EQ(ImageUtil::MakeImageObjectFromFile(nullptr, "group", ""), nullptr);
+
+    const std::string error = "error(MakeImageObject) image Path is wrong : group";
+    EXPECT_EQ(
+        Recorder::Take(),
+        Lines({"elm_image_add(null)", "elm_image_file_set(null, 'theme.edj', 'group')", error,
+               "elm_image_add(null)", "elm_image_file_set(null, 'RES/edje/qivoui.edj', 'group')",
+               error, "elm_image_add(null)", "elm_image_file_set(null, 'theme.edj', 'group')",
+               error, "elm_image_add(null)", "elm_image_file_set(null, 'group', null)", error}));
+}
+
 TEST_F(ImageUtilTest, LooksForTheAppsOwnThemeOnlyWhenItIsNeeded)
 {
     Recorder::Answer("elm_image_file_set", EINA_TRUE, 1);

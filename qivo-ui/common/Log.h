@@ -52,13 +52,13 @@ constexpr std::size_t LogBaseNameOffset(const char* path)
 /** What is going on. Bold magenta. */
 #define QIVO_LOG_INFO(text, ...) QIVO_LOG_PRINT(DLOG_INFO, "\033[1;35m", text, ##__VA_ARGS__)
 
-/** Marks that a trampoline or a lifecycle hook was reached; takes no text. */
-#define QIVO_LOG_MARK() QIVO_LOG_PRINT(DLOG_INFO, "\033[1;35m", " ###")
+/** Marks that a trampoline or a lifecycle hook was reached; a text behind the mark is optional. */
+#define QIVO_LOG_MARK(...) QIVO_LOG_PRINT(DLOG_INFO, "\033[1;35m", " ###" __VA_ARGS__)
 
-/** Entry to a function; QIVO_LOG_END() follows in the same one. Bold blue; takes no text. */
-#define QIVO_LOG_BEGIN() QIVO_LOG_PRINT(DLOG_INFO, "\033[1;40;34m", " BEGIN >>>>")
+/** Entry to a function; QIVO_LOG_END() follows in the same one. Bold blue, text as a marker's. */
+#define QIVO_LOG_BEGIN(...) QIVO_LOG_PRINT(DLOG_INFO, "\033[1;40;34m", " BEGIN >>>>" __VA_ARGS__)
 
 /** Exit from a function that wrote QIVO_LOG_BEGIN(). */
-#define QIVO_LOG_END() QIVO_LOG_PRINT(DLOG_INFO, "\033[1;40;34m", " END <<<<")
+#define QIVO_LOG_END(...) QIVO_LOG_PRINT(DLOG_INFO, "\033[1;40;34m", " END <<<<" __VA_ARGS__)
 
 #endif

@@ -125,6 +125,20 @@ TEST_F(LogTest, FillsInThePlaceholdersOfEachClass)
     EXPECT_EQ(Platform::LogLines()[1].text, "4");
 }
 
+TEST_F(LogTest, WritesATextBehindTheFixedOneOfAMarkerOrTrace)
+{
+    QIVO_LOG_MARK(" %s", "here");
+    QIVO_LOG_BEGIN("%d", 1);
+    QIVO_LOG_END(" done");
+
+    ASSERT_EQ(Platform::LogLines().size(), 3u);
+    EXPECT_EQ(Platform::LogLines()[0].format, "%s: %s(%d) > \033[1;35m ### %s\033[0;m");
+    EXPECT_EQ(Platform::LogLines()[0].text, " ### here");
+    EXPECT_EQ(Platform::LogLines()[1].format, "%s: %s(%d) > \033[1;40;34m BEGIN >>>>%d\033[0;m");
+    EXPECT_EQ(Platform::LogLines()[1].text, " BEGIN >>>>1");
+    EXPECT_EQ(Platform::LogLines()[2].format, "%s: %s(%d) > \033[1;40;34m END <<<< done\033[0;m");
+}
+
 void LogFromAFunction()
 {
     QIVO_LOG_MARK();

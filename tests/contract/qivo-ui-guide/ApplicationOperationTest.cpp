@@ -45,6 +45,17 @@ TEST_F(ApplicationOperationTest, AnswersTrueWhateverTheHookAnswers)
     EXPECT_EQ(refusing.mOperationData, mData);
 }
 
+TEST_F(ApplicationOperationTest, PassesAnOperationWithoutExtraDataOn)
+{
+    HookedApplication app;
+    app.mOperationData = mData;
+
+    EXPECT_TRUE(app.OnAppControllOperation("operation", nullptr));
+
+    EXPECT_EQ(Recorder::Take(), Lines({"AppControllOperationImpl('operation')"}));
+    EXPECT_EQ(app.mOperationData, nullptr);
+}
+
 TEST_F(ApplicationOperationTest, SavesTheOperationAndItsExtraData)
 {
     PlainApplication app;
@@ -55,6 +66,27 @@ TEST_F(ApplicationOperationTest, SavesTheOperationAndItsExtraData)
     EXPECT_EQ(app.mOperationExtraData, mData);
     EXPECT_EQ(app.mLaunchExtraData, nullptr);
     EXPECT_EQ(Recorder::Take(), Lines());
+}
+
+TEST_F(ApplicationOperationTest, SavesAnOperationWithoutExtraData)
+{
+    PlainApplication app;
+    app.SaveOperation("earlier", mData);
+
+    app.SaveOperation("operation", nullptr);
+
+    EXPECT_EQ(app.mOperation, "operation");
+    EXPECT_EQ(app.mOperationExtraData, nullptr);
+}
+
+TEST_F(ApplicationOperationTest, ReleasesTheLaunchDataForNone)
+{
+    PlainApplication app;
+    app.SetLaunchExtraData(mData);
+
+    app.SetLaunchExtraData(nullptr);
+
+    EXPECT_EQ(app.mLaunchExtraData, nullptr);
 }
 
 TEST_F(ApplicationOperationTest, SharesTheLaunchDataAndReleasesTheEarlierOnes)
@@ -111,6 +143,26 @@ TEST_F(ApplicationReplyTest, RepliesThatTheRequestFailed)
     EXPECT_EQ(Recorder::Take(), Lines({"mark(ReplyAppControll)", "app_control_create()",
                                        "app_control_reply_to_launch_request(request1, asked, -1)",
                                        "app_control_destroy(request1)"}));
+}
+
+TEST_F(ApplicationReplyTest, RepliesEvenWithoutARequest)
+{
+    mApp.ReplyAppControll(nullptr, true);
+
+    EXPECT_EQ(Recorder::Take(), Lines({"mark(ReplyAppControll)", "app_control_create()",
+                                       "app_control_reply_to_launch_request(request1, null, 0)",
+                                       "app_control_destroy(request1)"}));
+}
+
+TEST_F(ApplicationReplyTest, GoesOnWithoutAReplyThatCountsAsMade)
+{
+    Recorder::Answer("app_control_create", 0);
+
+    mApp.ReplyAppControll(mRequest, true);
+
+    EXPECT_EQ(Recorder::Take(), Lines({"mark(ReplyAppControll)", "app_control_create()",
+                                       "app_control_reply_to_launch_request(null, asked, 0)",
+                                       "app_control_destroy(null)"}));
 }
 
 TEST_F(ApplicationReplyTest, ReportsAReplyThatCannotBeMade)

@@ -132,9 +132,11 @@ class Guide:
             yield from self._tests(program, path)
 
     def tests(self, path):
-        """What a change that is built already has to pass."""
-        for program in self.programs:
-            yield from self._tests(program, path)
+        """What a change that is built already has to pass: what is quick to tell comes first."""
+        first = self.first_suites(path)
+        if first:
+            yield from (self._test(program, first) for program in self.programs)
+        yield from (self._test(program) for program in reversed(self.programs))
 
     def _tests(self, program, path):
         first = self.first_suites(path)

@@ -195,6 +195,15 @@ TEST_F(GuideViewTest, ResolvesTheThemeFileOnceForBothLayouts)
                "elm_image_file_set(image2, 'RES/edje/qivoui.edj', 'pay_homescreen_guide.png')"}));
 }
 
+TEST_F(GuideViewTest, ResolvesNoThemeFileWithoutALayout)
+{
+    Recorder::Fail("elm_layout_add");
+
+    EXPECT_EQ(mView.CreateLayout(mWindow), nullptr);
+
+    EXPECT_EQ(Recorder::TimesMade().count("app_get_resource_path"), 0u);
+}
+
 TEST_F(GuideViewTest, PutsImagesThatCannotBeMadeIntoTheirPartsAsNull)
 {
     Recorder::Fail("elm_image_file_set", 1);

@@ -25,7 +25,10 @@ START = "start to first frame"
 
 
 def count_all(build):
-    """{work: {"instructions": N, "allocations": N}} of a build folder."""
+    """{work: {"instructions": N, "allocations": N}} of a build folder.
+
+    For the start also {"themes read": N}.
+    """
     with tempfile.TemporaryDirectory() as home:
         return count_workloads(build, home) | {START: count_start(build, home)}
 
@@ -53,11 +56,14 @@ def count_start(build, home):
     finally:
         process.kill()
         process.communicate()
+    profile = Profile(f"{home}/start.1")
     # Without the port, whose work depends on the order in which the loop's events come. Not every
     # build folder lets callgrind see the names of the sources.
-    return figures(Profile(f"{home}/start.1"),
-                   lambda function: "/qivo-ui/" in function[1] or "QivoUi::" in function[2]
-                   or function[2] == "main")
+    own = figures(profile, lambda function: "/qivo-ui/" in function[1] or "QivoUi::" in function[2]
+                  or function[2] == "main")
+    # The toolkit's own theme is the dearest thing to read, and easily read twice.
+    return own | {"themes read": profile.calls_of(lambda function: function[2] == "eet_mmap",
+                                                  lambda function: "/libedje.so" in function[0])}
 
 
 def callgrind(home, name):

@@ -35,8 +35,9 @@ def _counted():
 
 
 @pytest.mark.xdist_group("counts")
-@pytest.mark.parametrize("work", [*WORKLOADS, START])
-@pytest.mark.parametrize("figure", ["instructions", "allocations"])
+@pytest.mark.parametrize("work, figure", [
+    *((work, figure) for work in [*WORKLOADS, START] for figure in ["instructions", "allocations"]),
+    (START, "themes read")])
 def test_work_takes_as_much_as_is_kept(counted, work, figure):
     kept = json.loads(KEPT.read_text())[work][figure]
     now = counted[work][figure]

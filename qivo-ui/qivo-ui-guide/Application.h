@@ -34,7 +34,15 @@ namespace QivoUi
 class Application
 {
 public:
+    /** Forgets the main window of an earlier application; makes nothing. */
     Application();
+
+    /**
+     * Leaves the window, the key handlers, the tables and the navigation frame where they are.
+     *
+     * Whoever deletes an application that is still resumed, or was resumed twice without a pause
+     * between, must not let the main loop hand out another key: its handler would reach the dead.
+     */
     virtual ~Application() = default;
 
     /**
@@ -55,7 +63,12 @@ public:
     /** The system's time was set, or NotifyLanguageChanged() was called. */
     virtual void OnAppSystemLangChangedImpl() {}
 
-    /** Writes the marker line and destroys the navigation frame. Listeners are not told. */
+    /**
+     * Writes the marker line and destroys the navigation frame. Listeners are not told.
+     *
+     * The frame stays in the list of listeners: a derived application must not notify them
+     * afterwards, nor the framework pause or resume it.
+     */
     virtual void OnAppTerminateImpl();
 
     /** Tells the listeners, then ends the application. */
@@ -243,5 +256,13 @@ private:
 
 /** Makes the one application object, which the terminate callback deletes. */
 QivoUi::Application* CreateApplication();
+
+namespace QivoUi
+{
+
+// So that all that is of the application has its name in here.
+using ::CreateApplication;
+
+} // namespace QivoUi
 
 #endif

@@ -18,6 +18,7 @@
 #include "qivo-ui-guide/GuideApplication.h"
 #include "qivo-ui-guide/GuideView.h"
 #include "qivo-ui-guide/GuideViewController.h"
+#include <map>
 #include <type_traits>
 
 using namespace QivoUi;
@@ -59,6 +60,8 @@ static_assert(Member<AppEventListener, void>(&AppEventListener::OnAppTerminate))
 static_assert(Member<AppEventListener, void>(&AppEventListener::OnAppPause));
 static_assert(Member<AppEventListener, void>(&AppEventListener::OnAppResume));
 static_assert(Member<AppEventListener, void>(&AppEventListener::OnSystemLangChanged));
+
+static_assert(std::is_same_v<ExtraDataMapPtr, std::shared_ptr<std::map<string, string>>>);
 
 using A = Application;
 static_assert(Static<bool, void*>(&A::SOnAppCreate));
@@ -106,7 +109,8 @@ static_assert(Member<A, void, string, ExtraDataMapPtr>(&A::SaveOperation));
 static_assert(Member<A, void, ExtraDataMapPtr>(&A::SetLaunchExtraData));
 static_assert(Member<A, void, bool>(&A::SetResumeFlag));
 static_assert(Member<A, void, app_control_h, bool>(&A::ReplyAppControll));
-static_assert(Static<Application*>(&CreateApplication));
+static_assert(Static<Application*>(&::CreateApplication));
+static_assert(Static<Application*>(&QivoUi::CreateApplication));
 static_assert(std::is_default_constructible_v<GuideApplication>);
 
 using N = NaviFrame;

@@ -1,12 +1,15 @@
+#include "common/NaviFrame.h"
 #include "faults/Stage.h"
 #include "harness/Allocations.h"
 #include "harness/Toolkit.h"
-#include "qivo-ui-guide/Application.h"
+#include "qivo-ui-guide/GuideApplication.h"
 #include <algorithm>
 #include <cstdio>
 #include <new>
 
 using QivoUi::Application;
+using QivoUi::GuideApplication;
+using QivoUi::NaviFrame;
 
 namespace
 {
@@ -93,6 +96,22 @@ TEST_F(AllocationFailureTest, AbandonsTheOperationWhereNoHandlerIsSet)
     }
     EXPECT_GT(cells, 0);
     std::printf("%ld failed allocations without a handler\n", cells);
+}
+
+TEST_F(AllocationFailureTest, KeepsTheEarlierControllerWhenNoneCanBeMade)
+{
+    GuideApplication app;
+    app.AppControllOperationImpl("", nullptr);
+    const auto earlier = app.mGuideViewController;
+
+    Allocations::Start(1);
+    EXPECT_THROW(app.AppControllOperationImpl("", nullptr), std::bad_alloc);
+    Allocations::Stop();
+
+    EXPECT_EQ(app.mGuideViewController, earlier);
+    NaviFrame::Destroy();
+    Recorder::Reset();
+    Platform::Reset();
 }
 
 } // namespace

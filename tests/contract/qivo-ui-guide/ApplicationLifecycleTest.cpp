@@ -1,10 +1,12 @@
 #include "common/NaviFrame.h"
+#include "common/RotaryEventManager.h"
 #include "harness/Toolkit.h"
 #include "qivo-ui-guide/Application.h"
 #include "qivo-ui-guide/TestApplication.h"
 
 using QivoUi::Application;
 using QivoUi::NaviFrame;
+using QivoUi::RotaryEventManager;
 
 namespace
 {
@@ -197,6 +199,20 @@ TEST_F(ApplicationLifecycleTest, LeavesNoFrameWhereNoneWas)
 
     EXPECT_EQ(Recorder::Take(), Lines({"mark(OnAppTerminateImpl)"}));
     EXPECT_EQ(NaviFrame::mInstance, nullptr);
+}
+
+TEST_F(ApplicationLifecycleTest, LeavesTheBezelToTheScreens)
+{
+    Application::mWindow = mWindow;
+
+    mApp.OnSetupLayout();
+    mApp.OnAppResumeImpl();
+    mApp.OnAppPauseImpl();
+    mApp.OnAppTerminateImpl();
+
+    EXPECT_EQ(Recorder::TakeOnly({"eext_"}), Lines());
+    EXPECT_EQ(RotaryEventManager::mPThis, nullptr);
+    Application::mWindow = nullptr;
 }
 
 TEST_F(ApplicationLifecycleTest, MarksTheTerminationFirst)

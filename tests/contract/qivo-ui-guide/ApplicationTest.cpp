@@ -238,7 +238,7 @@ TEST_F(ApplicationTest, TellsALanguageChangeToItsOwnHookOnly)
     }
 }
 
-// Unregisters listeners while it is told of a pause.
+// Unregisters a listener, itself if none is given, while it is told of a pause.
 class LeavingListener : public TestListener
 {
 public:
@@ -282,12 +282,12 @@ TEST_F(ApplicationTest, DoesNotTellAListenerThatAnotherOneUnregistered)
     EXPECT_EQ(Recorder::Take(), Lines({"leaving.OnAppPause()", "second.OnAppPause()"}));
 }
 
-// Registers a listener while it is told of a pause.
+// Registers a listener, itself if none is given, while it is told of a pause.
 class InvitingListener : public TestListener
 {
 public:
     InvitingListener(Application& app, AppEventListener* guest)
-        : TestListener("inviting"), mApp(app), mGuest(guest)
+        : TestListener("inviting"), mApp(app), mGuest(guest ? guest : this)
     {
     }
 
@@ -314,6 +314,18 @@ TEST_F(ApplicationTest, TellsAListenerThatAnotherOneRegisteredOfTheNextEvent)
     EXPECT_EQ(Recorder::Take(),
               Lines({"inviting.OnAppPause()", "second.OnAppPause()", "inviting.OnAppResume()",
                      "second.OnAppResume()", "first.OnAppResume()"}));
+}
+
+TEST_F(ApplicationTest, TellsAListenerThatRegistersItselfAgainOnlyOnce)
+{
+    PlainApplication app;
+    InvitingListener inviting(app, nullptr);
+    app.mAppEventListenerList = {&inviting, &mSecond};
+
+    app.NotifyAppPaused();
+
+    EXPECT_EQ(Recorder::Take(), Lines({"inviting.OnAppPause()", "second.OnAppPause()"}));
+    EXPECT_EQ(app.mAppEventListenerList, ListenerList({&mSecond, &inviting}));
 }
 
 TEST_F(ApplicationTest, DoesNothingInTheHooksThatDerivedApplicationsMayFill)

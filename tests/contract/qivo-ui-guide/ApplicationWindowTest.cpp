@@ -142,12 +142,12 @@ TEST_F(ApplicationWindowTest, GoesOnWithoutAResourceDirectory)
     EXPECT_EQ(Recorder::Take(), expected);
 }
 
-// Names other tables than the base.
+// Names other tables than the base, and looks whether one is kept already.
 class RestyledApplication : public PlainApplication
 {
 public:
-    std::string GetColorTablePath() override { return "colours"; }
-    std::string GetFontTablePath() override { return "fonts"; }
+    std::string GetColorTablePath() override { return mColorTable ? "" : "colours"; }
+    std::string GetFontTablePath() override { return mColorTable ? "" : "fonts"; }
 };
 
 TEST_F(ApplicationWindowTest, LoadsTheTablesThatADerivedApplicationNames)

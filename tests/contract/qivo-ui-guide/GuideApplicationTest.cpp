@@ -276,6 +276,19 @@ TEST_F(GuideApplicationTest, ReplacesTheControllerOfAnEarlierRequest)
     EXPECT_NE(mApp->mGuideViewController, nullptr);
 }
 
+TEST_F(GuideApplicationTest, ReleasesTheEarlierControllerBeforeTheNewOneStarts)
+{
+    SetUpLayout();
+    mApp->AppControllOperationImpl("first", nullptr);
+    Recorder::Take();
+
+    mApp->AppControllOperationImpl("second", nullptr);
+
+    EXPECT_EQ(
+        Recorder::TakeOnly({"elm_naviframe_item_pop_cb_set(item1", "device_battery"}),
+        Lines({"elm_naviframe_item_pop_cb_set(item1, null, ?)", "device_battery_is_charging()"}));
+}
+
 // Following the charger ends with the deletion of the screen, not with the application.
 TEST_F(GuideApplicationTest, ReleasesTheControllerWithoutDeinitializingIt)
 {

@@ -57,8 +57,8 @@ TEST_F(AppControllUtilTest, LaunchesAnAppWithoutAnOperation)
 
 TEST_F(AppControllUtilTest, LaunchesAnAppWithExtraDataInTheOrderOfTheKeys)
 {
-    AppControllUtil::LaucnhAppWithExtraData("com.example.app", "pay",
-                                            MakeExtraData({{"b", "2"}, {"a", "1"}, {"B", "3"}}));
+    AppControllUtil::LaucnhAppWithExtraData(
+        "com.example.app", "pay", MakeExtraData({{"ä", "4"}, {"b", "2"}, {"a", "1"}, {"B", "3"}}));
 
     EXPECT_EQ(Recorder::Take(),
               Lines({"app_control_create()", "app_control_set_app_id(request1, 'com.example.app')",
@@ -67,6 +67,7 @@ TEST_F(AppControllUtilTest, LaunchesAnAppWithExtraDataInTheOrderOfTheKeys)
                      "app_control_add_extra_data(request1, 'B', '3')",
                      "app_control_add_extra_data(request1, 'a', '1')",
                      "app_control_add_extra_data(request1, 'b', '2')",
+                     "app_control_add_extra_data(request1, 'ä', '4')",
                      "app_control_send_launch_request(request1, null, null)",
                      "app_control_destroy(request1)"}));
 }

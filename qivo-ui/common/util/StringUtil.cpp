@@ -8,7 +8,6 @@
 #include <limits>
 #include <sstream>
 #include <stdexcept>
-#include <string_view>
 
 namespace QivoUi
 {
@@ -20,25 +19,40 @@ namespace
 constexpr std::size_t kLongestFixed = std::numeric_limits<double>::max_exponent10 + 3;
 constexpr std::size_t kUsualPlaces = 32;
 
-/** The text from its number on: without blanks and a plus sign. */
-std::string_view SkipToNumber(std::string_view text)
+[[noreturn]] void Reject(const std::string& text)
 {
-    text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
-    if (text.substr(0, 1) == "+" && text.substr(1, 1) != "-")
+    throw std::runtime_error(text);
+}
+
+bool IsBlank(char byte)
+{
+    return byte == ' ' || (byte >= '\t' && byte <= '\r');
+}
+
+/** Where the number of the text begins: behind blanks and a plus sign. */
+const char* FindNumber(const std::string& text)
+{
+    // The null byte at the end is neither.
+    const char* at = text.c_str();
+    while (IsBlank(*at))
     {
-        text.remove_prefix(1);
+        ++at;
     }
-    return text;
+    return at[0] == '+' && at[1] != '-' ? at + 1 : at;
+}
+
+bool IsExponentMark(char byte)
+{
+    return byte == 'e' || byte == 'E';
 }
 
 // As from a stream: no "inf" and "nan", and nothing with an exponent that has no digits.
 template <typename Float> Float ReadFloat(const std::string& text)
 {
-    const std::string_view number = SkipToNumber(text);
+    const char* const number = FindNumber(text);
     Float value = 0;
-    const auto [end, error] = std::from_chars(number.begin(), number.end(), value);
-    const bool isCut = end != number.end() &&
-                       number.find_first_of("eE") == static_cast<std::size_t>(end - number.begin());
+    const auto [end, error] = std::from_chars(number, text.data() + text.size(), value);
+    const bool isCut = IsExponentMark(*end) && std::none_of(number, end, IsExponentMark);
     bool isRead = error == std::errc() && std::isfinite(value) && !isCut;
     // A stream tells what is too large from what is too small, which it takes for 0.
     if (error == std::errc::result_out_of_range)
@@ -48,7 +62,7 @@ template <typename Float> Float ReadFloat(const std::string& text)
     }
     if (!isRead)
     {
-        throw std::runtime_error(text);
+        Reject(text);
     }
     return value;
 }
@@ -87,27 +101,26 @@ std::string StringUtil::GetColorTagedString(int red, int green, int blue, int al
 
 int StringUtil::StringToInt(const std::string& text)
 {
-    const std::string_view number = SkipToNumber(text);
+    const char* const number = FindNumber(text);
     int value = 0;
-    const auto [end, error] = std::from_chars(number.begin(), number.end(), value);
+    const auto [end, error] = std::from_chars(number, text.data() + text.size(), value);
     if (error == std::errc::result_out_of_range)
     {
         using Limits = std::numeric_limits<int>;
-        return number[0] == '-' ? Limits::min() : Limits::max();
+        return *number == '-' ? Limits::min() : Limits::max();
     }
     return value;
 }
 
 long long StringUtil::StringToInt64(const std::string& text)
 {
-    std::string_view number = SkipToNumber(text);
-    const bool isNegated = number.substr(0, 1) == "-";
-    number.remove_prefix(isNegated ? 1 : 0);
+    const char* const number = FindNumber(text);
+    const bool isNegated = *number == '-';
     unsigned long long value = 0;
-    const auto [end, error] = std::from_chars(number.begin(), number.end(), value);
+    const auto [end, error] = std::from_chars(number + isNegated, text.data() + text.size(), value);
     if (error != std::errc())
     {
-        throw std::runtime_error(text);
+        Reject(text);
     }
     return static_cast<long long>(isNegated ? 0 - value : value);
 }
@@ -130,7 +143,7 @@ std::vector<std::string> StringUtil::Tokenize(const std::string& text,
     while (begin != std::string::npos)
     {
         const std::size_t end = text.find_first_of(delimiters, begin);
-        tokens.push_back(text.substr(begin, end - begin));
+        tokens.emplace_back(text, begin, end - begin);
         begin = text.find_first_not_of(delimiters, end);
     }
     return tokens;
@@ -138,11 +151,11 @@ std::vector<std::string> StringUtil::Tokenize(const std::string& text,
 
 std::string StringUtil::IntToHexaStringBy8Bit(int value)
 {
-    char buffer[8];
+    char buffer[9] = {'0'};
+    char* const digits = buffer + 1;
     const auto [end, error] =
-        std::to_chars(std::begin(buffer), std::end(buffer), static_cast<unsigned>(value), 16);
-    const std::string digits(buffer, end);
-    return value <= 16 ? "0" + digits : digits;
+        std::to_chars(digits, std::end(buffer), static_cast<unsigned>(value), 16);
+    return {value <= 16 ? buffer : digits, end};
 }
 
 std::string StringUtil::IntToString(int value)

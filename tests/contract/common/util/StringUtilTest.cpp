@@ -154,6 +154,12 @@ TEST(StringToIntTest, GivesZeroForWhatIsNoNumber)
     EXPECT_EQ(StringUtil::StringToInt("-"), 0);
 }
 
+TEST(StringToIntTest, EndsAtANullByte)
+{
+    EXPECT_EQ(StringUtil::StringToInt(std::string("1\0002", 3)), 1);
+    EXPECT_EQ(StringUtil::StringToInt(std::string("\0002", 2)), 0);
+}
+
 TEST(StringToIntTest, NeverFailsOnOverflow)
 {
     EXPECT_EQ(StringUtil::StringToInt("2147483647"), INT_MAX);
@@ -187,6 +193,8 @@ TEST(StringToInt64Test, ThrowsTheRejectedText)
     EXPECT_EQ(ThrownBy(StringUtil::StringToInt64, ""), "");
     EXPECT_EQ(ThrownBy(StringUtil::StringToInt64, " a1 "), " a1 ");
     EXPECT_EQ(ThrownBy(StringUtil::StringToInt64, "-"), "-");
+    EXPECT_EQ(ThrownBy(StringUtil::StringToInt64, "+"), "+");
+    EXPECT_EQ(ThrownBy(StringUtil::StringToInt64, " "), " ");
     EXPECT_EQ(ThrownBy(StringUtil::StringToInt64, "+-5"), "+-5");
     EXPECT_EQ(ThrownBy(StringUtil::StringToInt64, "--5"), "--5");
     EXPECT_EQ(ThrownBy(StringUtil::StringToInt64, "18446744073709551616"), "18446744073709551616");
@@ -242,6 +250,7 @@ TEST(StringToDoubleTest, TakesOneExponentOfDigits)
 {
     EXPECT_EQ(StringUtil::StringToDouble("1e-5"), 1e-5);
     EXPECT_EQ(StringUtil::StringToDouble("1e5e5"), 1e5);
+    EXPECT_EQ(StringUtil::StringToDouble("1E5e"), 1e5);
     EXPECT_EQ(StringUtil::StringToDouble("1 e"), 1);
     EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "1e"), "1e");
     EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "1E"), "1E");
@@ -268,6 +277,7 @@ TEST(StringToDoubleTest, ThrowsTheRejectedText)
     EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "kg"), "kg");
     EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, ""), "");
     EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "  x"), "  x");
+    EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, " +"), " +");
     EXPECT_EQ(ThrownBy(StringUtil::StringToDouble, "1e999"), "1e999");
 }
 

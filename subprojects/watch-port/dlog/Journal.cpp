@@ -7,6 +7,7 @@
 #include <string>
 #include <sys/mman.h>
 #include <sys/socket.h>
+#include <sys/sysmacros.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -71,11 +72,13 @@ bool SendAsFile(int socket, std::string_view entry)
 }
 } // namespace
 
-bool IsJournalStream(const struct stat& stream)
+bool IsJournalStream(const struct statx& stream)
 {
     const char* named = std::getenv("JOURNAL_STREAM");
-    return named != nullptr &&
-           std::to_string(stream.st_dev) + ':' + std::to_string(stream.st_ino) == named;
+    if (named == nullptr)
+        return false;
+    const dev_t device = makedev(stream.stx_dev_major, stream.stx_dev_minor);
+    return std::to_string(device) + ':' + std::to_string(stream.stx_ino) == named;
 }
 
 bool SendToJournal(std::string_view entry)

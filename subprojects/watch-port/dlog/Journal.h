@@ -9,7 +9,7 @@
  * environment variable JOURNAL_STREAM names as "device:inode". A service manager sets it, and a
  * program that is started with another stream inherits it, so the variable alone tells nothing.
  */
-bool IsJournalStream(const struct stat& stream);
+bool IsJournalStream(const struct statx& stream);
 
 /**
  * Hands an entry in native form to the journal; returns whether it took it. Never waits: a journal

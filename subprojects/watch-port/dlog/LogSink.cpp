@@ -8,6 +8,7 @@
 #include <csignal>
 #include <ctime>
 #include <fcntl.h>
+#include <optional>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -89,7 +90,7 @@ bool WaitForRoom(int fd, Clock::time_point deadline)
 // Only a line that is longer than the room left in a pipe takes more than one write.
 bool WriteAll(int fd, std::string_view line)
 {
-    const auto deadline = Clock::now() + kPatience;
+    std::optional<Clock::time_point> deadline;
     if (sLineIsCut && write(fd, "\n", 1) != 1)
         return false;
     sLineIsCut = false;
@@ -108,7 +109,9 @@ bool WriteAll(int fd, std::string_view line)
         }
         else if (errno != EAGAIN && errno != EINTR)
             return false;
-        if (!WaitForRoom(fd, deadline))
+        if (!deadline)
+            deadline = Clock::now() + kPatience;
+        if (!WaitForRoom(fd, *deadline))
             return false;
     }
 }
@@ -116,28 +119,29 @@ bool WriteAll(int fd, std::string_view line)
 
 LogSink::LogSink()
 {
-    if (fstat(STDERR_FILENO, &mStatus) != 0)
-        mStatus.st_mode = 0;
+    // No times: a kernel that has been asked for them writes the file's record for each line.
+    if (statx(STDERR_FILENO, "", AT_EMPTY_PATH, STATX_TYPE | STATX_INO, &mStatus) != 0)
+        mStatus.stx_mode = 0;
 }
 
 bool LogSink::IsTerminal() const
 {
-    return S_ISCHR(mStatus.st_mode) && isatty(STDERR_FILENO) == 1;
+    return S_ISCHR(mStatus.stx_mode) && isatty(STDERR_FILENO) == 1;
 }
 
 bool LogSink::IsJournal() const
 {
-    return mStatus.st_mode != 0 && IsJournalStream(mStatus);
+    return mStatus.stx_mode != 0 && IsJournalStream(mStatus);
 }
 
 bool LogSink::Write(std::string_view line) const
 {
-    if (S_ISREG(mStatus.st_mode))
+    if (S_ISREG(mStatus.stx_mode))
         return WriteAll(STDERR_FILENO, line);
-    if (S_ISSOCK(mStatus.st_mode))
+    if (S_ISSOCK(mStatus.stx_mode))
         return send(STDERR_FILENO, line.data(), line.size(), MSG_DONTWAIT | MSG_NOSIGNAL) ==
                static_cast<ssize_t>(line.size());
-    return mStatus.st_mode != 0 && WriteWithoutWaiting(line);
+    return mStatus.stx_mode != 0 && WriteWithoutWaiting(line);
 }
 
 bool LogSink::WriteWithoutWaiting(std::string_view line) const

@@ -25,7 +25,7 @@ public:
 private:
     bool WriteWithoutWaiting(std::string_view line) const;
 
-    struct stat mStatus = {};
+    struct statx mStatus = {};
 };
 
 #endif

@@ -128,6 +128,7 @@ static_assert(Member<N, void, Elm_Object_Item*>(&N::DeleteItem));
 static_assert(Member<N, void>(&N::DeleteTopItem));
 static_assert(Member<N, void, Elm_Object_Item*>(&N::DeleteAboveItems));
 static_assert(Member<N, void, Elm_Object_Item*, Elm_Object_Item*>(&N::DeleteBetweenItems));
+static_assert(Member<N, Eina_List*, Eina_List*, Eina_List*, Eina_List*>(&N::GetBetweenList));
 static_assert(Member<N, bool>(&N::IsNaviFrameEmpty));
 static_assert(Member<N, void>(&N::TriggerToAppPaused));
 static_assert(Member<N, void, Elm_Object_Item*>(&N::OnNaviImteDeleted));
@@ -139,6 +140,7 @@ static_assert(
     std::is_same_v<decltype(&N::mNaviFrmaeLowerEventListener), NaviFrameLowerEventListener * N::*>);
 
 using D = NaviFrameItemData;
+static_assert(std::is_default_constructible_v<D>);
 static_assert(std::is_same_v<decltype(&D::mViewLayout), Evas_Object * D::*>);
 static_assert(std::is_same_v<decltype(&D::mTitle), string D::*>);
 static_assert(std::is_same_v<decltype(&D::mStateListener), NaviFrameStateListener * D::*>);
@@ -207,6 +209,7 @@ static_assert(
     Static<void, device_callback_e, void*, void*>(&GuideViewController::DeviceChangedCallback));
 
 using R = RotaryEventManager;
+static_assert(std::is_default_constructible_v<R::RotaryEventData>);
 static_assert(Static<R*>(&R::GetInstance));
 static_assert(Static<void>(&R::Destroy));
 static_assert(Static<Eext_Circle_Surface*, Evas_Object*>(&R::CreateCircleSurface));

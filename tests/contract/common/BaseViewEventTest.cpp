@@ -10,6 +10,13 @@ public:
     void OnLayoutDeleted() override { Recorder::Add("view.OnLayoutDeleted"); }
 };
 
+/** A record that tells when it goes. */
+class FakeRecord : public QivoUi::NaviFrameItemData
+{
+public:
+    ~FakeRecord() override { Recorder::Add("record gone"); }
+};
+
 namespace
 {
 
@@ -112,6 +119,17 @@ TEST_F(BaseViewEventTest, RemovesTheLanguageCallbackOfADeletedLayoutWithoutACont
     EXPECT_EQ(view->mLayout, nullptr);
 }
 
+TEST_F(BaseViewEventTest, RemovesTheLanguageCallbackOfItsLayoutWhicheverObjectIsNamed)
+{
+    auto view = MakeCreatedView();
+
+    BaseView::SViewObjectDeleteCB(static_cast<BaseView*>(view.get()), nullptr, mWindow, nullptr);
+
+    EXPECT_EQ(Recorder::TakeOnly({"evas"}), Lines({kRemoveLanguage}));
+    EXPECT_EQ(view->mLayout, nullptr);
+    evas_object_event_callback_del(Content(), EVAS_CALLBACK_DEL, BaseView::SViewObjectDeleteCB);
+}
+
 TEST_F(BaseViewEventTest, LeavesTheLayoutsDeletionToTheViewsOwnHookFirst)
 {
     auto view = std::make_unique<FakeDeletionView>(mRecord);
@@ -171,6 +189,25 @@ TEST_F(BaseViewEventTest, TakesLanguageAndDeletionOffALayoutThatOutlivesIt)
     evas_object_smart_callback_call(Content(), "language,changed", nullptr);
     evas_object_del(Content());
     EXPECT_EQ(Recorder::Take(), Lines());
+}
+
+TEST_F(BaseViewEventTest, TakesItsCallbacksOffTheLayoutThatItWiredAndThenReleasesItsRecord)
+{
+    auto record = std::make_shared<FakeRecord>();
+    record->mViewLayout = Content();
+    auto view = std::make_unique<FakeView>(record);
+    view->CreateView();
+    view->mRecord.reset();
+    record->mViewLayout = nullptr;
+    record.reset();
+    Recorder::Take();
+
+    view.reset();
+
+    EXPECT_EQ(Recorder::Take(), Lines({kRemoveLanguage,
+                                       "evas_object_event_callback_del(content1, " + kDeletion +
+                                           ", BaseView::SViewObjectDeleteCB)",
+                                       "record gone"}));
 }
 
 TEST_F(BaseViewEventTest, LeavesTheToolkitAloneWhenItDiesAfterItsLayout)

@@ -8,8 +8,8 @@ namespace
 class NaviFrameDeleteTest : public NaviFrameFixture
 {
 protected:
-    // The toolkit's next list of items: as given, with the nodes "node1", "node2" and so on.
-    Eina_List* AnswerItems(const std::vector<Elm_Object_Item*>& items)
+    // A list of items whose nodes are "node1", "node2" and so on.
+    static Eina_List* MakeList(const std::vector<Elm_Object_Item*>& items)
     {
         Eina_List* list = nullptr;
         for (Elm_Object_Item* item : items)
@@ -17,6 +17,13 @@ protected:
             list = eina_list_append(list, item);
             Recorder::Name(eina_list_last(list), "node" + std::to_string(eina_list_count(list)));
         }
+        return list;
+    }
+
+    // The toolkit's next list of items, as MakeList() makes it.
+    static Eina_List* AnswerItems(const std::vector<Elm_Object_Item*>& items)
+    {
+        Eina_List* list = MakeList(items);
         Recorder::Answer("elm_naviframe_items_get", reinterpret_cast<std::intptr_t>(list));
         return list;
     }
@@ -222,6 +229,28 @@ TEST_F(NaviFrameDeleteTest, LeavesTheScreensBelowTheLowerOne)
                "eina_list_split_list(node3, node3, ?)", "eina_list_free(node4)",
                "elm_object_item_del(item3)", "eina_list_free(node3)"}));
     EXPECT_EQ(Stack(), Lines({"item1", "item2", "item4"}));
+}
+
+TEST_F(NaviFrameDeleteTest, CutsThePartBetweenTwoNodesOutAndFreesTheRest)
+{
+    Elm_Object_Item* item1 = Push();
+    Elm_Object_Item* item2 = Push();
+    Elm_Object_Item* item3 = Push();
+    Elm_Object_Item* item4 = Push();
+    Eina_List* list = MakeList({item1, item2, item3, item4});
+    Recorder::Take();
+
+    Eina_List* between =
+        mFrame->GetBetweenList(list, eina_list_last(list), eina_list_nth_list(list, 0));
+
+    EXPECT_EQ(Recorder::Take(),
+              Lines({"eina_list_split_list(node1, node1, ?)", "eina_list_free(node1)",
+                     "eina_list_split_list(node2, node3, ?)", "eina_list_free(node4)"}));
+    ASSERT_EQ(eina_list_count(between), 2u);
+    EXPECT_EQ(eina_list_nth(between, 0), item2);
+    EXPECT_EQ(eina_list_nth(between, 1), item3);
+    EXPECT_EQ(Stack(), Lines({"item1", "item2", "item3", "item4"}));
+    eina_list_free(between);
 }
 
 TEST_F(NaviFrameDeleteTest, NothingLiesBetweenNeighbours)

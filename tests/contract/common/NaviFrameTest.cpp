@@ -135,6 +135,22 @@ TEST_F(NaviFrameTest, PutsNothingIntoTheLayoutWhenTheToolkitMakesNoWidget)
     EXPECT_EQ(frame->mNaviFrame, nullptr);
 }
 
+TEST_F(NaviFrameTest, KeepsItsWidgetWhenItIsGivenNoLayout)
+{
+    mFrame->CreateNaviFrame(nullptr);
+
+    EXPECT_EQ(Recorder::NameOf(mFrame->mNaviFrame), "naviframe1");
+}
+
+TEST_F(NaviFrameTest, ForgetsItsWidgetWhenTheToolkitMakesNoOther)
+{
+    Recorder::Fail("elm_naviframe_add");
+
+    mFrame->CreateNaviFrame(mLayout);
+
+    EXPECT_EQ(mFrame->mNaviFrame, nullptr);
+}
+
 TEST_F(NaviFrameTest, OffersTheWidgetAsTheParentOfViews)
 {
     EXPECT_EQ(Recorder::NameOf(mFrame->GetParent()), "naviframe1");

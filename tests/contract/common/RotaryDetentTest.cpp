@@ -46,6 +46,17 @@ TEST_F(RotaryDetentTest, CounterClockwiseIsAStepBack)
                                        "a.OnRotaryDetent(-1, 4294967295)", "detent passed on"}));
 }
 
+TEST_F(RotaryDetentTest, AnyOtherDirectionIsAStepBack)
+{
+    const auto listener = Register("a");
+
+    Platform::TurnBezel(listener->GetRotaryViewObject(),
+                        static_cast<Eext_Rotary_Event_Direction>(2), 0);
+
+    EXPECT_EQ(Recorder::Take(), Lines({"warn(SRotaryEventCB) Rotary direction: 2",
+                                       "a.OnRotaryDetent(-1, 0)", "detent passed on"}));
+}
+
 TEST_F(RotaryDetentTest, GoesToTheListenerOnTopWhicheverObjectItCameInOn)
 {
     const auto a = Register("a");
@@ -185,6 +196,16 @@ TEST_F(RotaryObjectDeletionTest, DoesNothingForAnObjectWithoutARecord)
 
     EXPECT_EQ(Recorder::Take(), Lines());
     EXPECT_EQ(Stack(), Lines({"widget"}));
+}
+
+TEST_F(RotaryObjectDeletionTest, ReportsThatNoObjectWasNamed)
+{
+    const auto listener = Register("a");
+
+    RotaryEventManager::SViewObjectDeleteCB(mManager, nullptr, nullptr, nullptr);
+
+    EXPECT_EQ(Recorder::Take(), Lines({"error(FindRotaryEventData) Invalid viewObject"}));
+    EXPECT_EQ(Stack(), Lines({"aView"}));
 }
 
 TEST_F(RotaryObjectDeletionTest, TakesAwayEveryRecordOfTheObject)

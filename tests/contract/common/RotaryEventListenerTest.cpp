@@ -90,15 +90,6 @@ TEST_F(RotaryEventListenerTest, IsRegisteredWithItsObjectOnTop)
     EXPECT_EQ(mManager->mRotaryEventDataList.back()->mEventListener, &listener);
 }
 
-TEST_F(RotaryEventListenerTest, IsAskedOnceForItsObject)
-{
-    DeafRotaryListener listener;
-
-    mManager->RegisterEventListener(&listener);
-
-    EXPECT_EQ(Recorder::TakeOnly({"GetRotaryViewObject"}), Lines({"GetRotaryViewObject"}));
-}
-
 TEST_F(RotaryEventListenerTest, IsNotRegisteredWhenNull)
 {
     mManager->RegisterEventListener(nullptr);
@@ -120,6 +111,16 @@ TEST_F(RotaryEventListenerTest, IsOnTopAlsoWhenItsCallbackIsRefused)
                                       "eext_rotary_event_callback_set"},
                                      Activation(listener.GetRotaryViewObject())));
     EXPECT_EQ(Stack(), Lines({"view"}));
+}
+
+TEST_F(RotaryEventListenerTest, AnyAnswerButTrueRefusesTheCallback)
+{
+    Recorder::Answer("eext_rotary_object_event_callback_priority_add", 2);
+
+    mManager->SetRotaryEventCB(AddObject("view"));
+
+    EXPECT_EQ(Recorder::TakeLog(), Lines({"error(SetRotaryEventCB) [Failed] register "
+                                          "eext_rotary_event_callback_set"}));
 }
 
 TEST_F(RotaryEventListenerTest, IsOnTopAlsoWithoutAnObject)

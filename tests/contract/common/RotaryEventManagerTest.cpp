@@ -1,5 +1,6 @@
 #include "common/RotaryEventManager.h"
 
+#include "common/DirtyMemory.h"
 #include "common/RotaryFixture.h"
 
 using QivoUi::RotaryEventManager;
@@ -7,9 +8,21 @@ using QivoUi::RotaryEventManager;
 namespace
 {
 
+// Read before main() and any test.
+const RotaryEventManager* const kManagerAtStart = RotaryEventManager::mPThis;
+const Evas_Object* const kConformantAtStart = RotaryEventManager::mConformant;
+const Eext_Circle_Surface* const kSurfaceAtStart = RotaryEventManager::mCircleSurface;
+
 class RotaryEventManagerTest : public RotaryFixture
 {
 };
+
+TEST_F(RotaryEventManagerTest, DoesNotExistWhenTheProcessStarts)
+{
+    EXPECT_EQ(kManagerAtStart, nullptr);
+    EXPECT_EQ(kConformantAtStart, nullptr);
+    EXPECT_EQ(kSurfaceAtStart, nullptr);
+}
 
 TEST_F(RotaryEventManagerTest, IsMadeOnFirstUseAndOnlyOnce)
 {
@@ -28,10 +41,10 @@ TEST_F(RotaryEventManagerTest, IsMadeOnFirstUseAndOnlyOnce)
 
 TEST_F(RotaryEventManagerTest, MakesRecordsWithoutObjectAndListener)
 {
-    const Record record;
+    InDirtyMemory<Record> record;
 
-    EXPECT_EQ(record.mViewObject, nullptr);
-    EXPECT_EQ(record.mEventListener, nullptr);
+    EXPECT_EQ(record->mViewObject, nullptr);
+    EXPECT_EQ(record->mEventListener, nullptr);
 }
 
 TEST_F(RotaryEventManagerTest, CanBeDestroyedTwice)

@@ -52,9 +52,10 @@ Eina_Bool eext_rotary_object_event_callback_priority_add(Evas_Object* object,
     const Allocations::Pause pause;
     Recorder::AddCall("eext_rotary_object_event_callback_priority_add", object, priority, callback,
                       data);
-    if (Platform::IsToldToFail("eext_rotary_object_event_callback_priority_add"))
+    std::intptr_t answer = EINA_FALSE;
+    if (Recorder::TakeAnswer("eext_rotary_object_event_callback_priority_add", answer))
     {
-        return EINA_FALSE;
+        return static_cast<Eina_Bool>(answer);
     }
     sState.rotaryCallbacks.push_back({object, callback, data});
     return EINA_TRUE;

@@ -19,8 +19,9 @@ protected:
     {
         Recorder::Reset();
         Platform::Reset();
-        // The language would be that of the whole process.
-        Recorder::Fail("elm_language_set");
+        // The language would be that of the whole process; before elm_init() it never returns.
+        Recorder::Fail("elm_language_set", 1);
+        Recorder::Fail("elm_language_set", 2);
     }
 
     void TearDown() override { Recorder::Reset(); }
@@ -148,6 +149,15 @@ TEST_F(ApplicationLanguageCallbackTest, TreatsANewRegionAsANewLanguage)
 {
     Application::SOnRegionChanged(SYSTEM_SETTINGS_KEY_LOCALE_COUNTRY, &mApp);
 
+    EXPECT_EQ(Recorder::Take(), LinesAfter("mark(SOnRegionChanged)"));
+}
+
+TEST_F(ApplicationLanguageCallbackTest, FollowsLanguageAndRegionWithoutAnApplication)
+{
+    Application::SOnLanguageChanged(SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE, nullptr);
+    EXPECT_EQ(Recorder::Take(), LinesAfter("mark(SOnLanguageChanged)"));
+
+    Application::SOnRegionChanged(SYSTEM_SETTINGS_KEY_LOCALE_COUNTRY, nullptr);
     EXPECT_EQ(Recorder::Take(), LinesAfter("mark(SOnRegionChanged)"));
 }
 

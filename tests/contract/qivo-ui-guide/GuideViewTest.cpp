@@ -195,12 +195,14 @@ TEST_F(GuideViewTest, ResolvesTheThemeFileOnceForBothLayouts)
                "elm_image_file_set(image2, 'RES/edje/qivoui.edj', 'pay_homescreen_guide.png')"}));
 }
 
-TEST_F(GuideViewTest, ResolvesNoThemeFileWithoutALayout)
+TEST_F(GuideViewTest, AsksForALayoutEvenUnderNothingAndWithoutItForNoThemeFile)
 {
     Recorder::Fail("elm_layout_add");
 
-    EXPECT_EQ(mView.CreateLayout(mWindow), nullptr);
+    EXPECT_EQ(mView.CreateLayout(nullptr), nullptr);
 
+    EXPECT_EQ(Recorder::Take(),
+              Lines({"elm_layout_add(null)", "error(CreateLayout) elm_layout_add failed."}));
     EXPECT_EQ(Recorder::TimesMade().count("app_get_resource_path"), 0u);
 }
 

@@ -14,14 +14,22 @@ extern "C" {
 
 int __real_main(int argc, char** argv);
 Application* __real__Z17CreateApplicationv();
+std::new_handler __real__ZSt15set_new_handlerPFvvE(std::new_handler handler);
+
+// The linker sends main's one call of std::set_new_handler() here.
+std::new_handler __wrap__ZSt15set_new_handlerPFvvE(std::new_handler handler)
+{
+    const auto function = reinterpret_cast<const void*>(handler);
+    Recorder::Add("set_new_handler(" + Recorder::DescribeFunction(function) + ")");
+    return __real__ZSt15set_new_handlerPFvvE(handler);
+}
 
 // The linker sends the one call of CreateApplication() here. Nobody deletes the application of a
 // main loop that ends without its terminate callback.
 Application* __wrap__Z17CreateApplicationv()
 {
     static Application* sApplication = nullptr;
-    const auto handler = reinterpret_cast<const void*>(std::get_new_handler());
-    Recorder::Add("CreateApplication() under " + Recorder::DescribeFunction(handler));
+    Recorder::Add("CreateApplication()");
     sApplication = __real__Z17CreateApplicationv();
     EXPECT_NE(dynamic_cast<GuideApplication*>(sApplication), nullptr);
     Recorder::Name(sApplication, "app");
@@ -33,7 +41,7 @@ namespace
 {
 
 const Lines kStart = {
-    "mark(main)", "CreateApplication() under Application::SOnOutOfMemory",
+    "mark(main)", "set_new_handler(Application::SOnOutOfMemory)", "CreateApplication()",
     "system_settings_set_changed_cb(16, Application::SOnSystemTimeChanged, app)",
     "system_settings_set_changed_cb(14, Application::SOnDateAndTImeFormatChanged, app)",
     "system_settings_set_changed_cb(13, Application::SOnLanguageChanged, app)",
@@ -156,8 +164,6 @@ TEST(MainTest, LeavesTheOutOfMemoryHandlerInstalled)
     RunInFreshProcess(
         []
         {
-            std::set_new_handler(nullptr);
-
             RunMain();
 
             EXPECT_EQ(std::get_new_handler(), Application::SOnOutOfMemory);

@@ -10,8 +10,12 @@ import re
 from source import LOG_INCLUDE
 
 CHOICE = "MUTANT"
-HEAD = LOG_INCLUDE + f"""#include <cstdlib>
+# A header is read many times.
+HEAD = f"""#ifndef {CHOICE}_CHOSEN
+#define {CHOICE}_CHOSEN
+{LOG_INCLUDE}#include <cstdlib>
 static const int sMutant = std::getenv("{CHOICE}") ? std::atoi(std::getenv("{CHOICE}")) : 0;
+#endif
 """
 
 

@@ -68,10 +68,10 @@ def _toy(tmp_path):
     return tmp_path
 
 
-def changes_of(folder, *kinds):
+def changes_of(folder, *kinds, path="toy.cpp"):
     project = Toy()
     project.arguments = lambda scratch, path: ["-std=c++17", f"-I{folder}"]
-    return [m for m in trial.mutants_of(project, folder, ["toy.cpp"]) if m.kind in kinds]
+    return [m for m in trial.mutants_of(project, folder, [path]) if m.kind in kinds]
 
 
 def tried(folder, mutants):
@@ -114,6 +114,14 @@ def test_a_change_that_does_not_compile_keeps_no_other_from_being_tried(toy):
     (toy / "toy.cpp").write_text(TOY.replace("> 10", "> static_cast<int>(sizeof(char[9]) + 1)"))
     results = tried(toy, changes_of(toy, "number altered", "condition never", "left out"))
     assert "noticed" in results.values()
+
+
+def test_tries_the_functions_of_a_header_that_is_read_twice(toy):
+    (toy / "toy.h").write_text(f"#ifndef TOY_H\n#define TOY_H\ninline {TOY}#endif\n")
+    (toy / "toy.cpp").write_text('#include "toy.h"\n#include "toy.h"\n')
+    (toy / "test.cpp").write_text('#include "toy.h"\n' + TEST)
+    results = tried(toy, changes_of(toy, "operator altered", "condition never", path="toy.h"))
+    assert sorted(results.values()) == ["noticed", "unnoticed"]
 
 
 def test_leaves_the_source_as_it_was_and_goes_on_where_it_stopped(toy):

@@ -87,6 +87,7 @@ TEST_F(ApplicationOperationTest, ReleasesTheLaunchDataForNone)
     app.SetLaunchExtraData(nullptr);
 
     EXPECT_EQ(app.mLaunchExtraData, nullptr);
+    EXPECT_EQ(Recorder::Take(), Lines());
 }
 
 TEST_F(ApplicationOperationTest, SharesTheLaunchDataAndReleasesTheEarlierOnes)
@@ -111,6 +112,7 @@ TEST_F(ApplicationOperationTest, SetsAndClearsTheResumeFlag)
     EXPECT_TRUE(app.mResumeFlag);
     app.SetResumeFlag(false);
     EXPECT_FALSE(app.mResumeFlag);
+    EXPECT_EQ(Recorder::Take(), Lines());
 }
 
 class ApplicationReplyTest : public ApplicationOperationTest

@@ -189,7 +189,9 @@ public:
     /**
      * Adds a listener at the end; one held already moves there. Null is ignored.
      *
-     * One that is added while the listeners are told of an event hears of the next one.
+     * One that is added while the listeners are told of an event hears of the next one. A
+     * listener that is told may take itself or others away, which may die then; the application
+     * itself must not die before all of them have been told.
      */
     void RegisterAppEventListener(AppEventListener* listener);
 

@@ -282,6 +282,36 @@ TEST_F(ApplicationTest, DoesNotTellAListenerThatAnotherOneUnregistered)
     EXPECT_EQ(Recorder::Take(), Lines({"leaving.OnAppPause()", "second.OnAppPause()"}));
 }
 
+// Unregisters itself while it is told of a pause, and dies.
+class DyingListener : public TestListener
+{
+public:
+    explicit DyingListener(Application& app) : TestListener("dying"), mApp(app) {}
+
+    void OnAppPause() override
+    {
+        TestListener::OnAppPause();
+        mApp.UnRegisterAppEventListener(this);
+        delete this;
+    }
+
+private:
+    Application& mApp;
+};
+
+TEST_F(ApplicationTest, GoesOnWhenAListenerDies)
+{
+    PlainApplication app;
+    app.mAppEventListenerList = {&mFirst, new DyingListener(app), &mSecond};
+
+    app.NotifyAppPaused();
+    app.NotifyAppPaused();
+
+    EXPECT_EQ(Recorder::Take(),
+              Lines({"first.OnAppPause()", "dying.OnAppPause()", "second.OnAppPause()",
+                     "first.OnAppPause()", "second.OnAppPause()"}));
+}
+
 // Registers a listener, itself if none is given, while it is told of a pause.
 class InvitingListener : public TestListener
 {

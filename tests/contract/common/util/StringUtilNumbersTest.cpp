@@ -168,4 +168,11 @@ TEST(DoubleToStringTest, WritesSixPlacesWithoutAPositivePrecision)
     EXPECT_EQ(StringUtil::DoubleToString(0.0, 0), "0.000000");
 }
 
+TEST(DoubleToStringTest, WritesWhatIsNoNumberAsWords)
+{
+    EXPECT_EQ(StringUtil::DoubleToString(std::numeric_limits<double>::infinity(), 2), "inf");
+    EXPECT_EQ(StringUtil::DoubleToString(-std::numeric_limits<double>::infinity(), 0), "-inf");
+    EXPECT_EQ(StringUtil::DoubleToString(std::numeric_limits<double>::quiet_NaN(), 2), "nan");
+}
+
 } // namespace

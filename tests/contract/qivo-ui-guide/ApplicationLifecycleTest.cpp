@@ -156,6 +156,17 @@ TEST_F(ApplicationLifecycleTest, LeavesTheEarlierHandlerBehindAfterTwoResumes)
     EXPECT_EQ(ecore_event_handler_del(earlier), &mApp);
 }
 
+TEST_F(ApplicationLifecycleTest, ResumesAgainAfterAPause)
+{
+    mApp.OnAppPauseImpl();
+    Recorder::Take();
+
+    mApp.OnAppResumeImpl();
+
+    EXPECT_EQ(Recorder::Take(), Lines({HandlerAdded()}));
+    EXPECT_EQ(mApp.mAppState, Application::APP_STATE_RESUMED);
+}
+
 // Notes the state that a listener finds.
 class StateListener : public QivoUi::AppEventListener
 {

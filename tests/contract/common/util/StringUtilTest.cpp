@@ -62,6 +62,13 @@ TEST(StringReplaceTest, ReturnsTheSourceWhenTheSearchTextDoesNotOccur)
     EXPECT_EQ(StringUtil::StringReplace("", "d", "x"), "");
 }
 
+TEST(StringReplaceTest, TakesAZeroByteAsAnyOther)
+{
+    const std::string source("a\0b\0c", 5);
+    EXPECT_EQ(StringUtil::StringReplace(source, std::string(1, '\0'), "-"),
+              std::string("a-b\0c", 5));
+}
+
 TEST(GetColorTagedStringTest, WritesTheColourAndTheSizeWithoutAFont)
 {
     EXPECT_EQ(StringUtil::GetColorTagedString(255, 0, 16, 255, 30, "Hi", ""),
@@ -104,6 +111,14 @@ TEST(GetColorTagedStringTest, CutsTheOpeningTagAt255Bytes)
     const std::string farTooMany = std::string(4000, 'f');
     EXPECT_EQ(StringUtil::GetColorTagedString(0, 0, 0, 0, 1, "text", farTooMany),
               beginning + farTooMany.substr(0, 255 - beginning.size()) + "text</color>");
+}
+
+TEST(GetColorTagedStringTest, CutsBetweenTheBytesOfALetter)
+{
+    const std::string beginning = "<color=#00000000 font_size=1 font=";
+    std::string font(255 - beginning.size() - 1, 'f');
+    EXPECT_EQ(StringUtil::GetColorTagedString(0, 0, 0, 0, 1, "text", font + "\xc3\xa4"),
+              beginning + font + "\xc3text</color>");
 }
 
 TEST(GetColorTagedStringTest, NeverCutsTheText)
@@ -291,6 +306,12 @@ TEST(TokenizeTest, TakesEveryByteOfTheDelimitersAsADelimiter)
 {
     EXPECT_THAT(StringUtil::Tokenize("one;two, three,;four", ",; "),
                 ElementsAre("one", "two", "three", "four"));
+}
+
+// The two letters share their first byte.
+TEST(TokenizeTest, TakesEachByteOfALetterAsADelimiter)
+{
+    EXPECT_THAT(StringUtil::Tokenize("aäzöy", "ä"), ElementsAre("a", "z", "\xb6y"));
 }
 
 TEST(TokenizeTest, TakesTheLastTokenToTheEnd)

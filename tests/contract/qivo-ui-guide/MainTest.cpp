@@ -58,6 +58,11 @@ int RunMain()
     return __real_main(2, sArguments);
 }
 
+TEST(MainTest, FindsNoWindow)
+{
+    RunInFreshProcess([] { EXPECT_EQ(Application::mWindow, nullptr); });
+}
+
 TEST(MainTest, BindsTheApplicationAndRunsIt)
 {
     RunInFreshProcess(

@@ -149,6 +149,25 @@ TEST_F(PlatformTheme, ShowsTheScreenBelowAtOnceWhenTheTopOneIsDeleted)
     EXPECT_TRUE(IsSeen(kRed));
 }
 
+TEST_F(PlatformTheme, HidesTheBackButtonAndLetsItGoWithItsScreen)
+{
+    Push(kRed);
+    Elm_Object_Item* second =
+        elm_naviframe_item_insert_after(mNaviframe, elm_naviframe_top_item_get(mNaviframe), "",
+                                        nullptr, nullptr, NewScreen(kGreen), "empty");
+    DeliverEvents();
+    Evas_Object* button = elm_object_item_part_content_get(second, "elm.swallow.prev_btn");
+    ASSERT_NE(button, nullptr);
+    EXPECT_FALSE(evas_object_visible_get(button));
+    int deletions = 0;
+    evas_object_event_callback_add(
+        button, EVAS_CALLBACK_DEL,
+        [](void* data, Evas*, Evas_Object*, void*) { ++*static_cast<int*>(data); }, &deletions);
+
+    elm_object_item_del(second);
+    EXPECT_EQ(deletions, 1);
+}
+
 TEST_F(PlatformTheme, ShowsTheScreenBelowWhenOneIsDeletedInMidPush)
 {
     Push(kRed);

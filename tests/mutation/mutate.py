@@ -49,6 +49,8 @@ def arguments():
     parser.add_argument("--jobs", type=positive, metavar="J", default=2,
                         help="how many scratch copies work at once (2)")
     parser.add_argument("--list", action="store_true", help="tell the changes and try none")
+    parser.add_argument("--report", action="store_true",
+                        help="tell what the last runs have seen of the changes and try none")
     return parser.parse_args()
 
 
@@ -76,14 +78,19 @@ def fingerprint(root):
     return digest.hexdigest()
 
 
-def opened_record(again):
+def opened_record(options):
     """The record of the last run, of which only what still holds is kept."""
-    now = fingerprint(ROOT)
     kept, mark = BUILD / "results.jsonl", BUILD / "fingerprint"
-    if not again and (not mark.exists() or mark.read_text() != now):
+    if options.report:
+        return trial.Record(kept)
+    now = fingerprint(ROOT)
+    if not options.again and (not mark.exists() or mark.read_text() != now):
         kept.unlink(missing_ok=True)
     mark.write_text(now)
-    return trial.Record(kept)
+    record = trial.Record(kept)
+    if options.again:
+        record.forget("unnoticed")
+    return record
 
 
 def tell(mutant, result, left):
@@ -101,7 +108,7 @@ def report(mutants, record, reasons):
     told = count["unnoticed"] - len(unnoticed)
     noticed = count["noticed"] + count["timed out"]
     share = 100 * noticed / ((noticed + len(unnoticed)) or 1)
-    print(f"\nscript/mutate: {sum(count.values())} changes tried,"
+    print(f"\nscript/mutate: {sum(count.values())} of {len(mutants)} changes tried,"
           f" {count['did not compile']} did not compile,"
           f" {noticed} noticed ({count['timed out']} by running out of time),"
           f" {told} unnoticed for a reason, {len(unnoticed)} unnoticed:"
@@ -116,22 +123,22 @@ def main():
     project = Guide()
     sources = chosen_sources(project, options.only)
     reasons = explained.read(EXPLAINED)
-    scratches = [BUILD / f"copy{n}" for n in range(1, 2 if options.list else options.jobs + 1)]
+    copies = 1 if options.list or options.report else options.jobs
+    scratches = [BUILD / f"copy{n}" for n in range(1, copies + 1)]
     project.prepare(scratches[0])
     mutants = trial.mutants_of(project, scratches[0], sources)
     if options.list:
         for mutant in mutants:
             print(f"{mutant.path}:{mutant.line} {mutant.kind}")
         return 0
-    record = opened_record(options.again)
-    if options.again:
-        record.forget("unnoticed")
+    record = opened_record(options)
     if options.sample:
         rng = random.Random(options.seed)
         taken = rng.sample(range(len(mutants)), min(options.sample, len(mutants)))
         # In the order of the files, so that little is built again.
         mutants = [mutants[i] for i in sorted(taken)]
-    trial.try_all(project, scratches, mutants, record, tell)
+    if not options.report:
+        trial.try_all(project, scratches, mutants, record, tell)
     is_well = report(mutants, record, reasons)
     if not (options.sample or options.only):
         results = [record.results.get(trial.identity(m)) for m in mutants]

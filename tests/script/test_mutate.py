@@ -99,7 +99,7 @@ def test_wrong_use_is_named_in_one_line_with_status_2(arguments, named):
 def test_help_says_what_it_takes():
     result = run("--help")
     assert (result.returncode, result.stderr) == (0, "")
-    assert "--sample N" in result.stdout and "--again" in result.stdout
+    assert all(o in result.stdout for o in ("--sample N", "--again", "--report"))
 
 
 def test_tells_the_change_that_no_test_notices_from_those_that_one_does(toy):

@@ -143,6 +143,19 @@ TEST(StringToIntTest, SkipsLeadingWhiteSpace)
     EXPECT_EQ(StringUtil::StringToInt(" \t\n\v\f\r"), 0);
 }
 
+TEST(StringToIntTest, SkipsNoByteThatIsNoWhiteSpace)
+{
+    for (int byte = 1; byte < 256; ++byte)
+    {
+        const bool isSkipped = byte == '+' || byte == ' ' || (byte >= '\t' && byte <= '\r');
+        if (byte != '-' && !(byte >= '0' && byte <= '9'))
+        {
+            const std::string text = {static_cast<char>(byte), '7'};
+            EXPECT_EQ(StringUtil::StringToInt(text), isSkipped ? 7 : 0) << "byte " << byte;
+        }
+    }
+}
+
 TEST(StringToIntTest, TakesOneSignWithoutABlankBehindIt)
 {
     EXPECT_EQ(StringUtil::StringToInt("+-42"), 0);
@@ -342,6 +355,9 @@ TEST(StringUtilTest, LogsNothing)
     StringUtil::StringToInt64("1");
     StringUtil::StringToFloat("1");
     StringUtil::StringToDouble("1");
+    ThrownBy(StringUtil::StringToInt64, "x");
+    ThrownBy(StringUtil::StringToFloat, "x");
+    ThrownBy(StringUtil::StringToDouble, "x");
     StringUtil::Tokenize("a", ",");
     StringUtil::IntToHexaStringBy8Bit(1);
     StringUtil::IntToString(1);

@@ -279,6 +279,7 @@ TEST(ClassLayoutTest, RotaryEventData)
 TEST(ClassLayoutTest, RotaryEventListener)
 {
     using C = RotaryEventListener;
+    static_assert(std::is_abstract_v<C>);
     ExpectSlots<C>({
         Slot<C>(&C::GetRotaryViewObject),
         Slot<C>(&C::OnRotaryEvent),

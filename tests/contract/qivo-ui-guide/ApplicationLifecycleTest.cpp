@@ -191,6 +191,37 @@ TEST_F(ApplicationLifecycleTest, IsInTheNewStateWhenListenersAreTold)
     EXPECT_EQ(Recorder::TakeOnly({"resumed", "paused"}), Lines({"resumed in 1", "paused in 2"}));
 }
 
+// Pauses the application as soon as it is told of a resume.
+class PausingListener : public TestListener
+{
+public:
+    explicit PausingListener(Application& app) : TestListener("pausing"), mApp(app) {}
+
+    void OnAppResume() override
+    {
+        TestListener::OnAppResume();
+        mApp.OnAppPauseImpl();
+    }
+
+private:
+    Application& mApp;
+};
+
+TEST_F(ApplicationLifecycleTest, EndsAPauseWithinAResumeBeforeItGoesOn)
+{
+    PausingListener pausing(mApp);
+    mApp.mAppEventListenerList = {&pausing, &mFirst};
+
+    mApp.OnAppResumeImpl();
+
+    EXPECT_EQ(Recorder::Take(),
+              Lines({HandlerAdded(), "pausing.OnAppResume()", "ecore_event_handler_del(handler1)",
+                     "pausing.OnAppPause()", "first.OnAppPause()", "ui_app_exit()",
+                     "first.OnAppResume()"}));
+    EXPECT_EQ(mApp.mAppState, Application::APP_STATE_PAUSED);
+    EXPECT_EQ(mApp.mPowerKeyHandler, nullptr);
+}
+
 // A terminated application tells nobody.
 TEST_F(ApplicationLifecycleTest, DestroysTheFrameOnTermination)
 {

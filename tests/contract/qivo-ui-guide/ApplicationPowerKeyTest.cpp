@@ -165,6 +165,27 @@ TEST_F(ApplicationPowerKeyTest, HearsReleasesFromResumeToPause)
     EXPECT_EQ(Recorder::TakeLog(), Lines());
 }
 
+TEST_F(ApplicationPowerKeyTest, HearsNoReleaseThatAnotherHandlerPausedItOn)
+{
+    Ecore_Event_Handler* pausing = ecore_event_handler_add(
+        ECORE_EVENT_KEY_UP,
+        [](void* data, int, void*) -> Eina_Bool
+        {
+            static_cast<Application*>(data)->OnAppPauseImpl();
+            return ECORE_CALLBACK_PASS_ON;
+        },
+        &mApp);
+    mApp.OnAppResumeImpl();
+    Recorder::Take();
+
+    SendRelease("XF86PowerOff");
+
+    ASSERT_TRUE(Toolkit::SpinUntil([this] { return !mApp.mPowerKeyHandler; }));
+    EXPECT_EQ(Recorder::Take(), Lines({"ecore_event_handler_del(handler2)", "ui_app_exit()"}));
+    EXPECT_FALSE(mApp.mIsPowerKeyReleased);
+    ecore_event_handler_del(pausing);
+}
+
 TEST_F(ApplicationPowerKeyTest, LetsOtherHandlersSeeTheRelease)
 {
     mApp.OnAppResumeImpl();

@@ -25,7 +25,8 @@ namespace QivoUi
  *  6. The view dies when its last shared owner lets it go.
  *
  * The back-key callback is never taken off the layout: a view must not die while its layout
- * lives and the back key can still be pressed.
+ * lives and the back key can still be pressed. Nor while anybody but its controller keeps the
+ * handle of its item, which would go on asking the dead view whether it may pop.
  */
 class BaseView : public NaviFramePopEventListener
 {

@@ -19,7 +19,8 @@ namespace QivoUi
  *     only screen it lowers the window instead.
  *  3. DeInitialize(): the view's widgets are being deleted; stop following. It must not release
  *     the view, whose deletion is still under way.
- *  4. Destruction releases the handle, then the view; it neither pops nor deinitializes.
+ *  4. Destruction releases the handle, then the view; it neither pops nor deinitializes. A view
+ *     that somebody else holds must have its mViewEventListener set to null before.
  */
 class BaseViewController : public BaseViewEventListener
 {

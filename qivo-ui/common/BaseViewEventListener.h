@@ -20,7 +20,10 @@ public:
     /** The view's item is about to be popped: true allows it. */
     virtual bool OnViewPopEvent() = 0;
 
-    /** The view's layout is being deleted; the view itself must outlive this call. */
+    /**
+     * The view's layout is being deleted; the view itself must outlive this call, and its item,
+     * which is perhaps being deleted as well, must not be deleted in it.
+     */
     virtual void OnViewDeleteEvent() {}
 };
 

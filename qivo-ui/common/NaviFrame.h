@@ -26,9 +26,10 @@ class NaviFrameItemPopHandler;
  * The widget, the window, the items and every listener are owned elsewhere. Failures are
  * logged and the operation abandoned; nothing is retried and no exception leaves an operation.
  *
- * A user of the framework must not destroy the frame in the middle of an animated pop: the
- * callback of that pop stays registered on the widget and would be given the dead frame. Nor
- * may a listener destroy it while it is told of a transition's end.
+ * A user of the framework must not destroy the frame in the middle of an animated pop, nor of
+ * more than one animated push: a callback stays registered on the widget and would be given the
+ * dead frame. Nor may a listener destroy it inside a push, inside an item's deletion, or while it
+ * is told of a transition's end.
  */
 class NaviFrame : public AppEventListener
 {

@@ -28,7 +28,11 @@ public:
     NaviFrameItemPopHandler() = default;
     virtual ~NaviFrameItemPopHandler();
 
-    /** Binds to a freshly pushed item; null changes nothing. */
+    /**
+     * Binds to a freshly pushed item; null changes nothing.
+     *
+     * Once for each handle: an item that it was bound to before would keep its callbacks.
+     */
     void SetNaviframeItem(Elm_Object_Item* item);
 
     /** Pops the screen, which must be on top; see NaviFrame::PopItem(). */
@@ -60,7 +64,10 @@ private:
     Elm_Object_Item* mNaviFrameItem = nullptr;
 
 public:
-    /** Asked before each pop of the item; null lets every pop go. Set after the push. */
+    /**
+     * Asked before each pop of the item; null lets every pop go. Set after the push. Not owned:
+     * whoever keeps the handle longer than the listener lives sets it to null.
+     */
     NaviFramePopEventListener* mPopEventListener = nullptr;
 };
 

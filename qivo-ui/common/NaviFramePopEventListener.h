@@ -4,7 +4,12 @@
 namespace QivoUi
 {
 
-/** Is asked before a screen leaves the stack; see NaviFrameItemPopHandler. */
+/**
+ * Is asked before a screen leaves the stack; see NaviFrameItemPopHandler.
+ *
+ * It may push screens and pop others meanwhile. One that deletes the screen which it is asked
+ * about must refuse: the toolkit would go on to pop a dead item.
+ */
 class NaviFramePopEventListener
 {
 public:

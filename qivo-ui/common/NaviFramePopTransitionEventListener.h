@@ -6,7 +6,9 @@ namespace QivoUi
 
 /**
  * Hears of the end of one animated pop; given to NaviFrame::PopItem(), never owned. It must live
- * until it is told, or until a later animated pop replaces it.
+ * until it is told, or until a later animated pop replaces it. When the pop is refused, or
+ * ignored by the toolkit because the screen's own push is still moving, it is told at the end of
+ * whichever transition comes next.
  */
 class NaviFramePopTransitionEventListener
 {

@@ -8,8 +8,9 @@ namespace QivoUi
  * Follows one screen on the stack.
  *
  * Named in the screen's NaviFrameItemData and never owned; it must outlive its item on the
- * stack. The calls come from inside the toolkit's own, and a listener may push, pop or delete
- * screens in them.
+ * stack, and the frame when the item's handle went first, for the frame then does not hear of the
+ * item's end. The calls come from inside the toolkit's own, and a listener may push, pop or delete
+ * screens in them; but not delete the new screen inside its own push, before it has its handle.
  */
 class NaviFrameStateListener
 {

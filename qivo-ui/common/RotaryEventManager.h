@@ -100,7 +100,9 @@ public:
      * Puts a record on top and activates its object.
      *
      * Logs warning "object :%p", or error "[Invalid] rotaryEventDataPtr" for an empty record.
-     * Deliberately asks neither for a second record of the object nor for a null object.
+     * Deliberately asks neither for a second record of the object nor for a null object. The same
+     * record must not be put on the stack twice unless the manager outlives its object: taking it
+     * away leaves one of its two delete callbacks on the object.
      */
     void ActivateRotateEvent(std::shared_ptr<RotaryEventData> record);
 
@@ -110,6 +112,9 @@ public:
      * Logs warning "object :%p" with the object now on top, or error
      * "Initialize Rotary Activation" when nothing is left. Every call closes with
      * the marker line, an empty record has only that.
+     *
+     * A record that is not on the stack takes the delete callback of one that is, when both name
+     * the same object; that one must then be taken away before the object dies.
      */
     void DeActivateRotateEvent(std::shared_ptr<RotaryEventData> record);
 

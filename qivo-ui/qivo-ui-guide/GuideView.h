@@ -22,6 +22,9 @@ namespace QivoUi
  * the widget is made. When the outer layout or the page cannot be made, error
  * "elm_layout_add failed." is logged, the record gets no layout, and the widgets made so far
  * stay under the parent.
+ *
+ * The scroll callback stays on the scroller when the view dies: until the first scroll, the view
+ * must live as long as the page can be scrolled.
  */
 class GuideView : public BaseView
 {

@@ -167,6 +167,22 @@ static_assert(
 static_assert(Member<NaviFramePopTransitionEventListener, void>(
     &NaviFramePopTransitionEventListener::OnPopTransitionFinished));
 
+/** The framework tells such a listener, and leaves it to other applications to be one. */
+template <typename Listener> constexpr bool IsNobodyHere()
+{
+    return !std::is_base_of_v<Listener, GuideApplication> &&
+           !std::is_base_of_v<Listener, GuideView> &&
+           !std::is_base_of_v<Listener, GuideViewController> &&
+           !std::is_base_of_v<Listener, NaviFrame> &&
+           !std::is_base_of_v<Listener, NaviFrameItemPopHandler> &&
+           !std::is_base_of_v<Listener, RotaryEventManager>;
+}
+
+static_assert(IsNobodyHere<NaviFrameStateListener>());
+static_assert(IsNobodyHere<NaviFrameLowerEventListener>());
+static_assert(IsNobodyHere<NaviFramePopTransitionEventListener>());
+static_assert(IsNobodyHere<RotaryEventListener>());
+
 using V = BaseView;
 static_assert(Member<V, void>(&V::CreateView));
 static_assert(Member<V, Handle, bool>(&V::Show));

@@ -229,6 +229,26 @@ TEST_F(BaseViewControllerTest, MayShowAnotherScreenWhenItDeInitializes)
     EXPECT_EQ(Stack(), Lines({"item2"}));
 }
 
+TEST_F(BaseViewControllerTest, MayDieWithItsViewWhenTheBackKeyLowersTheWindow)
+{
+    FakeLowerListener lower;
+    auto controller = std::make_unique<FakeController>();
+    auto view = std::make_shared<FakeView>(MakeRecord());
+    view->CreateView();
+    Evas_Object* layout = view->GetViewLayout();
+    controller->mBaseViewPtr = std::move(view);
+    controller->ShowView(true);
+    mFrame->mNaviFrmaeLowerEventListener = &lower;
+    lower.mReactions["OnNaviFrameLowered"] = [&] { controller.reset(); };
+    Recorder::Take();
+
+    Platform::PressBack(layout);
+
+    EXPECT_EQ(Recorder::TakeOnly({"mark", "warn", "error", "lower", "controller"}),
+              Lines({"mark(SLayoutBackCB)", "lower.OnNaviFrameLowered"}));
+    EXPECT_EQ(controller, nullptr);
+}
+
 TEST_F(BaseViewControllerTest, MayReleaseItsHandleWhenItDeInitializesAfterADeletion)
 {
     GiveView();

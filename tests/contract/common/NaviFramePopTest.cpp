@@ -316,6 +316,25 @@ TEST_F(NaviFramePopTest, APopListenerMayPushAScreenThatAsksInsteadOfLeaving)
     EXPECT_EQ(Stack(), Lines({"item1", "item2", "item3"}));
 }
 
+TEST_F(NaviFramePopTest, TheListenerOfARefusedPopHearsOfTheNextTransition)
+{
+    FakePopListener pop;
+    FakeTransitionListener transition;
+    pop.mIsAllowed = false;
+    Push();
+    Elm_Object_Item* top = Push();
+    mHandles.back()->mPopEventListener = &pop;
+    mFrame->PopItem(top, true, &transition);
+    EXPECT_EQ(mFrame->mPopTransitionEventListener, &transition);
+    PushAnimated();
+    Recorder::Take();
+
+    EndTransition();
+
+    EXPECT_EQ(Recorder::TakeOnly({"transition"}), Lines({"transition.OnPopTransitionFinished"}));
+    EXPECT_EQ(mFrame->mPopTransitionEventListener, nullptr);
+}
+
 TEST_F(NaviFramePopTest, ALowerListenerMayPushAScreen)
 {
     FakeLowerListener lower;

@@ -276,6 +276,25 @@ TEST_F(NaviFrameTest, TakesItsPushTransitionCallbackAlongButLeavesTheWidget)
               "naviframe1");
 }
 
+TEST_F(NaviFrameTest, TakesOnlyOneOfSeveralPushTransitionCallbacksAlong)
+{
+    Push();
+    PushAnimated();
+    PushAnimated();
+    Evas_Object* widget = mFrame->mNaviFrame;
+    const void* destroyed = mFrame;
+
+    NaviFrame::Destroy();
+
+    const auto remove = [widget]
+    {
+        return evas_object_smart_callback_del(widget, "transition,finished",
+                                              NaviFrame::SNaviFrameTransitionFinishedCB);
+    };
+    EXPECT_EQ(remove(), destroyed);
+    EXPECT_EQ(remove(), nullptr);
+}
+
 TEST_F(NaviFrameTest, LeavesTheToolkitAloneWhenDestroyedWithoutAWidget)
 {
     Renew();

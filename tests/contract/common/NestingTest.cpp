@@ -1,6 +1,7 @@
 #include "common/BaseViewFixture.h"
 
 using QivoUi::NaviFrame;
+using QivoUi::NaviFrameItemPopHandler;
 
 namespace
 {
@@ -22,6 +23,23 @@ TEST_F(NestingTest, AViewMayDieInsideItsBackEvent)
               Lines({"mark(SLayoutBackCB)", "controller.OnViewBackEvent"}));
     evas_object_del(Content());
     EXPECT_EQ(Recorder::TakeOnly({"warn", "error", "controller"}), Lines());
+}
+
+TEST_F(NestingTest, AViewMayDieInsideItsPopEvent)
+{
+    Push();
+    auto view = MakeCreatedView();
+    view->mViewEventListener = &mController;
+    auto handle = mHandles.emplace_back(view->Show(false));
+    mController.mReactions["OnViewPopEvent"] = [&] { view.reset(); };
+    Recorder::Take();
+
+    handle->Pop(true, nullptr);
+
+    EXPECT_EQ(Recorder::TakeOnly({"warn", "error", "controller"}),
+              Lines({"controller.OnViewPopEvent"}));
+    EXPECT_EQ(handle->mNaviFrameItem, nullptr);
+    EXPECT_EQ(Stack(), Lines({"item1"}));
 }
 
 TEST_F(NestingTest, AScreenThatResumesMayDeleteOneThatIsAboutToBeDeleted)
@@ -110,6 +128,65 @@ TEST_F(NestingTest, TheFrameMayBeDestroyedWhileItemsLiveAndTheirHandlesGoFirst)
 
     EXPECT_EQ(Recorder::Take(), Lines());
     EXPECT_EQ(NaviFrame::mInstance, nullptr);
+}
+
+TEST_F(NestingTest, ALowerListenerMayReleaseTheHandleAndDestroyTheFrame)
+{
+    FakeLowerListener lower;
+    auto handle = PushHandle();
+    mHandles.clear();
+    NaviFrameItemPopHandler* popped = handle.get();
+    mFrame->mNaviFrmaeLowerEventListener = &lower;
+    lower.mReactions["OnNaviFrameLowered"] = [&]
+    {
+        handle.reset();
+        NaviFrame::Destroy();
+    };
+    Recorder::Take();
+
+    popped->Pop(true, nullptr);
+
+    EXPECT_EQ(Recorder::TakeOnly({"elm_win", "lower", "error", "warn"}),
+              Lines({"elm_win_lower(window)", "lower.OnNaviFrameLowered"}));
+    EXPECT_EQ(NaviFrame::mInstance, nullptr);
+}
+
+TEST_F(NestingTest, AScreenMayDestroyTheFrameWhenTheApplicationPausesOrResumes)
+{
+    FakeStateListener listener("screen");
+    for (const char* call : {"OnItemPause", "OnItemResume"})
+    {
+        NaviFrame* frame = NaviFrame::GetInstance();
+        frame->CreateNaviFrame(mLayout);
+        mHandles = {frame->PushNaviframeItem(MakeRecord(&listener), false)};
+        listener.mReactions[call] = [] { NaviFrame::Destroy(); };
+        Recorder::Take();
+
+        call == std::string("OnItemPause") ? frame->OnAppPause() : frame->OnAppResume();
+
+        EXPECT_EQ(Recorder::TakeOnly({"screen"}), Lines({std::string("screen.") + call}));
+        EXPECT_EQ(NaviFrame::mInstance, nullptr);
+        mHandles.clear();
+    }
+}
+
+TEST_F(NestingTest, APopDuringItsOwnPushsTransitionIsNotMadeButItsListenerHearsOfTheEnd)
+{
+    FakeTransitionListener transition;
+    Push();
+    auto pushed = PushAnimated();
+    pushed->Pop(true, &transition);
+    EXPECT_NE(pushed->mNaviFrameItem, nullptr);
+    Recorder::Take();
+
+    EXPECT_TRUE(Toolkit::SpinUntil([&] { return !mFrame->mPopTransitionEventListener; }));
+
+    EXPECT_EQ(Recorder::TakeOnly({"info", "transition"}),
+              Lines({"transition.OnPopTransitionFinished",
+                     "info(SNaviFrameTransitionFinishedCB) Animation Done"}));
+    EXPECT_EQ(Stack(), Lines({"item1", "item2"}));
+    pushed->Pop(true, nullptr);
+    EXPECT_EQ(Stack(), Lines({"item1"}));
 }
 
 TEST_F(NestingTest, APushDuringAPopsTransitionEndsBoth)

@@ -136,6 +136,19 @@ TEST_F(RotaryDetentTest, MayDeleteTheListener)
     EXPECT_EQ(lines.back(), "detent passed on");
 }
 
+TEST_F(RotaryDetentTest, MayDestroyTheManager)
+{
+    const auto listener = Register("a");
+    listener->mReaction = [&]
+    {
+        mManager->UnRegisterEventListener(listener.get());
+        RotaryEventManager::Destroy();
+    };
+
+    EXPECT_EQ(Turn(*listener).back(), "detent passed on");
+    EXPECT_EQ(RotaryEventManager::mPThis, nullptr);
+}
+
 TEST_F(RotaryDetentTest, MayRegisterAnotherListenerForTheNextOne)
 {
     const auto a = Register("a");

@@ -1,5 +1,5 @@
-#ifndef TESTS_CONTRACT_HARNESS_PRECOMPILED_H
-#define TESTS_CONTRACT_HARNESS_PRECOMPILED_H
+#ifndef TESTS_SUPPORT_PRECOMPILED_H
+#define TESTS_SUPPORT_PRECOMPILED_H
 
 // What takes a compiler longest to read; each source still includes what it uses.
 #include <Elementary.h>

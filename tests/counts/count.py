@@ -27,7 +27,7 @@ START = "start to first frame"
 def count_all(build):
     """{work: {"instructions": N, "allocations": N}} of a build folder.
 
-    For the start also {"themes read": N}.
+    For the start also {"themes read": N, "fonts loaded": N}, both by the main thread.
     """
     with tempfile.TemporaryDirectory() as home:
         return count_workloads(build, home) | {START: count_start(build, home)}
@@ -61,9 +61,13 @@ def count_start(build, home):
     # build folder lets callgrind see the names of the sources.
     own = figures(profile, lambda function: "/qivo-ui/" in function[1] or "QivoUi::" in function[2]
                   or function[2] == "main")
-    # The toolkit's own theme is the dearest thing to read, and easily read twice.
-    return own | {"themes read": profile.calls_of(lambda function: function[2] == "eet_mmap",
-                                                  lambda function: "/libedje.so" in function[0])}
+    # The toolkit's own theme is the dearest thing to read, and easily read twice. Fonts are loaded by
+    # another thread, of which callgrind counts nothing here.
+    return own | {
+        "themes read": profile.calls_of(lambda function: function[2] == "eet_mmap",
+                                        lambda function: "/libedje.so" in function[0]),
+        "fonts loaded": profile.calls_of(lambda function: "/libfontconfig.so" in function[0] and
+                                         function[2] == "FcInitLoadConfigAndFonts")}
 
 
 def callgrind(home, name):

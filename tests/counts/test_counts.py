@@ -37,7 +37,7 @@ def _counted():
 @pytest.mark.xdist_group("counts")
 @pytest.mark.parametrize("work, figure", [
     *((work, figure) for work in [*WORKLOADS, START] for figure in ["instructions", "allocations"]),
-    (START, "themes read")])
+    (START, "themes read"), (START, "fonts loaded")])
 def test_work_takes_as_much_as_is_kept(counted, work, figure):
     kept = json.loads(KEPT.read_text())[work][figure]
     now = counted[work][figure]

@@ -3,6 +3,7 @@
 #include "app-common/Installation.h"
 #include "application/CommandLine.h"
 #include "application/Display.h"
+#include "application/EarlyFonts.h"
 #include "application/Lifecycle.h"
 #include "application/OwnId.h"
 #include "application/PlatformTheme.h"
@@ -131,9 +132,11 @@ int RunWithToolkit(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
     SetProgramLocale();
     if (surroundings.installation)
         BindTextDomain(*surroundings.installation);
+    EarlyFonts fonts;
     const Toolkit toolkit(argc, argv);
     if (!toolkit.IsUp())
         return Fail(APP_ERROR_NO_TOOLKIT, "the toolkit does not start");
+    fonts.Keep();
     SetUpToolkit(display);
     // The toolkit has set the character type of the environment, which may be that of C.
     SetProgramLocale();

@@ -150,6 +150,19 @@ TEST_F(Motion, ADetentEasesOutOverItsWay)
     EXPECT_GT(way[half / 2], kDetent / 2) << "the first half is the faster one";
 }
 
+TEST_F(Motion, ADetentIsSeenInTheNextFrameHoweverSoonThatComes)
+{
+    Page::TurnBezel(1);
+    const int first = mPage.ScrolledBy();
+    EXPECT_GT(first, 0);
+    EXPECT_LE(first, kDetent / 10);
+    Clock::Advance(0.1);
+    const int turned = mPage.ScrolledBy();
+    Page::TurnBezel(-1);
+    EXPECT_LT(mPage.ScrolledBy(), turned);
+    EXPECT_GT(mPage.ScrolledBy(), turned - kDetent / 10);
+}
+
 TEST_F(Motion, FastTurningLosesNoDetentAndIsFollowed)
 {
     constexpr int kDetents = 20;

@@ -104,6 +104,20 @@ TEST_F(CircleScroller, MovesWithAnAnimation)
     EXPECT_GT(moves, 2);
 }
 
+TEST_F(CircleScroller, MovesByAsLittleAsAPixel)
+{
+    for (const int way : {1, 2, 3})
+    {
+        Evas_Object* scroller = AddScroller(kSize, kSize + way);
+        Evas_Object* circleObject = AddActivated(scroller);
+        TurnAndWait(1);
+        EXPECT_EQ(TopOf(scroller), way);
+        TurnAndWait(-1);
+        EXPECT_EQ(TopOf(scroller), 0);
+        evas_object_del(circleObject);
+    }
+}
+
 TEST_F(CircleScroller, AddsUpDetentsThatComeWhileItMoves)
 {
     Evas_Object* scroller = AddScroller(kSize, 2000);

@@ -1,6 +1,7 @@
 #include "efl-extension/CircleScroller.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace WatchPort
 {
@@ -11,12 +12,23 @@ namespace
 constexpr const char* kDataKey = "watch-port/circle-scroller";
 constexpr int kDetentsPerViewport = 4;
 constexpr double kArcLingers = 0.5;
+// What the toolkit's motion covers in its first sixtieth of a second is a part of the way, 1 in:
+constexpr int kFirstFrames = 15;
 
 Eina_Rectangle GeometryOf(const Evas_Object* object)
 {
     Eina_Rectangle geometry{};
     evas_object_geometry_get(object, &geometry.x, &geometry.y, &geometry.w, &geometry.h);
     return geometry;
+}
+
+// A motion moves little in its first milliseconds, less than a pixel: it begins with this step, so
+// that the next frame shows it however soon it comes. Something is left to the motion.
+int FirstStep(int way)
+{
+    if (std::abs(way) < 2)
+        return 0;
+    return way / kFirstFrames + (way > 0 ? 1 : -1);
 }
 
 } // namespace
@@ -159,7 +171,10 @@ void CircleScroller::BringIn(int target, bool isVertical)
 {
     Eina_Rectangle region{};
     elm_scroller_region_get(mScroller, &region.x, &region.y, &region.w, &region.h);
-    (isVertical ? region.y : region.x) = target;
+    int& position = isVertical ? region.y : region.x;
+    position += FirstStep(target - position);
+    elm_scroller_region_show(mScroller, region.x, region.y, region.w, region.h);
+    position = target;
     elm_scroller_region_bring_in(mScroller, region.x, region.y, region.w, region.h);
     // Starting a motion ends the one before, which takes that one's target away.
     mTarget = target;

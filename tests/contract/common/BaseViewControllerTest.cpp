@@ -200,6 +200,20 @@ TEST_F(BaseViewControllerTest, NeitherPopsNorDeInitializesAtItsEndButReleasesHan
     EXPECT_EQ(Stack(), Lines({"item1"}));
 }
 
+TEST_F(BaseViewControllerTest, StaysTheListenerOfAViewThatOutlivesIt)
+{
+    auto controller = std::make_unique<FakeController>();
+    auto view = std::make_shared<FakeView>(MakeRecord());
+    view->CreateView();
+    controller->mBaseViewPtr = view;
+    controller->ShowView(true);
+    const QivoUi::BaseViewEventListener* dead = controller.get();
+
+    controller.reset();
+
+    EXPECT_EQ(view->mViewEventListener, dead);
+}
+
 TEST_F(BaseViewControllerTest, ShowingTwicePushesTwiceAndKeepsTheSecondHandle)
 {
     GiveView();

@@ -210,6 +210,18 @@ TEST_F(BaseViewEventTest, TakesItsCallbacksOffTheLayoutThatItWiredAndThenRelease
                                        "record gone"}));
 }
 
+TEST_F(BaseViewEventTest, StaysTheListenerOfAHandleThatOutlivesIt)
+{
+    auto view = MakeCreatedView();
+    auto handle = view->Show(false);
+    const QivoUi::NaviFramePopEventListener* dead = view.get();
+
+    view.reset();
+
+    EXPECT_EQ(handle->mPopEventListener, dead);
+    EXPECT_NE(handle->mNaviFrameItem, nullptr);
+}
+
 TEST_F(BaseViewEventTest, LeavesTheToolkitAloneWhenItDiesAfterItsLayout)
 {
     auto view = MakeCreatedView();

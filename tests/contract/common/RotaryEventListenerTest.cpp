@@ -90,6 +90,30 @@ TEST_F(RotaryEventListenerTest, IsRegisteredWithItsObjectOnTop)
     EXPECT_EQ(mManager->mRotaryEventDataList.back()->mEventListener, &listener);
 }
 
+TEST_F(RotaryEventListenerTest, MayRegisterAnotherWhenItIsAskedForItsObject)
+{
+    class AskedRotaryListener : public FakeRotaryListener
+    {
+    public:
+        using FakeRotaryListener::FakeRotaryListener;
+        Evas_Object* GetRotaryViewObject() override
+        {
+            RotaryEventManager::GetInstance()->RegisterEventListener(mOther);
+            return FakeRotaryListener::GetRotaryViewObject();
+        }
+
+        RotaryEventListener* mOther = nullptr;
+    };
+    FakeRotaryListener other("other", AddObject("otherView"));
+    AskedRotaryListener listener("a", AddObject("view"));
+    listener.mOther = &other;
+
+    mManager->RegisterEventListener(&listener);
+
+    EXPECT_EQ(Stack(), Lines({"otherView", "view"}));
+    EXPECT_EQ(mManager->mRotaryEventDataList.back()->mEventListener, &listener);
+}
+
 TEST_F(RotaryEventListenerTest, IsNotRegisteredWhenNull)
 {
     mManager->RegisterEventListener(nullptr);

@@ -10,8 +10,6 @@ namespace
 
 // Read before main() and any test.
 const RotaryEventManager* const kManagerAtStart = RotaryEventManager::mPThis;
-const Evas_Object* const kConformantAtStart = RotaryEventManager::mConformant;
-const Eext_Circle_Surface* const kSurfaceAtStart = RotaryEventManager::mCircleSurface;
 
 class RotaryEventManagerTest : public RotaryFixture
 {
@@ -20,8 +18,6 @@ class RotaryEventManagerTest : public RotaryFixture
 TEST_F(RotaryEventManagerTest, DoesNotExistWhenTheProcessStarts)
 {
     EXPECT_EQ(kManagerAtStart, nullptr);
-    EXPECT_EQ(kConformantAtStart, nullptr);
-    EXPECT_EQ(kSurfaceAtStart, nullptr);
 }
 
 TEST_F(RotaryEventManagerTest, IsMadeOnFirstUseAndOnlyOnce)
@@ -270,6 +266,19 @@ TEST_F(RotaryEventManagerTest, TellsRecordsOfOneObjectApart)
     mManager->DeActivateRotateEvent(MakeRecord(widget));
 
     EXPECT_EQ(Recorder::Take(), Deactivation("widget", widget));
+    EXPECT_EQ(Stack(), Lines({"widget"}));
+}
+
+TEST_F(RotaryEventManagerTest, TakesTheDeleteCallbackOfAnotherRecordForTheSameObject)
+{
+    Evas_Object* widget = AddObject("widget");
+    mManager->ActivateRotateElementaryWidget(widget);
+
+    mManager->DeActivateRotateEvent(MakeRecord(widget));
+
+    EXPECT_EQ(evas_object_event_callback_del(widget, EVAS_CALLBACK_DEL,
+                                             RotaryEventManager::SViewObjectDeleteCB),
+              nullptr);
     EXPECT_EQ(Stack(), Lines({"widget"}));
 }
 

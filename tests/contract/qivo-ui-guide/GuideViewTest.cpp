@@ -1,5 +1,6 @@
 #include "qivo-ui-guide/GuideView.h"
 
+#include "common/DirtyMemory.h"
 #include "common/RotaryEventManager.h"
 #include "qivo-ui-guide/GuideViewFixture.h"
 
@@ -77,13 +78,15 @@ protected:
 
 TEST_F(GuideViewTest, StartsWithoutWidgetsAndWithTheArrowVisible)
 {
-    EXPECT_EQ(mView.mGuideLayout, nullptr);
-    EXPECT_EQ(mView.mScroller, nullptr);
-    EXPECT_EQ(mView.mBox, nullptr);
-    EXPECT_TRUE(mView.mIsArrowVisible);
-    EXPECT_EQ(mView.mLayout, nullptr);
-    EXPECT_EQ(mView.mViewEventListener, nullptr);
-    EXPECT_EQ(mView.mNaviFramItemDataPtr, nullptr);
+    InDirtyMemory<GuideView> view;
+
+    EXPECT_EQ(view->mGuideLayout, nullptr);
+    EXPECT_EQ(view->mScroller, nullptr);
+    EXPECT_EQ(view->mBox, nullptr);
+    EXPECT_TRUE(view->mIsArrowVisible);
+    EXPECT_EQ(view->mLayout, nullptr);
+    EXPECT_EQ(view->mViewEventListener, nullptr);
+    EXPECT_EQ(view->mNaviFramItemDataPtr, nullptr);
     EXPECT_EQ(Recorder::Take(), Lines());
 }
 

@@ -140,6 +140,16 @@ def test_finds_the_same_changes_every_time(toy):
     assert first == second and first
 
 
+def test_a_comment_makes_no_other_change_of_it_but_a_text_does(toy):
+    first = [trial.identity(m) for m in changes_of(toy, "operator altered")]
+    (toy / "toy.cpp").write_text("/* Ten,\n * no more. */\n" + TOY.replace(";", "; // Done.\n"))
+    assert [trial.identity(m) for m in changes_of(toy, "operator altered")] == first
+    (toy / "toy.cpp").write_text(TOY + 'const char* sPlace = "//here";\n')
+    there = [trial.identity(m) for m in changes_of(toy, "operator altered")]
+    (toy / "toy.cpp").write_text(TOY + 'const char* sPlace = "//there";\n')
+    assert [trial.identity(m) for m in changes_of(toy, "operator altered")] != there
+
+
 def test_a_suite_that_fails_unchanged_is_an_error(toy):
     (toy / "test.cpp").write_text(TEST.replace("== 3", "== 4"))
     with pytest.raises(RuntimeError, match="without any change"):

@@ -47,6 +47,19 @@ public:
         elm_object_item_del(item);
     }
 
+    // Another screen comes and goes.
+    void ExpectWork()
+    {
+        FakeStateListener last("last");
+        auto handle = PushHandle(&last);
+        Elm_Object_Item* item = handle->mNaviFrameItem;
+        EXPECT_EQ(elm_naviframe_top_item_get(mFrame->mNaviFrame), item);
+        EXPECT_EQ(mFrame->mStateListenerMap.count(item), 1u);
+        handle->DeleteItem();
+        EXPECT_NE(elm_naviframe_top_item_get(mFrame->mNaviFrame), item);
+        EXPECT_EQ(mFrame->mStateListenerMap.count(item), 0u);
+    }
+
     using BaseViewFixture::Content;
     using BaseViewFixture::EndTransition;
     using BaseViewFixture::mController;
@@ -233,15 +246,7 @@ TEST_P(NestingMatrixTest, LeavesTheStackAtWork)
     EXPECT_TRUE(isDone);
     EndTransition();
     EXPECT_EQ(mFrame->mPopTransitionEventListener, nullptr);
-    FakeStateListener last("last");
-    auto handle = PushHandle(&last);
-    ASSERT_NE(handle, nullptr);
-    Elm_Object_Item* item = handle->mNaviFrameItem;
-    EXPECT_EQ(Top(*this), item);
-    EXPECT_EQ(mFrame->mStateListenerMap.count(item), 1u);
-    handle->DeleteItem();
-    EXPECT_NE(Top(*this), item);
-    EXPECT_EQ(mFrame->mStateListenerMap.count(item), 0u);
+    ExpectWork();
 }
 
 INSTANTIATE_TEST_SUITE_P(InACallback, NestingMatrixTest, testing::ValuesIn(Cases()),

@@ -25,9 +25,9 @@ def main(words: list[str]) -> int:
     except KeyboardInterrupt:
         return _INTERRUPTED
     except BrokenPipeError:
-        # The reader has seen enough; the interpreter shall not complain at its end.
-        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
+        _drop_output()  # The reader has seen enough.
     except OSError as error:
+        _drop_output()
         return _complain(f"{error.filename or 'output'}: {error.strerror}", 1)
     return 0
 
@@ -46,6 +46,11 @@ def _run(words: list[str]) -> None:
         session.run(given)
     finally:
         session.close()
+
+
+def _drop_output() -> None:
+    """The interpreter shall not complain at its end of what it could not write."""
+    os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
 
 
 def _complain(error: Exception | str, status: int) -> int:

@@ -77,6 +77,29 @@ def test_a_followed_log_ends_well_with_the_watch(desk):
         assert (following.wait(30), following.stderr.read()) == (0, "")
 
 
+def test_a_recording_ends_well_with_the_watch(desk, tmp_path):
+    desk.do("start", "--headless")
+    file, part = tmp_path / "run.apng", tmp_path / "run.apng.part"
+    with subprocess.Popen(desk.command("record", file, "--fps", "10"), env=desk.environment,
+                          text=True, stderr=subprocess.PIPE) as recording:
+        # The encoder gets a frame when the screen changes.
+        wait_until(lambda: desk.do("button", "click", "power") or part.exists(), "a first frame")
+        desk.do("stop")
+        assert (recording.wait(30), recording.stderr.read()) == (0, "")
+    assert file.stat().st_size > 1000 and not part.exists()
+
+
+@pytest.mark.parametrize("program", ["Xvfb", "dbus-daemon", "openbox"])
+def test_a_program_that_is_not_installed_is_named_and_nothing_is_left(desk, tmp_path, program):
+    for installed in pathlib.Path("/usr/bin").iterdir():
+        if installed.name != program:
+            (tmp_path / installed.name).symlink_to(installed)
+    desk.environment["PATH"] = str(tmp_path)
+    assert f"does not start: {program} is not installed" in desk.refused("start", "--headless")
+    wait_nothing_left(desk)
+    assert not list(desk.runtime.iterdir())
+
+
 @pytest.mark.parametrize("verb", [["status"], ["launch"], ["bezel", "cw"], ["log"],
                                   ["screenshot", "x.png"], ["wait", "still"]])
 def test_without_a_watch_a_command_says_so(desk, verb):

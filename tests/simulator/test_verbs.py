@@ -105,6 +105,14 @@ def test_launch_tells_of_an_application_that_ends_before_it_draws(desk):
         "launch", "/bin/false")
 
 
+def test_launch_tells_of_a_program_whose_interpreter_is_missing(desk, tmp_path):
+    program = tmp_path / "orphan"
+    program.write_text("#!/nowhere/interpreter\n", encoding="utf-8")
+    program.chmod(0o700)
+    assert "orphan ended with status 127 before" in desk.refused("launch", program)
+    assert "No such file or directory" in desk.do("log")
+
+
 def test_the_bezel_turns_the_page_detent_by_detent(desk, tmp_path):
     launch(desk)
     top = screenshot(desk, tmp_path)
@@ -220,7 +228,9 @@ def test_words_that_are_no_text_are_refused(desk):
 
 def test_an_output_that_is_full_is_told(desk):
     with open("/dev/full", "w", encoding="ascii") as full:
-        result = subprocess.run(desk.command("status"), env=desk.environment, stdout=full,
+        buffered = {key: value for key, value in desk.environment.items()
+                    if key != "PYTHONUNBUFFERED"}
+        result = subprocess.run(desk.command("status"), env=buffered, stdout=full,
                                 stderr=subprocess.PIPE, text=True, check=False)
     assert (result.returncode, result.stderr) == (
         1, "qivo-watch: output: No space left on device\n")

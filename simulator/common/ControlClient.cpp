@@ -181,9 +181,11 @@ void ControlClient::TakeProperties(Eldbus_Message_Iter* values)
 void ControlClient::SOwnerChangedCB(void* data, const char* /*name*/, const char* before,
                                     const char* now)
 {
+    auto* client = static_cast<ControlClient*>(data);
+    client->mIsWatchGone = !*now && *before;
     if (*now)
-        static_cast<ControlClient*>(data)->ReadState();
-    else if (*before)
+        client->ReadState();
+    else if (client->mIsWatchGone)
         ecore_main_loop_quit();
 }
 
@@ -196,6 +198,9 @@ void ControlClient::SDisconnectedCB(void* /*data*/, Eldbus_Connection* /*bus*/, 
 void ControlClient::SStateCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* /*pending*/)
 {
     auto* client = static_cast<ControlClient*>(data);
+    // A watch that ends before it can answer has no state to be read.
+    if (client->mIsWatchGone)
+        return;
     Eldbus_Message_Iter* values = nullptr;
     if (const char* text = ErrorText(answer))
     {

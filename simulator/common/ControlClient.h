@@ -76,6 +76,7 @@ private:
     Eldbus_Connection* mBus;
     const StateCallback mOnState;
     WatchState mState;
+    bool mIsWatchGone = false;
 };
 
 #endif

@@ -50,6 +50,8 @@ void StartToolkit()
         return;
     sIsStarted = true;
     setenv("ELM_ENGINE", "buffer", 1);
+    // A thread would draw in real time, and motions, which wait for it, would begin late.
+    setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", 1);
     efreet_cache_disable();
     ecore_app_no_system_modules();
     elm_init(0, nullptr);

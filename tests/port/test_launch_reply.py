@@ -110,8 +110,12 @@ def test_a_sender_that_dies_is_no_harm(clock, alarm):
 def test_a_bus_that_dies_fails_the_sender_and_leaves_the_receiver_nobody(apps, clock, alarm):
     launch(clock, "alarm", "ask")
     alarm.wait_for("app_control ask")
+    launch(alarm, "clock", "wait")
+    clock.wait_for("app_control wait")
     apps.bus.die()
     clock.wait_for("result -1 of ask without reply")
+    # Now the receiver, too, has heard that there is no bus.
+    alarm.wait_for("result -1 of wait without reply")
     alarm.tell("reply 0")
     assert f"replied {NO_SENDER}" in alarm.lines
     for app in [clock, alarm]:

@@ -59,7 +59,7 @@ Ecore_Event_Key* NewKeyEvent(Ecore_Window window, const char* keyname)
 
 } // namespace
 
-extern "C" int __dlog_print(log_id_t, int, const char* tag, const char* format, ...)
+extern "C" int __wrap___dlog_print(log_id_t, int, const char* tag, const char* format, ...)
 {
     char line[1024];
     va_list arguments;

@@ -3,8 +3,8 @@
 #include "common/RotaryFixture.h"
 #include "harness/PlatformState.h"
 #include "qivo-ui-guide/GuideApplication.h"
-#include "walks/Death.h"
 #include "walks/Model.h"
+#include "walks/Walks.h"
 #include <algorithm>
 #include <cstdlib>
 
@@ -327,34 +327,6 @@ std::string WalkOrThrow(Evas_Object* window, const Steps& steps)
     }
 }
 
-using Try = std::function<std::string(const Steps&)>;
-
-// The shortest walk that still fails, found by leaving out ever smaller pieces.
-Steps Shrink(const Try& fails, Steps steps)
-{
-    for (std::size_t piece = steps.size() / 2; piece > 0;)
-    {
-        bool isShorter = false;
-        for (std::size_t begin = 0; begin + piece <= steps.size();)
-        {
-            Steps shorter = steps;
-            const auto first = shorter.begin() + static_cast<std::ptrdiff_t>(begin);
-            shorter.erase(first, first + static_cast<std::ptrdiff_t>(piece));
-            if (!fails(shorter).empty())
-            {
-                steps = shorter;
-                isShorter = true;
-            }
-            else
-            {
-                ++begin;
-            }
-        }
-        piece = isShorter ? std::min(piece, steps.size() / 2) : piece / 2;
-    }
-    return steps;
-}
-
 unsigned FromEnvironment(const char* name, unsigned otherwise)
 {
     const char* value = std::getenv(name);
@@ -367,31 +339,10 @@ class WalkTest : public ToolkitTest
 
 TEST_F(WalkTest, EveryWalkIsAsTheModelSays)
 {
-    const unsigned first = FromEnvironment("WALK_SEED", 1);
-    const unsigned count = FromEnvironment("WALKS", WALKS);
-    Try fails = [this](const Steps& walk) { return WalkOrThrow(mWindow, walk); };
-    // Alone, a walk that kills its process can be shrunk as well.
-    if (count == 1)
-    {
-        fails = [fails](const Steps& walk)
-        { return Death::AskInChild([&] { return fails(walk); }); };
-    }
-    Death::Watch();
-    std::size_t steps = 0;
-    for (unsigned seed = first; seed < first + count; ++seed)
-    {
-        const std::string name = "WALK_SEED=" + std::to_string(seed) + " WALKS=1";
-        Death::SetLastWords("died in a random walk, alone and shrunk by " + name + "\n");
-        const Steps walk = MakeSteps(seed);
-        steps += walk.size();
-        if (!fails(walk).empty())
-        {
-            const Steps shrunk = Shrink(fails, walk);
-            FAIL() << name << ": " << fails(shrunk) << Describe(shrunk);
-        }
-    }
-    Death::SetLastWords("");
-    std::printf("%u walks from WALK_SEED=%u, %zu steps\n", count, first, steps);
+    const auto fails = [this](const Steps& walk) { return WalkOrThrow(mWindow, walk); };
+    const std::string fault =
+        Walks::Fail(fails, FromEnvironment("WALK_SEED", 1), FromEnvironment("WALKS", WALKS));
+    EXPECT_TRUE(fault.empty()) << fault;
 }
 
 } // namespace

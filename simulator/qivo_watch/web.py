@@ -54,7 +54,9 @@ class Web:
         vnc = self._parts.start_telling("vnc", [
             "x11vnc", "-display", self._display, "-autoport", str(FIRST_VNC_PORT), "-localhost",
             "-passwdfile", str(secret), "-forever", "-shared", "-quiet", "-nodpms", "-noxkb",
-            "-cursor", "arrow", "-wait", "10", "-defer", "10"])
+            "-cursor", "arrow", "-wait", "10", "-defer", "10",
+            # Memory that it shares with the server would outlive it.
+            "-noshm"])
         line = yield from self._parts.wait_line("vnc", vnc)
         # It inherits the socket, which listens before the bridge can.
         self._parts.start("bridge", [

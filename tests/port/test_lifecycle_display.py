@@ -9,7 +9,9 @@ import time
 import pytest
 
 from port.lifecycle import DEADLINE, App
+from support.bus import wait_until
 from support.display import Display
+from support.shared_memory import are_left, segments_of
 
 PSELECT = {"x86_64": "270", "aarch64": "72"}
 """The number of the call pselect6, in which the main loop waits."""
@@ -187,6 +189,16 @@ def test_a_signal_ends_a_covered_application(run):
     app.wait_for("pause")
     app.process.send_signal(signal.SIGTERM)
     ends_well(app, "pause")
+
+
+def test_a_killed_application_leaves_no_shared_memory(run):
+    app = run()
+    app.wait_for_log("first frame")
+    segments = segments_of([app.process.pid])
+    assert segments
+    app.process.kill()
+    app.process.wait()
+    wait_until(lambda: not are_left(segments), "the end of the shared memory")
 
 
 def test_the_window_fills_a_screen_of_another_size(tmp_path):

@@ -6,6 +6,9 @@ import pathlib
 import subprocess
 import tempfile
 
+from support.bus import wait_until
+from support.shared_memory import are_left, segments_of
+
 BUILD = pathlib.Path(os.environ["BUILD_DIR"])
 QIVO_WATCH = BUILD / "simulator" / "qivo-watch"
 GUIDE = "com.velmora.qivo-guide-app"
@@ -34,11 +37,13 @@ class Desk:
         return self
 
     def __exit__(self, *_):
+        segments = segments_of(self.processes())
         for folder in self.runtime.glob("qivo-watch/*/"):
             self.run("--name", folder.name, "stop")
         left = self.processes()
         self._folder.cleanup()
         assert not left, left
+        wait_until(lambda: not are_left(segments), "the end of the shared memory")
 
     def command(self, *words):
         return [str(QIVO_WATCH), *map(str, words)]

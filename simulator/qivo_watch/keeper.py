@@ -79,7 +79,8 @@ class Keeper:
         manager = self._parts.start_manager("manager", display)
         self._equip(display)
         yield from self._parts.wait_line("manager", manager)
-        self._parts.start("home", [str(program("qivo-watch-home")), "--size", str(size)])
+        self._parts.start_own("home", [str(program("qivo-watch-home")), "--size", str(size)],
+                              self._environment)
         web = Web(self._parts, self._folder, self._options) if self._options["web"] else None
         outer = (yield from web.start_display()) if web else self._host_display
         self._start_body(display, outer)
@@ -117,7 +118,7 @@ class Keeper:
             environment["DISPLAY"] = outer
         command = [str(program("qivo-watch-body")), "--screen", display,
                    "--size", str(self._options["size"]), "--zoom", f"{self._options['zoom']:g}"]
-        self._parts.start("body", command, environment=environment)
+        self._parts.start_own("body", command, environment)
 
     def _on_started(self, _: Any, error: Exception | None) -> None:
         if error is None:

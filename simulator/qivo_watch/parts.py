@@ -3,7 +3,8 @@
 import os
 import shutil
 import subprocess
-from typing import Any, Callable
+import tempfile
+from typing import IO, Any, Callable
 
 from gi.repository import GLib
 
@@ -59,6 +60,7 @@ class Parts:
         self._on_end = on_end
         self._admission = Admission(folder)
         self._parts: dict[str, subprocess.Popen] = {}
+        self._complaints: dict[str, IO[bytes]] = {}
 
     @property
     def processes(self) -> dict[str, int]:
@@ -71,6 +73,11 @@ class Parts:
         environment = settings.pop("environment", self._environment)
         self._parts[name] = spawn(command, environment, **settings)
         GLib.child_watch_add(GLib.PRIORITY_DEFAULT, self._parts[name].pid, self._on_part_end, name)
+
+    def start_own(self, name: str, command: list[str], environment: dict[str, str]) -> None:
+        """A program that complains in one line before it fails."""
+        self._complaints[name] = tempfile.TemporaryFile()
+        self.start(name, command, environment=environment, stderr=self._complaints[name])
 
     def start_server(self, name: str, size: tuple[int, int]) -> Line:
         """An X server; the line is its display's number."""
@@ -124,4 +131,12 @@ class Parts:
     def _on_part_end(self, _pid: int, wait_status: int, name: str) -> None:
         status = os.waitstatus_to_exitcode(wait_status)
         self._parts.pop(name).returncode = status
-        self._on_end(name, f"{LABELS[name]} {end_of(status)}")
+        self._on_end(name, f"{LABELS[name]} {end_of(status)}{self._reason(name)}")
+
+    def _reason(self, name: str) -> str:
+        if name not in self._complaints:
+            return ""
+        with self._complaints.pop(name) as complaints:
+            complaints.seek(0)
+            lines = complaints.read().decode("utf-8", "replace").splitlines()
+        return f" ({lines[-1]})" if lines else ""

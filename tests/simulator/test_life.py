@@ -13,6 +13,7 @@ from Xlib.protocol import event
 from simulator.desk import BUILD, GUIDE, Desk
 from support.bus import wait_until
 from support.display import Display
+from support.shared_memory import are_left, segments_of
 
 PARTS = ["server", "bus", "manager", "home", "body"]
 
@@ -225,6 +226,17 @@ def test_on_a_display_the_watch_is_a_window_whose_end_is_the_watch_s():
         wait_nothing_left(desk)
 
 
+def test_a_killed_watch_leaves_no_shared_memory():
+    with Display("1000x1000x24") as display, Desk(display.name) as desk:
+        desk.do("start")
+        desk.do("launch")
+        segments = segments_of(desk.processes())
+        assert segments
+        kill(desk.status()["processes"]["keeper"])
+        wait_nothing_left(desk)
+        wait_until(lambda: not are_left(segments), "the end of the shared memory")
+
+
 def test_an_installed_watch_works_wherever_it_is_moved(desk, tmp_path):
     subprocess.run(["meson", "install", "-C", BUILD, "--no-rebuild", "--destdir",
                     tmp_path / "root"], check=True, capture_output=True)
@@ -233,6 +245,18 @@ def test_an_installed_watch_works_wherever_it_is_moved(desk, tmp_path):
     command.parents[1].rename(place)
     for words in (["start", "--headless"], ["launch"], ["stop"]):
         subprocess.run([place / "bin" / "qivo-watch", *words], env=desk.environment, check=True)
+
+
+def test_a_body_that_fails_tells_why(desk, tmp_path):
+    subprocess.run(["meson", "install", "-C", BUILD, "--no-rebuild", "--destdir", tmp_path],
+                   check=True, capture_output=True)
+    body = next(tmp_path.rglob("libexec/qivo-watch/qivo-watch-body"))
+    body.write_text("#!/bin/sh\necho one >&2\necho qivo-watch-body: no reason >&2\nexit 1\n")
+    started = subprocess.run([next(tmp_path.rglob("bin/qivo-watch")), "start", "--headless"],
+                             env=desk.environment, capture_output=True, text=True)
+    assert started.returncode == 1
+    assert started.stderr == ("qivo-watch: the watch does not start: the body ended with status 1 "
+                              "(qivo-watch-body: no reason)\n")
 
 
 @pytest.mark.parametrize("size", [390, 454])

@@ -22,6 +22,16 @@ KEPT = pathlib.Path(__file__).with_name("kept.json")
 WORKLOADS = ["1000 detents", "1000 log lines", "1000 times numbers", "1000 times texts",
              "100 screens"]
 START = "start to first frame"
+NEEDED = ["tests/counts/workloads", "qivo-ui/qivo-guide-app", "res/edje/qivoui.edj",
+          "res/tables/com.velmora.qivo-app_ChangeableColorTable.xml",
+          "res/tables/com.velmora.qivo-app_FontInfoTable.xml",
+          "subprojects/watch-port/theme/platform.edj"]
+
+
+def lack_of(build):
+    """What a build folder has not built of all that the work needs, in a line; or nothing."""
+    missing = [file for file in NEEDED if not (build / file).exists()]
+    return f"{build} has not built {', '.join(missing)}" if missing else ""
 
 
 def count_all(build):
@@ -90,7 +100,10 @@ def figures(profile, is_own):
 def main():
     if len(sys.argv) != 2:
         sys.exit("count.py: needs a build folder")
-    KEPT.write_text(json.dumps(count_all(pathlib.Path(sys.argv[1])), indent=4) + "\n")
+    build = pathlib.Path(sys.argv[1])
+    if lack_of(build):
+        sys.exit(f"count.py: {lack_of(build)}")
+    KEPT.write_text(json.dumps(count_all(build), indent=4) + "\n")
 
 
 if __name__ == "__main__":

@@ -4,10 +4,11 @@ import json
 import os
 import pathlib
 import subprocess
+import sys
 
 import pytest
 
-from counts.count import KEPT, START, WORKLOADS, count_all
+from counts import count
 
 BUILD = pathlib.Path(os.environ["BUILD_DIR"])
 TOLERANCE = 0.05
@@ -31,15 +32,29 @@ def is_counted_build():
 def _counted():
     if not is_counted_build():
         pytest.skip("counts are kept for a debug build by g++ without sanitizers")
-    return count_all(BUILD)
+    if count.lack_of(BUILD):
+        pytest.fail(count.lack_of(BUILD), pytrace=False)
+    return count.count_all(BUILD)
 
 
 @pytest.mark.xdist_group("counts")
 @pytest.mark.parametrize("work, figure", [
-    *((work, figure) for work in [*WORKLOADS, START] for figure in ["instructions", "allocations"]),
-    (START, "themes read"), (START, "fonts loaded")])
+    *((work, figure) for work in [*count.WORKLOADS, count.START]
+      for figure in ["instructions", "allocations"]),
+    (count.START, "themes read"), (count.START, "fonts loaded")])
 def test_work_takes_as_much_as_is_kept(counted, work, figure):
-    kept = json.loads(KEPT.read_text())[work][figure]
+    kept = json.loads(count.KEPT.read_text())[work][figure]
     now = counted[work][figure]
     assert kept * (1 - TOLERANCE) <= now <= kept * (1 + TOLERANCE), (
         f"{work}: {now} {figure}, kept are {kept}; {RENEW}")
+
+
+def test_a_build_folder_that_lacks_a_theme_is_told_in_a_line_and_nothing_is_counted(tmp_path):
+    for file in count.NEEDED[:-1]:
+        (tmp_path / file).parent.mkdir(parents=True, exist_ok=True)
+        (tmp_path / file).touch()
+    done = subprocess.run([sys.executable, "-B", count.__file__, tmp_path], capture_output=True,
+                          text=True)
+    assert done.returncode == 1
+    assert done.stderr == (f"count.py: {tmp_path} has not built"
+                           " subprojects/watch-port/theme/platform.edj\n")

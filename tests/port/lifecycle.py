@@ -86,3 +86,9 @@ class App:
         *whole, self._rest = (self._rest + data).split(b"\n")
         self.lines += [line.decode() for line in whole]
         return bool(data)
+
+
+def window_of(display, app):
+    """The application's window, as xdotool names it."""
+    return display.xdotool("search", "--all", "--pid", app.process.pid, "--name",
+                           "^lifecycle-app$")[-1]

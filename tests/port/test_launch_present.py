@@ -1,12 +1,10 @@
 """A later launch request brings the running application's window before the user's eyes."""
 
-import subprocess
-
 import pytest
 
 from port import lifecycle
 from port.launch_apps import Apps
-from port.lifecycle import App
+from port.lifecycle import App, window_of
 from support.bus import wait_until
 from support.display import Display
 
@@ -25,15 +23,6 @@ def apps(display, tmp_path):
 
 
 @pytest.fixture
-def xdotool(display):
-    def call(*arguments):
-        return subprocess.run(["xdotool", *arguments], env=display.env, check=True, text=True,
-                              capture_output=True, timeout=20).stdout.split()
-
-    return call
-
-
-@pytest.fixture
 def clock(apps):
     app = apps.start("clock")
     app.wait_for("resume")
@@ -48,42 +37,37 @@ def cover(display, clock, tmp_path):
         yield app
 
 
-def window_of(xdotool, app):
-    return xdotool("search", "--all", "--pid", str(app.process.pid), "--name",
-                   "^lifecycle-app$")[-1]
+def wait_until_active(display, app):
+    window = window_of(display, app)
+    wait_until(lambda: display.xdotool("getactivewindow") == [window], "the active window")
 
 
-def wait_until_active(xdotool, app):
-    window = window_of(xdotool, app)
-    wait_until(lambda: xdotool("getactivewindow") == [window], "the active window")
-
-
-def test_a_second_start_raises_and_activates_the_covered_window(apps, clock, cover, xdotool):
+def test_a_second_start_raises_and_activates_the_covered_window(apps, clock, cover, display):
     assert apps.start("clock", "--operation=show").end() == (0, ["result 0"])
     clock.wait_for("app_control show")
     clock.wait_for("resume")
     cover.wait_for("pause")
-    wait_until_active(xdotool, clock)
+    wait_until_active(display, clock)
 
 
 def test_activation_over_the_bus_raises_and_activates_the_covered_window(
-        apps, clock, cover, xdotool):
+        apps, clock, cover, display):
     assert apps.call("clock", "org.freedesktop.Application.Activate", "{}").returncode == 0
     clock.wait_for("resume")
     cover.wait_for("pause")
-    wait_until_active(xdotool, clock)
+    wait_until_active(display, clock)
 
 
-def test_a_request_restores_the_minimised_window(apps, clock, xdotool):
+def test_a_request_restores_the_minimised_window(apps, clock, display):
     clock.tell("iconify")
     clock.wait_for("pause")
     apps.start("clock").end()
     clock.wait_for("resume")
-    wait_until_active(xdotool, clock)
+    wait_until_active(display, clock)
 
 
 def test_a_request_leaves_a_window_hidden_that_the_application_hides(
-        display, apps, clock, xdotool, tmp_path):
+        display, apps, clock, tmp_path):
     clock.tell("hide")
     clock.wait_for("pause")
     apps.start("clock").end()
@@ -92,8 +76,8 @@ def test_a_request_leaves_a_window_hidden_that_the_application_hides(
     clock.tell("size")
     with App(display.env, tmp_path) as later:
         later.wait_for("resume")
-        assert xdotool("search", "--onlyvisible", "--name", "^lifecycle-app$") == \
-            [window_of(xdotool, later)]
+        assert display.xdotool("search", "--onlyvisible", "--name", "^lifecycle-app$") == \
+            [window_of(display, later)]
 
 
 def test_a_request_without_a_window_is_delivered(apps, clock):

@@ -1,10 +1,8 @@
 """Resume and pause where windows are drawn whole and the active one decides."""
 
-import subprocess
-
 import pytest
 
-from port.lifecycle import App
+from port.lifecycle import App, window_of
 from support.display import Display
 from support.silent_bus import silent_x_server
 
@@ -16,25 +14,16 @@ class Desktop:
     """Runs applications on one display; all of them are gone at its end."""
 
     def __init__(self, display, folder):
-        self._display = display
+        self.display = display
         self._folder = folder
         self._apps = []
 
     def start(self):
         """Starts an application in sight."""
-        app = App(self._display.env, self._folder)
+        app = App(self.display.env, self._folder)
         self._apps.append(app)
         app.wait_for("resume")
         return app
-
-    def xdotool(self, *arguments):
-        return subprocess.run(["xdotool", *arguments], env={"DISPLAY": self._display.name},
-                              check=True, text=True, capture_output=True,
-                              timeout=20).stdout.split()
-
-    def window_of(self, app):
-        return self.xdotool("search", "--all", "--pid", str(app.process.pid),
-                            "--name", "^lifecycle-app$")[-1]
 
     def end(self):
         for app in self._apps:
@@ -64,7 +53,7 @@ def composited(xfwm4, tmp_path):
 def wayland(weston, tmp_path):
     desktop = Desktop(weston, tmp_path)
     # The compositor's switcher works wherever the pointer is on its output.
-    desktop.xdotool("mousemove", "200", "200")
+    desktop.display.xdotool("mousemove", 200, 200)
     yield desktop
     desktop.end()
 
@@ -90,10 +79,10 @@ def test_the_window_that_is_made_active_is_resumed_and_the_other_one_paused(comp
     app = composited.start()
     other = composited.start()
     app.wait_for("pause")
-    composited.xdotool("windowactivate", composited.window_of(app))
+    composited.display.xdotool("windowactivate", window_of(composited.display, app))
     app.wait_for("resume")
     other.wait_for("pause")
-    composited.xdotool("windowactivate", composited.window_of(other))
+    composited.display.xdotool("windowactivate", window_of(composited.display, other))
     app.wait_for("pause")
     other.wait_for("resume")
     went(other, "pause", "resume", "did exit", "pause")
@@ -144,19 +133,19 @@ def test_lowering_above_a_minimised_window_keeps_the_application_in_sight(compos
 @pytest.mark.parametrize("way_back", ["windowmap", "windowactivate"])
 def test_minimising_pauses_and_restoring_resumes(composited, way_back):
     app = composited.start()
-    window = composited.window_of(app)
-    composited.xdotool("windowminimize", window)
+    window = window_of(composited.display, app)
+    composited.display.xdotool("windowminimize", window)
     app.wait_for("pause")
-    composited.xdotool(way_back, window)
+    composited.display.xdotool(way_back, window)
     app.wait_for("resume")
     went(app, "pause", "resume", "did exit", "pause")
 
 
 def test_another_workspace_pauses_and_the_windows_own_resumes(composited):
     app = composited.start()
-    composited.xdotool("set_desktop", "1")
+    composited.display.xdotool("set_desktop", 1)
     app.wait_for("pause")
-    composited.xdotool("set_desktop", "0")
+    composited.display.xdotool("set_desktop", 0)
     app.wait_for("resume")
     went(app, "pause", "resume", "did exit", "pause")
 
@@ -177,7 +166,7 @@ def test_on_wayland_the_active_window_is_resumed_and_the_other_one_paused(waylan
     app = wayland.start()
     other = wayland.start()
     app.wait_for("pause")
-    wayland.xdotool("key", "super+Tab")
+    wayland.display.xdotool("key", "super+Tab")
     other.wait_for("pause")
     app.wait_for("resume")
     went(other, "pause", "did exit")

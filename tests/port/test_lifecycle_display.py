@@ -3,12 +3,11 @@
 import os
 import pathlib
 import signal
-import subprocess
 import time
 
 import pytest
 
-from port.lifecycle import DEADLINE, App
+from port.lifecycle import DEADLINE, App, window_of
 from support.bus import wait_until
 from support.display import Display
 from support.shared_memory import are_left, segments_of
@@ -38,19 +37,6 @@ def run(display, tmp_path):
     yield start
     for app in apps:
         app.__exit__()
-
-
-@pytest.fixture
-def xdotool(display):
-    def call(*arguments):
-        return subprocess.run(["xdotool", *arguments], env=display.env, check=True, text=True,
-                              capture_output=True, timeout=20).stdout.split()
-
-    return call
-
-
-def window_of(xdotool):
-    return xdotool("search", "--name", "^lifecycle-app$")[-1]
 
 
 def ends_well(app, *since):
@@ -124,11 +110,11 @@ def test_lowering_with_nothing_behind_keeps_the_application_in_sight(run):
     ends_well(app, "did lower", "did exit", "pause")
 
 
-def test_iconifying_from_outside_pauses_and_mapping_resumes(run, xdotool):
+def test_iconifying_from_outside_pauses_and_mapping_resumes(run, display):
     app = run()
-    xdotool("windowminimize", window_of(xdotool))
+    display.xdotool("windowminimize", window_of(display, app))
     app.wait_for("pause")
-    xdotool("windowmap", window_of(xdotool))
+    display.xdotool("windowmap", window_of(display, app))
     app.wait_for("resume")
 
 
@@ -160,9 +146,9 @@ def test_the_end_of_the_window_pauses_and_a_new_one_resumes(run, word):
     ends_well(app, "did " + word, "pause", "did new", "resume", "did exit", "pause")
 
 
-def test_a_window_destroyed_from_outside_pauses(run, xdotool):
+def test_a_window_destroyed_from_outside_pauses(run, display):
     app = run()
-    xdotool("windowclose", window_of(xdotool))
+    display.xdotool("windowclose", window_of(display, app))
     app.wait_for("pause")
 
 

@@ -24,10 +24,6 @@ PLUG_BEHIND = (112, 340)
 RED, WHITE = 0xFF0000, 0xFFFFFF
 
 
-def xdotool(target, *arguments):
-    subprocess.run(["xdotool", *map(str, arguments)], check=True, env=target.env)
-
-
 def pixel(target, x, y):
     rgb = subprocess.run(["import", "-display", target.name, "-window", "root", "-crop",
                           f"1x1+{x}+{y}", "-depth", "8", "rgb:-"], check=True,
@@ -48,8 +44,7 @@ def on_ring(degrees):
 
 def ask_to_close(target, name):
     """What the button of a window's frame does."""
-    found = subprocess.run(["xdotool", "search", "--classname", f"^{name}$"], check=True,
-                           env=target.env, capture_output=True, text=True).stdout
+    found, = target.xdotool("search", "--classname", f"^{name}$")
     connection = display.Display(target.name)
     request = event.ClientMessage(window=connection.create_resource_object("window", int(found)),
                                   client_type=connection.intern_atom("_NET_CLOSE_WINDOW"),
@@ -104,7 +99,7 @@ def test_a_touch_arrives_at_the_pixel_under_the_mouse(watch, zoom, slack):
         for x, y in (180, 180), (1, 180), (358, 180), (180, 1), (180, 358), (54, 54), (306, 305):
             place = [corner[0] + int((x + 0.5) * side / 360),
                      corner[1] + int((y + 0.5) * side / 360)]
-            xdotool(watch.host, "mousemove", *place, "click", 1)
+            watch.host.xdotool("mousemove", *place, "click", 1)
             gestures = []
             wait_until(lambda seen=gestures: seen.extend(painter.gestures()) or
                        [X.ButtonPress, X.ButtonRelease] == [kind for kind, *_ in seen
@@ -116,7 +111,7 @@ def test_a_touch_arrives_at_the_pixel_under_the_mouse(watch, zoom, slack):
 def test_a_finger_that_is_dragged_beyond_the_screen_stays_at_its_edge(watch):
     watch.start_body()
     with Painter(watch.screen) as painter:
-        xdotool(watch.host, "mousemove", *CENTRE, "mousedown", 1, "mousemove", 5, 340,
+        watch.host.xdotool("mousemove", *CENTRE, "mousedown", 1, "mousemove", 5, 340,
                 "mouseup", 1)
         seen = []
         wait_until(lambda: seen.extend(painter.gestures()) or seen[-1:] and
@@ -129,36 +124,36 @@ def test_a_finger_that_is_dragged_beyond_the_screen_stays_at_its_edge(watch):
 @pytest.mark.parametrize("place, key", [(BACK_KEY, "back"), (POWER_KEY, "power")])
 def test_a_key_is_pushed_as_long_as_the_button_is_held(watch, place, key):
     watch.start_body()
-    xdotool(watch.host, "mousemove", *place, "mousedown", 1)
+    watch.host.xdotool("mousemove", *place, "mousedown", 1)
     watch.wait_calls("Button", [("push", key, 0, 1, 0)])
-    xdotool(watch.host, "mousemove", *CENTRE, "mouseup", 1)
+    watch.host.xdotool("mousemove", *CENTRE, "mouseup", 1)
     watch.wait_calls("Button", [("push", key, 0, 1, 0), ("release", key, 0, 1, 0)])
 
 
 def test_a_notch_of_the_wheel_is_a_detent_anywhere(watch):
     watch.start_body()
-    xdotool(watch.host, "mousemove", *CENTRE, "click", 5, "click", 4, "mousemove", 5, 5,
+    watch.host.xdotool("mousemove", *CENTRE, "click", 5, "click", 4, "mousemove", 5, 5,
             "click", 5)
     watch.wait_calls("Bezel", [("cw", 1, 0), ("ccw", 1, 0), ("cw", 1, 0)])
 
 
 def test_dragging_the_ring_passes_a_detent_every_15_degrees(watch):
     watch.start_body()
-    xdotool(watch.host, "mousemove", *on_ring(90), "mousedown", 1)
+    watch.host.xdotool("mousemove", *on_ring(90), "mousedown", 1)
     passed = []
     for angle, direction in (107, "cw"), (122, "cw"), (100, "ccw"):
-        xdotool(watch.host, "mousemove", *on_ring(angle))
+        watch.host.xdotool("mousemove", *on_ring(angle))
         passed.append((direction, 1, 0))
         watch.wait_calls("Bezel", passed)
-    xdotool(watch.host, "mouseup", 1, "mousemove", *on_ring(200), "click", 5)
+    watch.host.xdotool("mouseup", 1, "mousemove", *on_ring(200), "click", 5)
     watch.wait_calls("Bezel", [*passed, ("cw", 1, 0)])
 
 
 def test_a_click_on_the_charger_plugs_and_unplugs_it(watch):
     watch.start_body()
-    xdotool(watch.host, "mousemove", *PLUG, "click", 1)
+    watch.host.xdotool("mousemove", *PLUG, "click", 1)
     watch.wait_calls("SetBattery", [(82.0, "charging")])
-    xdotool(watch.host, "click", 1)
+    watch.host.xdotool("click", 1)
     watch.wait_calls("SetBattery", [(82.0, "charging"), (82.0, "discharging")])
 
 
@@ -225,10 +220,10 @@ def test_a_picture_that_cannot_be_is_refused_in_one_line(watch):
 def test_a_call_that_fails_is_told_in_one_line_and_the_body_goes_on(own_watch):
     body = own_watch.start_body()
     own_watch.fail("Bezel", "no window is there\nto turn")
-    xdotool(own_watch.host, "mousemove", *CENTRE, "click", 5)
+    own_watch.host.xdotool("mousemove", *CENTRE, "click", 5)
     line = next(line for line in body.stderr if line.startswith("qivo-watch-body"))
     assert line == "qivo-watch-body: Bezel: no window is there to turn\n"
-    xdotool(own_watch.host, "mousemove", *PLUG, "click", 1)
+    own_watch.host.xdotool("mousemove", *PLUG, "click", 1)
     own_watch.wait_calls("SetBattery", [(82.0, "charging")])
 
 

@@ -29,9 +29,8 @@ def wait_change(display, before):
 def test_a_tap_on_the_icon_launches_the_guide(size):
     with Watch(size) as watch:
         watch.start_home()
-        place = [str(coordinate * size // 360) for coordinate in ICON]
-        subprocess.run(["xdotool", "mousemove", *place, "click", "1"], check=True,
-                       env=watch.screen.env)
+        place = [coordinate * size // 360 for coordinate in ICON]
+        watch.screen.xdotool("mousemove", *place, "click", 1)
         watch.wait_calls("Launch", [("com.velmora.qivo-guide-app", "", {})])
 
 
@@ -75,11 +74,11 @@ def test_takes_no_tap_while_the_screen_is_off():
         watch.start_home()
         watch.set(ScreenOn=False)
         wait_until(lambda: not any(look(watch.screen)), "darkness")
-        tap = ["xdotool", "mousemove", *map(str, ICON), "click", "1"]
-        subprocess.run(tap, check=True, env=watch.screen.env)
+        tap = ["mousemove", *ICON, "click", 1]
+        watch.screen.xdotool(*tap)
         watch.set(ScreenOn=True)
         wait_until(lambda: any(look(watch.screen)), "light")
-        subprocess.run(tap, check=True, env=watch.screen.env)
+        watch.screen.xdotool(*tap)
         watch.wait_calls("Launch", [("com.velmora.qivo-guide-app", "", {})])
 
 

@@ -88,6 +88,12 @@ class Display:
     def __exit__(self, *_):
         self._end()
 
+    def xdotool(self, *arguments):
+        """Does as a user of the X display would; returns the words that xdotool prints."""
+        return subprocess.run(["xdotool", *map(str, arguments)], env={"DISPLAY": self.name},
+                              check=True, capture_output=True, text=True,
+                              timeout=START_DEADLINE).stdout.split()
+
     def kill_server(self):
         """The X server dies, and its clients see the connection end."""
         self._processes[0].kill()

@@ -1,8 +1,15 @@
-"""What the tests of launch requests start from."""
+"""What the tests of services and of launch requests start from."""
 
 import pytest
 
 from port.launch_apps import Apps
+from support.bus import SystemBus
+
+
+@pytest.fixture(name="bus")
+def _bus():
+    with SystemBus() as bus:
+        yield bus
 
 
 @pytest.fixture(name="apps")

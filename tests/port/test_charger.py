@@ -5,7 +5,7 @@ import time
 import dbus
 import pytest
 from support.bus import (DISPLAY_DEVICE, PROPERTIES, STATE_CHARGING, UPOWER, UPOWER_DEVICE,
-                         SystemBus, wait_until)
+                         wait_until)
 from support.power_supply import PowerSupplies
 from support.probe import Probe
 
@@ -17,12 +17,6 @@ NOT_ADDED = "-4"
 NO_BATTERY_AND_UNTOUCHED = "-5 1"
 CHARGING = "0 1"
 NOT_CHARGING = "0 0"
-
-
-@pytest.fixture(name="bus")
-def private_bus():
-    with SystemBus() as bus:
-        yield bus
 
 
 @pytest.fixture(name="probe")

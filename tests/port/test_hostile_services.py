@@ -6,7 +6,7 @@ from dataclasses import dataclass
 import dbus
 import pytest
 from support.bus import (DISPLAY_DEVICE, LOCALE, LOCALE_PATH, PROPERTIES, TIMEDATE, TIMEDATE_PATH,
-                         UPOWER, UPOWER_DEVICE, SystemBus)
+                         UPOWER, UPOWER_DEVICE)
 from support.clock import hears_the_clock
 from support.probe import Probe
 from support.session_bus import CLOCK_FORMAT, PORTAL, PORTAL_PATH, SETTINGS, SessionBus
@@ -56,12 +56,6 @@ SERVICES = [
     pytest.param(
         Service(TIMEDATE, TIMEDATE_PATH, TIMEDATE, "Timezone", "settings_probe", "set time", "time",
                 "Etc/UTC", "Asia/Seoul"), marks=hears_the_clock)]
-
-
-@pytest.fixture(name="bus")
-def private_bus():
-    with SystemBus() as bus:
-        yield bus
 
 
 @pytest.fixture(name="service", params=SERVICES, ids=lambda service: service.name.split(".")[-1])

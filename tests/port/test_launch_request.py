@@ -11,7 +11,7 @@ import pytest
 
 from port.lifecycle import SANITIZERS
 from port.partial_bus import PartialBus
-from support.bus import SystemBus, wait_until
+from support.bus import wait_until
 
 PROBE = pathlib.Path(os.environ["BUILD_DIR"], "tests/port/launch_probe")
 SERVICE = pathlib.Path(__file__).with_name("application_service.py")
@@ -19,12 +19,6 @@ NAME = "org.example.My-Clock"
 
 NO_SESSION_BUS = -6
 APP_NOT_FOUND = -7
-
-
-@pytest.fixture
-def bus():
-    with SystemBus() as private_bus:
-        yield private_bus
 
 
 @contextlib.contextmanager

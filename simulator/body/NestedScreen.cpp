@@ -12,7 +12,7 @@
 namespace
 {
 constexpr uint32_t kAllPlanes = 0xFFFFFFFF;
-constexpr uint8_t kLeftButton = 1;
+constexpr uint8_t kFirstButton = XCB_BUTTON_INDEX_1;
 constexpr uint8_t kDepth = 24;
 
 struct FreeDeleter
@@ -204,7 +204,7 @@ void NestedScreen::FakePointer(uint8_t type, uint8_t detail, int x, int y)
 void NestedScreen::PressTouch(int x, int y)
 {
     FakePointer(XCB_MOTION_NOTIFY, 0, x, y);
-    FakePointer(XCB_BUTTON_PRESS, kLeftButton, x, y);
+    FakePointer(XCB_BUTTON_PRESS, kFirstButton, x, y);
     xcb_flush(mConnection.get());
 }
 
@@ -217,6 +217,6 @@ void NestedScreen::MoveTouch(int x, int y)
 void NestedScreen::ReleaseTouch(int x, int y)
 {
     FakePointer(XCB_MOTION_NOTIFY, 0, x, y);
-    FakePointer(XCB_BUTTON_RELEASE, kLeftButton, x, y);
+    FakePointer(XCB_BUTTON_RELEASE, kFirstButton, x, y);
     xcb_flush(mConnection.get());
 }

@@ -4,7 +4,7 @@ namespace fs = std::filesystem;
 
 namespace
 {
-bool IsFolder(const fs::path& path)
+bool FolderExists(const fs::path& path)
 {
     std::error_code ignored;
     return fs::is_directory(path, ignored);
@@ -23,10 +23,10 @@ std::optional<Installation> FindInstallation(const fs::path& executable)
     for (fs::path root = executable.parent_path(); !root.empty(); root = root.parent_path())
     {
         const fs::path share = root / "share";
-        if (IsFolder(share / program))
+        if (FolderExists(share / program))
             return Installation{program, share / program, share / "locale",
                                 share / "watch-port/platform.edj"};
-        if (IsFolder(root / "res"))
+        if (FolderExists(root / "res"))
             return Installation{program, root / "res", root / "res/locale",
                                 root / "subprojects/watch-port/theme/platform.edj"};
         if (root == root.root_path())

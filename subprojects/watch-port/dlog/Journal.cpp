@@ -33,7 +33,7 @@ private:
     int mFd;
 };
 
-bool WriteAll(int file, std::string_view entry)
+bool WriteEntry(int file, std::string_view entry)
 {
     while (!entry.empty())
     {
@@ -67,7 +67,7 @@ bool SendAsFile(int socket, std::string_view entry)
 {
     constexpr int kSeals = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;
     const Descriptor file(memfd_create("log-entry", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-    return file.Get() >= 0 && WriteAll(file.Get(), entry) &&
+    return file.Get() >= 0 && WriteEntry(file.Get(), entry) &&
            fcntl(file.Get(), F_ADD_SEALS, kSeals) == 0 && SendDescriptor(socket, file.Get());
 }
 } // namespace

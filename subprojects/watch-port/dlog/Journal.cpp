@@ -1,5 +1,7 @@
 #include "dlog/Journal.h"
 
+#include "dlog/Descriptor.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -14,24 +16,6 @@
 namespace
 {
 constexpr sockaddr_un kJournal = {AF_UNIX, "/run/systemd/journal/socket"};
-
-class Descriptor
-{
-public:
-    explicit Descriptor(int fd) : mFd(fd) {}
-    ~Descriptor()
-    {
-        if (mFd >= 0)
-            close(mFd);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int Get() const { return mFd; }
-
-private:
-    int mFd;
-};
 
 bool WriteEntry(int file, std::string_view entry)
 {

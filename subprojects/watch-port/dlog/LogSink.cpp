@@ -1,5 +1,6 @@
 #include "dlog/LogSink.h"
 
+#include "dlog/Descriptor.h"
 #include "dlog/Journal.h"
 
 #include <atomic>
@@ -28,23 +29,10 @@ std::atomic<bool> sLineIsCut{false};
 // A second descriptor of the stream, which alone does not block: the flag cannot be set on the
 // stream itself, as it would hold for the other programs that share it. -1: not to be had, such
 // as for the terminal of another user.
-class OwnDescriptor
+int OpenOwnDescriptor()
 {
-public:
-    OwnDescriptor() : mFd(open("/proc/self/fd/2", O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)) {}
-    ~OwnDescriptor()
-    {
-        if (mFd >= 0)
-            close(mFd);
-    }
-    OwnDescriptor(const OwnDescriptor&) = delete;
-    OwnDescriptor& operator=(const OwnDescriptor&) = delete;
-
-    int Get() const { return mFd; }
-
-private:
-    int mFd;
-};
+    return open("/proc/self/fd/2", O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+}
 
 // Keeps the signal of a write to a reader that is gone from ending the program.
 class PipeSignalBlock
@@ -147,7 +135,7 @@ bool LogSink::Write(std::string_view line) const
 bool LogSink::WriteWithoutWaiting(std::string_view line) const
 {
     const PipeSignalBlock block;
-    const OwnDescriptor own;
+    const Descriptor own(OpenOwnDescriptor());
     if (own.Get() >= 0)
         return WriteAll(own.Get(), line);
     return WaitForRoom(STDERR_FILENO, Clock::now()) && WriteAll(STDERR_FILENO, line);

@@ -7,22 +7,6 @@ namespace
 
 class RotaryDetentTest : public RotaryFixture
 {
-protected:
-    /** A listener, with its object, on top of the stack. */
-    std::unique_ptr<FakeRotaryListener> Register(const std::string& name)
-    {
-        auto listener = std::make_unique<FakeRotaryListener>(name, AddObject(name + "View"));
-        mManager->RegisterEventListener(listener.get());
-        Recorder::Take();
-        return listener;
-    }
-
-    /** Turns the bezel clockwise over the listener's object. */
-    static Lines Turn(FakeRotaryListener& listener)
-    {
-        Platform::TurnBezel(listener.GetRotaryViewObject(), EEXT_ROTARY_DIRECTION_CLOCKWISE, 7);
-        return Recorder::Take();
-    }
 };
 
 TEST_F(RotaryDetentTest, ClockwiseIsAStepForward)

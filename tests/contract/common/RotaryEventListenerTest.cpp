@@ -34,20 +34,6 @@ public:
 
 class RotaryEventListenerTest : public RotaryFixture
 {
-protected:
-    /** A listener, with its object, on top of the stack. */
-    std::unique_ptr<FakeRotaryListener> Register(const std::string& name)
-    {
-        auto listener = std::make_unique<FakeRotaryListener>(name, AddObject(name + "View"));
-        mManager->RegisterEventListener(listener.get());
-        Recorder::Take();
-        return listener;
-    }
-
-    static void Turn(FakeRotaryListener& listener)
-    {
-        Platform::TurnBezel(listener.GetRotaryViewObject(), EEXT_ROTARY_DIRECTION_CLOCKWISE, 7);
-    }
 };
 
 TEST_F(RotaryEventListenerTest, PassesADetentOnByDefault)
@@ -193,8 +179,7 @@ TEST_F(RotaryEventListenerTest, GivesTheTopBackWhenItIsUnregistered)
         Join({"info(UnRegisterEventListener) object:" + Address(b->GetRotaryViewObject()),
               "eext_rotary_object_event_callback_del(bView, RotaryEventManager::SRotaryEventCB)"},
              Deactivation("bView", a->GetRotaryViewObject())));
-    Turn(*b);
-    EXPECT_EQ(Recorder::Take(), Lines());
+    EXPECT_EQ(Turn(*b), Lines());
 }
 
 TEST_F(RotaryEventListenerTest, IsUnregisteredWithoutAnObjectToo)

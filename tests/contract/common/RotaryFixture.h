@@ -60,6 +60,22 @@ protected:
         return object;
     }
 
+    /** A listener, with its object, on top of the stack. */
+    std::unique_ptr<FakeRotaryListener> Register(const std::string& name)
+    {
+        auto listener = std::make_unique<FakeRotaryListener>(name, AddObject(name + "View"));
+        mManager->RegisterEventListener(listener.get());
+        Recorder::Take();
+        return listener;
+    }
+
+    /** Turns the bezel clockwise over the listener's object; what that is recorded as. */
+    static Lines Turn(FakeRotaryListener& listener)
+    {
+        Platform::TurnBezel(listener.GetRotaryViewObject(), EEXT_ROTARY_DIRECTION_CLOCKWISE, 7);
+        return Recorder::Take();
+    }
+
     static std::shared_ptr<Record> MakeRecord(Evas_Object* object)
     {
         auto record = std::make_shared<Record>();

@@ -8,6 +8,7 @@ namespace
 {
 
 constexpr const char* kHelpImage = "pay_payment_help_image01.png";
+constexpr const char* kHelpImageInTheme = "'RES/edje/qivoui.edj', 'pay_payment_help_image01.png'";
 
 class ImageUtilTest : public ToolkitTest
 {
@@ -16,6 +17,16 @@ protected:
     {
         ToolkitTest::SetUp();
         mThemePath = Platform::ResourceDirectory() + "edje/qivoui.edj";
+    }
+
+    // What making an image is recorded as that is loaded from there, and what comes after.
+    static Lines Loading(const std::string& fileAndGroup, const Lines& then = {})
+    {
+        Lines lines = {"elm_image_add(window)", "elm_image_file_set(image1, " + fileAndGroup + ")",
+                       "evas_object_size_hint_align_set(image1, -1, -1)",
+                       "evas_object_size_hint_weight_set(image1, 1, 1)"};
+        lines.insert(lines.end(), then.begin(), then.end());
+        return lines;
     }
 
     // Whether the widget of this name is there still, under the window.
@@ -37,11 +48,7 @@ TEST_F(ImageUtilTest, LoadsAGroupOfTheAppsOwnThemeWithoutAThemeFile)
     Evas_Object* image = ImageUtil::MakeImageObject(mWindow, kHelpImage, "", false, "");
 
     EXPECT_EQ(Recorder::NameOf(image), "image1");
-    EXPECT_EQ(Recorder::Take(), Lines({"elm_image_add(window)",
-                                       "elm_image_file_set(image1, 'RES/edje/qivoui.edj', "
-                                       "'pay_payment_help_image01.png')",
-                                       "evas_object_size_hint_align_set(image1, -1, -1)",
-                                       "evas_object_size_hint_weight_set(image1, 1, 1)"}));
+    EXPECT_EQ(Recorder::Take(), Loading(kHelpImageInTheme));
 }
 
 TEST_F(ImageUtilTest, LoadsAGroupOfTheGivenThemeFile)
@@ -51,10 +58,7 @@ TEST_F(ImageUtilTest, LoadsAGroupOfTheGivenThemeFile)
     Evas_Object* image = ImageUtil::MakeImageObject(mWindow, "group", "", false, "other/theme.edj");
 
     EXPECT_EQ(Recorder::NameOf(image), "image1");
-    EXPECT_EQ(Recorder::Take(), Lines({"elm_image_add(window)",
-                                       "elm_image_file_set(image1, 'other/theme.edj', 'group')",
-                                       "evas_object_size_hint_align_set(image1, -1, -1)",
-                                       "evas_object_size_hint_weight_set(image1, 1, 1)"}));
+    EXPECT_EQ(Recorder::Take(), Loading("'other/theme.edj', 'group'"));
 }
 
 TEST_F(ImageUtilTest, LoadsAFileWithItsPathUnchangedAndNoGroup)
@@ -64,10 +68,7 @@ TEST_F(ImageUtilTest, LoadsAFileWithItsPathUnchangedAndNoGroup)
     Evas_Object* image = ImageUtil::MakeImageObject(mWindow, "some/picture.png", "", true, "");
 
     EXPECT_EQ(Recorder::NameOf(image), "image1");
-    EXPECT_EQ(Recorder::Take(), Lines({"elm_image_add(window)",
-                                       "elm_image_file_set(image1, 'some/picture.png', null)",
-                                       "evas_object_size_hint_align_set(image1, -1, -1)",
-                                       "evas_object_size_hint_weight_set(image1, 1, 1)"}));
+    EXPECT_EQ(Recorder::Take(), Loading("'some/picture.png', null"));
 }
 
 TEST_F(ImageUtilTest, LoadsAFileEvenWhenAThemeFileIsGiven)
@@ -85,12 +86,8 @@ TEST_F(ImageUtilTest, TintsALoadedImageLast)
     Evas_Object* image = ImageUtil::MakeImageObject(mWindow, kHelpImage, "qivo/text", false, "");
 
     EXPECT_EQ(Recorder::NameOf(image), "image1");
-    EXPECT_EQ(Recorder::Take(), Lines({"elm_image_add(window)",
-                                       "elm_image_file_set(image1, 'RES/edje/qivoui.edj', "
-                                       "'pay_payment_help_image01.png')",
-                                       "evas_object_size_hint_align_set(image1, -1, -1)",
-                                       "evas_object_size_hint_weight_set(image1, 1, 1)",
-                                       "uxt_theme_object_set_color(image1, 'qivo/text')"}));
+    EXPECT_EQ(Recorder::Take(),
+              Loading(kHelpImageInTheme, {"uxt_theme_object_set_color(image1, 'qivo/text')"}));
 }
 
 TEST_F(ImageUtilTest, GivesNothingForAnImageThatCannotBeLoaded)
@@ -126,13 +123,9 @@ TEST_F(ImageUtilTest, GivesNothingForAColourCodeThatIsNotAccepted)
     EXPECT_EQ(ImageUtil::MakeImageObject(mWindow, kHelpImage, "no such code", false, ""), nullptr);
 
     EXPECT_EQ(Recorder::Take(),
-              Lines({"elm_image_add(window)",
-                     "elm_image_file_set(image1, 'RES/edje/qivoui.edj', "
-                     "'pay_payment_help_image01.png')",
-                     "evas_object_size_hint_align_set(image1, -1, -1)",
-                     "evas_object_size_hint_weight_set(image1, 1, 1)",
-                     "uxt_theme_object_set_color(image1, 'no such code')",
-                     "error(MakeImageObject) Fail to Set Color Code : no such code"}));
+              Loading(kHelpImageInTheme,
+                      {"uxt_theme_object_set_color(image1, 'no such code')",
+                       "error(MakeImageObject) Fail to Set Color Code : no such code"}));
     EXPECT_TRUE(IsUnderTheWindow("image1"));
 }
 
@@ -200,11 +193,7 @@ TEST_F(ImageUtilTest, ShortFormLoadsAGroupOfTheAppsOwnTheme)
     Evas_Object* image = ImageUtil::MakeImageObject(mWindow, kHelpImage, "");
 
     EXPECT_EQ(Recorder::NameOf(image), "image1");
-    EXPECT_EQ(Recorder::Take(), Lines({"elm_image_add(window)",
-                                       "elm_image_file_set(image1, 'RES/edje/qivoui.edj', "
-                                       "'pay_payment_help_image01.png')",
-                                       "evas_object_size_hint_align_set(image1, -1, -1)",
-                                       "evas_object_size_hint_weight_set(image1, 1, 1)"}));
+    EXPECT_EQ(Recorder::Take(), Loading(kHelpImageInTheme));
 }
 
 TEST_F(ImageUtilTest, ShortFormPassesTheColourCodeOn)
@@ -220,12 +209,8 @@ TEST_F(ImageUtilTest, ThemeFormTakesTheFileBeforeTheGroup)
         ImageUtil::MakeImageObjectWithEdje(mWindow, mThemePath, kHelpImage, "code");
 
     EXPECT_EQ(Recorder::NameOf(image), "image1");
-    EXPECT_EQ(Recorder::Take(), Lines({"elm_image_add(window)",
-                                       "elm_image_file_set(image1, 'RES/edje/qivoui.edj', "
-                                       "'pay_payment_help_image01.png')",
-                                       "evas_object_size_hint_align_set(image1, -1, -1)",
-                                       "evas_object_size_hint_weight_set(image1, 1, 1)",
-                                       "uxt_theme_object_set_color(image1, 'code')"}));
+    EXPECT_EQ(Recorder::Take(),
+              Loading(kHelpImageInTheme, {"uxt_theme_object_set_color(image1, 'code')"}));
 }
 
 TEST_F(ImageUtilTest, FileFormPassesARelativePathOnUnchanged)
@@ -235,11 +220,8 @@ TEST_F(ImageUtilTest, FileFormPassesARelativePathOnUnchanged)
     Evas_Object* image = ImageUtil::MakeImageObjectFromFile(mWindow, "some/picture.png", "code");
 
     EXPECT_EQ(Recorder::NameOf(image), "image1");
-    EXPECT_EQ(Recorder::Take(), Lines({"elm_image_add(window)",
-                                       "elm_image_file_set(image1, 'some/picture.png', null)",
-                                       "evas_object_size_hint_align_set(image1, -1, -1)",
-                                       "evas_object_size_hint_weight_set(image1, 1, 1)",
-                                       "uxt_theme_object_set_color(image1, 'code')"}));
+    EXPECT_EQ(Recorder::Take(),
+              Loading("'some/picture.png', null", {"uxt_theme_object_set_color(image1, 'code')"}));
 }
 
 } // namespace

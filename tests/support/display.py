@@ -10,20 +10,12 @@ import subprocess
 import tempfile
 import time
 
+from support.bus import wait_until
+from support.session_bus import SessionBus
+
 OPENBOX_CONFIGURATION = pathlib.Path(__file__).parents[2] / "simulator" / "openbox.xml"
 
 SETTINGS_SERVICE = pathlib.Path("/usr/share/dbus-1/services/org.xfce.Xfconf.service")
-BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
- "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
-  <listen>{address}</listen>
-  <policy context="default">
-    <allow send_destination="*"/>
-    <allow receive_sender="*"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-"""
 
 START_DEADLINE = 20.0
 """Seconds in which the server and the window manager must be ready; normally 0.2 are enough."""
@@ -71,7 +63,7 @@ class Display:
         self._processes = []
         self._log = None
         self._home = None
-        self._settings = {}
+        self._bus = None
 
     def __enter__(self):
         self._log = tempfile.TemporaryFile()
@@ -125,7 +117,7 @@ class Display:
     def _start_xfwm4(self):
         self._start_settings()
         env = {"PATH": os.environ["PATH"], "HOME": self._home.name, "NO_AT_BRIDGE": "1",
-               "XDG_RUNTIME_DIR": self._home.name, **self._settings, **self.env}
+               "XDG_RUNTIME_DIR": self._home.name, **self._bus.env, **self.env}
         self._spawn(["xfwm4", "--compositor=on", "--vblank=off"], env=env)
         # It tells the active window when all else is set up.
         deadline = time.monotonic() + START_DEADLINE
@@ -138,7 +130,7 @@ class Display:
         """Lets xfwm4 composite or not; returns when it does as told."""
         subprocess.run(["xfconf-query", "--channel", "xfwm4", "--property",
                         "/general/use_compositing", "--create", "--type", "bool", "--set",
-                        str(is_on).lower()], env={**os.environ, **self._settings}, check=True,
+                        str(is_on).lower()], env={**os.environ, **self._bus.env}, check=True,
                        timeout=START_DEADLINE)
         deadline = time.monotonic() + START_DEADLINE
         while is_composited(self.name) != is_on:
@@ -149,23 +141,12 @@ class Display:
     def _start_settings(self):
         # xfwm4 reads its settings over a session bus. A service that the bus started would outlive
         # the test.
-        address = f"unix:path={self._home.name}/bus"
-        configuration = pathlib.Path(self._home.name, "bus.conf")
-        configuration.write_text(BUS_CONFIGURATION.format(address=address))
-        self._settings = {"DBUS_SESSION_BUS_ADDRESS": address}
-        own = {"PATH": os.environ["PATH"], "HOME": self._home.name, **self._settings}
-        out, into = os.pipe()
-        try:
-            self._spawn(["dbus-daemon", "--nofork", "--config-file", str(configuration),
-                         "--print-address"], stdout=into)
-        finally:
-            os.close(into)
-        with os.fdopen(out, "rb", buffering=0) as pipe:
-            self._wait_line(pipe, lambda line: line.startswith(b"unix:"), "dbus-daemon")
+        self._bus = SessionBus()
+        self._bus.__enter__()
         program = re.search("^Exec=(.*)$", SETTINGS_SERVICE.read_text(), re.MULTILINE)[1]
-        self._spawn([program], env=own)
-        subprocess.run(["gdbus", "wait", "--session", "--timeout", str(int(START_DEADLINE)),
-                        "org.xfce.Xfconf"], env=own, check=True)
+        self._spawn([program], env={"PATH": os.environ["PATH"], "HOME": self._home.name,
+                                    **self._bus.env})
+        wait_until(lambda: self._bus.has_owner("org.xfce.Xfconf"), "the settings of xfwm4")
 
     def _root_property(self, name):
         return subprocess.run(["xprop", "-root", name], env={**os.environ, **self.env}, text=True,
@@ -219,6 +200,9 @@ class Display:
         for process in reversed(self._processes):
             end(process)
         self._processes.clear()
+        if self._bus:
+            self._bus.__exit__()
+            self._bus = None
         if self._log:
             self._log.close()
             self._home.cleanup()

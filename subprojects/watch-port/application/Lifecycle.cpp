@@ -1,6 +1,7 @@
 #include "application/Lifecycle.h"
 
 #include "application/FirstFrame.h"
+#include "application/LibraryTables.h"
 #include "application/Windows.h"
 #include "dlog/dlog.h"
 
@@ -37,6 +38,7 @@ int Lifecycle::Run(const CommandLine& commandLine)
     mIsCreated = true;
     SizeWindows(mDisplay);
     mDisplay.Flush();
+    ReleaseLibraryTables();
     if (!mIsExitRequested)
         DeliverFirst(commandLine);
     if (!mIsExitRequested)

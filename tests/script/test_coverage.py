@@ -33,13 +33,6 @@ def test_wrong_use_is_named_in_one_line_with_status_2():
     assert result.stderr.count("\n") == 1 and '"--fast"' in result.stderr
 
 
-def test_help_says_what_it_does():
-    result = subprocess.run([ROOT / "script" / "coverage", "--help"], capture_output=True,
-                            text=True)
-    assert (result.returncode, result.stderr) == (0, "")
-    assert "contract tests never reach" in result.stdout
-
-
 def test_a_folder_without_a_build_is_refused(tmp_path):
     result = subprocess.run([sys.executable, "-B", FILE, tmp_path], capture_output=True, text=True)
     assert (result.returncode, result.stdout) == (2, "")

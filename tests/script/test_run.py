@@ -23,7 +23,13 @@ def run(name, *arguments):
     ("run", ["--bogus"], '"--bogus"'),
     ("run", ["--screenshot"], "--screenshot"),
     ("setup", ["everything"], '"everything"'),
+    ("setup", ["run", "extra"], '"extra"'),
     ("test", ["--fast"], '"--fast"'),
+    ("lint", ["--fast"], '"--fast"'),
+    ("lint", ["results", "extra"], '"extra"'),
+    ("fuzz", ["0"], '"0"'),
+    ("gallery", ["page.png", "extra"], '"extra"'),
+    ("valgrind", ["many"], '"many"'),
     ("bench", ["--fast"], '"--fast"'),
     ("bench", ["--quick", "extra"], '"extra"'),
 ])
@@ -33,16 +39,22 @@ def test_wrong_use_is_named_in_one_line_with_status_2(name, arguments, named):
     assert result.stderr.count("\n") == 1 and named in result.stderr
 
 
-def test_help_says_what_run_takes():
-    result = run("run", "--help")
+@pytest.mark.parametrize("name, usage", [
+    ("run", "script/run [--screenshot FILE] [-- APP-ARGUMENTS]"),
+    ("bench", "script/bench [--quick]"),
+    ("setup", "script/setup test "),
+    ("test", "script/test"),
+    ("lint", "script/lint [RESULTS]"),
+    ("fuzz", "script/fuzz [SECONDS]"),
+    ("gallery", "script/gallery [FILE]"),
+    ("coverage", "script/coverage"),
+    ("valgrind", "script/valgrind [LIVES]"),
+])
+def test_help_says_what_a_script_takes_wherever_it_is_called(name, usage):
+    result = subprocess.run([f"./{name}", "--help"], cwd=SCRIPT, capture_output=True, text=True)
     assert (result.returncode, result.stderr) == (0, "")
-    assert "script/run [--screenshot FILE] [-- APP-ARGUMENTS]" in result.stdout
-
-
-def test_help_says_what_bench_takes():
-    result = run("bench", "--help")
-    assert (result.returncode, result.stderr) == (0, "")
-    assert "script/bench [--quick]" in result.stdout
+    assert f"\n  {usage}" in result.stdout
+    assert "set -eu" not in result.stdout and "shellcheck" not in result.stdout
 
 
 @builds_guide

@@ -249,8 +249,9 @@ private:
     Evas_Object* mMainLayout = nullptr;
     Evas_Object* mBackGround = nullptr;
     Evas_Object* mAppConformant = nullptr;
-    uxt_theme_color_table_h mColorTable = nullptr;
-    uxt_theme_font_table_h mFontTable = nullptr;
+    // The theme library alone names the types of its handles.
+    decltype(uxt_theme_add_color_table(nullptr)) mColorTable = nullptr;
+    decltype(uxt_theme_add_font_table(nullptr)) mFontTable = nullptr;
     static Evas_Object* mWindow;
 };
 

@@ -1,14 +1,17 @@
 """What the application's sources and objects hold, and no run of it shows."""
 
+import json
 import os
 import pathlib
 import re
+import shlex
 import subprocess
 
 import pytest
 
 ROOT = pathlib.Path(__file__).parents[2]
-OBJECTS = pathlib.Path(os.environ["BUILD_DIR"]) / "qivo-ui" / "libqivo-ui.a.p"
+BUILD = pathlib.Path(os.environ["BUILD_DIR"]).resolve()
+OBJECTS = BUILD / "qivo-ui" / "libqivo-ui.a.p"
 
 CLASSES = {
     "qivo-ui-guide": {"Application", "GuideApplication", "GuideView", "GuideViewController"},
@@ -110,3 +113,21 @@ def test_no_source_knows_where_it_runs(path):
     if path.suffix == ".h":
         assert re.fullmatch(r"#ifndef QIVO_UI_\w+_H", conditions.pop(0))
     assert conditions == []
+
+
+def checked_against(header_folder, source):
+    """Has the compiler check a source against the headers of a folder before all others."""
+    commands = json.loads((BUILD / "compile_commands.json").read_text())
+    command = next(entry["command"] for entry in commands if entry["file"].endswith(source))
+    checking = re.sub(r" -MD -MQ \S+ -MF \S+| -o \S+ -c", "", command) + " -fsyntax-only"
+    return subprocess.run(shlex.split(checking.replace(" -I", f" -I{header_folder} -I", 1)),
+                          cwd=BUILD, capture_output=True, text=True)
+
+
+def test_the_theme_library_may_name_its_handles_otherwise(tmp_path):
+    port = ROOT / "subprojects" / "watch-port" / "ui-extension" / "ui_extension.h"
+    renamed, count = re.subn(r"uxt_theme_(color|font)_table_h", r"other_\1_table", port.read_text())
+    assert count
+    (tmp_path / "ui_extension.h").write_text(renamed)
+    result = checked_against(tmp_path, "qivo-ui/qivo-ui-guide/Application.cpp")
+    assert (result.returncode, result.stderr) == (0, "")

@@ -146,7 +146,7 @@ public:
     /** Makes and shows the main window; null, with error "elm_win_add", on failure. */
     Evas_Object* CreateWindow();
 
-    /** Makes the window's background; null on failure. */
+    /** Makes the window's background; null, without a line of its own, on failure. */
     Evas_Object* CreateBackGround(Evas_Object* window);
 
     /** Makes the conformant; null, with error "[Failed] comformant object create", on failure. */
@@ -155,7 +155,11 @@ public:
     /** Makes the conformant's content; null, with error "Failed elm_layout_add.", on failure. */
     Evas_Object* CreateMainLayout(Evas_Object* conformant);
 
-    /** Loads the wallet's colour and font tables; they stay for the life of the process. */
+    /**
+     * Loads the wallet's colour and font tables; they stay for the life of the process.
+     *
+     * Logs nothing; a table that cannot be loaded is null, and handed on as such.
+     */
     void LoadColorTable();
 
     /**

@@ -51,7 +51,8 @@ public:
      * Answers a launch request.
      *
      * Extra data travels only with a failure: deliberate, a successful reply says everything.
-     * A null request is used all the same and logged afterwards, "Invalid appControl value".
+     * A null request is used all the same and logged afterwards, "Invalid appControl value"; what
+     * the watch refuses is logged as by Application::ReplyAppControll().
      */
     static void ReplyAppControl(app_control_h request, bool succeeded,
                                 QivoUi::ExtraDataMapPtr extraData);

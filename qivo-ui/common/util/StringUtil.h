@@ -32,21 +32,32 @@ public:
     static std::string GetColorTagedString(int red, int green, int blue, int alpha, int fontSize,
                                            const std::string& text, std::string font);
 
-    /** The longest number at the start, 0 when there is none; never fails. */
+    /**
+     * The number at the start, as all of these read it: behind white space and a plus sign, in
+     * decimal, whatever follows.
+     *
+     * @return 0 when there is none, the nearest int to one out of range; never fails
+     */
     static int StringToInt(const std::string& text);
 
     /**
      * The number at the start, read as unsigned 64 bits and returned as signed ones: 2^64-1
      * reads as -1. Deliberate: every 64-bit pattern can be given.
      *
-     * @throws std::runtime_error with the text itself when it does not begin with a number
+     * @throws std::runtime_error with the text itself when it does not begin with a number, or
+     *         with one of more than 64 bits
      */
     static long long StringToInt64(const std::string& text);
 
-    /** The number at the start. @throws std::runtime_error as StringToInt64() */
+    /**
+     * The number at the start; one too close to 0 is no failure.
+     *
+     * @throws std::runtime_error with the text itself when it does not begin with a number, or
+     *         with one too large, "inf", "nan" or an exponent without digits
+     */
     static float StringToFloat(const std::string& text);
 
-    /** The number at the start. @throws std::runtime_error as StringToInt64() */
+    /** As StringToFloat(), with a double's range. */
     static double StringToDouble(const std::string& text);
 
     /** The parts between any bytes of `delimiters`, in order; none of them is empty. */

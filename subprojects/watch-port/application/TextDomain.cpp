@@ -20,7 +20,7 @@ fs::path CatalogueFile(const Installation& installation, const std::string& lang
     return installation.locales / language / "LC_MESSAGES" / (installation.program + ".mo");
 }
 
-fs::path FindBrokenCatalogue(const Installation& installation)
+fs::path CheckCatalogues(const Installation& installation)
 {
     std::error_code error;
     for (fs::directory_iterator language(installation.locales, error), end; language != end;
@@ -76,9 +76,14 @@ void SetProgramLocale()
         std::setlocale(LC_ALL, "C.UTF-8");
 }
 
-void BindTextDomain(const Installation& installation)
+std::future<fs::path> FindBrokenCatalogue(const Installation& installation)
 {
-    const fs::path broken = FindBrokenCatalogue(installation);
+    // Where no thread can be had, whoever asks for the result does it.
+    return std::async(std::launch::async | std::launch::deferred, CheckCatalogues, installation);
+}
+
+void BindTextDomain(const Installation& installation, const fs::path& broken)
+{
     if (!broken.empty())
     {
         __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",

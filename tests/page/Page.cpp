@@ -14,8 +14,10 @@
 #include <app_common.h>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <libintl.h>
 #include <optional>
+#include <sstream>
 #include <ui_extension.h>
 
 namespace fs = std::filesystem;
@@ -95,6 +97,11 @@ const std::vector<int>& Page::Sides()
 
 std::vector<std::string> Page::Languages()
 {
+    if (const char* chosen = std::getenv("PAGE_LANGUAGES"))
+    {
+        std::istringstream words(chosen);
+        return {std::istream_iterator<std::string>(words), {}};
+    }
     std::vector<std::string> languages;
     for (const auto& entry : fs::directory_iterator(LocaleFolder()))
     {

@@ -30,7 +30,8 @@ class Page
 public:
     /// The sides in pixels of the watch screens that the page is made for.
     static const std::vector<int>& Sides();
-    /// The languages that have a catalogue, in alphabetical order.
+    /// The languages that have a catalogue, in alphabetical order; or those that the environment's
+    /// PAGE_LANGUAGES names, in its order.
     static std::vector<std::string> Languages();
 
     /// The page in English at rest, the arrow shown.

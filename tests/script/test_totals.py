@@ -53,6 +53,13 @@ def test_a_skipped_case_is_printed_with_its_reason(build):
     assert any("Case.Skips: no kernel support" in line for line in lines)
 
 
+def test_a_reason_that_googletest_begins_with_its_place_is_printed_with_it(build):
+    placed = SKIP.replace("no kernel support", "../dlog_test.cpp:184&#10;no kernel support&#10;more")
+    lines = totals("--meson", build("OK", 0, CASES.format(more=placed)))[1]
+    assert any(line.endswith("Case.Skips: ../dlog_test.cpp:184: no kernel support")
+               for line in lines)
+
+
 @pytest.mark.parametrize("result, status", [("FAIL", -11), ("TIMEOUT", -15), ("ERROR", 99)])
 def test_an_executable_that_left_no_report_has_failed(build, result, status):
     folder = build(result, status)

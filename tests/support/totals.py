@@ -13,11 +13,14 @@ Each failure and each skip is printed with its reason; the last line is "N passe
 import argparse
 import json
 import pathlib
+import re
 import sys
 import xml.etree.ElementTree as ElementTree
 from collections import namedtuple
 
 Result = namedtuple("Result", "verdict name reason", defaults=[""])
+
+PLACE = re.compile(r"\S+:\d+")
 
 
 def checked(path):
@@ -39,17 +42,18 @@ def judged(case):
     name = f"{case.get('classname')}.{case.get('name')}"
     for tag in ("failure", "error"):
         if case.find(tag) is not None:
-            return Result("failed", name, first_line(case.find(tag)))
+            return Result("failed", name, reason(case.find(tag)))
     if case.find("skipped") is not None:
-        return Result("skipped", name, first_line(case.find("skipped")))
+        return Result("skipped", name, reason(case.find("skipped")))
     if case.get("status") == "notrun":
         return Result("skipped", name, "disabled")
     return Result("passed", name)
 
 
-def first_line(element):
+def reason(element):
+    """The message's first line, and the second one where GoogleTest begins with the place."""
     lines = (element.get("message") or element.text or "").strip().splitlines()
-    return lines[0] if lines else ""
+    return ": ".join(lines[:2 if PLACE.fullmatch(lines[0]) else 1]) if lines else ""
 
 
 def executed(build):

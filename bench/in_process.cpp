@@ -7,18 +7,12 @@
 #include "common/NaviFrame.h"
 #include "common/NaviFrameItemPopHandler.h"
 #include "common/RotaryEventManager.h"
-#include "common/util/StringUtil.h"
 
 #include <Efreet.h>
 #include <benchmark/benchmark.h>
-#include <charconv>
-#include <cstdio>
 #include <cstdlib>
 #include <malloc.h>
-#include <string>
 #include <vector>
-
-using QivoUi::StringUtil;
 
 namespace
 {
@@ -210,112 +204,6 @@ void LogLine(benchmark::State& state)
         QIVO_LOG_INFO("operation:[%s]", "default");
 }
 BENCHMARK(LogLine)->Name("log_line");
-
-template <typename Operation> void Measure(const char* name, Operation operation)
-{
-    benchmark::RegisterBenchmark(name,
-                                 [operation](benchmark::State& state)
-                                 {
-                                     for (auto _ : state)
-                                         benchmark::DoNotOptimize(operation());
-                                 });
-}
-
-// What a compiler may not know beforehand.
-template <typename Value> Value Unknown(Value value)
-{
-    benchmark::DoNotOptimize(value);
-    return value;
-}
-
-template <typename Number> Number Parsed(const std::string& text)
-{
-    Number value = 0;
-    std::from_chars(text.data(), text.data() + text.size(), value);
-    return value;
-}
-
-template <typename... Arguments> std::string Written(Arguments... arguments)
-{
-    char buffer[512];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, arguments...);
-    return {buffer, result.ptr};
-}
-
-void MeasureReading()
-{
-    static const std::string sInteger = "1234567";
-    static const std::string sReal = "3.14159";
-    Measure("StringToInt", [] { return StringUtil::StringToInt(sInteger); });
-    Measure("StringToInt/bare", [] { return Parsed<int>(sInteger); });
-    Measure("StringToInt64", [] { return StringUtil::StringToInt64(sInteger); });
-    Measure("StringToInt64/bare", [] { return Parsed<unsigned long long>(sInteger); });
-    Measure("StringToFloat", [] { return StringUtil::StringToFloat(sReal); });
-    Measure("StringToFloat/bare", [] { return Parsed<float>(sReal); });
-    Measure("StringToDouble", [] { return StringUtil::StringToDouble(sReal); });
-    Measure("StringToDouble/bare", [] { return Parsed<double>(sReal); });
-}
-
-void MeasureWriting()
-{
-    Measure("IntToString", [] { return StringUtil::IntToString(Unknown(1234567)); });
-    Measure("IntToString/bare", [] { return std::to_string(Unknown(1234567)); });
-    Measure("Int64ToString", [] { return StringUtil::Int64ToString(Unknown(123456789012LL)); });
-    Measure("Int64ToString/bare", [] { return std::to_string(Unknown(123456789012LL)); });
-    Measure("IntToHexaStringBy8Bit",
-            [] { return StringUtil::IntToHexaStringBy8Bit(Unknown(200)); });
-    Measure("IntToHexaStringBy8Bit/bare", [] { return Written(Unknown(200U), 16); });
-    Measure("FloatToString", [] { return StringUtil::FloatToString(Unknown(3.14159F)); });
-    Measure("FloatToString/bare",
-            [] { return Written(double{Unknown(3.14159F)}, std::chars_format::general, 6); });
-    Measure("RoundOff", [] { return StringUtil::RoundOff(Unknown(3.14159F), 2); });
-    Measure("RoundOff/bare",
-            []
-            {
-                std::string text =
-                    Written(double{Unknown(3.14159F)}, std::chars_format::general, 6);
-                text.resize(text.find('.') + 3);
-                return text;
-            });
-    Measure("DoubleToString", [] { return StringUtil::DoubleToString(Unknown(3.14159), 2); });
-    Measure("DoubleToString/bare",
-            [] { return Written(Unknown(3.14159), std::chars_format::fixed, 2); });
-}
-
-void MeasureTexts()
-{
-    static const std::string sText = "Press and hold the Back key\non any screen to open Qivo.";
-    Measure("StringReplace", [] { return StringUtil::StringReplace(sText, "\n", "<br>"); });
-    Measure("StringReplace/bare",
-            []
-            {
-                std::string text = sText;
-                return text.replace(text.find('\n'), 1, "<br>");
-            });
-    Measure("Tokenize", [] { return StringUtil::Tokenize(sText, " \n"); });
-    Measure("Tokenize/bare",
-            []
-            {
-                std::vector<std::string> words;
-                for (size_t at = 0, end = 0; end != std::string::npos; at = end + 1)
-                {
-                    end = sText.find_first_of(" \n", at);
-                    words.emplace_back(sText, at, end - at);
-                }
-                return words;
-            });
-    Measure("GetColorTagedString", []
-            { return StringUtil::GetColorTagedString(255, 0, Unknown(16), 255, 30, sText, ""); });
-    Measure("GetColorTagedString/bare",
-            []
-            {
-                char tag[256];
-                const int length =
-                    std::snprintf(tag, sizeof tag, "<color=#%02x%02x%02x%02x font_size=%d>", 255U,
-                                  0U, static_cast<unsigned>(Unknown(16)), 255U, 30);
-                return std::string(tag, static_cast<size_t>(length)).append(sText) + "</color>";
-            });
-}
 } // namespace
 
 // The application's object with its own main is not linked.
@@ -324,9 +212,6 @@ int main(int argc, char** argv)
     setenv("ELM_ENGINE", "buffer", 1);
     ecore_app_no_system_modules();
     efreet_cache_disable();
-    MeasureReading();
-    MeasureWriting();
-    MeasureTexts();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -84,9 +84,6 @@ def add_operations(table, bench):
                     "ns")
     table.add_limit("log line dropped", times["log_line"], 50, "ns")
     table.add_limit("log line written", times["log_line/written"], 2000, "ns")
-    for name in times:
-        if name[0].isupper() and "/" not in name:
-            table.add_ratio(name, times[name], times[name + "/bare"], 1.5, "ns")
     table.add_limit("code and data of qivo-ui/", measure.measure_size(bench) / 1024, 120, "KiB")
 
 

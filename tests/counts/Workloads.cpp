@@ -36,17 +36,6 @@ std::shared_ptr<QivoUi::NaviFrameItemPopHandler> Push()
     return QivoUi::NaviFrame::GetInstance()->PushNaviframeItem(record, false);
 }
 
-void ConvertNumbers()
-{
-    using QivoUi::StringUtil;
-    StringUtil::StringToInt(StringUtil::IntToString(1234567));
-    StringUtil::StringToInt64(StringUtil::Int64ToString(-123456789012));
-    StringUtil::StringToFloat(StringUtil::FloatToString(3.14159F));
-    StringUtil::StringToDouble(StringUtil::DoubleToString(3.14159, 2));
-    StringUtil::IntToHexaStringBy8Bit(200);
-    StringUtil::RoundOff(3.14159F, 2);
-}
-
 void ConvertTexts()
 {
     using QivoUi::StringUtil;
@@ -109,7 +98,6 @@ int main(int argc, char** argv)
 
     Count([&] { TurnDetents(listener.GetRotaryViewObject()); });
     Count(WriteLogLines);
-    CountTimes(ConvertNumbers);
     CountTimes(ConvertTexts);
     Count(PushAndPopScreens);
     // Without the toolkit's own end, which counts for nothing here.

@@ -19,8 +19,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).parents[1]))
 from support.callgrind import Profile  # noqa: E402
 
 KEPT = pathlib.Path(__file__).with_name("kept.json")
-WORKLOADS = ["1000 detents", "1000 log lines", "1000 times numbers", "1000 times texts",
-             "100 screens"]
+WORKLOADS = ["1000 detents", "1000 log lines", "1000 times texts", "100 screens"]
 START = "start to first frame"
 NEEDED = ["tests/counts/workloads", "qivo-ui/qivo-guide-app", "res/edje/qivoui.edj",
           "res/tables/com.velmora.qivo-app_ChangeableColorTable.xml",

@@ -10,6 +10,9 @@ namespace QivoUi
 /**
  * String helpers without state. Strings are bytes: UTF-8 passes through unchanged, and every
  * position, length and delimiter counts bytes. Nothing here logs.
+ *
+ * Numbers are read and written by the C++ library's streams, so the global std::locale decides how
+ * they look. The examples are those of the classic locale, which a program begins with.
  */
 class StringUtil
 {
@@ -81,7 +84,7 @@ public:
     static std::string FloatToString(float value);
 
     /**
-     * FloatToString() cut, not rounded, after `digits` places behind the point.
+     * FloatToString() cut, not rounded, after `digits` places behind the first ".".
      *
      * Deliberate: an exponent is cut off too ("1.23457e+06" with 2 digits gives "1.23").
      */

@@ -1,4 +1,5 @@
-#include "ClassLayout.h"
+// That the compiler makes of the classes what their headers say (interface.txt): how many virtual
+// operations each has, where its last one stands, and that its size is that of its fields.
 
 #include "common/AppEventListener.h"
 #include "common/BaseView.h"
@@ -10,289 +11,154 @@
 #include "common/util/CommonUtil.h"
 #include "common/util/ImageUtil.h"
 #include "common/util/StringUtil.h"
+#include "harness/Recorder.h"
 #include "qivo-ui-guide/GuideApplication.h"
 #include "qivo-ui-guide/GuideView.h"
 #include "qivo-ui-guide/GuideViewController.h"
 
+#include <cstring>
+#include <gtest/gtest.h>
+
 using namespace QivoUi;
-using namespace ClassLayout;
 
 namespace
 {
 
-using RotaryEventData = RotaryEventManager::RotaryEventData;
+// A pointer to a virtual operation tells its slot in the C++ ABI of Linux.
+template <typename C, typename R, typename... A> std::size_t Slot(R (C::*operation)(A...))
+{
+    constexpr std::uintptr_t kVirtualBit = 1;
+    std::uintptr_t word = 0;
+    std::memcpy(&word, &operation, sizeof(word));
+    return (word & ~kVirtualBit) / sizeof(void*);
+}
+
+template <typename C> struct Extended : C
+{
+    virtual void AfterTheLast();
+};
+
+// The destructor has the first two slots.
+template <typename C> std::size_t CountOperations()
+{
+    return Slot<Extended<C>>(&Extended<C>::AfterTheLast) - 2;
+}
+
+// A class with a table and nothing else.
+using Table = AppEventListener;
+
+template <typename Base, typename... Fields> constexpr std::size_t SizeWith()
+{
+    std::size_t size = sizeof(Base);
+    const auto align = [&size](std::size_t alignment)
+    { size = (size + alignment - 1) / alignment * alignment; };
+    ((align(alignof(Fields)), size += sizeof(Fields)), ...);
+    align(alignof(Base));
+    return size;
+}
 
 TEST(ClassLayoutTest, Application)
 {
-    using C = Application;
-    static_assert(std::is_abstract_v<C>);
-    ExpectSlots<C>({
-        Slot<C>(&C::OnSetupLayout),
-        Slot<C>(&C::OnAppCreateImpl),
-        Slot<C>(&C::OnAppSystemLangChangedImpl),
-        Slot<C>(&C::OnAppTerminateImpl),
-        Slot<C>(&C::OnAppPauseImpl),
-        Slot<C>(&C::OnAppResumeImpl),
-        Slot<C>(&C::OnAppPausedByPowerKey),
-        Slot<C>(&C::AppControllOperationImpl),
-        Slot<C>(&C::OnVocraOperation),
-        Slot<C>(&C::GetFontTablePath),
-        Slot<C>(&C::GetColorTablePath),
-        Slot<C>(&C::ShowView),
-    });
-    ExpectFields<C>(kNoBase, {
-                                 Place<C, bool>(&C::mResumeFlag),
-                                 Place<C, ExtraDataMapPtr>(&C::mLaunchExtraData),
-                                 Place<C, std::string>(&C::mOperation),
-                                 Place<C, ExtraDataMapPtr>(&C::mOperationExtraData),
-                                 Place<C, std::list<AppEventListener*>>(&C::mAppEventListenerList),
-                                 Place<C, int>(&C::mAppState),
-                                 Place<C, Ecore_Event_Handler*>(&C::mPowerKeyHandler),
-                                 Place<C, Ecore_Event_Handler*>(&C::mExtraKeyHandler),
-                                 Place<C, bool>(&C::mIsPowerKeyReleased),
-                                 Place<C, Evas_Object*>(&C::mMainLayout),
-                                 Place<C, Evas_Object*>(&C::mBackGround),
-                                 Place<C, Evas_Object*>(&C::mAppConformant),
-                                 Place<C, uxt_theme_color_table_h>(&C::mColorTable),
-                                 Place<C, uxt_theme_font_table_h>(&C::mFontTable),
-                             });
-    static_assert(std::is_same_v<decltype(&C::mWindow), Evas_Object**>, "one for all");
+    EXPECT_EQ(CountOperations<Application>(), 12U);
+    EXPECT_EQ(Slot(&Application::ShowView), 13U);
+    EXPECT_EQ(sizeof(Application),
+              (SizeWith<Table, bool, ExtraDataMapPtr, std::string, ExtraDataMapPtr,
+                        std::list<AppEventListener*>, int, void*, void*, bool, void*, void*, void*,
+                        void*, void*>()));
 }
 
 TEST(ClassLayoutTest, GuideApplication)
 {
-    using C = GuideApplication;
-    using Base = Application;
-    static_assert(std::is_base_of_v<Base, C> && !std::is_abstract_v<C>);
-    ExpectSlots<C>({
-        Slot<Base>(&C::OnSetupLayout),
-        Slot<C>(&C::OnAppCreateImpl),
-        Slot<Base>(&C::OnAppSystemLangChangedImpl),
-        Slot<C>(&C::OnAppTerminateImpl),
-        Slot<C>(&C::OnAppPauseImpl),
-        Slot<C>(&C::OnAppResumeImpl),
-        Slot<C>(&C::OnAppPausedByPowerKey),
-        Slot<C>(&C::AppControllOperationImpl),
-        Slot<Base>(&C::OnVocraOperation),
-        Slot<Base>(&C::GetFontTablePath),
-        Slot<Base>(&C::GetColorTablePath),
-        Slot<C>(&C::ShowView),
-    });
-    ExpectFields<C>(sizeof(Base),
-                    {Place<C, std::shared_ptr<GuideViewController>>(&C::mGuideViewController)});
+    EXPECT_EQ(CountOperations<GuideApplication>(), 12U);
+    EXPECT_EQ(sizeof(GuideApplication),
+              (SizeWith<Application, std::shared_ptr<GuideViewController>>()));
 }
 
 TEST(ClassLayoutTest, AppEventListener)
 {
-    using C = AppEventListener;
-    static_assert(!std::is_abstract_v<C>);
-    ExpectSlots<C>({
-        Slot<C>(&C::OnAppCreate),
-        Slot<C>(&C::OnAppTerminate),
-        Slot<C>(&C::OnAppPause),
-        Slot<C>(&C::OnAppResume),
-        Slot<C>(&C::OnSystemLangChanged),
-    });
-    ExpectFields<C>(kNoBase, {});
+    EXPECT_EQ(CountOperations<AppEventListener>(), 5U);
+    EXPECT_EQ(Slot(&AppEventListener::OnSystemLangChanged), 6U);
+    EXPECT_EQ(sizeof(AppEventListener), sizeof(void*));
 }
 
 TEST(ClassLayoutTest, NaviFrame)
 {
-    using C = NaviFrame;
-    using Base = AppEventListener;
-    ExpectSlots<C>({
-        Slot<Base>(&C::OnAppCreate),
-        Slot<Base>(&C::OnAppTerminate),
-        Slot<C>(&C::OnAppPause),
-        Slot<C>(&C::OnAppResume),
-        Slot<Base>(&C::OnSystemLangChanged),
-    });
-    using StateListeners = std::map<Elm_Object_Item*, NaviFrameStateListener*>;
-    ExpectFields<C>(
-        sizeof(Base),
-        {
-            Place<C, Evas_Object*>(&C::mNaviFrame),
-            Place<C, Evas_Object*>(&C::mWindow),
-            Place<C, bool>(&C::mIsPaused),
-            Place<C, StateListeners>(&C::mStateListenerMap),
-            Place<C, NaviFrameLowerEventListener*>(&C::mNaviFrmaeLowerEventListener),
-            Place<C, NaviFramePopTransitionEventListener*>(&C::mPopTransitionEventListener),
-        });
-    static_assert(std::is_same_v<decltype(&C::mInstance), C**>, "one for all");
-    static_assert(std::is_same_v<decltype(&C::mIsAlive), bool*>, "one for all");
+    EXPECT_EQ(CountOperations<NaviFrame>(), 5U);
+    EXPECT_EQ(sizeof(NaviFrame),
+              (SizeWith<AppEventListener, void*, void*, bool,
+                        std::map<Elm_Object_Item*, NaviFrameStateListener*>, void*, void*>()));
 }
 
 TEST(ClassLayoutTest, NaviFrameItemData)
 {
-    using C = NaviFrameItemData;
-    ExpectSlots<C>({});
-    ExpectFields<C>(kNoBase, {
-                                 Place<C, Evas_Object*>(&C::mViewLayout),
-                                 Place<C, void*>(&C::mReserved),
-                                 Place<C, std::string>(&C::mTitle),
-                                 Place<C, NaviFrameStateListener*>(&C::mStateListener),
-                             });
+    EXPECT_EQ(CountOperations<NaviFrameItemData>(), 0U);
+    EXPECT_EQ(sizeof(NaviFrameItemData), (SizeWith<Table, void*, void*, std::string, void*>()));
 }
 
 TEST(ClassLayoutTest, NaviFrameItemPopHandler)
 {
-    using C = NaviFrameItemPopHandler;
-    ExpectSlots<C>({});
-    ExpectFields<C>(kNoBase, {
-                                 Place<C, Elm_Object_Item*>(&C::mNaviFrameItem),
-                                 Place<C, NaviFramePopEventListener*>(&C::mPopEventListener),
-                             });
+    EXPECT_EQ(CountOperations<NaviFrameItemPopHandler>(), 0U);
+    EXPECT_EQ(sizeof(NaviFrameItemPopHandler), (SizeWith<Table, void*, void*>()));
 }
 
 TEST(ClassLayoutTest, NaviFrameListeners)
 {
-    static_assert(std::is_abstract_v<NaviFramePopEventListener>);
-    static_assert(std::is_abstract_v<NaviFrameStateListener>);
-    static_assert(std::is_abstract_v<NaviFrameLowerEventListener>);
-    static_assert(std::is_abstract_v<NaviFramePopTransitionEventListener>);
-    ExpectSlots<NaviFramePopEventListener>(
-        {Slot<NaviFramePopEventListener, bool>(&NaviFramePopEventListener::OnViewPoped)});
-    ExpectSlots<NaviFrameStateListener>({
-        Slot<NaviFrameStateListener, void>(&NaviFrameStateListener::OnItemResume),
-        Slot<NaviFrameStateListener, void>(&NaviFrameStateListener::OnItemPause),
-        Slot<NaviFrameStateListener, void>(&NaviFrameStateListener::OnItemTransitionFinished),
-    });
-    ExpectSlots<NaviFrameLowerEventListener>({Slot<NaviFrameLowerEventListener, void>(
-        &NaviFrameLowerEventListener::OnNaviFrameLowered)});
-    ExpectSlots<NaviFramePopTransitionEventListener>(
-        {Slot<NaviFramePopTransitionEventListener, void>(
-            &NaviFramePopTransitionEventListener::OnPopTransitionFinished)});
+    EXPECT_EQ(CountOperations<NaviFramePopEventListener>(), 1U);
+    EXPECT_EQ(CountOperations<NaviFrameStateListener>(), 3U);
+    EXPECT_EQ(Slot(&NaviFrameStateListener::OnItemTransitionFinished), 4U);
+    EXPECT_EQ(CountOperations<NaviFrameLowerEventListener>(), 1U);
+    EXPECT_EQ(CountOperations<NaviFramePopTransitionEventListener>(), 1U);
 }
 
 TEST(ClassLayoutTest, BaseView)
 {
-    using C = BaseView;
-    static_assert(std::is_abstract_v<C>);
-    ExpectSlots<C>({
-        Slot<C>(&C::OnViewPoped),
-        Slot<C>(&C::Show),
-        Slot<C>(&C::CreateViewImpl),
-        Slot<C>(&C::OnLanguageChanged),
-        Slot<C>(&C::OnThemeChanged),
-        Slot<C>(&C::OnLayoutDeleted),
-    });
-    ExpectFields<C>(sizeof(NaviFramePopEventListener),
-                    {
-                        Place<C, std::shared_ptr<NaviFrameItemData>>(&C::mNaviFramItemDataPtr),
-                        Place<C, BaseViewEventListener*>(&C::mViewEventListener),
-                        Place<C, Evas_Object*>(&C::mLayout),
-                    });
-}
-
-TEST(ClassLayoutTest, BaseViewEventListener)
-{
-    using C = BaseViewEventListener;
-    static_assert(std::is_abstract_v<C>);
-    ExpectSlots<C>({
-        Slot<C>(&C::OnViewBackEvent),
-        Slot<C>(&C::OnViewPopEvent),
-        Slot<C>(&C::OnViewDeleteEvent),
-    });
+    EXPECT_EQ(CountOperations<BaseView>(), 6U);
+    EXPECT_EQ(Slot(&BaseView::OnLayoutDeleted), 7U);
+    EXPECT_EQ(
+        sizeof(BaseView),
+        (SizeWith<NaviFramePopEventListener, std::shared_ptr<NaviFrameItemData>, void*, void*>()));
 }
 
 TEST(ClassLayoutTest, BaseViewController)
 {
-    using C = BaseViewController;
-    static_assert(std::is_abstract_v<C>);
-    ExpectSlots<C>({
-        Slot<C>(&C::OnViewBackEvent),
-        Slot<C>(&C::OnViewPopEvent),
-        Slot<C>(&C::OnViewDeleteEvent),
-        Slot<C>(&C::Initialize),
-        Slot<C>(&C::DeInitialize),
-        Slot<C>(&C::ShowView),
-    });
-    ExpectFields<C>(sizeof(BaseViewEventListener),
-                    {
-                        Place<C, std::shared_ptr<BaseView>>(&C::mBaseViewPtr),
-                        Place<C, std::shared_ptr<NaviFrameItemPopHandler>>(&C::mPopHandlerPtr),
-                    });
+    EXPECT_EQ(CountOperations<BaseViewEventListener>(), 3U);
+    EXPECT_EQ(Slot(&BaseViewEventListener::OnViewDeleteEvent), 4U);
+    EXPECT_EQ(CountOperations<BaseViewController>(), 6U);
+    EXPECT_EQ(Slot(&BaseViewController::ShowView), 7U);
+    EXPECT_EQ(sizeof(BaseViewController),
+              (SizeWith<BaseViewEventListener, std::shared_ptr<BaseView>,
+                        std::shared_ptr<NaviFrameItemPopHandler>>()));
 }
 
 TEST(ClassLayoutTest, GuideView)
 {
-    using C = GuideView;
-    using Base = BaseView;
-    static_assert(std::is_base_of_v<Base, C> && !std::is_abstract_v<C>);
-    ExpectSlots<C>({
-        Slot<Base>(&C::OnViewPoped),
-        Slot<Base>(&C::Show),
-        Slot<C>(&C::CreateViewImpl),
-        Slot<C>(&C::OnLanguageChanged),
-        Slot<Base>(&C::OnThemeChanged),
-        Slot<Base>(&C::OnLayoutDeleted),
-    });
-    ExpectFields<C>(sizeof(Base), {
-                                      Place<C, Evas_Object*>(&C::mGuideLayout),
-                                      Place<C, Evas_Object*>(&C::mScroller),
-                                      Place<C, Evas_Object*>(&C::mBox),
-                                      Place<C, bool>(&C::mIsArrowVisible),
-                                  });
+    EXPECT_EQ(CountOperations<GuideView>(), 6U);
+    EXPECT_EQ(sizeof(GuideView), (SizeWith<BaseView, void*, void*, void*, bool>()));
 }
 
 TEST(ClassLayoutTest, GuideViewController)
 {
-    using C = GuideViewController;
-    using Base = BaseViewController;
-    static_assert(std::is_base_of_v<Base, C> && !std::is_abstract_v<C>);
-    ExpectSlots<C>({
-        Slot<Base>(&C::OnViewBackEvent),
-        Slot<Base>(&C::OnViewPopEvent),
-        Slot<Base>(&C::OnViewDeleteEvent),
-        Slot<C>(&C::Initialize),
-        Slot<C>(&C::DeInitialize),
-        Slot<Base>(&C::ShowView),
-    });
-    ExpectFields<C>(sizeof(Base), {Place<C, std::shared_ptr<GuideView>>(&C::mGuideViewPtr)});
+    EXPECT_EQ(CountOperations<GuideViewController>(), 6U);
+    EXPECT_EQ(sizeof(GuideViewController),
+              (SizeWith<BaseViewController, std::shared_ptr<GuideView>>()));
 }
 
 TEST(ClassLayoutTest, RotaryEventManager)
 {
-    using C = RotaryEventManager;
-    ExpectSlots<C>({});
-    using Records = std::list<std::shared_ptr<RotaryEventData>>;
-    ExpectFields<C>(kNoBase, {
-                                 Place<C, Records>(&C::mRotaryEventDataList),
-                                 Place<C, std::list<RotaryEventData*>>(&C::mSpareList),
-                             });
-    static_assert(std::is_same_v<decltype(&C::mPThis), C**>, "one for all");
-    static_assert(std::is_same_v<decltype(&C::mConformant), Evas_Object**>, "one for all");
-    static_assert(std::is_same_v<decltype(&C::mCircleSurface), Eext_Circle_Surface**>,
-                  "one for all");
-}
-
-TEST(ClassLayoutTest, RotaryEventData)
-{
-    using C = RotaryEventData;
-    ExpectSlots<C>({});
-    ExpectFields<C>(kNoBase, {
-                                 Place<C, Evas_Object*>(&C::mViewObject),
-                                 Place<C, RotaryEventListener*>(&C::mEventListener),
-                             });
-}
-
-TEST(ClassLayoutTest, RotaryEventListener)
-{
-    using C = RotaryEventListener;
-    static_assert(std::is_abstract_v<C>);
-    ExpectSlots<C>({
-        Slot<C>(&C::GetRotaryViewObject),
-        Slot<C>(&C::OnRotaryEvent),
-        Slot<C>(&C::OnRotaryDetent),
-    });
-    ExpectFields<C>(kNoBase, {});
+    using Record = RotaryEventManager::RotaryEventData;
+    EXPECT_EQ(CountOperations<RotaryEventManager>(), 0U);
+    EXPECT_EQ(sizeof(RotaryEventManager),
+              (SizeWith<Table, std::list<std::shared_ptr<Record>>, std::list<Record*>>()));
+    EXPECT_EQ(CountOperations<Record>(), 0U);
+    EXPECT_EQ(sizeof(Record), (SizeWith<Table, void*, void*>()));
+    EXPECT_EQ(CountOperations<RotaryEventListener>(), 3U);
+    EXPECT_EQ(Slot(&RotaryEventListener::OnRotaryDetent), 4U);
 }
 
 template <typename C> void ExpectNothingButADestructor()
 {
-    static_assert(std::is_default_constructible_v<C>);
-    ExpectSlots<C>({});
-    ExpectFields<C>(kNoBase, {});
+    EXPECT_EQ(CountOperations<C>(), 0U);
+    EXPECT_EQ(sizeof(C), sizeof(void*));
 }
 
 TEST(ClassLayoutTest, Utilities)
@@ -301,6 +167,22 @@ TEST(ClassLayoutTest, Utilities)
     ExpectNothingButADestructor<CommonUtil>();
     ExpectNothingButADestructor<ImageUtil>();
     ExpectNothingButADestructor<StringUtil>();
+}
+
+struct ViewEventListener : BaseViewEventListener
+{
+    void OnViewBackEvent() override {}
+    bool OnViewPopEvent() override { return true; }
+};
+
+TEST(BaseViewEventListenerTest, NeedNotHearOfTheDeletionOfAView)
+{
+    Recorder::Reset();
+    ViewEventListener listener;
+
+    listener.OnViewDeleteEvent();
+
+    EXPECT_EQ(Recorder::Take(), Recorder::Lines());
 }
 
 } // namespace

@@ -8,7 +8,7 @@ import sys
 import pytest
 
 ROOT = pathlib.Path(__file__).parents[2]
-FILE = ROOT / "tests" / "coverage" / "coverage.py"
+FILE = ROOT / "tools" / "coverage" / "coverage.py"
 SPEC = importlib.util.spec_from_file_location("coverage_of_qivo", FILE)
 coverage = importlib.util.module_from_spec(SPEC)
 SPEC.loader.exec_module(coverage)

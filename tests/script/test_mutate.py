@@ -7,7 +7,7 @@ import sys
 import pytest
 
 ROOT = pathlib.Path(__file__).parents[2]
-sys.path.insert(0, str(ROOT / "tests" / "mutation"))
+sys.path.insert(0, str(ROOT / "tools" / "mutation"))
 
 import explained  # noqa: E402
 import trial  # noqa: E402

@@ -3,7 +3,7 @@
 Each change is made in a scratch copy, built and tried: the tests that are named after the changed
 file first, then all others. What was tried is kept in build/mutation, so that a run that was
 ended goes on where it was; it starts anew when a source or a test has changed since. The status
-is 1 when a change went unnoticed without a reason in tests/mutation/explained.txt, or when an
+is 1 when a change went unnoticed without a reason in tools/mutation/explained.txt, or when an
 entry there explains nothing.
 """
 
@@ -71,7 +71,7 @@ def in_reach(source, path):
 def fingerprint(root):
     """Of everything that a result depends on."""
     digest = hashlib.sha256()
-    for folder in ("qivo-ui", "tests/contract", "tests/mutation", "subprojects", "res"):
+    for folder in ("qivo-ui", "tests/contract", "tools/mutation", "subprojects", "res"):
         for file in sorted(f for f in (root / folder).rglob("*") if f.is_file()):
             if file.suffix not in (".pyc", ".txt"):
                 digest.update(f"{file.relative_to(root)}\n".encode() + file.read_bytes())

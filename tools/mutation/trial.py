@@ -60,12 +60,11 @@ class Record:
 
 
 def meaning_of(command, output):
-    """What a step's failure means: a test or an assertion of one, or no program at all."""
-    failed = re.search(r"\[  FAILED  \] (\S+)", output)
-    is_build = command[0] in BUILDERS
-    if is_build and "static_assert" not in output:
+    """What a step's failure means: a test, or no program at all."""
+    if command[0] in BUILDERS:
         return "did not compile", ""
-    return "noticed", failed[1] if failed else "static_assert" if is_build else "its end"
+    failed = re.search(r"\[  FAILED  \] (\S+)", output)
+    return "noticed", failed[1] if failed else "its end"
 
 
 def passes(steps, scratch, environment):

@@ -189,7 +189,8 @@ def measure_operations(bench):
             result = subprocess.run([program, *options, f"--benchmark_filter={pattern}"],
                                     env=bench.env | {"DLOG_LEVEL": level}, check=True,
                                     stdout=subprocess.PIPE, stderr=log)
-        return {entry["run_name"].split("/iterations")[0]: entry for entry in json.loads(result.stdout)["benchmarks"]
+        return {entry["run_name"].split("/iterations")[0]: entry
+                for entry in json.loads(result.stdout)["benchmarks"]
                 if entry.get("aggregate_name") == "median"}
 
     dropped = run("silent", ".")

@@ -70,8 +70,8 @@ def count_start(build, home):
     # build folder lets callgrind see the names of the sources.
     own = figures(profile, lambda function: "/qivo-ui/" in function[1] or "QivoUi::" in function[2]
                   or function[2] == "main")
-    # The toolkit's own theme is the dearest thing to read, and easily read twice. Fonts are loaded by
-    # another thread, of which callgrind counts nothing here.
+    # The toolkit's own theme is the dearest thing to read, and easily read twice. Fonts are loaded
+    # by another thread, of which callgrind counts nothing here.
     return own | {
         "themes read": profile.calls_of(lambda function: function[2] == "eet_mmap",
                                         lambda function: "/libedje.so" in function[0]),

@@ -25,7 +25,8 @@ def _watch():
 @pytest.fixture(name="copy")
 def _copy(tmp_path):
     """A copy of the built guide and of all that it reads, to be damaged."""
-    for path in [GUIDE, *(BUILD / name for name in [PAGE_THEME, PLATFORM_THEME, *TABLES]), *(BUILD / "res").rglob("*.mo")]:
+    themes_and_tables = (BUILD / name for name in [PAGE_THEME, PLATFORM_THEME, *TABLES])
+    for path in [GUIDE, *themes_and_tables, *(BUILD / "res").rglob("*.mo")]:
         target = tmp_path / path.relative_to(BUILD)
         target.parent.mkdir(parents=True, exist_ok=True)
         shutil.copy2(path, target)

@@ -26,8 +26,8 @@ class App:
         with open(self._log, "wb") as log:
             self.process = subprocess.Popen(
                 [program, *arguments], stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=log,
-                env={**SANITIZERS, "HOME": str(folder), "XDG_RUNTIME_DIR": str(folder), "LIFECYCLE": does,
-                     "PATH": os.environ["PATH"],
+                env={**SANITIZERS, "HOME": str(folder), "XDG_RUNTIME_DIR": str(folder),
+                     "LIFECYCLE": does, "PATH": os.environ["PATH"],
                      "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={folder}/no-bus", **env})
 
     def __enter__(self):

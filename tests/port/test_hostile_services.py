@@ -166,7 +166,8 @@ def test_a_thousand_entries_of_a_locale_are_read_to_the_last(bus):
                                           ("x" * MEGABYTE, 0), ("x" * MEGABYTE + "=de_DE", 0),
                                           ("LANG=de_DE." + "U" * MEGABYTE, 1),
                                           ("LANG=de_DE@" + "U" * MEGABYTE, 1),
-                                          ("LANG=de_DE\n\x1b[31m", 1), ("LANG=de_DE%s%n", 1)], ids=short)
+                                          ("LANG=de_DE\n\x1b[31m", 1), ("LANG=de_DE%s%n", 1)],
+                         ids=short)
 def test_a_locale_of_a_megabyte_or_of_odd_signs_leaves_one_short_line(bus, entry, lines):
     with follow_language(bus) as probe:
         bus.set_locale([entry, "LC_TIME=de_DE"])
@@ -195,7 +196,8 @@ def test_a_time_zone_of_a_megabyte_is_a_name_as_any_other(bus):
     ("DBUS_SESSION_BUS_ADDRESS", "is format", "0 0")])
 @pytest.mark.parametrize("is_full", [False, True], ids=["silent", "full"])
 def test_a_bus_that_keeps_silent_is_given_up_once(variable, command, answer, is_full):
-    with SilentBus(is_full=is_full) as bus, Probe("settings_probe", {variable: bus.address}) as probe:
+    with SilentBus(is_full=is_full) as bus, \
+            Probe("settings_probe", {variable: bus.address}) as probe:
         begin = time.monotonic()
         assert probe.ask(command) == answer
         assert PATIENCE_S - 0.1 < time.monotonic() - begin < PATIENCE_S + 2

@@ -54,7 +54,8 @@ def test_a_skipped_case_is_printed_with_its_reason(build):
 
 
 def test_a_reason_that_googletest_begins_with_its_place_is_printed_with_it(build):
-    placed = SKIP.replace("no kernel support", "../dlog_test.cpp:184&#10;no kernel support&#10;more")
+    placed = SKIP.replace("no kernel support",
+                          "../dlog_test.cpp:184&#10;no kernel support&#10;more")
     lines = totals("--meson", build("OK", 0, CASES.format(more=placed)))[1]
     assert any(line.endswith("Case.Skips: ../dlog_test.cpp:184: no kernel support")
                for line in lines)

@@ -112,7 +112,7 @@ def test_a_finger_that_is_dragged_beyond_the_screen_stays_at_its_edge(watch):
     watch.start_body()
     with Painter(watch.screen) as painter:
         watch.host.xdotool("mousemove", *CENTRE, "mousedown", 1, "mousemove", 5, 340,
-                "mouseup", 1)
+                           "mouseup", 1)
         seen = []
         wait_until(lambda: seen.extend(painter.gestures()) or seen[-1:] and
                    seen[-1][0] == X.ButtonRelease, "the finger lifted")
@@ -133,7 +133,7 @@ def test_a_key_is_pushed_as_long_as_the_button_is_held(watch, place, key):
 def test_a_notch_of_the_wheel_is_a_detent_anywhere(watch):
     watch.start_body()
     watch.host.xdotool("mousemove", *CENTRE, "click", 5, "click", 4, "mousemove", 5, 5,
-            "click", 5)
+                       "click", 5)
     watch.wait_calls("Bezel", [("cw", 1, 0), ("ccw", 1, 0), ("cw", 1, 0)])
 
 

@@ -100,10 +100,6 @@ std::vector<std::string> StringUtil::Tokenize(const std::string& text,
 
 std::string StringUtil::IntToHexaStringBy8Bit(int value)
 {
-    if (value == 0)
-    {
-        return "00";
-    }
     std::ostringstream stream;
     stream << (value <= 16 ? "0" : "") << std::hex << value;
     return stream.str();

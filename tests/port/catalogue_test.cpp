@@ -1,6 +1,7 @@
-#include "application/Catalogue.h"
+#include "system-settings/Catalogue.h"
 
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -93,4 +94,17 @@ TEST(Catalogue, FileIsSoundBrokenOrUnreadable)
     std::filesystem::remove(name);
     EXPECT_EQ(CheckCatalogue(name), CatalogueState::Unreadable);
     EXPECT_NE(CheckCatalogue("/tmp"), CatalogueState::Sound);
+}
+
+TEST(Catalogue, OfEachLanguageIsSoundAsItIsBuilt)
+{
+    size_t count = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(std::getenv("LOCALES")))
+    {
+        if (entry.path().extension() != ".mo")
+            continue;
+        EXPECT_EQ(CheckCatalogue(entry.path()), CatalogueState::Sound) << entry.path();
+        ++count;
+    }
+    EXPECT_GT(count, 80u);
 }

@@ -33,9 +33,12 @@ class Installation:
     def theme(self):
         return self.root / "share/watch-port/platform.edj"
 
+    def start(self, env):
+        return App({"ELM_ENGINE": "buffer", **env}, self.root, program=self.program)
+
     def run(self, env):
         """Returns what the running application says of its text, and its log lines."""
-        with App({"ELM_ENGINE": "buffer", **env}, self.root, program=self.program) as app:
+        with self.start(env) as app:
             app.wait_for("resume")
             text = app.ask("text")
             app.tell("exit")
@@ -118,6 +121,9 @@ def test_an_unreadable_catalogue_is_a_missing_one(installation):
     assert len(about_catalogues(installation.run(KOREAN)[1])) == 1
 
 
+ENGLISH = {"LANG": "en_US.UTF-8"}
+
+
 def break_count(file):
     data = bytearray(file.read_bytes())
     data[8:12] = b"\xff\xff\xff\x7f"
@@ -130,15 +136,64 @@ def break_count(file):
     lambda file: file.write_bytes(b""),
     lambda file: (file.unlink(), file.mkdir()),
 ], ids=["a number that leads out of it", "cut", "empty", "a folder"])
-def test_a_broken_catalogue_is_one_warning_and_no_crash(installation, damage):
+def test_a_broken_catalogue_is_one_warning_and_texts_are_english(installation, damage):
     installation.translate("en", "hello")
     installation.translate("ko", "안녕")
     damage(installation.catalogue("ko"))
-    for env in (KOREAN, {"LANG": "en_US.UTF-8"}):
-        text, lines = installation.run(env)
-        assert text.startswith("text MESSAGE ")
-        (line,) = about_catalogues(lines)
-        assert f'"{installation.catalogue("ko")}" is broken' in line
+    text, lines = installation.run(KOREAN)
+    assert text.startswith("text hello ")
+    (line,) = about_catalogues(lines)
+    assert line.endswith(f'"{installation.catalogue("ko")}" is broken: it is not used')
+
+
+@pytest.mark.parametrize("languages", ["ko:en", "ko_KR:en", "ko_KR.utf8@x:en", "korean:en"])
+def test_a_broken_catalogue_is_found_by_each_name_that_leads_to_it(installation, languages):
+    installation.translate("en", "hello")
+    installation.translate("ko", "안녕")
+    break_count(installation.catalogue("ko"))
+    text, lines = installation.run(ENGLISH | {"LANGUAGE": languages})
+    assert text.startswith("text hello ")
+    assert len(about_catalogues(lines)) == 1
+
+
+def test_a_catalogue_that_is_not_used_is_not_looked_at(installation):
+    installation.translate("en", "hello")
+    installation.translate("ko", "안녕")
+    break_count(installation.catalogue("ko"))
+    text, lines = installation.run(ENGLISH)
+    assert text.startswith("text hello ")
+    assert not about_catalogues(lines)
+
+
+def test_without_another_catalogue_than_a_broken_one_texts_are_message_ids(installation):
+    installation.translate("ko", "안녕")
+    break_count(installation.catalogue("ko"))
+    text, lines = installation.run({"LANGUAGE": "ko", "LC_ALL": "ko_KR.UTF-8"})
+    assert text.startswith("text MESSAGE ")
+    assert len(about_catalogues(lines)) == 1
+
+
+def test_a_catalogue_of_two_gibibytes_is_not_read(installation):
+    installation.translate("en", "hello")
+    installation.translate("ko", "안녕")
+    with open(installation.catalogue("ko"), "r+b") as file:
+        file.truncate(2 << 30)
+    text, lines = installation.run(KOREAN)
+    assert text.startswith("text hello ")
+    (line,) = about_catalogues(lines)
+    assert line.endswith("is larger than 16 MiB: it is not used")
+
+
+def test_a_language_that_changes_to_a_broken_catalogue_leaves_english(installation, bus):
+    installation.translate("en", "hello")
+    installation.translate("de", "hallo")
+    installation.translate("ko", "안녕")
+    break_count(installation.catalogue("ko"))
+    bus.start_locale(["LANG=ko_KR.UTF-8"])
+    with installation.start({**bus.env, "LANG": "de_DE.UTF-8"}) as app:
+        app.wait_for_log("is broken: it is not used")
+        assert app.ask("text").startswith("text hello ")
+        assert len(about_catalogues(app.port_lines())) == 1
 
 
 @pytest.mark.parametrize("content", [None, b"", b"no theme"], ids=["missing", "empty", "text"])

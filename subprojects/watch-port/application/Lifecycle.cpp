@@ -1,7 +1,6 @@
 #include "application/Lifecycle.h"
 
 #include "application/FirstFrame.h"
-#include "application/LibraryTables.h"
 #include "application/Windows.h"
 #include "dlog/dlog.h"
 
@@ -38,7 +37,6 @@ int Lifecycle::Run(const CommandLine& commandLine)
     mIsCreated = true;
     SizeWindows(mDisplay);
     mDisplay.Flush();
-    ReleaseLibraryTables();
     if (!mIsExitRequested)
         DeliverFirst(commandLine);
     if (!mIsExitRequested)

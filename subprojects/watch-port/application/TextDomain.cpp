@@ -1,7 +1,8 @@
 #include "application/TextDomain.h"
 
-#include "application/Catalogue.h"
 #include "dlog/dlog.h"
+#include "system-settings/Catalogue.h"
+#include "system-settings/Catalogues.h"
 #include "system-settings/LocaleName.h"
 #include "system-settings/system_settings.h"
 
@@ -18,19 +19,6 @@ namespace
 fs::path CatalogueFile(const Installation& installation, const std::string& language)
 {
     return installation.locales / language / "LC_MESSAGES" / (installation.program + ".mo");
-}
-
-fs::path CheckCatalogues(const Installation& installation)
-{
-    std::error_code error;
-    for (fs::directory_iterator language(installation.locales, error), end; language != end;
-         language.increment(error))
-    {
-        const fs::path file = CatalogueFile(installation, language->path().filename());
-        if (CheckCatalogue(file) == CatalogueState::Broken)
-            return file;
-    }
-    return {};
 }
 
 std::string SystemLanguage()
@@ -53,9 +41,8 @@ std::string FindCatalogue(const Installation& installation, const std::string& l
     return {};
 }
 
-void ReportMissingCatalogue(const Installation& installation)
+void ReportMissingCatalogue(const Installation& installation, const std::string& locale)
 {
-    const std::string locale = SystemLanguage();
     const std::string found = FindCatalogue(installation, locale);
     const std::string language = locale.substr(0, locale.find_first_of(".@"));
     const bool isForeign = found == "en" && language.substr(0, language.find('_')) != "en";
@@ -76,22 +63,13 @@ void SetProgramLocale()
         std::setlocale(LC_ALL, "C.UTF-8");
 }
 
-std::future<fs::path> FindBrokenCatalogue(const Installation& installation)
+void BindTextDomain(const Installation& installation)
 {
-    // Where no thread can be had, whoever asks for the result does it.
-    return std::async(std::launch::async | std::launch::deferred, CheckCatalogues, installation);
-}
-
-void BindTextDomain(const Installation& installation, const fs::path& broken)
-{
-    if (!broken.empty())
-    {
-        __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
-                     "catalogue \"%s\" is broken: texts are message ids", broken.c_str());
-        return;
-    }
+    // Asked for first: it sets the list of catalogues up.
+    const std::string locale = SystemLanguage();
     bindtextdomain(installation.program.c_str(), installation.locales.c_str());
     bind_textdomain_codeset(installation.program.c_str(), "UTF-8");
     textdomain(installation.program.c_str());
-    ReportMissingCatalogue(installation);
+    if (!LeaveOutBrokenCatalogues())
+        ReportMissingCatalogue(installation, locale);
 }

@@ -130,9 +130,6 @@ int RunWithToolkit(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
                     "no display: set DISPLAY or WAYLAND_DISPLAY to one that answers, "
                     "or ELM_ENGINE to \"buffer\"");
     SetProgramLocale();
-    std::future<std::filesystem::path> broken;
-    if (surroundings.installation)
-        broken = FindBrokenCatalogue(*surroundings.installation);
     EarlyFonts fonts;
     const Toolkit toolkit(argc, argv);
     if (!toolkit.IsUp())
@@ -144,7 +141,7 @@ int RunWithToolkit(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
     std::optional<PlatformTheme> theme;
     if (surroundings.installation)
     {
-        BindTextDomain(*surroundings.installation, broken.get());
+        BindTextDomain(*surroundings.installation);
         theme.emplace(surroundings.installation->platformTheme);
     }
     Lifecycle lifecycle(callbacks, userData, display, surroundings.inbox);

@@ -1,27 +1,102 @@
 #include "system-settings/Catalogues.h"
 
+#include "dlog/dlog.h"
+#include "system-settings/Catalogue.h"
 #include "system-settings/LocaleName.h"
 
+#include <algorithm>
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <libintl.h>
+#include <string_view>
+#include <vector>
+
+namespace
+{
+namespace fs = std::filesystem;
+
+void SetList(const std::vector<std::string>& names)
+{
+    std::string list;
+    for (const std::string& name : names)
+        list += list.empty() ? name : ":" + name;
+    // Without a list gettext would go by the locale; "C" has no catalogue.
+    setenv("LANGUAGE", list.empty() ? "C" : list.c_str(), 1);
+    // Gettext keeps its last results until a domain is bound or chosen.
+    textdomain(textdomain(nullptr));
+}
+
+std::vector<std::string> GetList()
+{
+    std::vector<std::string> names;
+    const char* value = std::getenv("LANGUAGE");
+    for (std::string_view list = value ? value : ""; !list.empty();)
+    {
+        const std::string_view name = list.substr(0, list.find(':'));
+        names.emplace_back(name);
+        list.remove_prefix(std::min(name.size() + 1, list.size()));
+    }
+    return names;
+}
+
+std::string_view LanguageOf(std::string_view name)
+{
+    return name.substr(0, name.find_first_of("_.@"));
+}
+
+// For "sr_RS@latin" gettext also looks in "sr_RS" and "sr"; what is no locale's name may be an
+// alias of any.
+bool MayLeadTo(std::string_view folder, std::string_view name)
+{
+    return !NormaliseLocale(name) || LanguageOf(name) == LanguageOf(folder);
+}
+
+// Gettext can be given what it cannot open, but nothing that it would fall over.
+bool IsUsable(const fs::path& file)
+{
+    const CatalogueState state = CheckCatalogue(file);
+    if (state == CatalogueState::Sound || state == CatalogueState::Unreadable)
+        return true;
+    __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT", "catalogue \"%s\" is %s: it is not used",
+                 file.c_str(), state == CatalogueState::TooLarge ? "larger than 16 MiB" : "broken");
+    return false;
+}
+} // namespace
 
 void BeginCatalogues(const std::string& language)
 {
     const char* preset = std::getenv("LANGUAGE");
     if (!preset || !*preset)
-        ChangeCatalogues(language);
+        SetList(ListCatalogues(language));
 }
 
 void ChangeCatalogues(const std::string& language)
 {
-    std::string list;
-    for (const std::string& name : ListCatalogues(language))
-        list += list.empty() ? name : ":" + name;
-    setenv("LANGUAGE", list.c_str(), 1);
-    // Gettext keeps its last results until a domain is bound or chosen.
-    textdomain(textdomain(nullptr));
+    SetList(ListCatalogues(language));
+    LeaveOutBrokenCatalogues();
+}
+
+bool LeaveOutBrokenCatalogues()
+{
+    const std::string domain = textdomain(nullptr);
+    const fs::path root = bindtextdomain(domain.c_str(), nullptr);
+    std::vector<std::string> names = GetList();
+    const size_t count = names.size();
+    std::error_code error;
+    for (fs::directory_iterator entry(root, error), end; entry != end; entry.increment(error))
+    {
+        const auto leads = [folder = entry->path().filename().string()](const std::string& name)
+        { return MayLeadTo(folder, name); };
+        if (std::any_of(names.begin(), names.end(), leads) &&
+            !IsUsable(entry->path() / "LC_MESSAGES" / (domain + ".mo")))
+            names.erase(std::remove_if(names.begin(), names.end(), leads), names.end());
+    }
+    if (names.size() == count)
+        return false;
+    SetList(names);
+    return true;
 }
 
 void LeaveLocaleC()

@@ -1,5 +1,5 @@
-#ifndef WATCH_PORT_APPLICATION_CATALOGUE_H
-#define WATCH_PORT_APPLICATION_CATALOGUE_H
+#ifndef WATCH_PORT_SYSTEM_SETTINGS_CATALOGUE_H
+#define WATCH_PORT_SYSTEM_SETTINGS_CATALOGUE_H
 
 #include <filesystem>
 #include <string_view>
@@ -10,6 +10,7 @@ enum class CatalogueState
     Sound,
     Unreadable, /**< Missing, or not to be opened. */
     Broken,     /**< Cut or no catalogue: the C library would crash in looking up a text. */
+    TooLarge,   /**< Larger than 16 MiB: far more than an application has to say. */
 };
 
 /** Tells whether the C library can be given the file. */

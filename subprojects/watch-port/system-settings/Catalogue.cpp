@@ -1,4 +1,4 @@
-#include "application/Catalogue.h"
+#include "system-settings/Catalogue.h"
 
 #include <cstdint>
 #include <cstring>
@@ -9,6 +9,8 @@
 
 namespace
 {
+constexpr off_t kLargest = off_t{16} << 20;
+
 constexpr uint32_t kMagic = 0x950412de;
 constexpr uint32_t kMagicSwapped = 0xde120495;
 
@@ -82,16 +84,17 @@ private:
     bool mIsSwapped;
 };
 
-// What cannot be read is as if it were not there.
-std::string ReadAll(int descriptor)
+CatalogueState CheckOpened(int descriptor)
 {
     struct stat status = {};
     if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
-        return {};
+        return CatalogueState::Broken;
+    if (status.st_size > kLargest)
+        return CatalogueState::TooLarge;
     std::string bytes(static_cast<size_t>(status.st_size), '\0');
     const ssize_t count = read(descriptor, bytes.data(), bytes.size());
     bytes.resize(count < 0 ? 0 : static_cast<size_t>(count));
-    return bytes;
+    return IsCatalogue(bytes) ? CatalogueState::Sound : CatalogueState::Broken;
 }
 } // namespace
 
@@ -107,13 +110,12 @@ bool IsCatalogue(std::string_view bytes)
            reader.HoldsHashes(reader.Get(kFieldHashes), reader.Get(kFieldHashSize), count);
 }
 
-// All are read at each start, however many languages there are: without a stream's buffers.
 CatalogueState CheckCatalogue(const std::filesystem::path& file)
 {
     const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0)
         return CatalogueState::Unreadable;
-    const std::string bytes = ReadAll(descriptor);
+    const CatalogueState state = CheckOpened(descriptor);
     close(descriptor);
-    return IsCatalogue(bytes) ? CatalogueState::Sound : CatalogueState::Broken;
+    return state;
 }

@@ -2,6 +2,7 @@
 // for itself in a mount namespace of its own.
 
 #include "dlog/dlog.h"
+#include "harness/Allocations.h"
 #include "port/LogChild.h"
 
 #include <cerrno>
@@ -290,6 +291,23 @@ TEST_F(DlogJournal, HoldsAMessageOfAnyLength)
         const Fields fields = Written([=] { return Print(text); });
         ASSERT_EQ(fields.count("MESSAGE"), 1u) << length;
         EXPECT_TRUE(fields.find("MESSAGE")->second == text) << length;
+    }
+}
+
+TEST_F(DlogJournal, GetsItsEntryWithoutTheHeap)
+{
+    for (const size_t length : {4, 1000, 1024, 1000000})
+    {
+        const std::string text = "a\n" + std::string(length, 'm');
+        const auto print = [&]
+        {
+            Allocations::Exhaust();
+            return __dlog_print(LOG_ID_MAIN, DLOG_INFO, "TAG", "%s: %s(%d) > %s", "File.cpp",
+                                "Function", 42, text.c_str());
+        };
+        EXPECT_THAT(Written(print),
+                    AllOf(Contains(Pair("MESSAGE", "File.cpp: Function(42) > " + text)),
+                          Contains(Pair("CODE_LINE", "42"))));
     }
 }
 

@@ -3,10 +3,11 @@
 #include "dlog/Descriptor.h"
 
 #include <cerrno>
+#include <cinttypes>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <string>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/sysmacros.h>
@@ -61,8 +62,11 @@ bool IsJournalStream(const struct statx& stream)
     const char* named = std::getenv("JOURNAL_STREAM");
     if (named == nullptr)
         return false;
-    const dev_t device = makedev(stream.stx_dev_major, stream.stx_dev_minor);
-    return std::to_string(device) + ':' + std::to_string(stream.stx_ino) == named;
+    const std::uintmax_t device = makedev(stream.stx_dev_major, stream.stx_dev_minor);
+    const std::uintmax_t inode = stream.stx_ino;
+    char name[64];
+    std::snprintf(name, sizeof name, "%" PRIuMAX ":%" PRIuMAX, device, inode);
+    return std::strcmp(name, named) == 0;
 }
 
 bool SendToJournal(std::string_view entry)

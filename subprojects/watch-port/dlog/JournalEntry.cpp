@@ -3,54 +3,80 @@
 #include "dlog/Printable.h"
 #include "dlog/dlog.h"
 
+#include <charconv>
 #include <cstdint>
+
+using WatchPort::TextBuffer;
 
 namespace
 {
-// A value with a line feed goes with its length, as eight bytes, the lowest first.
-void AppendField(std::string& entry, std::string_view name, std::string_view value)
+constexpr std::string_view kNoLength("\0\0\0\0\0\0\0\0", 8);
+
+void AppendField(TextBuffer& entry, std::string_view name, std::string_view value)
 {
-    entry += name;
-    if (value.find('\n') == std::string_view::npos)
-        entry += '=';
-    else
-    {
-        entry += '\n';
-        for (unsigned shift = 0; shift < 64; shift += 8)
-            entry += static_cast<char>(static_cast<std::uint64_t>(value.size()) >> shift & 0xff);
-    }
-    entry += value;
-    entry += '\n';
+    entry.Append(name);
+    entry.Append('=');
+    AppendPrintable(entry, value);
+    entry.Append('\n');
 }
 
-std::string PrintableLines(std::string_view text)
+void AppendNumber(TextBuffer& entry, std::string_view name, int number)
 {
-    std::string lines;
+    char digits[16];
+    const char* end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+    AppendField(entry, name, {digits, static_cast<size_t>(end - digits)});
+}
+
+void AppendLines(TextBuffer& entry, std::string_view text)
+{
     for (;;)
     {
         const size_t end = text.find('\n');
-        lines += Printable(text.substr(0, end), Colours::Strip);
+        AppendPrintable(entry, text.substr(0, end), Colours::Strip);
+        entry.Append('\n');
         if (end == std::string_view::npos)
-            return lines;
-        lines += '\n';
+            return;
         text.remove_prefix(end + 1);
     }
 }
+
+// A value with a line feed goes with its length, as eight bytes, the lowest first.
+void SetLength(TextBuffer& entry, size_t position, std::uint64_t length)
+{
+    char bytes[kNoLength.size()];
+    for (char& byte : bytes)
+    {
+        byte = static_cast<char>(length & 0xff);
+        length >>= 8;
+    }
+    entry.Overwrite(position, {bytes, sizeof bytes});
+}
+
+void AppendMessage(TextBuffer& entry, std::string_view text)
+{
+    const bool isOneLine = text.find('\n') == std::string_view::npos;
+    entry.Append(isOneLine ? "MESSAGE=" : "MESSAGE\n");
+    const size_t position = entry.View().size();
+    if (!isOneLine)
+        entry.Append(kNoLength);
+    const size_t begin = entry.View().size();
+    AppendLines(entry, text);
+    if (!isOneLine)
+        SetLength(entry, position, entry.View().size() - begin - 1);
+}
 } // namespace
 
-std::string FormatJournalEntry(int priority, std::string_view tag, std::string_view text,
-                               const CallSite& site)
+void AppendJournalEntry(TextBuffer& out, int priority, std::string_view tag, std::string_view text,
+                        const CallSite& site)
 {
-    std::string entry;
-    AppendField(entry, "MESSAGE", PrintableLines(text));
-    AppendField(entry, "PRIORITY", std::string(1, "7643"[priority - DLOG_DEBUG]));
+    AppendMessage(out, text);
+    AppendField(out, "PRIORITY", {&"7643"[priority - DLOG_DEBUG], 1});
     if (!tag.empty())
-        AppendField(entry, "SYSLOG_IDENTIFIER", Printable(tag));
+        AppendField(out, "SYSLOG_IDENTIFIER", tag);
     if (site.file != nullptr)
     {
-        AppendField(entry, "CODE_FILE", Printable(site.file));
-        AppendField(entry, "CODE_FUNC", Printable(site.function));
-        AppendField(entry, "CODE_LINE", std::to_string(site.line));
+        AppendField(out, "CODE_FILE", site.file);
+        AppendField(out, "CODE_FUNC", site.function);
+        AppendNumber(out, "CODE_LINE", site.line);
     }
-    return entry;
 }

@@ -2,12 +2,12 @@
 #define WATCH_PORT_DLOG_JOURNAL_ENTRY_H
 
 #include "dlog/CallSite.h"
+#include "dlog/TextBuffer.h"
 
-#include <string>
 #include <string_view>
 
 /**
- * Returns a line of the log as an entry in the journal's native form: MESSAGE, PRIORITY as syslog
+ * Appends a line of the log as an entry in the journal's native form: MESSAGE, PRIORITY as syslog
  * counts it, SYSLOG_IDENTIFIER for a tag that is not empty (without one the journal shows the
  * program's name), and CODE_FILE, CODE_FUNC, CODE_LINE where the call site is known.
  *
@@ -17,7 +17,7 @@
  *
  * @param priority A log_priority.
  */
-std::string FormatJournalEntry(int priority, std::string_view tag, std::string_view text,
-                               const CallSite& site);
+void AppendJournalEntry(WatchPort::TextBuffer& out, int priority, std::string_view tag,
+                        std::string_view text, const CallSite& site);
 
 #endif

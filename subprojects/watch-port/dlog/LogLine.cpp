@@ -2,15 +2,14 @@
 
 #include "dlog/dlog.h"
 
+using WatchPort::TextBuffer;
+
 namespace
 {
-// What never becomes longer stands beside the tag and the text: the time and the priority.
-constexpr size_t kFixedLength = 32;
-
-void AppendDigits(std::string& out, int value, int places)
+void PutDigits(char* place, int value, int places)
 {
-    for (int unit = places == 3 ? 100 : 10; unit > 0; unit /= 10)
-        out += static_cast<char>('0' + value / unit % 10);
+    for (; places > 0; value /= 10)
+        place[--places] = static_cast<char>('0' + value % 10);
 }
 
 // Lines come in bursts, and a second is longer than most: its local time is kept until the next.
@@ -24,29 +23,25 @@ const tm& LocalTime(time_t second)
     return sLocal;
 }
 
-void AppendTime(std::string& line, const timespec& now)
+void AppendHead(TextBuffer& out, const timespec& now, int priority)
 {
+    char head[] = "HH:MM:SS.mmm P ";
     const tm& local = LocalTime(now.tv_sec);
-    AppendDigits(line, local.tm_hour, 2);
-    line += ':';
-    AppendDigits(line, local.tm_min, 2);
-    line += ':';
-    AppendDigits(line, local.tm_sec, 2);
-    line += '.';
-    AppendDigits(line, static_cast<int>(now.tv_nsec / 1000000), 3);
+    PutDigits(head, local.tm_hour, 2);
+    PutDigits(head + 3, local.tm_min, 2);
+    PutDigits(head + 6, local.tm_sec, 2);
+    PutDigits(head + 9, static_cast<int>(now.tv_nsec / 1000000), 3);
+    head[13] = "DIWE"[priority - DLOG_DEBUG];
+    out.Append({head, sizeof head - 1});
 }
 } // namespace
 
-std::string FormatLogLine(const timespec& now, int priority, std::string_view tag,
-                          std::string_view text, Colours colours)
+void AppendLogLine(TextBuffer& out, const timespec& now, int priority, std::string_view tag,
+                   std::string_view text, Colours colours)
 {
-    std::string line;
-    line.reserve(kFixedLength + tag.size() + text.size());
-    AppendTime(line, now);
-    line.append({' ', "DIWE"[priority - DLOG_DEBUG], ' '});
-    AppendPrintable(line, tag.empty() ? "-" : tag);
-    line += ": ";
-    AppendPrintable(line, text, colours);
-    line += '\n';
-    return line;
+    AppendHead(out, now, priority);
+    AppendPrintable(out, tag.empty() ? "-" : tag);
+    out.Append(": ");
+    AppendPrintable(out, text, colours);
+    out.Append('\n');
 }

@@ -4,16 +4,15 @@
 #include "dlog/Printable.h"
 
 #include <ctime>
-#include <string>
 #include <string_view>
 
 /**
- * Returns the finished line, with its line feed: "HH:MM:SS.mmm E TAG: text".
+ * Appends the finished line, with its line feed: "HH:MM:SS.mmm E TAG: text".
  *
  * @param now The wall clock's time; shown in the local time zone.
  * @param priority A log_priority.
  */
-std::string FormatLogLine(const timespec& now, int priority, std::string_view tag,
-                          std::string_view text, Colours colours);
+void AppendLogLine(WatchPort::TextBuffer& out, const timespec& now, int priority,
+                   std::string_view tag, std::string_view text, Colours colours);
 
 #endif

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+using WatchPort::TextBuffer;
+
 namespace
 {
 constexpr char kReset[] = "\033[0;m";
@@ -68,30 +70,33 @@ size_t ColourLength(std::string_view text)
     return end != std::string_view::npos && text[end] == 'm' ? end + 1 : 0;
 }
 
-void AppendEscaped(std::string& out, std::string_view bytes)
+void AppendEscaped(TextBuffer& out, std::string_view bytes)
 {
     constexpr char kDigits[] = "0123456789abcdef";
     for (const unsigned char byte : bytes)
-        out.append({'\\', 'x', kDigits[byte >> 4], kDigits[byte & 15]});
+    {
+        const char escaped[] = {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 15]};
+        out.Append({escaped, sizeof escaped});
+    }
 }
 
-void AppendCharacter(std::string& out, std::string_view text, size_t length)
+void AppendCharacter(TextBuffer& out, std::string_view text, size_t length)
 {
     const std::string_view character = text.substr(0, length == 0 ? 1 : length);
     if (length == 0 || IsControl(character))
         AppendEscaped(out, character);
     else
-        out.append(character);
+        out.Append(character);
 }
 } // namespace
 
-void AppendPrintable(std::string& out, std::string_view text, Colours colours)
+void AppendPrintable(TextBuffer& out, std::string_view text, Colours colours)
 {
     bool coloured = false;
     while (!text.empty())
     {
         const size_t plain = PlainLength(text);
-        out.append(text.substr(0, plain));
+        out.Append(text.substr(0, plain));
         text.remove_prefix(plain);
         if (text.empty())
             break;
@@ -103,21 +108,20 @@ void AppendPrintable(std::string& out, std::string_view text, Colours colours)
         }
         else if (colours == Colours::Keep)
         {
-            out.append(text.substr(0, length));
+            out.Append(text.substr(0, length));
             coloured = text.substr(0, length) != kReset;
         }
         text.remove_prefix(length == 0 ? 1 : length);
     }
     if (coloured)
-        out += kReset;
+        out.Append(kReset);
 }
 
 std::string Printable(std::string_view text, Colours colours)
 {
-    std::string out;
-    out.reserve(text.size() + sizeof kReset);
+    TextBuffer out;
     AppendPrintable(out, text, colours);
-    return out;
+    return std::string(out.View());
 }
 
 bool IsUtf8(std::string_view text)

@@ -1,6 +1,8 @@
 #ifndef WATCH_PORT_DLOG_PRINTABLE_H
 #define WATCH_PORT_DLOG_PRINTABLE_H
 
+#include "dlog/TextBuffer.h"
+
 #include <string>
 #include <string_view>
 
@@ -19,7 +21,8 @@ enum class Colours
 std::string Printable(std::string_view text, Colours colours = Colours::Escape);
 
 /** Appends the printable form of the text to what is there already. */
-void AppendPrintable(std::string& out, std::string_view text, Colours colours = Colours::Escape);
+void AppendPrintable(WatchPort::TextBuffer& out, std::string_view text,
+                     Colours colours = Colours::Escape);
 
 /** Tells whether the text is UTF-8 throughout: no overlong form, surrogate or cut sequence. */
 bool IsUtf8(std::string_view text);

@@ -6,13 +6,14 @@
 #include "dlog/LogLevel.h"
 #include "dlog/LogLine.h"
 #include "dlog/LogSink.h"
+#include "dlog/TextBuffer.h"
 
 #include <cerrno>
 #include <cstdarg>
-#include <cstdio>
 #include <cstdlib>
-#include <new>
-#include <string>
+#include <ctime>
+
+using WatchPort::TextBuffer;
 
 namespace
 {
@@ -21,15 +22,28 @@ int WriteLine(int priority, std::string_view tag, std::string_view text, const C
     const LogSink sink;
     if (sink.IsJournal())
     {
-        const std::string entry = FormatJournalEntry(priority, tag, text, site);
-        if (SendToJournal(entry))
-            return static_cast<int>(entry.size());
+        TextBuffer entry;
+        AppendJournalEntry(entry, priority, tag, text, site);
+        if (entry.IsWhole() && SendToJournal(entry.View()))
+            return static_cast<int>(entry.View().size());
     }
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    const std::string line =
-        FormatLogLine(now, priority, tag, text, sink.IsTerminal() ? Colours::Keep : Colours::Strip);
-    return sink.Write(line) ? static_cast<int>(line.size()) : DLOG_ERROR_NOT_WRITTEN;
+    TextBuffer line;
+    AppendLogLine(line, now, priority, tag, text,
+                  sink.IsTerminal() ? Colours::Keep : Colours::Strip);
+    if (!line.IsWhole())
+        return DLOG_ERROR_OUT_OF_MEMORY;
+    return sink.Write(line.View()) ? static_cast<int>(line.View().size()) : DLOG_ERROR_NOT_WRITTEN;
+}
+
+void ReportUnknownLevel(std::string_view value)
+{
+    TextBuffer text;
+    text.Append("DLOG_LEVEL is \"");
+    text.Append(value);
+    text.Append("\", which is no level (debug, info, warn, error, silent): every line is written");
+    WriteLine(DLOG_WARN, "WATCH_PORT", text.View(), CallSite());
 }
 
 int ReadLevel()
@@ -39,11 +53,7 @@ int ReadLevel()
         return DLOG_DEBUG;
     const auto level = ParseLogLevel(value);
     if (!level)
-        WriteLine(DLOG_WARN, "WATCH_PORT",
-                  "DLOG_LEVEL is \"" + std::string(value) +
-                      "\", which is no level (debug, info, warn, error, silent): "
-                      "every line is written",
-                  CallSite());
+        ReportUnknownLevel(value);
     return level.value_or(DLOG_DEBUG);
 }
 
@@ -64,33 +74,15 @@ CallSite FindCallSite(const char* format, va_list arguments)
 
 int Print(int priority, const char* tag, const char* format, va_list arguments)
 {
+    if (!IsWanted(priority))
+        return 0;
     const CallSite site = FindCallSite(format, arguments);
-    char shortText[512];
-    va_list again;
-    va_copy(again, arguments);
-    const int length = std::vsnprintf(shortText, sizeof shortText, format, arguments);
-    std::string longText;
-    if (length >= static_cast<int>(sizeof shortText))
-    {
-        longText.resize(static_cast<size_t>(length));
-        std::vsnprintf(longText.data(), longText.size() + 1, format, again);
-    }
-    va_end(again);
-    if (length < 0)
+    TextBuffer text;
+    if (!text.AppendFormat(format, arguments))
         return DLOG_ERROR_BAD_FORMAT;
-    const std::string_view text(longText.empty() ? shortText : longText.data(),
-                                static_cast<size_t>(length));
-    return WriteLine(priority, tag == nullptr ? "" : tag, text, site);
-}
-
-int PrintIfWanted(int priority, const char* tag, const char* format, va_list arguments)
-try
-{
-    return IsWanted(priority) ? Print(priority, tag, format, arguments) : 0;
-}
-catch (const std::bad_alloc&)
-{
-    return DLOG_ERROR_OUT_OF_MEMORY;
+    if (!text.IsWhole())
+        return DLOG_ERROR_OUT_OF_MEMORY;
+    return WriteLine(priority, tag == nullptr ? "" : tag, text.View(), site);
 }
 } // namespace
 
@@ -103,7 +95,7 @@ __attribute__((no_sanitize("enum"))) int __dlog_print(log_id_t log_id, int prior
     const int errnoBefore = errno;
     va_list arguments;
     va_start(arguments, format);
-    const int result = PrintIfWanted(priority, tag, format, arguments);
+    const int result = Print(priority, tag, format, arguments);
     va_end(arguments);
     errno = errnoBefore;
     return result;

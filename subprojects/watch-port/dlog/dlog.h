@@ -46,7 +46,7 @@ typedef enum
     DLOG_ERROR_BAD_FORMAT = -3,        /**< The C library could not expand the format. */
     DLOG_ERROR_NOT_WRITTEN = -4,       /**< The stream is closed, full, or its reader is gone; the
                                           journal, if it reads the stream, took nothing either. */
-    DLOG_ERROR_OUT_OF_MEMORY = -5,     /**< No room for the text. */
+    DLOG_ERROR_OUT_OF_MEMORY = -5,     /**< No pages for a text of some 1,000 bytes or more. */
 } dlog_error_e;
 
 /**
@@ -64,6 +64,9 @@ typedef enum
  * they are kept when the stream is a terminal, which is then set back to its own colour after
  * the text, and left out otherwise. The tag may hold no escape at all. The journal's message keeps
  * its line feeds; no content can make another field of the entry.
+ *
+ * May be called by a new-handler: nothing is taken from the heap. A long text stands in pages of
+ * its own meanwhile. May be called by any thread.
  *
  * @param log_id LOG_ID_MAIN.
  * @param priority A log_priority.

@@ -98,6 +98,15 @@ TEST_F(AllocationFailureTest, AbandonsTheOperationWhereNoHandlerIsSet)
     std::printf("%ld failed allocations without a handler\n", cells);
 }
 
+TEST_F(AllocationFailureTest, AsksForTheExitThoughNothingIsLeftToAskWith)
+{
+    Recorder::Take();
+    Allocations::Exhaust();
+    Application::SOnOutOfMemory();
+    EXPECT_EQ(Allocations::Stop(), 0);
+    EXPECT_EQ(Recorder::Take(), kAskedToExit);
+}
+
 TEST_F(AllocationFailureTest, KeepsTheEarlierControllerWhenNoneCanBeMade)
 {
     GuideApplication app;

@@ -1,5 +1,5 @@
 // The program's operator new: as the language wants it, but the allocation that a test has chosen
-// fails once before it is tried again.
+// fails once before it is tried again, or all fail.
 
 #include "harness/Allocations.h"
 #include <cstdlib>
@@ -8,13 +8,15 @@
 namespace
 {
 
+bool IsUnderTest()
+{
+    return Allocations::sIsCounting && Allocations::sPauses == 0;
+}
+
 bool FailsNow()
 {
-    if (!Allocations::sIsCounting || Allocations::sPauses > 0)
-    {
-        return false;
-    }
-    return ++Allocations::sCount == Allocations::sFailing;
+    return IsUnderTest() &&
+           (++Allocations::sCount == Allocations::sFailing || Allocations::sIsExhausted);
 }
 
 } // namespace
@@ -30,7 +32,7 @@ void* operator new(std::size_t size)
             throw std::bad_alloc();
         }
         handler();
-        memory = std::malloc(size);
+        memory = IsUnderTest() && Allocations::sIsExhausted ? nullptr : std::malloc(size);
     }
     return memory;
 }

@@ -2,7 +2,7 @@
 #define TESTS_CONTRACT_HARNESS_ALLOCATIONS_H
 
 /**
- * Counts what the code under test allocates with operator new, and has one of them fail.
+ * Counts what the code under test allocates with operator new, and has one of them or all fail.
  *
  * The counting is done by an operator new that only some test programs bring along; the harness
  * always says when it is itself at work.
@@ -18,6 +18,9 @@ inline long sCount = 0;
 
 /** Which of them fails, once; 0 for none. */
 inline long sFailing = 0;
+
+/** Whether each of them fails, however often it is tried. */
+inline bool sIsExhausted = false;
 
 /** Whether anything is counted at all. */
 inline bool sIsCounting = false;
@@ -40,10 +43,18 @@ inline void Start(long nth)
     sIsCounting = true;
 }
 
+/** From now on counts, and there is no memory for anything. */
+inline void Exhaust()
+{
+    Start(0);
+    sIsExhausted = true;
+}
+
 /** Ends the counting. @return how many there were */
 inline long Stop()
 {
     sIsCounting = false;
+    sIsExhausted = false;
     return sCount;
 }
 

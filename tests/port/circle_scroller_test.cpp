@@ -2,6 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cctype>
+#include <map>
+#include <tuple>
+
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -212,6 +217,73 @@ TEST_F(CircleScroller, LeavesItsScrollerAloneOnceDeleted)
     EXPECT_EQ(TopOf(scroller), kStep);
     evas_object_del(second);
 }
+
+// What an application does when it hears of a step: it deletes something, once.
+class DeletionInAStep : public CircleScroller,
+                        public testing::WithParamInterface<std::tuple<const char*, const char*>>
+{
+public:
+    static std::string NameOf(const testing::TestParamInfo<ParamType>& tested)
+    {
+        const auto& [signal, victim] = tested.param;
+        std::string name = std::string(signal) + "_" + victim;
+        std::replace_if(
+            name.begin(), name.end(), [](char c) { return !isalnum(c); }, '_');
+        return name;
+    }
+
+protected:
+    // A turn of two detents while a turn of one is still moving the content, near its end.
+    void TurnUntilDeleted()
+    {
+        TurnWheel(1);
+        EXPECT_TRUE(RunUntil([&] { return mIsDeleted || TopOf(mScroller) > 0; }));
+        mIsArmed = true;
+        TurnWheel(2);
+        EXPECT_TRUE(RunUntil([&] { return mIsDeleted; }));
+        TurnWheel(1);
+    }
+
+    static void DeleteCB(void* data, Evas_Object*, void*)
+    {
+        auto* self = static_cast<DeletionInAStep*>(data);
+        if (self->mIsArmed && !self->mIsDeleted)
+        {
+            self->mIsDeleted = true;
+            evas_object_del(self->mVictim);
+        }
+    }
+
+    Evas_Object* mScroller = nullptr;
+    Evas_Object* mVictim = nullptr;
+    bool mIsArmed = false;
+    bool mIsDeleted = false;
+};
+
+TEST_P(DeletionInAStep, IsBorne)
+{
+    const auto& [signal, victim] = GetParam();
+    mScroller = AddScroller(kSize, kSize + 2 * kStep);
+    Evas_Object* circleObject = AddActivated(mScroller);
+    evas_object_smart_callback_add(mScroller, signal, DeleteCB, this);
+    const std::map<std::string, Evas_Object*> victims = {
+        {"circle object", circleObject},
+        {"scroller", mScroller},
+        {"content", elm_object_content_get(mScroller)},
+        {"window", mWindow}};
+    mVictim = victims.at(victim);
+    TurnUntilDeleted();
+    // The fixture deletes a window.
+    if (mVictim == mWindow)
+        OffScreenTest::SetUp();
+}
+
+INSTANTIATE_TEST_SUITE_P(CircleScroller, DeletionInAStep,
+                         testing::Combine(testing::Values("scroll", "scroll,anim,start",
+                                                          "scroll,anim,stop", "edge,bottom"),
+                                          testing::Values("circle object", "scroller", "content",
+                                                          "window")),
+                         DeletionInAStep::NameOf);
 
 TEST_F(CircleScroller, IsNullForANullScrollerWithOneLine)
 {

@@ -167,17 +167,25 @@ void CircleScroller::Turn(int direction)
         BringIn(target, now.isVertical);
 }
 
+// The application hears of both steps, and may delete the scroller or the circle object in them.
+// The scroller bears that only after the step, which the reference has its end wait for.
 void CircleScroller::BringIn(int target, bool isVertical)
 {
     Eina_Rectangle region{};
-    elm_scroller_region_get(mScroller, &region.x, &region.y, &region.w, &region.h);
+    Evas_Object* scroller = mScroller;
+    const std::weak_ptr<bool> life = mLife;
+    evas_object_ref(scroller);
+    elm_scroller_region_get(scroller, &region.x, &region.y, &region.w, &region.h);
     int& position = isVertical ? region.y : region.x;
     position += FirstStep(target - position);
-    elm_scroller_region_show(mScroller, region.x, region.y, region.w, region.h);
+    elm_scroller_region_show(scroller, region.x, region.y, region.w, region.h);
     position = target;
-    elm_scroller_region_bring_in(mScroller, region.x, region.y, region.w, region.h);
+    if (!life.expired())
+        elm_scroller_region_bring_in(scroller, region.x, region.y, region.w, region.h);
     // Starting a motion ends the one before, which takes that one's target away.
-    mTarget = target;
+    if (!life.expired())
+        mTarget = target;
+    evas_object_unref(scroller);
 }
 
 void CircleScroller::SScrollCB(void* data, Evas_Object*, void*)

@@ -4,6 +4,7 @@
 #include "efl-extension/ScrollArc.h"
 #include "efl-extension/efl_extension.h"
 
+#include <memory>
 #include <optional>
 
 namespace WatchPort
@@ -54,6 +55,7 @@ private:
     Elm_Scroller_Policy mHorizontalPolicy = ELM_SCROLLER_POLICY_AUTO;
     Elm_Scroller_Policy mVerticalPolicy = ELM_SCROLLER_POLICY_AUTO;
     std::optional<int> mTarget;
+    std::shared_ptr<bool> mLife = std::make_shared<bool>(); ///< ends with this
     Ecore_Timer* mLingerTimer = nullptr;
     Eina_Rectangle mDrawnScreen{};
     ScrollPosition mDrawnPosition{};

@@ -28,12 +28,17 @@ public:
     {
         setenv("ELM_ENGINE", "buffer", 1);
         setenv("EINA_LOG_BACKTRACE", "-1", 1);
+        Start();
+    }
+    void TearDown() override { elm_shutdown(); }
+
+    static void Start()
+    {
         ecore_app_no_system_modules();
         efreet_cache_disable();
         elm_init(0, nullptr);
         gMarkerEvent = ecore_event_type_new();
     }
-    void TearDown() override { elm_shutdown(); }
 };
 
 const auto* const gToolkit = testing::AddGlobalTestEnvironment(new Toolkit);
@@ -91,6 +96,12 @@ void OffScreenTest::TearDown()
     ecore_event_window_unregister(kWindowId);
     evas_object_del(mWindow);
     DeliverEvents();
+}
+
+void OffScreenTest::RestartToolkit()
+{
+    elm_shutdown();
+    Toolkit::Start();
 }
 
 Evas_Object* OffScreenTest::AddRectangle()

@@ -21,6 +21,9 @@ protected:
     /// The window's id in input events.
     static constexpr Ecore_Window kWindowId = 4242;
 
+    /// Ends the toolkit and starts it anew, between a TearDown() and a SetUp().
+    static void RestartToolkit();
+
     /// A shown rectangle of the whole window.
     Evas_Object* AddRectangle();
     /// A shown scroller over the whole window with content of a size, laid out.

@@ -34,6 +34,22 @@ protected:
         eext_object_event_callback_add(object, EEXT_CALLBACK_BACK, NoteCB, const_cast<char*>(name));
     }
 
+    Evas_Object* AddBox()
+    {
+        Evas_Object* box = elm_box_add(mWindow);
+        evas_object_resize(box, kSize, kSize);
+        evas_object_show(box);
+        return box;
+    }
+
+    Evas_Object* AddInto(Evas_Object* box)
+    {
+        Evas_Object* inner = AddRectangle();
+        evas_object_size_hint_min_set(inner, kSize, kSize);
+        elm_box_pack_end(box, inner);
+        return inner;
+    }
+
     Evas_Object* AddNaviframe()
     {
         Evas_Object* naviframe = elm_naviframe_add(mWindow);
@@ -129,11 +145,8 @@ TEST_F(BackKey, FollowsLayersBeforeTheOrderWithinThem)
 
 TEST_F(BackKey, ReachesWhatIsInsideAWidgetBeforeTheWidget)
 {
-    Evas_Object* box = elm_box_add(mWindow);
-    evas_object_show(box);
-    Evas_Object* inner = AddRectangle();
-    elm_box_pack_end(box, inner);
-    OnBack(inner, "inner");
+    Evas_Object* box = AddBox();
+    OnBack(AddInto(box), "inner");
     OnBack(box, "box");
     ReleaseKey("XF86Back");
     EXPECT_THAT(gCalls, ElementsAre("inner"));
@@ -152,14 +165,106 @@ TEST_F(BackKey, PassesOverHiddenObjects)
 TEST_F(BackKey, PassesOverObjectsInAHiddenWidget)
 {
     OnBack(AddRectangle(), "lower");
-    Evas_Object* box = elm_box_add(mWindow);
-    evas_object_show(box);
-    Evas_Object* inner = AddRectangle();
-    elm_box_pack_end(box, inner);
-    OnBack(inner, "inner");
+    Evas_Object* box = AddBox();
+    OnBack(AddInto(box), "inner");
     evas_object_hide(box);
     ReleaseKey("XF86Back");
     EXPECT_THAT(gCalls, ElementsAre("lower"));
+}
+
+TEST_F(BackKey, PassesOverWhatHasNoAreaOnTheCanvas)
+{
+    struct
+    {
+        const char* place;
+        Eina_Rectangle geometry;
+    } const outOfSight[] = {
+        {"no size", {0, 0, 0, 0}},
+        {"no size in the middle", {kSize / 2, kSize / 2, 0, 0}},
+        {"no width", {0, 0, 0, kSize}},
+        {"no height", {0, 0, kSize, 0}},
+        {"left of the canvas", {-kSize, 0, kSize, kSize}},
+        {"right of the canvas", {kSize, 0, kSize, kSize}},
+        {"above the canvas", {0, -kSize, kSize, kSize}},
+        {"below the canvas", {0, kSize, kSize, kSize}},
+    };
+    OnBack(AddRectangle(), "in sight");
+    for (const auto& [place, geometry] : outOfSight)
+    {
+        SCOPED_TRACE(place);
+        Evas_Object* upper = AddRectangle();
+        OnBack(upper, place);
+        evas_object_geometry_set(upper, geometry.x, geometry.y, geometry.w, geometry.h);
+        gCalls.clear();
+        ReleaseKey("XF86Back");
+        EXPECT_THAT(gCalls, ElementsAre("in sight"));
+        evas_object_move(upper, 0, 0);
+        evas_object_resize(upper, 1, 1);
+        gCalls.clear();
+        ReleaseKey("XF86Back");
+        EXPECT_THAT(gCalls, ElementsAre(place));
+        evas_object_del(upper);
+    }
+}
+
+TEST_F(BackKey, PassesOverWhatIsClippedAway)
+{
+    OnBack(AddRectangle(), "in sight");
+    Evas_Object* upper = AddRectangle();
+    OnBack(upper, "clipped");
+    evas_object_resize(upper, kSize, kSize / 2);
+    Evas_Object* clip = AddRectangle();
+    Evas_Object* outerClip = AddRectangle();
+    evas_object_clip_set(clip, outerClip);
+    evas_object_clip_set(upper, clip);
+    ReleaseKey("XF86Back");
+
+    // Each of the two leaves something, but not the same.
+    evas_object_geometry_set(clip, 0, 0, kSize / 2, kSize);
+    evas_object_geometry_set(outerClip, kSize / 2, 0, kSize / 2, kSize);
+    ReleaseKey("XF86Back");
+    evas_object_geometry_set(outerClip, 0, kSize / 2, kSize, kSize / 2);
+    ReleaseKey("XF86Back");
+    EXPECT_THAT(gCalls, ElementsAre("clipped", "in sight", "in sight"));
+}
+
+TEST_F(BackKey, PassesOverAScreenThatIsBuiltAndNotPushed)
+{
+    Evas_Object* naviframe = AddNaviframe();
+    OnBack(PushScreen(naviframe), "pushed");
+    Evas_Object* layout = elm_layout_add(naviframe);
+    elm_layout_theme_set(layout, "layout", "application", "default");
+    evas_object_show(layout);
+    OnBack(layout, "built");
+    ReleaseKey("XF86Back");
+    EXPECT_THAT(gCalls, ElementsAre("pushed"));
+}
+
+TEST_F(BackKey, ReachesAScreenThatHasNotBeenLaidOutYet)
+{
+    Evas_Object* naviframe = AddNaviframe();
+    OnBack(PushScreen(naviframe), "first");
+    // Both events are worked off in one turn of the loop: nothing is drawn between them.
+    ecore_job_add(
+        [](void* data)
+        {
+            auto* frame = static_cast<Evas_Object*>(data);
+            Evas_Object* layout = elm_layout_add(frame);
+            elm_naviframe_item_insert_after(frame, elm_naviframe_top_item_get(frame), "", nullptr,
+                                            nullptr, layout, "basic");
+            OnBack(layout, "second");
+        },
+        naviframe);
+    ReleaseKey("XF86Back");
+    EXPECT_THAT(gCalls, ElementsAre("second"));
+}
+
+TEST_F(BackKey, CountsAWindowAsInSightWhereverItStands)
+{
+    evas_object_move(mWindow, 2 * kSize, 2 * kSize);
+    OnBack(mWindow, "window");
+    ReleaseKey("XF86Back");
+    EXPECT_THAT(gCalls, ElementsAre("window"));
 }
 
 TEST_F(BackKey, FollowsTheScreensOfANaviframe)
@@ -184,6 +289,51 @@ TEST_F(BackKey, PassesOverACoveredScreenWhenTheOneOnTopHasNoCallback)
     Evas_Object* naviframe = AddNaviframe();
     OnBack(PushScreen(naviframe), "covered");
     PushScreen(naviframe);
+    ReleaseKey("XF86Back");
+    EXPECT_THAT(gCalls, IsEmpty());
+}
+
+// The wheel is taken while events are filtered, so the press filter goes in the middle of that.
+TEST_F(BackKey, BearsThatABezelCallbackDeletesTheLastObject)
+{
+    Evas_Object* bezel = AddRectangle();
+    static Evas_Object* gLast = nullptr;
+    gLast = AddRectangle();
+    OnBack(gLast, "deleted");
+    eext_rotary_object_event_callback_priority_add(
+        bezel, EVAS_CALLBACK_PRIORITY_DEFAULT,
+        [](void*, Evas_Object*, Eext_Rotary_Event_Info*) -> Eina_Bool
+        {
+            evas_object_del(gLast);
+            return EINA_FALSE;
+        },
+        nullptr);
+    eext_rotary_object_event_activated_set(bezel, EINA_TRUE);
+    TurnWheel(1);
+    ReleaseKey("XF86Back");
+    EXPECT_THAT(gCalls, IsEmpty());
+
+    OnBack(AddRectangle(), "next");
+    ReleaseKey("XF86Back");
+    EXPECT_THAT(gCalls, ElementsAre("next"));
+}
+
+TEST_F(BackKey, BearsThatABezelCallbackAddsAndDeletesTheOnlyObject)
+{
+    Evas_Object* bezel = AddRectangle();
+    eext_rotary_object_event_callback_priority_add(
+        bezel, EVAS_CALLBACK_PRIORITY_DEFAULT,
+        [](void*, Evas_Object* object, Eext_Rotary_Event_Info*) -> Eina_Bool
+        {
+            Evas_Object* only = evas_object_rectangle_add(evas_object_evas_get(object));
+            OnBack(only, "only");
+            evas_object_del(only);
+            return EINA_FALSE;
+        },
+        nullptr);
+    eext_rotary_object_event_activated_set(bezel, EINA_TRUE);
+    TurnWheel(3);
+    PressKey("Escape");
     ReleaseKey("XF86Back");
     EXPECT_THAT(gCalls, IsEmpty());
 }
@@ -255,8 +405,10 @@ TEST_F(BackKey, CallsWhatACallbackAddsFromTheNextKeyOn)
 TEST_F(BackKey, ReachesTheWindowOfTheKeyBeforeOtherWindows)
 {
     Evas_Object* dialog = elm_win_add(nullptr, "dialog", ELM_WIN_BASIC);
+    evas_object_resize(dialog, kSize, kSize);
     evas_object_show(dialog);
     Evas_Object* inDialog = evas_object_rectangle_add(evas_object_evas_get(dialog));
+    evas_object_resize(inDialog, kSize, kSize);
     evas_object_show(inDialog);
     OnBack(AddRectangle(), "older window");
     OnBack(inDialog, "newer window");

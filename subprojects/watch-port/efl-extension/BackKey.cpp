@@ -35,10 +35,6 @@ bool TakesKeyFrom(const Evas_Object* object, const Evas_Object* former, Ecore_Wi
 
 } // namespace
 
-BackKey::BackKey() : mCallbacks([this] { ListenWhileNeeded(); })
-{
-}
-
 BackKey& BackKey::GetInstance()
 {
     static BackKey instance;
@@ -48,30 +44,17 @@ BackKey& BackKey::GetInstance()
 void BackKey::AddCallback(Evas_Object* object, Eext_Event_Cb callback, void* data)
 {
     mCallbacks.Add(object, EVAS_CALLBACK_PRIORITY_DEFAULT, callback, data);
-}
-
-void BackKey::ListenWhileNeeded()
-{
-    bool isNeeded = !mCallbacks.All().empty();
-    if (isNeeded && !mHandler)
-    {
-        mHandler = ecore_event_handler_add(ECORE_EVENT_KEY_UP, SKeyReleasedCB, this);
-        mPressFilter = ecore_event_filter_add(nullptr, SKeyPressFilterCB, nullptr, nullptr);
-    }
-    if (!isNeeded && mHandler)
-    {
-        ecore_event_handler_del(mHandler);
-        mHandler = nullptr;
-        ecore_event_filter_del(mPressFilter);
-        mPressFilter = nullptr;
-    }
+    if (mPressFilter.Start())
+        ecore_event_handler_add(ECORE_EVENT_KEY_UP, SKeyReleasedCB, this);
 }
 
 // The press belongs to the key as well: a naviframe would pop its screen on Escape.
-Eina_Bool BackKey::SKeyPressFilterCB(void*, void*, int type, void* event)
+Eina_Bool BackKey::SKeyPressFilterCB(void* data, void*, int type, void* event)
 {
     const bool isPress = type == ECORE_EVENT_KEY_DOWN;
-    return !isPress || !IsBackKey(*static_cast<Ecore_Event_Key*>(event));
+    if (!isPress || static_cast<BackKey*>(data)->mCallbacks.All().empty())
+        return EINA_TRUE;
+    return !IsBackKey(*static_cast<Ecore_Event_Key*>(event));
 }
 
 Eina_Bool BackKey::SKeyReleasedCB(void* data, int, void* event)
@@ -86,7 +69,7 @@ void BackKey::CallTopObject(const Ecore_Event_Key& key) const
 {
     Evas_Object* top = nullptr;
     for (const auto& entry : mCallbacks.All())
-        if (entry->object != top && IsShown(entry->object) &&
+        if (entry->object != top && IsInSight(entry->object) &&
             (!top || TakesKeyFrom(entry->object, top, key.window)))
             top = entry->object;
 

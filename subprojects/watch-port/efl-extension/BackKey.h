@@ -1,6 +1,7 @@
 #ifndef WATCH_PORT_EFL_EXTENSION_BACK_KEY_H
 #define WATCH_PORT_EFL_EXTENSION_BACK_KEY_H
 
+#include "efl-extension/EventFilter.h"
 #include "efl-extension/ObjectCallbacks.h"
 #include "efl-extension/efl_extension.h"
 
@@ -9,8 +10,8 @@
 namespace WatchPort
 {
 
-/// Gives the back key to the object on top, and keeps its presses from the widgets. It listens to
-/// keys while any object has a callback.
+/// Gives the back key to the object on top, and keeps its presses from the widgets while any object
+/// has a callback.
 class BackKey
 {
 public:
@@ -19,16 +20,14 @@ public:
     void AddCallback(Evas_Object* object, Eext_Event_Cb callback, void* data);
 
 private:
-    BackKey();
+    BackKey() = default;
     static Eina_Bool SKeyReleasedCB(void* data, int type, void* event);
     static Eina_Bool SKeyPressFilterCB(void* data, void* loopData, int type, void* event);
 
-    void ListenWhileNeeded();
     void CallTopObject(const Ecore_Event_Key& key) const;
 
     ObjectCallbacks<Eext_Event_Cb> mCallbacks;
-    Ecore_Event_Handler* mHandler = nullptr;
-    Ecore_Event_Filter* mPressFilter = nullptr;
+    EventFilter mPressFilter{SKeyPressFilterCB, this};
 };
 
 } // namespace WatchPort

@@ -4,7 +4,6 @@
 #include <Evas.h>
 
 #include <algorithm>
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -29,8 +28,7 @@ template <typename Callback> class ObjectCallbacks
 public:
     using Entry = ObjectCallback<Callback>;
 
-    /// @param changed called after every change
-    explicit ObjectCallbacks(std::function<void()> changed) : mChanged(std::move(changed)) {}
+    ObjectCallbacks() = default;
     ObjectCallbacks(const ObjectCallbacks&) = delete;
     ObjectCallbacks& operator=(const ObjectCallbacks&) = delete;
 
@@ -42,7 +40,6 @@ public:
         auto place = std::find_if(mEntries.begin(), mEntries.end(), isLater);
         mEntries.insert(place,
                         std::make_shared<Entry>(Entry{object, priority, callback, data, false}));
-        mChanged();
     }
 
     /// Removes the newest registration of a callback; the result is its data, null without any.
@@ -59,7 +56,6 @@ public:
         mEntries.erase(newest);
         if (!Has(object))
             evas_object_event_callback_del_full(object, EVAS_CALLBACK_DEL, SObjectDeletedCB, this);
-        mChanged();
         return data;
     }
 
@@ -90,10 +86,8 @@ private:
         auto first = std::stable_partition(entries.begin(), entries.end(), isKept);
         std::for_each(first, entries.end(), [](const auto& entry) { entry->isRemoved = true; });
         entries.erase(first, entries.end());
-        self->mChanged();
     }
 
-    std::function<void()> mChanged;
     std::vector<std::shared_ptr<Entry>> mEntries;
 };
 

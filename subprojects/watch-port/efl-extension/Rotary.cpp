@@ -13,10 +13,6 @@ constexpr int kMaxDetents = 100;
 
 } // namespace
 
-Rotary::Rotary() : mCallbacks([this] { ListenWhileNeeded(); })
-{
-}
-
 Rotary& Rotary::GetInstance()
 {
     static Rotary instance;
@@ -27,6 +23,7 @@ void Rotary::AddCallback(Evas_Object* object, Evas_Callback_Priority priority,
                          Eext_Rotary_Event_Cb callback, void* data)
 {
     mCallbacks.Add(object, priority, callback, data);
+    mWheelFilter.Start();
 }
 
 void* Rotary::RemoveCallback(Evas_Object* object, Eext_Rotary_Event_Cb callback)
@@ -44,7 +41,7 @@ void Rotary::Activate(Evas_Object* object)
     evas_object_event_callback_add(object, EVAS_CALLBACK_DEL, SActivatedDeletedCB, this);
     // One who is told of the deletion later may activate the dying object once more.
     evas_object_event_callback_add(object, EVAS_CALLBACK_FREE, SActivatedDeletedCB, this);
-    ListenWhileNeeded();
+    mWheelFilter.Start();
 }
 
 void Rotary::Deactivate(Evas_Object* object)
@@ -54,7 +51,6 @@ void Rotary::Deactivate(Evas_Object* object)
     mActivated = nullptr;
     evas_object_event_callback_del_full(object, EVAS_CALLBACK_DEL, SActivatedDeletedCB, this);
     evas_object_event_callback_del_full(object, EVAS_CALLBACK_FREE, SActivatedDeletedCB, this);
-    ListenWhileNeeded();
 }
 
 void Rotary::SActivatedDeletedCB(void* data, Evas*, Evas_Object* object, void*)
@@ -62,28 +58,14 @@ void Rotary::SActivatedDeletedCB(void* data, Evas*, Evas_Object* object, void*)
     static_cast<Rotary*>(data)->Deactivate(object);
 }
 
-void Rotary::ListenWhileNeeded()
-{
-    bool isNeeded = mActivated || !mCallbacks.All().empty();
-    if (isNeeded && !mFilter)
-        mFilter = ecore_event_filter_add(nullptr, SWheelFilterCB, nullptr, this);
-    // Ecore crashes on a filter that is deleted while it runs.
-    if (!isNeeded && mFilter && mTurning == 0)
-    {
-        ecore_event_filter_del(mFilter);
-        mFilter = nullptr;
-    }
-}
-
 Eina_Bool Rotary::SWheelFilterCB(void* data, void*, int type, void* event)
 {
     if (type != ECORE_EVENT_MOUSE_WHEEL)
         return EINA_TRUE;
     auto* self = static_cast<Rotary*>(data);
-    ++self->mTurning;
+    if (!self->mActivated && self->mCallbacks.All().empty())
+        return EINA_TRUE;
     self->Turn(*static_cast<Ecore_Event_Mouse_Wheel*>(event));
-    --self->mTurning;
-    ecore_job_add([](void* rotary) { static_cast<Rotary*>(rotary)->ListenWhileNeeded(); }, self);
     return EINA_FALSE;
 }
 

@@ -1,6 +1,7 @@
 #ifndef WATCH_PORT_EFL_EXTENSION_ROTARY_H
 #define WATCH_PORT_EFL_EXTENSION_ROTARY_H
 
+#include "efl-extension/EventFilter.h"
 #include "efl-extension/ObjectCallbacks.h"
 #include "efl-extension/efl_extension.h"
 
@@ -23,18 +24,16 @@ public:
     void Deactivate(Evas_Object* object);
 
 private:
-    Rotary();
+    Rotary() = default;
     static Eina_Bool SWheelFilterCB(void* data, void* loopData, int type, void* event);
     static void SActivatedDeletedCB(void* data, Evas* canvas, Evas_Object* object, void* event);
 
-    void ListenWhileNeeded();
     void Turn(const Ecore_Event_Mouse_Wheel& wheel) const;
     void Deliver(Eext_Rotary_Event_Info detent) const;
 
     ObjectCallbacks<Eext_Rotary_Event_Cb> mCallbacks;
     Evas_Object* mActivated = nullptr;
-    Ecore_Event_Filter* mFilter = nullptr;
-    int mTurning = 0; ///< wheel events under delivery, one inside the other
+    EventFilter mWheelFilter{SWheelFilterCB, this};
 };
 
 } // namespace WatchPort

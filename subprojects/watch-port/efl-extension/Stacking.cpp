@@ -20,6 +20,16 @@ Path PathFromCanvas(const Evas_Object* object)
     return path;
 }
 
+// A window's own place is that on the desktop.
+Eina_Rectangle AreaOf(const Evas_Object* object, const Eina_Rectangle& canvas)
+{
+    if (evas_object_smart_type_check(object, "elm_win"))
+        return canvas;
+    Eina_Rectangle area{};
+    evas_object_geometry_get(object, &area.x, &area.y, &area.w, &area.h);
+    return area;
+}
+
 bool IsSiblingAbove(const Evas_Object* object, const Evas_Object* other)
 {
     for (other = evas_object_above_get(other); other; other = evas_object_above_get(other))
@@ -30,11 +40,17 @@ bool IsSiblingAbove(const Evas_Object* object, const Evas_Object* other)
 
 } // namespace
 
-bool IsShown(const Evas_Object* object)
+bool IsInSight(const Evas_Object* object)
 {
+    Eina_Rectangle seen{};
+    evas_output_viewport_get(evas_object_evas_get(object), &seen.x, &seen.y, &seen.w, &seen.h);
     for (; object; object = evas_object_clip_get(object))
-        if (!evas_object_visible_get(object))
+    {
+        const Eina_Rectangle area = AreaOf(object, seen);
+        if (!evas_object_visible_get(object) || !eina_rectangle_intersection(&seen, &area) ||
+            eina_rectangle_is_empty(&seen))
             return false;
+    }
     return true;
 }
 

@@ -33,10 +33,13 @@ typedef void (*Eext_Event_Cb)(void* data, Evas_Object* object, void* event_info)
  * Adds a callback for the back key to an object.
  *
  * The back key is the release of "XF86Back", or of "Escape" for a keyboard. It goes to one object
- * alone: of all objects that have a callback and are visible, with nothing hidden that they are
- * clipped to, the highest in the stacking order of its window. The key event's own window comes
- * before other windows, and of those the one with the newest callback. All callbacks of that one
- * object are called, the newest first. Other handlers get the key too.
+ * alone: of all objects that have a callback and are in sight, the highest in the stacking order of
+ * its window. In sight is what is visible and has an area on the canvas, as far as what it is
+ * clipped to leaves one: not a screen that is built and not shown yet, nor one that lies under
+ * another one of a naviframe. While two screens of a naviframe change places both are in sight, and
+ * the upper one gets the key. The key event's own window comes before other windows, and of those
+ * the one with the newest callback. All callbacks of that one object are called, the newest first.
+ * Other handlers get the key too; its presses no widget gets while any object has a callback.
  *
  * The callback stays until its object is deleted. Callbacks may delete any object and add
  * callbacks; those of a deleted object are no longer called, added ones from the next key on.
@@ -74,6 +77,9 @@ Eext_Circle_Surface* eext_circle_surface_conformant_add(Evas_Object* conformant)
  *
  * With a surface it also draws the scroll position as an arc at the surface's edge, to the right
  * for vertical scrolling and at the bottom for horizontal scrolling.
+ *
+ * Whoever hears the scroller's signals may delete the scroller or the circle object then. A
+ * scroller that is deleted while a detent moves it lives until that is done.
  *
  * @param scroller an Elementary scroller, not null
  * @param surface where to draw, or null to draw nothing; one whose conformant is gone is one line

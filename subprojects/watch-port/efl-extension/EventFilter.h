@@ -1,0 +1,36 @@
+#ifndef WATCH_PORT_EFL_EXTENSION_EVENT_FILTER_H
+#define WATCH_PORT_EFL_EXTENSION_EVENT_FILTER_H
+
+#include <Ecore.h>
+#include <Ecore_Eo.h>
+
+namespace WatchPort
+{
+
+/**
+ * A filter of the toolkit's events that stays until the toolkit ends.
+ *
+ * Ecore frees a filter that is deleted while events are filtered, goes on to call it, and tells
+ * nobody whether they are. So a filter that has nothing to do lets everything pass instead.
+ */
+class EventFilter
+{
+public:
+    EventFilter(Ecore_Filter_Cb callback, const void* data) : mCallback(callback), mData(data) {}
+    EventFilter(const EventFilter&) = delete;
+    EventFilter& operator=(const EventFilter&) = delete;
+
+    /** @return false when it is there already */
+    bool Start();
+
+private:
+    static void SToolkitEndsCB(void* data, const Efl_Event* event);
+
+    Ecore_Filter_Cb mCallback;
+    const void* mData;
+    Ecore_Event_Filter* mFilter = nullptr;
+};
+
+} // namespace WatchPort
+
+#endif

@@ -2,7 +2,9 @@
 #define SIMULATOR_BODY_BODY_H
 
 #include "body/BodyService.h"
+#include "body/KeyInput.h"
 #include "body/Layout.h"
+#include "body/ManagerStandIn.h"
 #include "body/MouseInput.h"
 #include "body/NestedScreen.h"
 #include "body/WatchPicture.h"
@@ -10,7 +12,10 @@
 #include "common/Options.h"
 #include "common/Window.h"
 
-/** The watch in a window: its picture, its screen's mirror, the mouse on it, and its service. */
+/**
+ * The watch in a window: its picture, its screen's mirror, mouse and keyboard, and its service. It
+ * is as large as fits into the window.
+ */
 class Body
 {
 public:
@@ -27,15 +32,18 @@ public:
 
 private:
     void Show(const WatchState& state);
+    void Resize(int width, int height);
     void ShowScreen(const Eina_Rectangle& area);
     void LoseScreen();
 
-    const Layout mLayout;
+    Layout mLayout;
     ControlClient mControl;
     NestedScreen mScreen;
     Window mWindow;
+    const ManagerStandIn mManager;
     WatchPicture mPicture;
     MouseInput mMouse;
+    KeyInput mKeys;
     BodyService mService;
     bool mHasLostScreen = false;
 };

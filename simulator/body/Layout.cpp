@@ -7,7 +7,7 @@ namespace
 {
 // In the theme's lengths, of which the screen takes 360.
 constexpr double kScreen = 360;
-constexpr double kWindow = 680;
+constexpr double kWatch = 680;
 constexpr double kCentreX = 370;
 constexpr double kCentreY = 340;
 constexpr double kRingOuter = 242;
@@ -33,13 +33,18 @@ int ScaleToScreen(int coordinate, int start, int side, int screenSize)
 }
 } // namespace
 
-Layout::Layout(int screenSize, double zoom)
-    : mScreenSize(screenSize), mUnit(screenSize * zoom / kScreen),
-      mWindowSide(static_cast<int>(std::lround(kWindow * mUnit))),
-      mSide(static_cast<int>(std::lround(screenSize * zoom))),
-      mCorner{static_cast<int>(std::lround(kCentreX * mUnit - mSide / 2.0)),
-              static_cast<int>(std::lround(kCentreY * mUnit - mSide / 2.0))}
+Layout::Layout(int screenSize, int width, int height)
+    : mScreenSize(screenSize), mWidth(width), mHeight(height), mWatchSide(std::min(width, height)),
+      mUnit(mWatchSide / kWatch), mOrigin{(width - mWatchSide) / 2, (height - mWatchSide) / 2},
+      mSide(static_cast<int>(std::lround(kScreen * mUnit))),
+      mCorner{mOrigin.x + static_cast<int>(std::lround(kCentreX * mUnit - mSide / 2.0)),
+              mOrigin.y + static_cast<int>(std::lround(kCentreY * mUnit - mSide / 2.0))}
 {
+}
+
+int Layout::GetUsualSide(int screenSize)
+{
+    return static_cast<int>(std::lround(kWatch * screenSize / kScreen));
 }
 
 double Layout::GetAngleAt(Point point) const
@@ -62,8 +67,8 @@ Target Layout::GetTargetAt(Point point) const
         return Target::BackKey;
     if (distance <= kKeyOuter * mUnit && std::abs(angle - kKeyAngle) <= kKeyHalfAngle)
         return Target::PowerKey;
-    const double x = point.x / mUnit;
-    const double y = point.y / mUnit;
+    const double x = (point.x - mOrigin.x) / mUnit;
+    const double y = (point.y - mOrigin.y) / mUnit;
     const bool isPlug = x < kCentreX - kRingOuter && y >= kChargerTop && y < kPlugBottom;
     const bool isCable = x < kCableRight && y >= kPlugBottom;
     return isPlug || isCable ? Target::Charger : Target::Nothing;

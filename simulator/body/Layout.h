@@ -22,22 +22,30 @@ enum class Target
 /**
  * Where everything of the watch is in its window.
  *
- * The theme is drawn for a window of 680 by 680 and a screen of 360, which is centred at 370,340.
- * Another size or zoom scales all of it; the screen then lies on whole pixels.
+ * The theme is drawn for a square of 680 by 680 and a screen of 360, which is centred at 370,340.
+ * In a window of another size the square is as large as it can be and lies in the middle; the
+ * screen lies on whole pixels.
  */
 class Layout
 {
 public:
     /**
      * @param screenSize The watch's screen in its own pixels: 360, 390 or 454.
-     * @param zoom How many pixels of the window a pixel of the screen takes in each direction.
+     * @param width Of the window in pixels, greater than 0; so is its height.
      */
-    Layout(int screenSize, double zoom);
+    Layout(int screenSize, int width, int height);
+
+    /** The side of the square in which a pixel of the screen is one of the window. */
+    static int GetUsualSide(int screenSize);
 
     int GetScreenSize() const { return mScreenSize; }
 
-    /** The side of the square window. */
-    int GetWindowSide() const { return mWindowSide; }
+    int GetWindowWidth() const { return mWidth; }
+    int GetWindowHeight() const { return mHeight; }
+
+    /** The upper left corner and the side of the square that holds the watch. */
+    Point GetOrigin() const { return mOrigin; }
+    int GetWatchSide() const { return mWatchSide; }
 
     /** The upper left corner and the side of the square about the round screen. */
     Point GetScreenCorner() const { return mCorner; }
@@ -53,8 +61,11 @@ public:
 
 private:
     int mScreenSize;
+    int mWidth;
+    int mHeight;
+    int mWatchSide;
     double mUnit;
-    int mWindowSide;
+    Point mOrigin;
     int mSide;
     Point mCorner;
 };

@@ -1,7 +1,5 @@
 #include "body/MouseInput.h"
 
-#include <cstdlib>
-
 namespace
 {
 constexpr int kLeftButton = 1;
@@ -9,22 +7,19 @@ constexpr int kLeftButton = 1;
 
 MouseInput::MouseInput(Evas* canvas, const Layout& layout, NestedScreen& screen,
                        ControlClient& control)
-    : mLayout(layout), mScreen(screen), mControl(control)
+    : mHand(evas_object_rectangle_add(canvas)), mLayout(layout), mScreen(screen), mControl(control)
 {
-    Evas_Object* hand = evas_object_rectangle_add(canvas);
-    evas_object_color_set(hand, 0, 0, 0, 0);
-    evas_object_resize(hand, layout.GetWindowSide(), layout.GetWindowSide());
-    evas_object_show(hand);
-    evas_object_event_callback_add(hand, EVAS_CALLBACK_MOUSE_DOWN, SDownCB, this);
-    evas_object_event_callback_add(hand, EVAS_CALLBACK_MOUSE_MOVE, SMoveCB, this);
-    evas_object_event_callback_add(hand, EVAS_CALLBACK_MOUSE_UP, SUpCB, this);
-    evas_object_event_callback_add(hand, EVAS_CALLBACK_MOUSE_WHEEL, SWheelCB, this);
+    evas_object_color_set(mHand, 0, 0, 0, 0);
+    evas_object_show(mHand);
+    evas_object_event_callback_add(mHand, EVAS_CALLBACK_MOUSE_DOWN, SDownCB, this);
+    evas_object_event_callback_add(mHand, EVAS_CALLBACK_MOUSE_MOVE, SMoveCB, this);
+    evas_object_event_callback_add(mHand, EVAS_CALLBACK_MOUSE_UP, SUpCB, this);
+    evas_object_event_callback_add(mHand, EVAS_CALLBACK_MOUSE_WHEEL, SWheelCB, this);
 }
 
-void MouseInput::TurnBezel(int detents)
+void MouseInput::Resize(int width, int height)
 {
-    if (detents != 0)
-        mControl.TurnBezel(detents > 0 ? "cw" : "ccw", std::abs(detents));
+    evas_object_resize(mHand, width, height);
 }
 
 void MouseInput::Press(Point point)
@@ -57,7 +52,7 @@ void MouseInput::Move(Point point)
     if (mHeld == Target::Screen)
         mScreen.MoveTouch(pixel.x, pixel.y);
     else if (mHeld == Target::Ring)
-        TurnBezel(mDrag->MoveTo(mLayout.GetAngleAt(point)));
+        mControl.TurnBezel(mDrag->MoveTo(mLayout.GetAngleAt(point)));
 }
 
 void MouseInput::Release(Point point)
@@ -70,7 +65,7 @@ void MouseInput::Release(Point point)
     else if (mHeld == Target::PowerKey)
         mControl.MoveKey("release", "power");
     else if (mHeld == Target::Charger && mLayout.GetTargetAt(point) == Target::Charger)
-        mControl.SetCharging(!mControl.GetState().isCharging);
+        mControl.SetPlugged(!mControl.GetState().isPlugged);
     mHeld = Target::Nothing;
 }
 
@@ -96,5 +91,6 @@ void MouseInput::SUpCB(void* data, Evas* /*canvas*/, Evas_Object* /*object*/, vo
 
 void MouseInput::SWheelCB(void* data, Evas* /*canvas*/, Evas_Object* /*object*/, void* event)
 {
-    static_cast<MouseInput*>(data)->TurnBezel(static_cast<Evas_Event_Mouse_Wheel*>(event)->z);
+    static_cast<MouseInput*>(data)->mControl.TurnBezel(
+        static_cast<Evas_Event_Mouse_Wheel*>(event)->z);
 }

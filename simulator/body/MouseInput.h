@@ -23,20 +23,27 @@
 class MouseInput
 {
 public:
-    /** Listens to the canvas's mouse above everything on it; all arguments outlive this object. */
+    /**
+     * Listens to the canvas's mouse above everything on it; all arguments outlive this object.
+     *
+     * @param layout Where the watch is, always as it is now.
+     */
     MouseInput(Evas* canvas, const Layout& layout, NestedScreen& screen, ControlClient& control);
+
+    /** To be called when the canvas has another size. */
+    void Resize(int width, int height);
 
 private:
     void Press(Point point);
     void Move(Point point);
     void Release(Point point);
-    void TurnBezel(int detents);
 
     static void SDownCB(void* data, Evas* canvas, Evas_Object* object, void* event);
     static void SMoveCB(void* data, Evas* canvas, Evas_Object* object, void* event);
     static void SUpCB(void* data, Evas* canvas, Evas_Object* object, void* event);
     static void SWheelCB(void* data, Evas* canvas, Evas_Object* object, void* event);
 
+    Evas_Object* const mHand; ///< feels the mouse everywhere, and is not seen
     const Layout& mLayout;
     NestedScreen& mScreen;
     ControlClient& mControl;

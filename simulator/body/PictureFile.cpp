@@ -26,14 +26,25 @@ Canvas NewCanvas(int side)
     return canvas;
 }
 
-void Save(Ecore_Evas* canvas, int side, const std::string& file)
+Canvas Draw(int side, const WatchState& state, const NestedScreen& screen)
 {
-    Evas_Object* image = evas_object_image_add(ecore_evas_get(canvas));
+    const int size = screen.GetSize();
+    Canvas canvas = NewCanvas(side);
+    WatchPicture picture(ecore_evas_get(canvas.get()), Layout(size, side, side),
+                         WatchPicture::Kind::Alone);
+    picture.Show(state);
+    picture.ShowScreen(screen.GetPixels(), {0, 0, size, size});
+    ecore_evas_manual_render(canvas.get());
+    return canvas;
+}
+
+Evas_Object* AddImage(Evas* canvas, Ecore_Evas* drawn, int side)
+{
+    Evas_Object* image = evas_object_image_add(canvas);
     evas_object_image_size_set(image, side, side);
     evas_object_image_alpha_set(image, EINA_TRUE);
-    evas_object_image_data_copy_set(image, const_cast<void*>(ecore_evas_buffer_pixels_get(canvas)));
-    if (!evas_object_image_save(image, file.c_str(), nullptr, "compress=6"))
-        throw std::runtime_error("\"" + file + "\" cannot be written");
+    evas_object_image_data_copy_set(image, const_cast<void*>(ecore_evas_buffer_pixels_get(drawn)));
+    return image;
 }
 } // namespace
 
@@ -42,12 +53,14 @@ void SavePicture(const std::string& file, const WatchState& state, const NestedS
     const std::filesystem::path path(file);
     if (!path.is_absolute() || path.extension() != ".png")
         throw std::runtime_error("\"" + file + "\" is no absolute name of a .png file");
-    const int size = screen.GetSize();
-    const Layout layout(size, 1);
-    const Canvas canvas = NewCanvas(layout.GetWindowSide());
-    WatchPicture picture(ecore_evas_get(canvas.get()), layout, WatchPicture::Kind::Alone);
-    picture.Show(state);
-    picture.ShowScreen(screen.GetPixels(), {0, 0, size, size});
-    ecore_evas_manual_render(canvas.get());
-    Save(canvas.get(), layout.GetWindowSide(), file);
+    const int side = Layout::GetUsualSide(screen.GetSize());
+    const Canvas canvas = Draw(side, state, screen);
+    Evas_Object* image = AddImage(ecore_evas_get(canvas.get()), canvas.get(), side);
+    if (!evas_object_image_save(image, file.c_str(), nullptr, "compress=6"))
+        throw std::runtime_error("\"" + file + "\" cannot be written");
+}
+
+Evas_Object* AddPicture(Evas* canvas, int side, const WatchState& state, const NestedScreen& screen)
+{
+    return AddImage(canvas, Draw(side, state, screen).get(), side);
 }

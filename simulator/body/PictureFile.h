@@ -4,6 +4,7 @@
 #include "body/NestedScreen.h"
 #include "common/WatchState.h"
 
+#include <Evas.h>
 #include <string>
 
 /**
@@ -14,5 +15,9 @@
  * ".png", or the file cannot be written.
  */
 void SavePicture(const std::string& file, const WatchState& state, const NestedScreen& screen);
+
+/** The same, `side` pixels large, as an image object that is hidden and owned by the canvas. */
+Evas_Object* AddPicture(Evas* canvas, int side, const WatchState& state,
+                        const NestedScreen& screen);
 
 #endif

@@ -52,18 +52,22 @@ std::vector<uint8_t> DiscCoverage(int side)
     return coverage;
 }
 
-Evas_Object* AddRoundMask(Evas* canvas, int side)
+Evas_Object* AddRoundMask(Evas* canvas)
+{
+    Evas_Object* mask = evas_object_image_filled_add(canvas);
+    evas_object_image_alpha_set(mask, EINA_TRUE);
+    evas_object_show(mask);
+    return mask;
+}
+
+void ResizeRoundMask(Evas_Object* mask, int side)
 {
     const std::vector<uint8_t> coverage = DiscCoverage(side);
     std::vector<uint32_t> pixels(coverage.size());
     std::transform(coverage.begin(), coverage.end(), pixels.begin(),
                    [](uint8_t alpha) { return alpha * 0x01010101U; });
-    Evas_Object* mask = evas_object_image_filled_add(canvas);
     evas_object_image_size_set(mask, side, side);
-    evas_object_image_alpha_set(mask, EINA_TRUE);
     evas_object_image_data_copy_set(mask, pixels.data());
     evas_object_image_data_update_add(mask, 0, 0, side, side);
     evas_object_resize(mask, side, side);
-    evas_object_show(mask);
-    return mask;
 }

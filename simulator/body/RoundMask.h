@@ -15,7 +15,13 @@
  */
 std::vector<uint8_t> DiscCoverage(int side);
 
-/** An image, shown and owned by the canvas, that lets the disc through when it clips an object. */
-Evas_Object* AddRoundMask(Evas* canvas, int side);
+/**
+ * An image, shown and owned by the canvas, that lets a disc through when it clips an object; see
+ * ResizeRoundMask().
+ */
+Evas_Object* AddRoundMask(Evas* canvas);
+
+/** Makes the image `side` pixels large in each direction, and the disc as large as fits into it. */
+void ResizeRoundMask(Evas_Object* mask, int side);
 
 #endif

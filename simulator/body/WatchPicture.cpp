@@ -7,29 +7,32 @@
 #include <algorithm>
 
 WatchPicture::WatchPicture(Evas* canvas, const Layout& layout, Kind kind)
-    : mLayout(layout), mBody(AddThemed(canvas, "watch/body")), mRing(canvas), mKind(kind)
+    : mScreenSize(layout.GetScreenSize()), mKind(kind),
+      mDesk(kind == Kind::OnDesk ? AddThemed(canvas, "watch/desk") : nullptr),
+      mBody(AddThemed(canvas, "watch/body")), mRing(canvas), mMask(AddRoundMask(canvas)),
+      mScreen(evas_object_image_filled_add(canvas))
 {
     edje_object_part_swallow(mBody, "marks", mRing.GetObject());
-    evas_object_resize(mBody, layout.GetWindowSide(), layout.GetWindowSide());
-    if (kind == Kind::Alone)
-        edje_object_signal_emit(mBody, "desk,hide", "watch");
-    AddScreen(canvas);
+    evas_object_image_size_set(mScreen, mScreenSize, mScreenSize);
+    evas_object_image_alpha_set(mScreen, EINA_FALSE);
+    evas_object_clip_set(mScreen, mMask);
+    evas_object_show(mScreen);
+    Place(layout);
 }
 
-void WatchPicture::AddScreen(Evas* canvas)
+void WatchPicture::Place(const Layout& layout)
 {
-    const Point corner = mLayout.GetScreenCorner();
-    const int size = mLayout.GetScreenSize();
-    const int side = mLayout.GetScreenSide();
-    Evas_Object* mask = AddRoundMask(canvas, side);
-    evas_object_move(mask, corner.x, corner.y);
-    mScreen = evas_object_image_filled_add(canvas);
-    evas_object_image_size_set(mScreen, size, size);
-    evas_object_image_alpha_set(mScreen, EINA_FALSE);
+    if (mDesk)
+        evas_object_resize(mDesk, layout.GetWindowWidth(), layout.GetWindowHeight());
+    evas_object_move(mBody, layout.GetOrigin().x, layout.GetOrigin().y);
+    evas_object_resize(mBody, layout.GetWatchSide(), layout.GetWatchSide());
+
+    const Point corner = layout.GetScreenCorner();
+    const int side = layout.GetScreenSide();
     evas_object_move(mScreen, corner.x, corner.y);
     evas_object_resize(mScreen, side, side);
-    evas_object_clip_set(mScreen, mask);
-    evas_object_show(mScreen);
+    evas_object_move(mMask, corner.x, corner.y);
+    ResizeRoundMask(mMask, side);
 }
 
 void WatchPicture::Signal(bool before, bool now, const char* on, const char* off)
@@ -44,7 +47,7 @@ void WatchPicture::Show(const WatchState& state)
     edje_object_animation_set(mBody, isMoving);
     Signal(mState.isBackPressed, state.isBackPressed, "key,back,push", "key,back,release");
     Signal(mState.isPowerPressed, state.isPowerPressed, "key,power,push", "key,power,release");
-    Signal(mState.isCharging, state.isCharging, "charger,plug", "charger,unplug");
+    Signal(mState.isPlugged, state.isPlugged, "charger,plug", "charger,unplug");
     edje_object_message_signal_process(mBody);
     if (isMoving)
         mRing.TurnTo(state.bezelPosition);
@@ -56,11 +59,10 @@ void WatchPicture::Show(const WatchState& state)
 
 void WatchPicture::ShowScreen(const uint32_t* pixels, const Eina_Rectangle& area)
 {
-    const int size = mLayout.GetScreenSize();
     auto* shown = static_cast<uint32_t*>(evas_object_image_data_get(mScreen, EINA_TRUE));
     for (int row = area.y; row < area.y + area.h; ++row)
     {
-        const size_t start = static_cast<size_t>(row) * size + area.x;
+        const size_t start = static_cast<size_t>(row) * mScreenSize + area.x;
         std::copy_n(pixels + start, area.w, shown + start);
     }
     evas_object_image_data_set(mScreen, shown);

@@ -18,8 +18,11 @@ public:
         Alone   ///< transparent where the watch is not; every state is shown at once
     };
 
-    /** Adds all to the upper left corner of the canvas, which owns it and must outlive this. */
+    /** Adds all to the canvas, which owns it and must outlive this; the desk fills the window. */
     WatchPicture(Evas* canvas, const Layout& layout, Kind kind);
+
+    /** Moves all to where it is in another layout of the same screen. */
+    void Place(const Layout& layout);
 
     /** Shows the ring, the keys and the charger as they are. The first time nothing moves. */
     void Show(const WatchState& state);
@@ -33,14 +36,15 @@ public:
     void ShowScreen(const uint32_t* pixels, const Eina_Rectangle& area);
 
 private:
-    void AddScreen(Evas* canvas);
     void Signal(bool before, bool now, const char* on, const char* off);
 
-    const Layout mLayout;
+    const int mScreenSize;
+    const Kind mKind;
+    Evas_Object* const mDesk; ///< null when the watch is alone
     Evas_Object* const mBody;
     BezelRing mRing;
-    const Kind mKind;
-    Evas_Object* mScreen = nullptr;
+    Evas_Object* const mMask;
+    Evas_Object* const mScreen;
     WatchState mState;
     bool mIsShown = false;
 };

@@ -3,7 +3,7 @@
 
 int main(int argumentCount, char** arguments)
 {
-    return RunProgram(argumentCount, arguments, {"screen", "size", "zoom"},
+    return RunProgram(argumentCount, arguments, {"screen", "size", "side", "title"},
                       [](const Options& options)
                       {
                           Body body(options);

@@ -15,6 +15,9 @@ constexpr char kPath[] = "/com/velmora/QivoWatch";
 constexpr char kInterface[] = "com.velmora.QivoWatch1";
 constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
 
+// The keeper takes no more at a time.
+constexpr int kMostDetents = 1000;
+
 bool HasSignature(const Eldbus_Message* message, const char* signature)
 {
     return std::strcmp(eldbus_message_signature_get(message), signature) == 0;
@@ -40,13 +43,20 @@ Eldbus_Connection* Connect()
     return bus;
 }
 
+// Whether it is no answer but the end of the connection.
+bool IsCanceled(const Eldbus_Message* answer)
+{
+    const char* name = nullptr;
+    return eldbus_message_error_get(answer, &name, nullptr) &&
+           std::strcmp(name, ELDBUS_ERROR_PENDING_CANCELED) == 0;
+}
+
 // The text of an error; null for an answer, and for the end of the connection, which is told once.
 const char* ErrorText(const Eldbus_Message* answer)
 {
-    const char* name = nullptr;
     const char* text = nullptr;
-    const bool isError = eldbus_message_error_get(answer, &name, &text);
-    return isError && std::strcmp(name, ELDBUS_ERROR_PENDING_CANCELED) != 0 ? text : nullptr;
+    const bool isError = eldbus_message_error_get(answer, nullptr, &text);
+    return isError && !IsCanceled(answer) ? text : nullptr;
 }
 
 template <typename Type> Type Read(Eldbus_Message_Iter* value, const char* signature)
@@ -73,6 +83,7 @@ const std::map<std::string, ControlClient::Property>& ControlClient::Properties(
          {"i", [](State& state, Value v) { state.bezelPosition = Read<int>(v, "i"); }}},
         {"BackPressed", {"b", [](State& state, Value v) { state.isBackPressed = ReadFlag(v); }}},
         {"PowerPressed", {"b", [](State& state, Value v) { state.isPowerPressed = ReadFlag(v); }}},
+        {"Plugged", {"b", [](State& state, Value v) { state.isPlugged = ReadFlag(v); }}},
         {"Charging", {"b", [](State& state, Value v) { state.isCharging = ReadFlag(v); }}},
         {"Percentage",
          {"d", [](State& state, Value v) { state.percentage = Read<double>(v, "d"); }}},
@@ -115,25 +126,44 @@ void ControlClient::Send(Eldbus_Message* call)
     eldbus_connection_send(mBus, call, SAnswerCB, method, -1);
 }
 
-void ControlClient::TurnBezel(const char* direction, unsigned int detents)
+void ControlClient::TurnBezel(int detents)
 {
-    Eldbus_Message* call = NewCall("Bezel");
-    eldbus_message_arguments_append(call, "suu", direction, detents, 0u);
-    Send(call);
+    if (detents == 0)
+        return;
+    const bool isSameWay = !mTurns.empty() && (mTurns.back() > 0) == (detents > 0);
+    if (isSameWay && std::abs(mTurns.back() + detents) <= kMostDetents)
+        mTurns.back() += detents;
+    else
+        mTurns.push_back(detents);
+    if (mTurnsAtWork == 0)
+        SendTurn();
 }
 
+void ControlClient::SendTurn()
+{
+    const int detents = mTurns.front();
+    mTurns.pop_front();
+    ++mTurnsAtWork;
+    Eldbus_Message* call = NewCall("Bezel");
+    eldbus_message_arguments_append(call, "suu", detents > 0 ? "cw" : "ccw",
+                                    static_cast<unsigned int>(std::abs(detents)), 0u);
+    eldbus_connection_send(mBus, call, STurnedCB, this, -1);
+}
+
+// What was turned before the key moves comes before it.
 void ControlClient::MoveKey(const char* action, const char* key)
 {
+    while (!mTurns.empty())
+        SendTurn();
     Eldbus_Message* call = NewCall("Button");
     eldbus_message_arguments_append(call, "ssuuu", action, key, 0u, 1u, 0u);
     Send(call);
 }
 
-void ControlClient::SetCharging(bool isCharging)
+void ControlClient::SetPlugged(bool isPlugged)
 {
-    Eldbus_Message* call = NewCall("SetBattery");
-    eldbus_message_arguments_append(call, "ds", mState.percentage,
-                                    isCharging ? "charging" : "discharging");
+    Eldbus_Message* call = NewCall("SetPlugged");
+    eldbus_message_arguments_append(call, "b", isPlugged);
     Send(call);
 }
 
@@ -221,6 +251,16 @@ void ControlClient::SChangedCB(void* data, const Eldbus_Message* signal)
         eldbus_message_arguments_get(signal, "sa{sv}as", &interface, &changed, &invalidated) &&
         std::strcmp(interface, kInterface) == 0)
         static_cast<ControlClient*>(data)->TakeProperties(changed);
+}
+
+void ControlClient::STurnedCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* /*pending*/)
+{
+    auto* client = static_cast<ControlClient*>(data);
+    if (const char* text = ErrorText(answer))
+        Complain(std::string("Bezel: ") + text);
+    --client->mTurnsAtWork;
+    if (client->mTurnsAtWork == 0 && !client->mTurns.empty() && !IsCanceled(answer))
+        client->SendTurn();
 }
 
 void ControlClient::SAnswerCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* /*pending*/)

@@ -4,6 +4,7 @@
 #include "common/WatchState.h"
 
 #include <Eldbus.h>
+#include <deque>
 #include <functional>
 #include <map>
 #include <string>
@@ -44,11 +45,14 @@ public:
      */
     void OwnName(const char* name);
 
-    /** @param direction "cw" or "ccw" */
-    void TurnBezel(const char* direction, unsigned int detents);
+    /**
+     * Turns the bezel by any number of detents, clockwise positive. While the keeper is at work on
+     * those before they wait, as the bus refuses calls when too many of them have no answer.
+     */
+    void TurnBezel(int detents);
     /** @param action "push" or "release"  @param key "back" or "power" */
     void MoveKey(const char* action, const char* key);
-    void SetCharging(bool isCharging);
+    void SetPlugged(bool isPlugged);
     void Launch(const char* application);
     void Stop();
 
@@ -63,6 +67,7 @@ private:
     static const std::map<std::string, Property>& Properties();
     Eldbus_Message* NewCall(const char* method) const;
     void Send(Eldbus_Message* call);
+    void SendTurn();
     void ReadState();
     void TakeProperties(Eldbus_Message_Iter* values);
 
@@ -70,12 +75,15 @@ private:
     static void SDisconnectedCB(void* data, Eldbus_Connection* bus, void* event);
     static void SStateCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* pending);
     static void SChangedCB(void* data, const Eldbus_Message* signal);
+    static void STurnedCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* pending);
     static void SAnswerCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* pending);
     static void SNameCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* pending);
 
     Eldbus_Connection* mBus;
     const StateCallback mOnState;
     WatchState mState;
+    std::deque<int> mTurns; ///< detents that wait, a sum for each change of the direction
+    int mTurnsAtWork = 0;   ///< calls that are not answered
     bool mIsWatchGone = false;
 };
 

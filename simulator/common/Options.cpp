@@ -1,26 +1,25 @@
 #include "common/Options.h"
 
-#include <sstream>
+#include <charconv>
 #include <stdexcept>
 
 namespace
 {
-constexpr double kLeastZoom = 0.5;
-constexpr double kMostZoom = 4;
+// An X server's windows have no more pixels in a direction.
+constexpr int kMostSide = 32767;
 
 [[noreturn]] void Refuse(const std::string& what)
 {
     throw std::invalid_argument(what);
 }
 
-// The whole text and nothing but a plain number, whatever the locale.
-double ReadNumber(const std::string& text)
+// The whole text and nothing but digits; 0 for anything else.
+int ReadNumber(const std::string& text)
 {
-    std::istringstream stream(text);
-    stream.imbue(std::locale::classic());
-    double number = 0;
-    const bool isRead = !text.empty() && (stream >> number).eof();
-    return isRead ? number : -1;
+    int number = 0;
+    const char* end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && rest == end ? number : 0;
 }
 } // namespace
 
@@ -46,6 +45,12 @@ const std::string& Options::Get(const std::string& name) const
     return found->second;
 }
 
+std::string Options::Get(const std::string& name, const std::string& usual) const
+{
+    const auto found = mValues.find(name);
+    return found == mValues.end() ? usual : found->second;
+}
+
 int Options::GetScreenSize() const
 {
     const std::string& size = Get("size");
@@ -54,13 +59,11 @@ int Options::GetScreenSize() const
     return std::stoi(size);
 }
 
-double Options::GetZoom() const
+int Options::GetSide(int usual) const
 {
-    const auto found = mValues.find("zoom");
-    if (found == mValues.end())
-        return 1;
-    const double zoom = ReadNumber(found->second);
-    if (!(zoom >= kLeastZoom && zoom <= kMostZoom))
-        Refuse("--zoom is \"" + found->second + "\" (0.5 to 4)");
-    return zoom;
+    const std::string given = Get("side", std::to_string(usual));
+    const int side = ReadNumber(given);
+    if (side < 1 || side > kMostSide)
+        Refuse("--side is \"" + given + "\" (1 to 32767)");
+    return side;
 }

@@ -20,11 +20,14 @@ public:
     /** The value of an option that must be given. */
     const std::string& Get(const std::string& name) const;
 
+    /** The value of an option, `usual` when it is not given. */
+    std::string Get(const std::string& name, const std::string& usual) const;
+
     /** The side of the watch's screen in pixels: --size, one of 360, 390 and 454. */
     int GetScreenSize() const;
 
-    /** The window's enlargement: --zoom, from 0.5 to 4; 1 when it is not given. */
-    double GetZoom() const;
+    /** The side of the window in pixels: --side, 1 to 32767; `usual` when it is not given. */
+    int GetSide(int usual) const;
 
 private:
     std::map<std::string, std::string> mValues;

@@ -10,7 +10,8 @@ struct WatchState
     int bezelPosition = 0; ///< detents turned so far, clockwise positive
     bool isBackPressed = false;
     bool isPowerPressed = false;
-    bool isCharging = false;
+    bool isPlugged = false;
+    bool isCharging = false; ///< not when the battery is full
     double percentage = 100;
     int64_t time = 0; ///< the watch's, in milliseconds since the epoch, when it was told
     bool isTimeFrozen = false;

@@ -6,6 +6,7 @@ from typing import Any, NoReturn
 
 from qivo_watch.apps import GUIDE
 from qivo_watch.clock import parse_time
+from qivo_watch.desktop import LEAST_ZOOM, MOST_ZOOM
 from qivo_watch.errors import UsageError
 from qivo_watch.inject import KEYS
 from qivo_watch.log import LEVELS
@@ -99,9 +100,13 @@ class Grammar:
         add("--headless", action="store_true", help="without a window")
         add("--web", action="store_true", help="in a browser of this machine; prints the address")
         add("--port", type=number(int, 1, 65535), help="of --web (default: a free one)")
-        add("--password", type=_password, help="of --web (default: a fresh one)")
+        add("--password-file", metavar="FILE",
+            help="holds the password of --web, 8 of A-Z a-z 0-9; - is standard input "
+            "(default: a fresh password)")
         add("--size", type=int, choices=SIZES, default=SIZES[0], help="pixels of the screen's side")
-        add("--zoom", type=number(float, 0.25, 8), default=1.0, help="of the window alone")
+        add("--zoom", type=number(float, LEAST_ZOOM, MOST_ZOOM), metavar="Z",
+            help=f"of the window alone, {LEAST_ZOOM:g} to {MOST_ZOOM:g} (default: the desktop's "
+            "scale, as far as the screen allows it)")
         add("--language", default="en_US", help="such as ko_KR (default: %(default)s)")
         add("--percent", type=number(float, 0, 100), default=80.0, help="charge of the battery")
         add("--charging", dest="battery", action="store_const", const="charging",
@@ -209,12 +214,6 @@ class Grammar:
         self._add("stop", "End the watch; return when nothing of it is left.")
 
 
-def _password(text: str) -> str:
-    if not (1 <= len(text) <= 8 and text.isascii() and text.isalnum()):
-        raise argparse.ArgumentTypeError("it has 1 to 8 of A-Z a-z 0-9")
-    return text
-
-
 _NAME_HELP = "which watch (default: watch)"
 _WAITS = {
     "log": "for a line of the log that holds TEXT",
@@ -224,5 +223,10 @@ _WAITS = {
 }
 _DESCRIPTION = """A watch on the desk. Without a command it starts one.
 
-In the window: wheel or dragged ring = bezel, mouse on the screen = finger, the keys and the
-charger by a click; closing the window ends the watch."""
+In the window:
+  wheel, dragged ring, or arrow keys       bezel
+  mouse on the screen                      finger
+  a click on a key; Escape or Backspace    back key
+  a click on a key; P                      power key
+  a click on the charger; C                plug, unplug
+  closing the window                       end the watch"""

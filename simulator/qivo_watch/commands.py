@@ -16,6 +16,7 @@ from Xlib.error import ConnectionClosedError, DisplayConnectionError
 from qivo_watch import client as clients
 from qivo_watch.client import Client
 from qivo_watch.clock import format_time, parse_time
+from qivo_watch.desktop import fitting_zoom
 from qivo_watch.errors import UsageError, WatchEnded, WatchError
 from qivo_watch.guard import start_guard
 from qivo_watch.log import coloured, is_at_least
@@ -74,13 +75,17 @@ class Session:
     def do_start(self, given: argparse.Namespace) -> None:
         if given.headless and given.web:
             raise UsageError("--headless and --web exclude each other")
-        if (given.port or given.password) and not given.web:
-            raise UsageError("--port and --password are for --web")
+        if (given.port or given.password_file) and not given.web:
+            raise UsageError("--port and --password-file are for --web")
+        options = {key: getattr(given, key) for key in (
+            "headless", "web", "port", "size", "language", "percent", "battery", "at")}
+        options["zoom"] = given.zoom or 1.0
         if not (given.headless or given.web):
             _need_display()
-        options = {key: getattr(given, key) for key in (
-            "headless", "web", "port", "password", "size", "zoom", "language", "percent",
-            "battery", "at")}
+            options["zoom"] = fitting_zoom(os.environ["DISPLAY"], given.size, given.zoom)
+        if given.web:
+            from qivo_watch.web import read_password  # pylint: disable=import-outside-toplevel
+            options["password"] = given.password_file and read_password(given.password_file)
         lock = self.folder.create()
         answer = start_guard(self.folder, lock, json.dumps({**options, "name": self.folder.name}))
         line = _read_line(answer)

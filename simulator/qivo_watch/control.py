@@ -49,6 +49,7 @@ DESCRIPTION = f"""<node><interface name="{INTERFACE}">
     <arg name="percent" type="d" direction="in"/>
     <arg name="state" type="s" direction="in"/>
   </method>
+  <method name="SetPlugged"><arg name="plugged" type="b" direction="in"/></method>
   <method name="SetLanguage"><arg name="language" type="s" direction="in"/></method>
   <method name="SetTime"><arg name="ms" type="x" direction="in"/></method>
   <method name="SetTimeFrozen"><arg name="frozen" type="b" direction="in"/></method>
@@ -64,6 +65,7 @@ DESCRIPTION = f"""<node><interface name="{INTERFACE}">
   <property name="BezelPosition" type="i" access="read"/>
   <property name="BackPressed" type="b" access="read"/>
   <property name="PowerPressed" type="b" access="read"/>
+  <property name="Plugged" type="b" access="read"/>
   <property name="Charging" type="b" access="read"/>
   <property name="Percentage" type="d" access="read"/>
   <property name="Language" type="s" access="read"/>
@@ -98,8 +100,8 @@ class Control:
         works = {
             "Launch": watch.launch, "Bezel": watch.bezel, "Button": watch.button,
             "Touch": watch.touch, "Swipe": watch.swipe, "SetBattery": watch.set_battery,
-            "SetLanguage": watch.set_language, "SetTime": watch.set_time,
-            "SetTimeFrozen": watch.set_time_frozen, "Stop": watch.stop,
+            "SetPlugged": watch.set_plugged, "SetLanguage": watch.set_language,
+            "SetTime": watch.set_time, "SetTimeFrozen": watch.set_time_frozen, "Stop": watch.stop,
         }
         if method in works:
             yield from works[method](*arguments)

@@ -13,6 +13,7 @@ from Xlib.error import ConnectionClosedError
 from qivo_watch import bus
 from qivo_watch.clock import parse_time
 from qivo_watch.control import Control
+from qivo_watch.desktop import side_of
 from qivo_watch.environment import bare_environment, program
 from qivo_watch.errors import UsageError, WatchError
 from qivo_watch.inject import Hand
@@ -22,7 +23,7 @@ from qivo_watch.processes import OPTIONS_VARIABLE
 from qivo_watch.screen import Screen
 from qivo_watch.services import Battery, Language, TimeZone
 from qivo_watch.settle import Settler
-from qivo_watch.state import Folder
+from qivo_watch.state import DEFAULT_NAME, Folder
 from qivo_watch.tasks import Tasks, Until, Work
 from qivo_watch.watch import Watch
 from qivo_watch.web import Web
@@ -112,12 +113,15 @@ class Keeper:
 
     def _start_body(self, display: str, outer: str) -> None:
         environment = dict(self._environment)
+        size, name = self._options["size"], self._options["name"]
+        command = [str(program("qivo-watch-body")), "--screen", display, "--size", str(size)]
         if self._options["headless"]:
             environment["ELM_ENGINE"] = "buffer"
         else:
             environment["DISPLAY"] = outer
-        command = [str(program("qivo-watch-body")), "--screen", display,
-                   "--size", str(self._options["size"]), "--zoom", f"{self._options['zoom']:g}"]
+            command += ["--side", str(side_of(size, self._options["zoom"]))]
+            if name != DEFAULT_NAME:
+                command += ["--title", f"Qivo Watch: {name}"]
         self._parts.start_own("body", command, environment)
 
     def _on_started(self, _: Any, error: Exception | None) -> None:

@@ -208,8 +208,13 @@ class Watch:
 
     def set_battery(self, percent: float, state: str) -> Work:
         self.battery.set(percent, state)
-        self.object.set(Charging=state == "charging", Percentage=percent)
+        self.object.set(Plugged=self.battery.is_plugged, Charging=state == "charging",
+                        Percentage=percent)
         yield from self.settler.settle_services()
+
+    def set_plugged(self, is_plugged: bool) -> Work:
+        state = "charging" if is_plugged else "discharging"
+        yield from self.set_battery(self.battery.percent, state)
 
     def set_language(self, name: str) -> Work:
         self.language.set(name)
@@ -249,6 +254,7 @@ class Watch:
     def properties(self) -> dict[str, Any]:
         """The first values on the bus."""
         return {"ScreenOn": True, "BezelPosition": 0, "BackPressed": False, "PowerPressed": False,
+                "Plugged": self.battery.is_plugged,
                 "Charging": self.battery.state == "charging", "Percentage": self.battery.percent,
                 "Language": self.language.name, "App": "", "Time": self.clock.now_ms,
                 "TimeFrozen": False}

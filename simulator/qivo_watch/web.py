@@ -1,28 +1,39 @@
-"""The watch in a browser of this machine: a second screen with the body, served by noVNC."""
+"""The watch in a browser of this machine: a second screen with the body, served by noVNC.
 
-import math
+The one port is the bridge's, on the loopback; the VNC server listens in the watch's folder. The
+bridge serves no page of another origin, and so few connections at a time that who opens many keeps
+others out, but ends nothing.
+"""
+
 import os
 import pathlib
 import secrets
+import shutil
 import socket
 import string
 from typing import Any
 
+from qivo_watch.desktop import side_of
 from qivo_watch.errors import WatchError
-from qivo_watch.parts import Parts
+from qivo_watch.parts import LABELS, PATIENCE_S, Parts
 from qivo_watch.state import Folder
-from qivo_watch.tasks import Work
+from qivo_watch.tasks import Pause, Work
 
 NOVNC = pathlib.Path("/usr/share/novnc")
 LOOPBACK = "127.0.0.1"
 PASSWORD_LENGTH = 8
-"""As much as the VNC protocol looks at."""
+"""The VNC protocol looks at no more, and less is guessed soon."""
 
-MARGIN = 680 / 360
-"""The outer screen's side, in sides of the watch's screen: that of the body's window."""
+BRIDGE_FILES = 128
+"""Descriptors for the bridge, which takes one for each connection. They are far fewer than the
+1024 of the VNC server, which dies when they are used up."""
 
-FIRST_VNC_PORT = 5900
-"""Where the VNC server begins to look for a free port."""
+LOOK_MS = 20
+"""Milliseconds from one look whether the VNC server listens to the next."""
+
+
+_ACCEPTS = 1 << 16
+"""The flag of a listening socket in /proc/net/unix."""
 
 
 class Web:
@@ -31,8 +42,9 @@ class Web:
     def __init__(self, parts: Parts, folder: Folder, options: dict[str, Any]):
         self._parts = parts
         self._folder = folder
-        self._side = math.ceil(options["size"] * options["zoom"] * MARGIN)
+        self._side = side_of(options["size"], options["zoom"])
         self._password = options["password"] or _fresh_password()
+        self._socket = folder.path / "vnc"
         self._listener = _listen(options["port"] or 0)
         self._display = ""
 
@@ -40,6 +52,8 @@ class Web:
         """Returns the name of the display that the browser shows."""
         if not (NOVNC / "vnc.html").is_file():
             raise WatchError("noVNC is not installed (package novnc)")
+        if not shutil.which("websockify"):
+            raise WatchError("websockify is not installed")
         server = self._parts.start_server("outer", (self._side, self._side))
         self._display = yield from self._parts.wait_display("outer", server)
         manager = self._parts.start_manager("outer-manager", self._display)
@@ -51,21 +65,54 @@ class Web:
         secret = self._folder.path / "vnc-password"
         with open(os.open(secret, os.O_WRONLY | os.O_CREAT, 0o600), "w", encoding="ascii") as file:
             file.write(f"{self._password}\n")
-        vnc = self._parts.start_telling("vnc", [
-            "x11vnc", "-display", self._display, "-autoport", str(FIRST_VNC_PORT), "-localhost",
+        self._parts.start("vnc", [
+            "x11vnc", "-display", self._display, "-unixsock", str(self._socket),
+            "-rfbport", "0", "-rfbportv6", "0",
             "-passwdfile", str(secret), "-forever", "-shared", "-quiet", "-nodpms", "-noxkb",
             "-cursor", "arrow", "-wait", "10", "-defer", "10",
             # Memory that it shares with the server would outlive it.
             "-noshm"])
-        line = yield from self._parts.wait_line("vnc", vnc)
+        yield from self._wait_vnc()
+        port = self._listener.getsockname()[1]
+        origins = [f"http://{host}:{port}" for host in (LOOPBACK, "localhost")]
         # It inherits the socket, which listens before the bridge can.
         self._parts.start("bridge", [
-            "websockify", "--inetd", "--web", str(NOVNC),
-            f"{LOOPBACK}:{line.removeprefix('PORT=')}"], stdin=self._listener)
-        port = self._listener.getsockname()[1]
+            "prlimit", f"--nofile={BRIDGE_FILES}", "websockify", "--inetd", "--web", str(NOVNC),
+            "--auth-plugin", "ExpectOrigin", "--auth-source", " ".join(origins),
+            "--unix-target", str(self._socket)], stdin=self._listener)
         self._listener.close()
-        return (f"http://{LOOPBACK}:{port}/vnc.html?autoconnect=true&resize=scale"
+        return (f"{origins[0]}/vnc.html?autoconnect=true&resize=scale"
                 f"#password={self._password}")
+
+    def _wait_vnc(self) -> Work:
+        """The server does not tell when it listens."""
+        for _ in range(round(PATIENCE_S * 1000 / LOOK_MS)):
+            if _is_listening(self._socket):
+                return
+            yield Pause(LOOK_MS)
+        raise WatchError(f"{LABELS['vnc']} does not start")
+
+
+def read_password(file: str) -> str:
+    """The first line of a file, "-" for standard input: PASSWORD_LENGTH letters and digits."""
+    try:
+        is_input = file == "-"
+        with open(0 if is_input else file, encoding="ascii", errors="replace",
+                  closefd=not is_input) as opened:
+            password = opened.readline(PASSWORD_LENGTH + 2).rstrip("\n")
+    except OSError as error:
+        raise WatchError(f'cannot read the password from "{file}": {error.strerror}') from None
+    if not (len(password) == PASSWORD_LENGTH and password.isascii() and password.isalnum()):
+        raise WatchError(f'the first line of "{file}" is no password '
+                         f"({PASSWORD_LENGTH} of A-Z a-z 0-9)")
+    return password
+
+
+def _is_listening(path: pathlib.Path) -> bool:
+    """Whether a server accepts connections there; connecting would make the server talk."""
+    fields = [line.split() for line in pathlib.Path("/proc/net/unix").read_text().splitlines()]
+    return any(field[-1] == str(path) and int(field[3], 16) & _ACCEPTS
+               for field in fields[1:])
 
 
 def _fresh_password() -> str:

@@ -18,11 +18,11 @@ def load(mock, parameters):
     for name, signature, effect in (
             ("Launch", "ssa{ss}", ""), ("Stop", "", ""),
             ("Bezel", "suu", _BEZEL), ("Button", "ssuuu", _BUTTON),
-            ("SetBattery", "ds", _SET % ("Charging", 'dbus.Boolean(args[1] == "charging")'))):
+            ("SetPlugged", "b", _SET % ("Plugged", "dbus.Boolean(args[0])"))):
         mock.AddMethod(MAIN_IFACE, name, signature, "", effect)
     for name, value in (
             ("ScreenOn", True), ("BezelPosition", dbus.Int32(0)), ("BackPressed", False),
-            ("PowerPressed", False), ("Charging", False), ("Percentage", 82.0),
+            ("PowerPressed", False), ("Plugged", False), ("Charging", False), ("Percentage", 82.0),
             ("Language", "en_US.UTF-8"), ("App", ""), ("Time", dbus.Int64(parameters["Time"])),
             ("TimeFrozen", bool(parameters["TimeFrozen"]))):
         mock.AddProperty(MAIN_IFACE, name, value)

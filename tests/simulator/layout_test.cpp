@@ -1,16 +1,22 @@
 #include "body/Layout.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <tuple>
 
 namespace
 {
-class LayoutTest : public testing::TestWithParam<std::tuple<int, double>>
+// A window of a zoom that is wider or higher than the watch.
+using Extra = Point;
+
+class LayoutTest : public testing::TestWithParam<std::tuple<int, double, Extra>>
 {
 protected:
     const int mSize = std::get<0>(GetParam());
     const double mZoom = std::get<1>(GetParam());
-    const Layout mLayout{mSize, mZoom};
+    const Extra mExtra = std::get<2>(GetParam());
+    const int mSide = static_cast<int>(std::lround(mSize * mZoom * 680 / 360));
+    const Layout mLayout{mSize, mSide + mExtra.x, mSide + mExtra.y};
 
     // The middle of what a pixel of the screen takes in the window.
     int Along(int start, int pixel) const
@@ -28,19 +34,36 @@ protected:
     Point FromCentre(double x, double y) const
     {
         const double unit = mSize * mZoom / 360;
-        return {static_cast<int>((370 + x) * unit), static_cast<int>((340 + y) * unit)};
+        return {mExtra.x / 2 + static_cast<int>((370 + x) * unit),
+                mExtra.y / 2 + static_cast<int>((340 + y) * unit)};
     }
 };
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Screens, LayoutTest,
-                         testing::Combine(testing::Values(360, 390, 454),
-                                          testing::Values(0.5, 1, 1.37, 2, 4)));
+INSTANTIATE_TEST_SUITE_P(
+    Screens, LayoutTest,
+    testing::Combine(testing::Values(360, 390, 454), testing::Values(0.5, 1, 1.37, 2, 4),
+                     testing::Values(Extra{0, 0}, Extra{301, 0}, Extra{0, 300})));
+
+TEST_P(LayoutTest, TheWatchIsAsLargeAsFitsAndInTheMiddle)
+{
+    EXPECT_EQ(mLayout.GetWatchSide(), mSide);
+    EXPECT_EQ(mLayout.GetOrigin().x, mExtra.x / 2);
+    EXPECT_EQ(mLayout.GetOrigin().y, mExtra.y / 2);
+}
 
 TEST_P(LayoutTest, AZoomScalesTheScreenExactly)
 {
     EXPECT_NEAR(mLayout.GetScreenSide(), mSize * mZoom, 0.5);
-    EXPECT_NEAR(mLayout.GetWindowSide(), mSize * mZoom * 680 / 360, 0.5);
+}
+
+TEST(Layout, AtItsUsualSideTheScreenIsShownPixelByPixel)
+{
+    for (const int size : {360, 390, 454})
+    {
+        const int side = Layout::GetUsualSide(size);
+        EXPECT_EQ(Layout(size, side, side).GetScreenSide(), size);
+    }
 }
 
 TEST_P(LayoutTest, CentreAndCornersAndEdgesAreThePixelsThere)

@@ -13,7 +13,7 @@ Options Parse(std::vector<std::string> arguments)
     std::vector<char*> pointers = {sProgram.data()};
     for (std::string& argument : arguments)
         pointers.push_back(argument.data());
-    return Options(static_cast<int>(pointers.size()), pointers.data(), {"screen", "size", "zoom"});
+    return Options(static_cast<int>(pointers.size()), pointers.data(), {"screen", "size", "side"});
 }
 
 template <typename Use> std::string Refusal(Use use)
@@ -29,9 +29,9 @@ template <typename Use> std::string Refusal(Use use)
     return "accepted";
 }
 
-double Zoom(const char* text)
+int Side(const char* text)
 {
-    return Parse({"--zoom", text}).GetZoom();
+    return Parse({"--side", text}).GetSide(680);
 }
 } // namespace
 
@@ -42,19 +42,19 @@ TEST(Options, AreReadByName)
     EXPECT_EQ(options.GetScreenSize(), 390);
 }
 
-TEST(Options, AZoomIsAPlainNumberAnd1WhenNoneIsGiven)
+TEST(Options, ASideIsAWholeNumberAndTheUsualOneWhenNoneIsGiven)
 {
-    EXPECT_EQ(Parse({}).GetZoom(), 1);
-    EXPECT_EQ(Zoom("0.5"), 0.5);
-    EXPECT_EQ(Zoom("4"), 4);
+    EXPECT_EQ(Parse({}).GetSide(680), 680);
+    EXPECT_EQ(Side("1"), 1);
+    EXPECT_EQ(Side("32767"), 32767);
 }
 
-TEST(Options, AWrongZoomIsNamedWithWhatIsAccepted)
+TEST(Options, AWrongSideIsNamedWithWhatIsAccepted)
 {
-    for (const char* text : {"", "0.49", "4.01", "two", "2x", "-1", "nan", "inf"})
+    for (const char* text : {"", "0", "32768", "99999999999", "two", "2x", "-1", "6.5", " 6"})
     {
-        EXPECT_EQ(Refusal([&] { Zoom(text); }),
-                  std::string("--zoom is \"") + text + "\" (0.5 to 4)");
+        EXPECT_EQ(Refusal([&] { Side(text); }),
+                  std::string("--side is \"") + text + "\" (1 to 32767)");
     }
 }
 

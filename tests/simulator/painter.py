@@ -30,6 +30,11 @@ class Painter:
         self._window.fill_rectangle(gc, *(rectangle or (0, 0, geometry.width, geometry.height)))
         self._display.sync()
 
+    def take_focus(self):
+        """Takes the keyboard, whoever has it."""
+        self._window.set_input_focus(X.RevertToParent, X.CurrentTime)
+        self._display.sync()
+
     def gestures(self):
         """What the pointer did so far: (type, x, y), the type one of X's."""
         self._display.sync()

@@ -85,7 +85,7 @@ def test_shows_what_is_drawn_on_the_screen_and_fetches_nothing_while_it_stands_s
         assert pixel(watch.host, 190 + 98, 160 + 101) == (255, 0, 0)
         frames = watch.frames()
         desk = pixel(watch.host, *PLUG_BEHIND)
-        watch.set(BezelPosition=dbus.Int32(5), Charging=True)
+        watch.set(BezelPosition=dbus.Int32(5), Plugged=True)
         wait_until(lambda: pixel(watch.host, *PLUG_BEHIND) != desk, "the charger at the case")
         assert watch.frames() == frames
 
@@ -93,8 +93,9 @@ def test_shows_what_is_drawn_on_the_screen_and_fetches_nothing_while_it_stands_s
 @pytest.mark.parametrize("zoom, slack", [(0.5, 1), (1, 0), (1.37, 0), (3, 0)])
 def test_a_touch_arrives_at_the_pixel_under_the_mouse(watch, zoom, slack):
     watch.start_body(zoom)
-    side = round(360 * zoom)
-    corner = round(370 * zoom - side / 2), round(340 * zoom - side / 2)
+    unit = round(680 * zoom) / 680
+    side = round(360 * unit)
+    corner = round(370 * unit - side / 2), round(340 * unit - side / 2)
     with Painter(watch.screen) as painter:
         for x, y in (180, 180), (1, 180), (358, 180), (180, 1), (180, 358), (54, 54), (306, 305):
             place = [corner[0] + int((x + 0.5) * side / 360),
@@ -118,7 +119,7 @@ def test_a_finger_that_is_dragged_beyond_the_screen_stays_at_its_edge(watch):
                    seen[-1][0] == X.ButtonRelease, "the finger lifted")
         assert seen[0] == (X.ButtonPress, 180, 180)
         assert seen[-1] == (X.ButtonRelease, 0, 180)
-    assert watch.calls("SetBattery") == []
+    assert watch.calls("SetPlugged") == []
 
 
 @pytest.mark.parametrize("place, key", [(BACK_KEY, "back"), (POWER_KEY, "power")])
@@ -130,11 +131,68 @@ def test_a_key_is_pushed_as_long_as_the_button_is_held(watch, place, key):
     watch.wait_calls("Button", [("push", key, 0, 1, 0), ("release", key, 0, 1, 0)])
 
 
+def turns(watch):
+    """The ways of all detents so far."""
+    return [way for way, count, _ in watch.calls("Bezel") for _ in range(count)]
+
+
 def test_a_notch_of_the_wheel_is_a_detent_anywhere(watch):
-    watch.start_body()
+    watch.start_body(screen=(1000, 680))
     watch.host.xdotool("mousemove", *CENTRE, "click", 5, "click", 4, "mousemove", 5, 5,
-                       "click", 5)
-    watch.wait_calls("Bezel", [("cw", 1, 0), ("ccw", 1, 0), ("cw", 1, 0)])
+                       "click", 5, "mousemove", 995, 5, "click", 4)
+    wait_until(lambda: len(turns(watch)) == 4, "four detents")
+    assert turns(watch) == ["cw", "ccw", "cw", "ccw"]
+
+
+def test_a_burst_of_notches_is_told_in_order_and_before_the_key_that_follows(watch):
+    watch.start_body()
+    watch.host.xdotool("mousemove", *CENTRE, "click", "--repeat", 300, "--delay", 0, 5,
+                       "click", "--repeat", 40, "--delay", 0, 4, "mousemove", *BACK_KEY,
+                       "click", 1)
+    wait_until(lambda: len(watch.calls("Button")) == 2, "the key")
+    assert turns(watch) == ["cw"] * 300 + ["ccw"] * 40
+    names = [name for name, _ in watch.all_calls()]
+    assert names[-2:] == ["Button", "Button"]
+
+
+@pytest.mark.parametrize("key, named", [("Escape", "back"), ("BackSpace", "back"), ("p", "power"),
+                                        ("XF86Back", "back")])
+def test_a_key_of_the_keyboard_is_a_key_of_the_watch_as_long_as_it_is_held(watch, key, named):
+    watch.start_body()
+    watch.host.xdotool("keydown", key)
+    watch.wait_calls("Button", [("push", named, 0, 1, 0)])
+    watch.host.xdotool("keyup", key)
+    watch.wait_calls("Button", [("push", named, 0, 1, 0), ("release", named, 0, 1, 0)])
+
+
+def test_the_arrow_keys_turn_the_bezel_and_c_plugs_the_charger(watch):
+    watch.start_body()
+    passed = []
+    for key, direction in (("Right", "cw"), ("Down", "cw"), ("Left", "ccw"), ("Up", "ccw")):
+        watch.host.xdotool("key", key)
+        passed.append((direction, 1, 0))
+        watch.wait_calls("Bezel", passed)
+    for plugged in (True, False):
+        watch.host.xdotool("key", "c")
+        wait_until(lambda wanted=plugged: watch.get("Plugged") == wanted, "the charger")
+    assert watch.calls("SetPlugged") == [(True,), (False,)]
+
+
+def test_keys_together_with_ctrl_or_alt_are_the_desktops(watch):
+    watch.start_body()
+    watch.host.xdotool("key", "ctrl+p", "key", "alt+Escape", "key", "super+c", "key", "Right")
+    watch.wait_calls("Bezel", [("cw", 1, 0)])
+    assert watch.calls("Button") == [] and watch.calls("SetPlugged") == []
+
+
+def test_a_key_that_is_held_when_the_window_loses_the_focus_is_released(watch):
+    watch.start_body()
+    with Painter(watch.host) as other:
+        watch.host.xdotool("keydown", "p")
+        watch.wait_calls("Button", [("push", "power", 0, 1, 0)])
+        other.take_focus()
+        watch.wait_calls("Button", [("push", "power", 0, 1, 0), ("release", "power", 0, 1, 0)])
+        watch.host.xdotool("keyup", "p")
 
 
 def test_dragging_the_ring_passes_a_detent_every_15_degrees(watch):
@@ -152,9 +210,84 @@ def test_dragging_the_ring_passes_a_detent_every_15_degrees(watch):
 def test_a_click_on_the_charger_plugs_and_unplugs_it(watch):
     watch.start_body()
     watch.host.xdotool("mousemove", *PLUG, "click", 1)
-    watch.wait_calls("SetBattery", [(82.0, "charging")])
+    watch.wait_calls("SetPlugged", [(True,)])
     watch.host.xdotool("click", 1)
-    watch.wait_calls("SetBattery", [(82.0, "charging"), (82.0, "discharging")])
+    watch.wait_calls("SetPlugged", [(True,), (False,)])
+
+
+def test_a_window_of_another_shape_shows_the_watch_as_large_as_it_can_in_the_middle(watch):
+    watch.start_body(screen=(1000, 340))
+    with Painter(watch.screen) as painter:
+        painter.paint(RED)
+        wait_pixel(watch.host, (330 + 185, 170), RED)
+        assert pixel(watch.host, 330 + 185 - 88, 170) == (255, 0, 0)
+        for place in (5, 5), (5, 335), (995, 5), (995, 335):
+            assert min(pixel(watch.host, *place)) > 150, "the desk is light"
+        watch.host.xdotool("mousemove", 330 + 185, 170, "click", 1, "mousemove", 330 + 299, 104,
+                           "click", 1)
+        wait_until(lambda: any(kind == X.ButtonRelease and abs(x - 180) <= 1 and abs(y - 180) <= 1
+                               for kind, x, y in painter.gestures()), "a touch")
+        watch.wait_calls("Button", [("push", "back", 0, 1, 0), ("release", "back", 0, 1, 0)])
+
+
+def test_the_watch_follows_each_new_size_of_its_window(watch):
+    watch.start_body(screen=(1400, 1400), manager=None)
+    window, = watch.host.xdotool("search", "--classname", "^qivo-watch$")
+    with Painter(watch.screen) as painter:
+        painter.paint(RED)
+        corner = (1400 - 680) // 2
+        wait_pixel(watch.host, (corner + CENTRE[0], corner + CENTRE[1]), RED)
+        for side in 1000, 400, 680:
+            watch.host.xdotool("windowsize", window, side, side)
+            centre = corner + side * 370 // 680, corner + side * 340 // 680
+            black = centre[0] + side * 182 // 680, centre[1]
+            # What was there may already be red, or not yet black, in the size before.
+            wait_until(lambda red=(centre[0] + side * 178 // 680, centre[1]), black=black:
+                       pixel(watch.host, *red) == (255, 0, 0) and
+                       pixel(watch.host, *black)[0] < 255, f"the watch {side} pixels large")
+
+
+def test_without_a_window_manager_the_watch_is_in_the_middle_and_has_the_keyboard(watch):
+    watch.start_body(screen=(1000, 800), manager=None)
+    with Painter(watch.screen) as painter:
+        painter.paint(RED)
+        wait_pixel(watch.host, (160 + CENTRE[0], 60 + CENTRE[1]), RED)
+    watch.host.xdotool("mousemove", 5, 5, "key", "Escape")
+    watch.wait_calls("Button", [("push", "back", 0, 1, 0), ("release", "back", 0, 1, 0)])
+    watch.host.xdotool("mousemove", 160 + 5, 60 + 5, "click", 5)
+    watch.wait_calls("Bezel", [("cw", 1, 0)])
+
+
+@pytest.mark.parametrize("manager", ["openbox", "xfwm4"])
+def test_a_window_manager_that_comes_and_one_that_goes_are_borne(own_watch, manager):
+    body = own_watch.start_body(screen=(1000, 800), manager=None)
+    with Painter(own_watch.screen) as painter:
+        painter.paint(RED)
+        wait_pixel(own_watch.host, (530, 400), RED)
+        own_watch.host.start_manager(manager)
+        ask_to_close(own_watch.host, "qivo-watch")
+        own_watch.wait_calls("Stop", [()])
+        painter.paint(WHITE)
+        wait_pixel(own_watch.host, (530, 400), WHITE)
+        own_watch.host.end_manager()
+        painter.paint(RED)
+        wait_pixel(own_watch.host, (500, 400), RED)
+        assert body.poll() is None
+
+
+def test_the_window_has_an_icon_and_the_title_that_it_was_given(watch):
+    watch.start_body(1, "--title", "Qivo Watch: s\u00e9cond")
+    connection = display.Display(watch.host.name)
+    found, = watch.host.xdotool("search", "--classname", "^qivo-watch$")
+    window = connection.create_resource_object("window", int(found))
+    title, icon = (window.get_full_property(connection.intern_atom(name), X.AnyPropertyType).value
+                   for name in ("_NET_WM_NAME", "_NET_WM_ICON"))
+    connection.close()
+    assert title.decode() == "Qivo Watch: s\u00e9cond"
+    width, height, *pixels = icon
+    assert width == height == 128 and len(pixels) == width * height
+    alpha = numpy.array(pixels).reshape(height, width) >> 24
+    assert alpha[0, 0] == 0 and alpha[height // 2, width // 2] == 255
 
 
 def test_closing_the_window_stops_the_watch(watch):
@@ -175,9 +308,10 @@ def test_a_picture_shows_the_disc_round_and_the_surroundings_transparent(tmp_pat
         watch.start_headless_body()
         watch.picture(tmp_path / "watch.png")
         picture = read(tmp_path / "watch.png")
-    assert picture.shape == (round(size * 680 / 360), round(size * 680 / 360), 4)
+    side = round(size * 680 / 360)
+    assert picture.shape == (side, side, 4)
     assert picture[0, -1, 3] == 0 and picture[0, 0, 3] == 0
-    left, top = round(size * 370 / 360 - size / 2), round(size * 340 / 360 - size / 2)
+    left, top = round(side * 370 / 680 - size / 2), round(side * 340 / 680 - size / 2)
     screen = picture[top:top + size, left:left + size]
     distance = numpy.hypot(*(numpy.indices((size, size)) + 0.5 - size / 2))
     # Around the disc is black glass; beyond that the ring's metal, which is not the disc's matter.
@@ -197,7 +331,7 @@ def test_a_picture_shows_keys_ring_and_charger_as_they_are(watch, tmp_path):
 
     watch.start_headless_body()
     places = {"BackPressed": (BACK_KEY, 24), "PowerPressed": (POWER_KEY, 24),
-              "Charging": ((105, 340), 14), "BezelPosition": ((370, 124), 14)}
+              "Plugged": ((105, 340), 14), "BezelPosition": ((370, 124), 14)}
     before = shown()
     for name, ((x, y), around) in places.items():
         after = shown(**{name: dbus.Int32(3) if name == "BezelPosition" else True})
@@ -224,7 +358,7 @@ def test_a_call_that_fails_is_told_in_one_line_and_the_body_goes_on(own_watch):
     line = next(line for line in body.stderr if line.startswith("qivo-watch-body"))
     assert line == "qivo-watch-body: Bezel: no window is there to turn\n"
     own_watch.host.xdotool("mousemove", *PLUG, "click", 1)
-    own_watch.wait_calls("SetBattery", [(82.0, "charging")])
+    own_watch.wait_calls("SetPlugged", [(True,)])
 
 
 def test_properties_of_a_wrong_type_are_passed_over(watch):
@@ -266,7 +400,7 @@ def test_ends_with_the_keeper_and_on_sigterm(own_watch):
 
 @pytest.mark.parametrize("arguments, status, said", [
     ([], 2, "--size is missing"), (["--size", "100"], 2, '"100"'),
-    (["--size", "360"], 2, "--screen is missing"), (["--size", "360", "--zoom", "9"], 2, '"9"'),
+    (["--size", "360"], 2, "--screen is missing"), (["--size", "360", "--side", "0"], 2, '"0"'),
     (["--zap"], 2, '"--zap"'), (["--size", "360", "--screen", ":77777"], 1, ":77777"),
     (["--size", "390", "--screen", "{screen}"], 1, "360x360")])
 def test_what_it_cannot_start_with_is_told_in_one_line(watch, arguments, status, said):

@@ -394,7 +394,7 @@ def test_status_is_described_for_people(desk):
     (["log", "--level", "loud"], "invalid choice: 'loud'"),
     (["start", "--size", "400"], "invalid choice: 400"),
     (["start", "--headless", "--web"], "exclude each other"),
-    (["start", "--port", "80"], "--port and --password are for --web"),
+    (["start", "--port", "80"], "--port and --password-file are for --web"),
     (["--name", "a/b", "status"], '"a/b" is no name for a watch'),
     (["screenshot", "picture"], '"picture" does not end in .png'),
     (["status", "--xml"], "unrecognized arguments: --xml"),

@@ -1,8 +1,10 @@
 """The watch in a browser."""
 
+import contextlib
 import re
 import socket
 import subprocess
+import urllib.parse
 import urllib.request
 
 import pytest
@@ -63,17 +65,82 @@ def test_a_browser_sees_the_page_and_scrolls_it(desk, browser):
     wait_until(lambda: browser.execute_script(TOP_OF_SCREEN) != top, "the scrolled page")
 
 
-def test_the_page_is_for_this_machine_alone_and_asks_for_the_password(desk):
-    address = desk.do("start", "--web", "--password", "letmein1").strip()
+def listening_ports(desk):
+    """Addresses and ports that the watch's processes listen at."""
+    listening = subprocess.run(["ss", "-ltnpH"], check=True, capture_output=True, text=True).stdout
+    own = desk.processes()
+    return {tuple(line.split()[3].rsplit(":", 1)) for line in listening.splitlines()
+            if any(int(process) in own for process in re.findall(r"pid=(\d+)", line))}
+
+
+def answer_to_upgrade(port, origin):
+    """What a page of ORIGIN gets that asks for the watch's screen: until the VNC server greets, or
+    the connection ends."""
+    lines = ["GET /websockify HTTP/1.1", f"Host: 127.0.0.1:{port}", "Upgrade: websocket",
+             "Connection: Upgrade", "Sec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==",
+             "Sec-WebSocket-Version: 13", "Sec-WebSocket-Protocol: binary"]
+    lines += [f"Origin: {origin}"] if origin else []
+    with socket.create_connection(("127.0.0.1", port), timeout=30) as connection:
+        connection.sendall("\r\n".join([*lines, "", ""]).encode())
+        answer = b""
+        while b"RFB 003" not in answer:
+            piece = connection.recv(4096)
+            if not piece:
+                break
+            answer += piece
+    return answer
+
+
+def test_the_page_is_for_this_machine_alone_and_asks_for_the_password(desk, tmp_path):
+    (tmp_path / "password").write_text("letmein1\nnothing of this\n", encoding="ascii")
+    address = desk.do("start", "--web", "--password-file", tmp_path / "password").strip()
     found = re.fullmatch(r"http://127\.0\.0\.1:(\d+)/vnc\.html\?.*#password=letmein1", address)
     assert found and urllib.request.urlopen(address).status == 200
-    listening = subprocess.run(["ss", "-ltnpH"], check=True, capture_output=True, text=True).stdout
-    processes = desk.status()["processes"]
-    own = [line for line in listening.splitlines()
-           if any(f"pid={process}," in line for process in processes.values())]
-    assert any(f" 127.0.0.1:{found[1]} " in line for line in own), own
-    assert all(re.search(r" (127\.0\.0\.1|\[::1\]):\d+ ", line) for line in own), own
+    assert listening_ports(desk) == {("127.0.0.1", found[1])}
     assert not any(b"letmein1" in command for command in desk.processes().values())
+
+
+def test_a_password_is_read_from_standard_input(desk):
+    result = subprocess.run(desk.command("start", "--web", "--password-file", "-"), text=True,
+                            input="Q8wertzu\n", env=desk.environment, capture_output=True)
+    assert (result.returncode, result.stderr) == (0, "")
+    assert result.stdout.endswith("#password=Q8wertzu\n")
+
+
+@pytest.mark.parametrize("text", ["", "x", "seven77", "nine99999", "no-words", "\u00e9ightsss"])
+def test_what_is_no_password_of_8_letters_and_digits_is_refused(desk, tmp_path, text):
+    (tmp_path / "password").write_text(text, encoding="utf-8")
+    told = desk.refused("start", "--web", "--password-file", tmp_path / "password")
+    assert 'password" is no password (8 of A-Z a-z 0-9)' in told
+    assert not desk.processes()
+
+
+def test_a_password_file_that_cannot_be_read_is_told(desk):
+    told = desk.refused("start", "--web", "--password-file", "/nowhere")
+    assert 'cannot read the password from "/nowhere": No such file or directory' in told
+
+
+def test_a_password_on_the_command_line_is_refused(desk):
+    desk.refused("start", "--web", "--password", "letmein1", status=2)
+
+
+def test_only_the_page_itself_gets_the_screen(desk):
+    port = urllib.parse.urlsplit(desk.do("start", "--web")).port
+    for origin in (None, "null", "http://example.org", f"http://example.org:{port}",
+                   f"https://127.0.0.1:{port}", "http://127.0.0.1:1"):
+        assert b"403 Invalid Origin" in answer_to_upgrade(port, origin), origin
+    for host in ("127.0.0.1", "localhost"):
+        assert b"RFB 003" in answer_to_upgrade(port, f"http://{host}:{port}")
+
+
+def test_more_idle_connections_than_a_server_bears_do_not_end_the_watch(desk):
+    port = urllib.parse.urlsplit(desk.do("start", "--web")).port
+    with contextlib.ExitStack() as stack:
+        for _, listening in listening_ports(desk):
+            for _ in range(1042):
+                stack.enter_context(socket.create_connection(("127.0.0.1", listening), timeout=60))
+        assert desk.status()["running"]
+    assert b"RFB 003" in answer_to_upgrade(port, f"http://127.0.0.1:{port}")
 
 
 def test_a_fresh_password_is_made_for_each_start(desk):

@@ -25,7 +25,8 @@ TEN_PAST_TEN = 1_700_000_000_000 // 86_400_000 * 86_400_000 + (10 * 60 + 10) * 6
 """In the zone of the programs, which is UTC."""
 
 AT_REST = {"ScreenOn": True, "BezelPosition": dbus.Int32(0), "BackPressed": False,
-           "PowerPressed": False, "Charging": False, "Percentage": 82.0}
+           "PowerPressed": False, "Plugged": False, "Charging": False,
+           "Percentage": 82.0}
 
 
 class Watch:
@@ -61,14 +62,17 @@ class Watch:
         self._object(KEEPER).ClearCalls(dbus_interface=MOCK)
         self.set(**AT_REST)
 
-    def start_body(self, zoom=1):
-        """With its window on a host display, large enough for it."""
+    def start_body(self, zoom=1, *arguments, screen=None, manager="openbox"):
+        """With its window on a host display, which it just fills unless SCREEN is another size."""
         side = round(680 * self.size / 360 * zoom)
-        if side not in self._hosts:
-            self._hosts[side] = self._stack.enter_context(Display(f"{side}x{side}x24"))
-        self.host = self._hosts[side]
+        width, height = screen or (side, side)
+        key = width, height, manager
+        if key not in self._hosts:
+            self._hosts[key] = self._stack.enter_context(
+                Display(f"{width}x{height}x24", manager))
+        self.host = self._hosts[key]
         return self._start("body", BODY, self.host.env, "--screen", self.screen.name,
-                           "--size", str(self.size), "--zoom", str(zoom))
+                           "--size", str(self.size), "--side", str(side), *arguments)
 
     def start_headless_body(self):
         return self._start("body", BODY, {"ELM_ENGINE": "buffer"}, "--screen", self.screen.name,
@@ -107,6 +111,11 @@ class Watch:
         """The arguments of all calls of a control method so far."""
         calls = self._object(KEEPER).GetMethodCalls(method, dbus_interface=MOCK)
         return [tuple(map(_plain, arguments)) for _, arguments in calls]
+
+    def all_calls(self):
+        """Name and arguments of all calls so far."""
+        return [(str(name), tuple(map(_plain, arguments))) for _, name, arguments in
+                self._object(KEEPER).GetCalls(dbus_interface=MOCK)]
 
     def wait_calls(self, method, expected):
         wait_until(lambda: len(self.calls(method)) >= len(expected), f"{method} {expected}")

@@ -46,17 +46,18 @@ class Display:
     """Context manager: a private X server (Xvfb) with a window manager on it.
 
     The server takes a free display number, listens on no network and has one screen of SIZE
-    ("WIDTHxHEIGHTxDEPTH"). MANAGER is "openbox", which does not composite, "xfwm4", which does, or
-    "weston", a Wayland compositor whose one output fills the screen. When the context is entered,
-    the window manager manages. All processes end with the context, and also when the test's own
-    process dies.
+    ("WIDTHxHEIGHTxDEPTH"). MANAGER is "openbox", which does not composite, "xfwm4", which does,
+    "weston", a Wayland compositor whose one output fills the screen, or None for no manager. When
+    the context is entered, the window manager manages. All processes end with the context, and also
+    when the test's own process dies. DOTS: how many the screen has an inch.
 
     name: the X display's name, such as ":7".
     env: what a client needs in its environment; merge it: {**os.environ, **display.env}.
     """
 
-    def __init__(self, size="360x360x24", manager="openbox"):
+    def __init__(self, size="360x360x24", manager="openbox", dots=None):
         self.size = size
+        self._dots = dots
         self.manager = manager
         self.name = None
         self.env = {}
@@ -70,8 +71,8 @@ class Display:
         self._home = tempfile.TemporaryDirectory()
         try:
             self._start_server()
-            {"openbox": self._start_openbox, "xfwm4": self._start_xfwm4,
-             "weston": self._start_weston}[self.manager]()
+            if self.manager:
+                self.start_manager(self.manager)
         except BaseException:
             self._end()
             raise
@@ -93,8 +94,9 @@ class Display:
 
     def _start_server(self):
         number_out, number_in = os.pipe()
+        dots = ["-dpi", str(self._dots)] if self._dots else []
         try:
-            self._spawn(["Xvfb", "-displayfd", str(number_in), "-screen", "0", self.size,
+            self._spawn(["Xvfb", "-displayfd", str(number_in), "-screen", "0", self.size, *dots,
                          "-nolisten", "tcp", "-noreset"], pass_fds=[number_in])
         finally:
             os.close(number_in)
@@ -102,6 +104,15 @@ class Display:
             number = self._wait_line(pipe, lambda line: line.strip().isdigit(), "Xvfb")
         self.name = ":" + number.strip().decode()
         self.env = {"DISPLAY": self.name}
+
+    def end_manager(self):
+        """The manager dies; the X display goes on without one."""
+        end(self._processes.pop())
+
+    def start_manager(self, name):
+        """A manager comes to a display that has none."""
+        {"openbox": self._start_openbox, "xfwm4": self._start_xfwm4,
+         "weston": self._start_weston}[name]()
 
     def _start_openbox(self):
         # openbox runs its start-up command once it manages, with its own standard output.

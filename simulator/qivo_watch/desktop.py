@@ -1,0 +1,94 @@
+"""The user's desktop, where the watch is a window: how large that is."""
+
+import contextlib
+import math
+import os
+import re
+from typing import NamedTuple
+
+from Xlib import Xatom, display, error
+from Xlib.ext import randr
+
+LEAST_ZOOM, MOST_ZOOM = 0.25, 4.0
+_MARGIN = 680 / 360
+"""The window's side, in sides of the watch's screen."""
+
+_FRAMED_SHARE = 0.95
+"""What a window's frame leaves of a screen."""
+
+_USUAL_DPI = 96
+_MM_PER_INCH = 25.4
+_PLAUSIBLE_DPI = 500
+"""A screen of more does not know how large it is."""
+
+
+class _Area(NamedTuple):
+    """Of a screen or a monitor, in pixels and in millimetres."""
+
+    width: int
+    height: int
+    width_mm: int
+
+
+def side_of(size: int, zoom: float) -> int:
+    """The pixels of the window's side for a watch's screen of SIZE pixels."""
+    return round(size * zoom * _MARGIN)
+
+
+def fitting_zoom(name: str, size: int, wanted: float | None) -> float:
+    """The zoom on the display NAME: WANTED, else the scale of the desktop's other programs; less
+    where the window would be larger than the screen."""
+    with contextlib.closing(display.Display(name)) as host:
+        room = min(*(min(area.width, area.height) for area in _areas(host)), *_work_area(host))
+        zoom = wanted or min(max(1.0, _scale(host)), MOST_ZOOM)
+    if not wanted:
+        room *= _FRAMED_SHARE
+    most = math.floor(room / (size * _MARGIN) * 100) / 100
+    return max(LEAST_ZOOM, min(zoom, most))
+
+
+def _scale(host: display.Display) -> float:
+    """How much larger than usual programs are: as they are told, else by the screen's dots."""
+    told = [_number(os.environ.get(name)) for name in ("GDK_SCALE", "QT_SCALE_FACTOR")]
+    resources = host.screen().root.get_full_property(Xatom.RESOURCE_MANAGER, Xatom.STRING)
+    found = resources and re.search(rb"^Xft\.dpi:\s*(\S+)", resources.value, re.MULTILINE)
+    if found:
+        told.append(_number(found[1].decode("ascii", "replace")) / _USUAL_DPI)
+    # In whole steps, for many a usual screen has a few dots more.
+    return max(told) if any(told) else max(map(_dpi, _areas(host))) // _USUAL_DPI
+
+
+def _number(text: str | None) -> float:
+    """0 for what is no number."""
+    try:
+        value = float(text or 0)
+    except ValueError:
+        return 0.0
+    return value if math.isfinite(value) else 0.0
+
+
+def _areas(host: display.Display) -> list[_Area]:
+    """The whole screen; with it the primary monitor, or the first, where there are monitors."""
+    screen = host.screen()
+    areas = [_Area(screen.width_in_pixels, screen.height_in_pixels, screen.width_in_mms)]
+    if host.has_extension(randr.extname):
+        with contextlib.suppress(error.XError):  # of an extension that is older than monitors
+            monitors = screen.root.xrandr_get_monitors().monitors
+            areas += [_Area(monitor.width_in_pixels, monitor.height_in_pixels,
+                            monitor.width_in_millimeters)
+                      for monitor in sorted(monitors, key=lambda monitor: -monitor.primary)[:1]]
+    return areas
+
+
+def _dpi(area: _Area) -> float:
+    dpi = area.width * _MM_PER_INCH / area.width_mm if area.width_mm else 0.0
+    return dpi if dpi <= _PLAUSIBLE_DPI else 0.0
+
+
+def _work_area(host: display.Display) -> tuple[int, int]:
+    """Width and height of what panels leave of the screen."""
+    screen = host.screen()
+    found = screen.root.get_full_property(host.get_atom("_NET_WORKAREA"), Xatom.CARDINAL)
+    if found and len(found.value) >= 4 and min(found.value[2:4]) > 0:
+        return found.value[2], found.value[3]
+    return screen.width_in_pixels, screen.height_in_pixels

@@ -13,7 +13,8 @@ constexpr char kChargerKey[] = "c";
 // By the names that the X server gives to keys.
 const std::map<std::string, const char*> kWatchKeys = {
     {"Escape", "back"}, {"BackSpace", "back"}, {"XF86Back", "back"}, {"p", "power"}};
-const std::map<std::string, int> kDetents = {{"Right", 1}, {"Down", 1}, {"Left", -1}, {"Up", -1}};
+const std::map<std::string, int> kTurningKeys = {
+    {"Right", 1}, {"Down", 1}, {"Left", -1}, {"Up", -1}};
 } // namespace
 
 KeyInput::KeyInput(Evas* canvas, ControlClient& control)
@@ -35,9 +36,9 @@ KeyInput::~KeyInput()
 void KeyInput::Press(const std::string& name)
 {
     const bool isFresh = mHeld.insert(name).second;
-    const auto detents = kDetents.find(name);
+    const auto detents = kTurningKeys.find(name);
     const auto key = kWatchKeys.find(name);
-    if (detents != kDetents.end())
+    if (detents != kTurningKeys.end())
         mControl.TurnBezel(detents->second);
     else if (isFresh && key != kWatchKeys.end())
         mControl.MoveKey("push", key->second);

@@ -7,6 +7,7 @@
 #include "app-control/LaunchInbox.h"
 #include "app-control/NameLookup.h"
 #include "dlog/dlog.h"
+#include "support/ApplicationCalls.h"
 #include "support/BusSignature.h"
 
 #include <Ecore.h>
@@ -131,7 +132,7 @@ Launch::~Launch()
 // Ends a launch: tells what became of it. A reply is there when the application made one.
 void Finish(Launch& launch, app_control_h reply, app_control_result_e result)
 {
-    if (launch.callback != nullptr)
+    if (launch.callback != nullptr && MayCallApplication())
         launch.callback(&launch.request, reply, result, launch.userData);
     // The bus library is still at work on the connection that this releases.
     ecore_job_add(SReleaseJob, &launch);

@@ -11,6 +11,7 @@
 #include "application/SingleInstance.h"
 #include "application/TextDomain.h"
 #include "dlog/dlog.h"
+#include "support/ApplicationCalls.h"
 
 #include <Efreet.h>
 #include <Elementary.h>
@@ -46,12 +47,21 @@ private:
     bool mIsUp;
 };
 
-// Lets ui_app_exit() find the run, also when an exception ends it.
+// Lets ui_app_exit() find the run, and services call the application as long as it goes on, also
+// when an exception ends it.
 class RunningMark
 {
 public:
-    explicit RunningMark(Lifecycle& lifecycle) { sRunning = &lifecycle; }
-    ~RunningMark() { sRunning = nullptr; }
+    explicit RunningMark(Lifecycle& lifecycle)
+    {
+        sRunning = &lifecycle;
+        AllowApplicationCalls(true);
+    }
+    ~RunningMark()
+    {
+        AllowApplicationCalls(false);
+        sRunning = nullptr;
+    }
     RunningMark(const RunningMark&) = delete;
     RunningMark& operator=(const RunningMark&) = delete;
 };

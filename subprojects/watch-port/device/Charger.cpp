@@ -1,5 +1,7 @@
 #include "device/Charger.h"
 
+#include "support/ApplicationCalls.h"
+
 #include <algorithm>
 #include <cstdint>
 
@@ -107,7 +109,8 @@ void Charger::SetCharging(bool isCharging)
     {
         // A callback may have removed another one, or run the main loop into the next change.
         const auto registration = Find(known.mCallback);
-        if (registration != mRegistrations.end() && mIsCharging == isCharging)
+        if (registration != mRegistrations.end() && mIsCharging == isCharging &&
+            MayCallApplication())
             known.mCallback(DEVICE_CALLBACK_BATTERY_CHARGING, value, registration->mUserData);
     }
 }

@@ -1,6 +1,7 @@
 #include "efl-extension/BackKey.h"
 
 #include "efl-extension/Stacking.h"
+#include "support/ApplicationCalls.h"
 
 #include <Ecore_Evas.h>
 
@@ -74,7 +75,7 @@ void BackKey::CallTopObject(const Ecore_Event_Key& key) const
             top = entry->object;
 
     for (const auto& entry : mCallbacks.Of(top))
-        if (!entry->isRemoved)
+        if (!entry->isRemoved && MayCallApplication())
             entry->callback(entry->data, entry->object, nullptr);
 }
 

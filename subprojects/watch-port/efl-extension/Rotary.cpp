@@ -1,5 +1,7 @@
 #include "efl-extension/Rotary.h"
 
+#include "support/ApplicationCalls.h"
+
 #include <algorithm>
 
 namespace WatchPort
@@ -86,7 +88,7 @@ void Rotary::Deliver(Eext_Rotary_Event_Info detent) const
 {
     for (const auto& entry : mCallbacks.Of(mActivated))
     {
-        if (entry->isRemoved)
+        if (entry->isRemoved || !MayCallApplication())
             continue;
         Eext_Rotary_Event_Info info = detent;
         if (entry->callback(entry->data, entry->object, &info))

@@ -1,5 +1,6 @@
 #include "system-settings/SystemSettings.h"
 
+#include "support/ApplicationCalls.h"
 #include "system-settings/Catalogues.h"
 #include "system-settings/LocaleName.h"
 
@@ -88,7 +89,7 @@ void SystemSettings::TellTimeFormat()
 void SystemSettings::Notify(system_settings_key_e key)
 {
     const auto registration = mRegistrations.find(key);
-    if (registration == mRegistrations.end())
+    if (registration == mRegistrations.end() || !MayCallApplication())
         return;
     const Registration called = registration->second;
     called.mCallback(key, called.mUserData);

@@ -112,6 +112,31 @@ def test_the_back_key_lowers_the_window_and_the_guide_ends(watch, key):
     assert not app.has("OnAppPausedByPowerKey")
 
 
+@pytest.mark.parametrize("manager", ["openbox", "xfwm4"])
+def test_the_back_key_ends_the_guide_on_an_empty_desktop(manager):
+    with Watch(manager, has_home=False) as desktop:
+        app = desktop.launch()
+        desktop.press_back()
+        ends_in_order(app, ("PopItem", "mNaviFrmaeLowerEventListener is NULL"))
+
+
+@pytest.mark.parametrize("manager, has_home", [("openbox", True), ("openbox", False),
+                                               ("xfwm4", False)])
+def test_a_closed_window_ends_the_guide_in_order(manager, has_home):
+    with Watch(manager, has_home) as desktop:
+        app = desktop.launch()
+        desktop.close_window()
+        ends_in_order(app)
+
+
+def ends_in_order(app, *first):
+    """Pause and terminate follow, the process succeeds, and the toolkit has nothing to say."""
+    for function, text in [*first, ("SOnAppPause", MARK), ("SOnAppTerminate", MARK)]:
+        app.wait_log(" QIVOUI_GUIDE: ", f": {function}(", text)
+    assert app.wait_end() == 0
+    assert not app.has("ERR<") and not app.has("CRI<"), app.tail()
+
+
 def test_the_power_key_is_told_to_the_pause_that_follows(watch):
     app = watch.launch()
     watch.press_power()

@@ -18,24 +18,30 @@ STILL = 0.5
 
 
 class Watch:
-    """Context manager: a running watch with its home on the screen, not charging, in English."""
+    """Context manager: a running watch with its home on the screen, not charging, in English.
 
-    def __init__(self):
+    Without its home, and with another window manager, it is a bare desktop.
+    """
+
+    def __init__(self, manager="openbox", has_home=True):
         self._stack = contextlib.ExitStack()
+        self._manager = manager
+        self._has_home = has_home
         self.display = None
         self.bus = None
         self.environment = None
 
     def __enter__(self):
         with contextlib.ExitStack() as stack:
-            self.display = stack.enter_context(Display())
+            self.display = stack.enter_context(Display(manager=self._manager))
             self.bus = stack.enter_context(SystemBus())
             self.bus.start_upower(charging=False)
             self.bus.start_locale(["LANG=en_US.UTF-8"])
             home = stack.enter_context(tempfile.TemporaryDirectory())
             self.environment = bare_environment(home) | self.display.env | self.bus.env
             self._stack = stack.pop_all()
-        self.open_window("home")
+        if self._has_home:
+            self.open_window("home")
         return self
 
     def __exit__(self, *_):
@@ -72,6 +78,10 @@ class Watch:
 
     def press_power(self):
         self.press_key("XF86PowerOff")
+
+    def close_window(self):
+        """As a window manager does for its user: asks the active window to go."""
+        self.display.close_window(self.display.xdotool("getactivewindow")[0])
 
     def plug_charger(self):
         self.bus.set_charging(True)

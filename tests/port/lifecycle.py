@@ -6,6 +6,8 @@ import select
 import subprocess
 import time
 
+from support.bus import wait_until
+
 PROGRAM = pathlib.Path(os.environ["BUILD_DIR"], "tests/port/lifecycle_app")
 DEADLINE = 60.0
 SANITIZERS = {name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")}
@@ -86,6 +88,11 @@ class App:
         *whole, self._rest = (self._rest + data).split(b"\n")
         self.lines += [line.decode() for line in whole]
         return bool(data)
+
+
+def wait_until_active(display, app):
+    window = window_of(display, app)
+    wait_until(lambda: display.xdotool("getactivewindow") == [window], "the active window")
 
 
 def window_of(display, app):

@@ -9,11 +9,14 @@
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
+#include <device/callback.h>
 #include <functional>
 #include <libintl.h>
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <system_settings.h>
+#include <unistd.h>
 
 namespace
 {
@@ -45,6 +48,11 @@ void Act(const std::string& callback)
         Say("nested " + std::to_string(RunWithin()));
     if (Does(callback + ":signal"))
         raise(SIGTERM);
+    if (Does(callback + ":wait"))
+    {
+        char byte = 0;
+        Say("waited " + std::to_string(read(STDIN_FILENO, &byte, 1)));
+    }
     if (Does(callback + ":throw"))
         throw std::runtime_error("thrown in " + callback);
 }
@@ -53,7 +61,11 @@ void MakeWindow()
 {
     sWindow = elm_win_add(nullptr, "lifecycle-app", ELM_WIN_BASIC);
     elm_win_title_set(sWindow, "lifecycle-app");
-    elm_win_autodel_set(sWindow, EINA_TRUE);
+    elm_win_autodel_set(sWindow, !Does("window:kept"));
+    if (Does("window:watched"))
+        evas_object_event_callback_add(
+            sWindow, EVAS_CALLBACK_DEL, [](void*, Evas*, Evas_Object*, void*) { Say("deleted"); },
+            nullptr);
     if (Does("window:sized"))
         evas_object_resize(sWindow, 200, 100);
     evas_object_show(sWindow);
@@ -61,6 +73,17 @@ void MakeWindow()
     evas_object_size_hint_weight_set(background, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
     elm_win_resize_object_add(sWindow, background);
     evas_object_show(background);
+}
+
+// As an application does that ends without a thought for its callbacks.
+void FollowServices()
+{
+    device_add_callback(
+        DEVICE_CALLBACK_BATTERY_CHARGING, [](device_callback_e, void*, void*) { Say("charger"); },
+        nullptr);
+    system_settings_set_changed_cb(
+        SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE, [](system_settings_key_e, void*) { Say("language"); },
+        nullptr);
 }
 
 void SayText()
@@ -82,6 +105,7 @@ void Obey(const std::string& word)
     static const std::map<std::string, std::function<void()>> kWords = {
         {"lower", [] { elm_win_lower(sWindow); }},
         {"raise", [] { elm_win_raise(sWindow); }},
+        {"activate", [] { elm_win_activate(sWindow); }},
         {"hide", [] { evas_object_hide(sWindow); }},
         {"show", [] { evas_object_show(sWindow); }},
         {"iconify", [] { elm_win_iconified_set(sWindow, EINA_TRUE); }},
@@ -89,6 +113,7 @@ void Obey(const std::string& word)
         {"delete", [] { evas_object_del(sWindow); }},
         {"new", MakeWindow},
         {"close", [] { ecore_x_window_delete_request_send(elm_win_xwindow_get(sWindow)); }},
+        {"sync", [] { ecore_x_sync(); }},
         {"exit", ui_app_exit},
         {"quit", elm_exit},
         {"size", SaySize},
@@ -103,6 +128,8 @@ bool SCreate(void* data)
     Say(std::string("create ") + static_cast<const char*>(data));
     if (!Does("create:nothing"))
         MakeWindow();
+    if (Does("services:followed"))
+        FollowServices();
     ObeyInput(Obey);
     Act("create");
     return !Does("create:false");

@@ -4,7 +4,7 @@ import pytest
 
 from port import lifecycle
 from port.launch_apps import Apps
-from port.lifecycle import App, window_of
+from port.lifecycle import App, wait_until_active, window_of
 from support.bus import wait_until
 from support.display import Display
 
@@ -37,11 +37,6 @@ def cover(display, clock, tmp_path):
         yield app
 
 
-def wait_until_active(display, app):
-    window = window_of(display, app)
-    wait_until(lambda: display.xdotool("getactivewindow") == [window], "the active window")
-
-
 def test_a_second_start_raises_and_activates_the_covered_window(apps, clock, cover, display):
     assert apps.start("clock", "--operation=show").end() == (0, ["result 0"])
     clock.wait_for("app_control show")
@@ -64,6 +59,14 @@ def test_a_request_restores_the_minimised_window(apps, clock, display):
     apps.start("clock").end()
     clock.wait_for("resume")
     wait_until_active(display, clock)
+
+
+def test_a_request_brings_back_the_window_that_the_application_has_left(apps, clock):
+    clock.tell("lower")
+    clock.wait_for("pause")
+    apps.start("clock").end()
+    clock.wait_for("app_control default")
+    clock.wait_for("resume")
 
 
 def test_a_request_leaves_a_window_hidden_that_the_application_hides(

@@ -71,6 +71,18 @@ def test_hiding_and_showing_at_once_is_not_seen(run):
                                       "pause"] + ENDED
 
 
+def test_a_lowered_window_is_out_of_sight_until_it_is_brought_back(run):
+    app = run()
+    app.wait_for("resume")
+    for word in ["raise", "activate"]:
+        app.tell("lower")
+        app.wait_for("pause")
+        app.tell(word)
+        app.wait_for("resume")
+    app.tell("exit")
+    assert app.end()[0] == 0
+
+
 def test_an_application_without_a_window_is_never_resumed(run):
     app = run(does="create:nothing")
     app.tell("exit")
@@ -158,6 +170,25 @@ def test_missing_callbacks_are_skipped(run):
     app.wait_for("loop")
     app.process.send_signal(signal.SIGTERM)
     assert app.end() == (0, ["loop", "result 0"])
+
+
+def test_nothing_reaches_an_application_that_has_been_terminated(run, bus):
+    bus.start_upower(charging=False)
+    bus.start_locale(["LANG=en_US.UTF-8"])
+    app = run(env={**OFF_SCREEN, **bus.env}, does="services:followed,terminate:wait")
+    app.wait_for("resume")
+    bus.set_charging(True)
+    app.wait_for("charger")
+    bus.set_locale(["LANG=ko_KR.UTF-8"])
+    app.wait_for("language")
+    app.tell("exit")
+    app.wait_for("terminate")
+    # What comes now is read while the toolkit shuts down.
+    bus.set_charging(False)
+    bus.set_locale(["LANG=en_US.UTF-8"])
+    app.process.stdin.write(b"\n")
+    app.process.stdin.flush()
+    assert app.end()[1][-4:] == ["pause", "terminate", "waited 1", "result 0"]
 
 
 def test_no_callbacks_at_all_are_an_error(run):

@@ -2,7 +2,7 @@
 
 import pytest
 
-from port.lifecycle import App, window_of
+from port.lifecycle import App, wait_until_active, window_of
 from support.display import Display
 from support.silent_bus import silent_x_server
 
@@ -18,9 +18,9 @@ class Desktop:
         self._folder = folder
         self._apps = []
 
-    def start(self):
+    def start(self, does=""):
         """Starts an application in sight."""
-        app = App(self.display.env, self._folder)
+        app = App(self.display.env, self._folder, does=does)
         self._apps.append(app)
         app.wait_for("resume")
         return app
@@ -105,29 +105,51 @@ def test_lowering_below_another_window_pauses_and_raising_resumes(composited):
     went(other, *["pause", "resume"] * 2, "did exit", "pause")
 
 
-def test_lowering_with_nothing_behind_keeps_a_composited_window_in_sight(composited):
+def test_lowering_with_nothing_behind_pauses_a_composited_window(composited):
     app = composited.start()
     app.tell("lower")
-    went(app, "did lower", "did exit", "pause")
+    app.wait_for("pause")
+    went(app, "did lower", "pause", "did exit")
 
 
 def test_a_lowered_window_is_in_sight_again_when_the_other_one_leaves(composited):
     other = composited.start()
     app = composited.start()
+    other.wait_for("pause")
     app.tell("lower")
     app.wait_for("pause")
+    other.wait_for("resume")
+    # By the next turn of its loop it knows where the window manager has put its window.
+    app.tell("size")
     other.tell("iconify")
     app.wait_for("resume")
-    went(app, "did lower", "pause", "resume", "did exit", "pause")
+    went(app, "did lower", "pause", "size 360x360", "did size", "resume", "did exit", "pause")
 
 
-def test_lowering_above_a_minimised_window_keeps_the_application_in_sight(composited):
+def test_lowering_above_a_minimised_window_pauses(composited):
     other = composited.start()
     other.tell("iconify")
     other.wait_for("pause")
     app = composited.start()
     app.tell("lower")
-    went(app, "did lower", "did exit", "pause")
+    app.wait_for("pause")
+    went(app, "did lower", "pause", "did exit")
+
+
+def test_a_lowered_window_that_the_user_makes_active_is_in_sight_again(composited, xfwm4):
+    xfwm4.set_compositing(False)
+    try:
+        app = composited.start()
+        wait_until_active(xfwm4, app)
+        beside = composited.start("window:sized")
+        wait_until_active(xfwm4, beside)
+        app.tell("lower")
+        app.wait_for("pause")
+        xfwm4.xdotool("windowactivate", window_of(xfwm4, app))
+        app.wait_for("resume")
+        went(app, "did lower", "pause", "resume", "did exit", "pause")
+    finally:
+        xfwm4.set_compositing(True)
 
 
 @pytest.mark.parametrize("way_back", ["windowmap", "windowactivate"])

@@ -103,11 +103,40 @@ def test_lowering_out_of_sight_pauses_and_raising_resumes(run):
     app.wait_for("resume")
 
 
-def test_lowering_with_nothing_behind_keeps_the_application_in_sight(run):
+def test_lowering_with_nothing_behind_pauses(run):
     app = run()
     app.tell("lower")
+    app.wait_for("pause")
     app.tell("exit")
-    ends_well(app, "did lower", "did exit", "pause")
+    ends_well(app, "did lower", "pause", "did exit")
+
+
+@pytest.mark.parametrize("word", ["raise", "activate"])
+def test_the_application_brings_a_lowered_window_back(run, word):
+    app = run()
+    app.tell("lower")
+    app.wait_for("pause")
+    app.tell(word)
+    app.wait_for("resume")
+    app.tell("exit")
+    ends_well(app, "did lower", "pause", "did " + word, "resume", "did exit", "pause")
+
+
+def test_lowering_and_raising_at_once_is_not_seen(run):
+    app = run()
+    app.process.stdin.write(b"lower\nraise\nexit\n")
+    app.process.stdin.flush()
+    ends_well(app, "did lower", "did raise", "did exit", "pause")
+
+
+def test_a_lowered_window_that_the_user_presses_is_in_sight_again(run, display):
+    app = run()
+    app.tell("lower")
+    app.wait_for("pause")
+    display.xdotool("mousemove", 180, 180, "click", 1)
+    app.wait_for("resume")
+    app.tell("exit")
+    ends_well(app, "did lower", "pause", "resume", "did exit", "pause")
 
 
 def test_iconifying_from_outside_pauses_and_mapping_resumes(run, display):
@@ -135,15 +164,59 @@ def test_hiding_pauses_and_showing_resumes(run):
     app.wait_for("resume")
 
 
-@pytest.mark.parametrize("word", ["close", "delete"])
-def test_the_end_of_the_window_pauses_and_a_new_one_resumes(run, word):
+def test_the_end_of_the_window_pauses_and_a_new_one_resumes(run):
     app = run()
-    app.tell(word)
+    app.tell("delete")
     app.wait_for("pause")
     app.tell("new")
     app.wait_for("resume")
     app.tell("exit")
-    ends_well(app, "did " + word, "pause", "did new", "resume", "did exit", "pause")
+    ends_well(app, "did delete", "pause", "did new", "resume", "did exit", "pause")
+
+
+def test_closing_the_window_ends_the_application_before_the_window_goes(run):
+    app = run(does="window:watched")
+    app.tell("close")
+    assert app.end() == (0, CREATED + ["did close", "pause", "terminate", "deleted", "result 0"])
+    assert "ERR<" not in app.log
+
+
+def test_closing_a_window_twice_is_closing_it_once(run):
+    app = run(does="window:watched")
+    app.process.stdin.write(b"close\nclose\n")
+    app.process.stdin.flush()
+    status, lines = app.end()
+    assert status == 0
+    assert lines[-4:] == ["pause", "terminate", "deleted", "result 0"]
+
+
+def test_closing_one_of_two_windows_deletes_it_alone(run):
+    app = run(does="window:watched")
+    app.tell("new")
+    app.tell("close")
+    app.wait_for("deleted")
+    app.tell("exit")
+    assert app.end() == (0, CREATED + ["did new", "did close", "deleted", "did exit", "pause",
+                                       "terminate", "deleted", "result 0"])
+
+
+def test_closing_the_last_window_in_sight_ends_an_application_with_a_hidden_one(run):
+    app = run()
+    app.tell("hide")
+    app.wait_for("pause")
+    app.tell("new")
+    app.wait_for("resume")
+    app.tell("close")
+    ends_well(app, "did hide", "pause", "did new", "resume", "did close", "pause")
+
+
+def test_an_application_that_closes_its_window_itself_is_not_ended(run):
+    app = run(does="window:kept")
+    app.tell("close")
+    # The request goes to the display and back before the application obeys once more.
+    app.tell("sync")
+    app.tell("exit")
+    ends_well(app, "did close", "did sync", "did exit", "pause")
 
 
 def test_a_window_destroyed_from_outside_pauses(run, display):
@@ -175,6 +248,30 @@ def test_a_signal_ends_a_covered_application(run):
     app.wait_for("pause")
     app.process.send_signal(signal.SIGTERM)
     ends_well(app, "pause")
+
+
+@pytest.mark.parametrize("manager", ["openbox", "xfwm4"])
+def test_window_managers_that_start_and_restart_leave_the_application_in_sight(tmp_path, manager):
+    with Display(manager=None) as bare, App(bare.env, tmp_path) as app:
+        app.wait_for("resume")
+        for _ in range(2):
+            bare.start_manager(manager)
+            # It has heard all that the window manager did by the next turn of its loop.
+            app.tell("sync")
+            app.tell("size")
+            bare.end_manager()
+        app.tell("exit")
+        lines = app.end()[1]
+        assert [line for line in lines if line in ("resume", "pause")] == ["resume", "pause"]
+
+
+def test_a_window_that_another_program_hides_is_out_of_sight_after_a_while(tmp_path):
+    with Display(manager=None) as bare, App(bare.env, tmp_path) as app:
+        app.wait_for("resume")
+        bare.xdotool("windowunmap", window_of(bare, app))
+        app.wait_for("pause")
+        bare.xdotool("windowmap", window_of(bare, app))
+        app.wait_for("resume")
 
 
 def test_a_killed_application_leaves_no_shared_memory(run):

@@ -31,6 +31,15 @@ def end(process):
         process.wait()
 
 
+class ClientMessage(ctypes.Structure):
+    """Xlib's XClientMessageEvent, as long as an event of any type."""
+
+    _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("send_event", ctypes.c_int),
+                ("display", ctypes.c_void_p), ("window", ctypes.c_ulong),
+                ("message_type", ctypes.c_ulong), ("format", ctypes.c_int),
+                ("data", ctypes.c_long * 5), ("rest", ctypes.c_long * 12)]
+
+
 def is_composited(name):
     """Whether a compositing manager runs on the first screen of an X display."""
     x11 = ctypes.CDLL("libX11.so.6")
@@ -46,10 +55,11 @@ class Display:
     """Context manager: a private X server (Xvfb) with a window manager on it.
 
     The server takes a free display number, listens on no network and has one screen of SIZE
-    ("WIDTHxHEIGHTxDEPTH"). MANAGER is "openbox", which does not composite, "xfwm4", which does,
-    "weston", a Wayland compositor whose one output fills the screen, or None for no manager. When
-    the context is entered, the window manager manages. All processes end with the context, and also
-    when the test's own process dies. DOTS: how many the screen has an inch.
+    ("WIDTHxHEIGHTxDEPTH"). MANAGER is "openbox", which does not composite, "xfwm4", which does, or
+    "weston", a Wayland compositor whose one output fills the screen. When the context is entered,
+    the window manager manages; with None there is none until start_manager(). All processes end
+    with the context, and also when the test's own process dies. DOTS: how many the screen has an
+    inch.
 
     name: the X display's name, such as ":7".
     env: what a client needs in its environment; merge it: {**os.environ, **display.env}.
@@ -126,7 +136,8 @@ class Display:
             self._wait_line(pipe, lambda line: line == b"managing", "openbox")
 
     def _start_xfwm4(self):
-        self._start_settings()
+        if not self._bus:
+            self._start_settings()
         env = {"PATH": os.environ["PATH"], "HOME": self._home.name, "NO_AT_BRIDGE": "1",
                "XDG_RUNTIME_DIR": self._home.name, **self._bus.env, **self.env}
         self._spawn(["xfwm4", "--compositor=on", "--vblank=off"], env=env)
@@ -136,6 +147,20 @@ class Display:
             if time.monotonic() > deadline:
                 self._fail("xfwm4")
             time.sleep(0.02)
+
+    def close_window(self, window):
+        """Has the window manager close a window, as a user does who clicks the cross on it."""
+        client_message = 33
+        to_window_manager = 0x180000
+        x11 = ctypes.CDLL("libX11.so.6")
+        x11.XOpenDisplay.restype = ctypes.c_void_p
+        x11.XDefaultRootWindow.restype = x11.XInternAtom.restype = ctypes.c_ulong
+        connection = ctypes.c_void_p(x11.XOpenDisplay(self.name.encode()))
+        message = ClientMessage(type=client_message, window=int(window), format=32)
+        message.message_type = x11.XInternAtom(connection, b"_NET_CLOSE_WINDOW", False)
+        x11.XSendEvent(connection, ctypes.c_ulong(x11.XDefaultRootWindow(connection)), False,
+                       ctypes.c_long(to_window_manager), ctypes.byref(message))
+        x11.XCloseDisplay(connection)
 
     def set_compositing(self, is_on):
         """Lets xfwm4 composite or not; returns when it does as told."""

@@ -14,6 +14,7 @@ Lifecycle::Lifecycle(const ui_app_lifecycle_callback_s& callbacks, void* userDat
                      const Display& display, LaunchInbox* inbox)
     : mCallbacks(callbacks), mUserData(userData), mDisplay(display), mInbox(inbox),
       mVisibility(display, [this] { OnLoopIdle(); }),
+      mClosedWindow(display, [this] { RequestExit(); }),
       mTerminationHandler(ecore_event_handler_add(ECORE_EVENT_SIGNAL_EXIT, SExitSignalCB, this)),
       mHangUpHandler(ecore_event_handler_add(ECORE_EVENT_SIGNAL_HUP, SExitSignalCB, this))
 {
@@ -120,6 +121,7 @@ try
     }
     DeliverArrived();
     SizeWindows(mDisplay);
+    mClosedWindow.Update();
     if (!mIsExitRequested)
         UpdateVisibility();
 }

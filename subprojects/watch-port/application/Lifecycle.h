@@ -2,6 +2,7 @@
 #define WATCH_PORT_APPLICATION_LIFECYCLE_H
 
 #include "app-control/LaunchInbox.h"
+#include "application/ClosedWindow.h"
 #include "application/CommandLine.h"
 #include "application/Display.h"
 #include "application/WindowVisibility.h"
@@ -52,6 +53,7 @@ private:
     const Display& mDisplay;
     LaunchInbox* const mInbox;
     WindowVisibility mVisibility;
+    ClosedWindow mClosedWindow;
     Ecore_Event_Handler* mTerminationHandler;
     Ecore_Event_Handler* mHangUpHandler;
     bool mIsInLoop = false;

@@ -1,11 +1,16 @@
 #include "application/WindowVisibility.h"
 
+#include "application/LeftWindows.h"
 #include "application/Windows.h"
 
-#include <Elementary.h>
+#include <Ecore_Input.h>
+#include <utility>
 
 namespace
 {
+// In which a window manager that starts has taken a window over.
+constexpr double kTakeOverSeconds = 5;
+
 // Set on a window once a frame of it has been drawn.
 constexpr char kDrawn[] = "watch-port-drawn";
 // Set on a window whose first frame is waited for.
@@ -14,6 +19,10 @@ constexpr char kAwaited[] = "watch-port-awaited";
 constexpr char kActivated[] = "watch-port-activated";
 // Set on a window that was hidden while active, until it is not active.
 constexpr char kHiddenActive[] = "watch-port-hidden-active";
+// Set on a window that the application has left and counts as out of sight for it.
+constexpr char kGone[] = "watch-port-gone";
+// Set on a window that could be seen if the application had not left it.
+constexpr char kUncovered[] = "watch-port-uncovered";
 
 void SNothingJob(void*)
 {
@@ -29,12 +38,11 @@ void SDrawnCB(void* data, Evas* canvas, void*)
 }
 
 // The toolkit leaves the canvas of an engine without windows visible whatever becomes of the
-// window's object, which it keeps under this name.
+// window's object.
 bool IsShown(const Ecore_Evas* window)
 {
-    const auto* object = static_cast<Evas_Object*>(ecore_evas_data_get(window, "elm_win"));
     return ecore_evas_visibility_get(window) != 0 && !ecore_evas_iconified_get(window) &&
-           (object == nullptr || evas_object_visible_get(object));
+           (WindowObject(window) == nullptr || !IsHidden(window));
 }
 
 bool IsDeactivated(const Ecore_Evas* window)
@@ -55,19 +63,9 @@ void NoteActivation(Ecore_Evas* window)
         ecore_evas_data_set(window, kActivated, window);
 }
 
-// No client of Wayland can lower its window; what it can do to leave is to minimise it.
-Eina_Bool SMinimiseInsteadCB(void*, Evas_Object* window)
+bool IsGone(const Ecore_Evas* window)
 {
-    elm_win_iconified_set(window, EINA_TRUE);
-    return EINA_FALSE;
-}
-
-void MinimiseLoweredWindows()
-{
-    static Elm_Win_Trap trap = {};
-    trap.version = ELM_WIN_TRAP_VERSION;
-    trap.lower = SMinimiseInsteadCB;
-    elm_win_trap_set(&trap);
+    return ecore_evas_data_get(window, kGone) != nullptr;
 }
 
 void AwaitFirstFrames(const Display& display)
@@ -87,10 +85,9 @@ WindowVisibility::WindowVisibility(const Display& display, std::function<void()>
     : mDisplay(display), mOnLoopIdle(std::move(onLoopIdle)),
       mIdleEnterer(ecore_idle_enterer_before_add(SLoopIdleCB, this))
 {
+    NoteLeaving(display);
     if (display.GetKind() == Display::Kind::X11)
         WatchX11();
-    if (display.GetKind() == Display::Kind::Wayland)
-        MinimiseLoweredWindows();
 }
 
 WindowVisibility::~WindowVisibility()
@@ -98,6 +95,8 @@ WindowVisibility::~WindowVisibility()
     for (Ecore_Event_Handler* handler : mHandlers)
         ecore_event_handler_del(handler);
     ecore_idle_enterer_del(mIdleEnterer);
+    if (mTakeOverTimer != nullptr)
+        ecore_timer_del(mTakeOverTimer);
 }
 
 void WindowVisibility::WatchX11()
@@ -106,13 +105,56 @@ void WindowVisibility::WatchX11()
     mHandlers = {
         ecore_event_handler_add(ECORE_X_EVENT_WINDOW_VISIBILITY_CHANGE, SVisibilityCB, this),
         ecore_event_handler_add(ECORE_X_EVENT_WINDOW_HIDE, SHideCB, this),
-        ecore_event_handler_add(ECORE_X_EVENT_WINDOW_DESTROY, SDestroyCB, this)};
+        ecore_event_handler_add(ECORE_X_EVENT_WINDOW_DESTROY, SDestroyCB, this),
+        ecore_event_handler_add(ECORE_EVENT_MOUSE_BUTTON_DOWN, SPressCB, this)};
 }
 
 void WindowVisibility::Forget(Ecore_X_Window window)
 {
     mUncovered.erase(window);
     mSeen.erase(window);
+    mActivated.erase(window);
+    mTakenAway.erase(window);
+}
+
+bool WindowVisibility::IsWanted(Ecore_X_Window id) const
+{
+    for (const Ecore_Evas* window : ListWindows(mDisplay))
+    {
+        if (ecore_evas_window_get(window) == id)
+            return !IsHidden(window) && !IsLeft(window);
+    }
+    return false;
+}
+
+// A window manager that starts hides each window and shows it again in a frame of its own. What it
+// hides for good it calls minimised.
+void WindowVisibility::AwaitReturn(Ecore_X_Window window)
+{
+    mTakenAway.insert(window);
+    if (mTakeOverTimer != nullptr)
+        ecore_timer_del(mTakeOverTimer);
+    mTakeOverTimer = ecore_timer_add(kTakeOverSeconds, SNotReturnedCB, this);
+}
+
+// A window that the application has left is in sight again when it was covered and is no more, and
+// when the user makes it active. That it is active for the first time is no sign: window managers
+// make a new window active, and some after the application has drawn it, and lowered it.
+void WindowVisibility::NoteReturns()
+{
+    const Ecore_X_Window active = mStacking ? mStacking->GetActive() : 0;
+    const bool isNewlyActive = std::exchange(mActive, active) != active;
+    for (Ecore_Evas* window : ListWindows(mDisplay))
+    {
+        const bool isUncovered = CanBeSeen(window);
+        const bool wasUncovered = ecore_evas_data_get(window, kUncovered) != nullptr;
+        const bool isActiveAgain = isNewlyActive && ecore_evas_window_get(window) == active &&
+                                   !mActivated.insert(active).second;
+        if (IsGone(window) && ((isUncovered && !wasUncovered) || isActiveAgain))
+            NoteReturn(window);
+        ecore_evas_data_set(window, kUncovered, isUncovered ? window : nullptr);
+        ecore_evas_data_set(window, kGone, IsLeft(window) ? window : nullptr);
+    }
 }
 
 Ecore_Evas* WindowVisibility::FindVisibleWindow() const
@@ -127,13 +169,18 @@ Ecore_Evas* WindowVisibility::FindVisibleWindow() const
 
 bool WindowVisibility::IsVisible(const Ecore_Evas* window) const
 {
+    return CanBeSeen(window) && !IsLeft(window);
+}
+
+bool WindowVisibility::CanBeSeen(const Ecore_Evas* window) const
+{
     if (mStacking)
-        return IsVisibleOnX11(window);
+        return CanBeSeenOnX11(window);
     const bool isDrawn = ecore_evas_data_get(window, kDrawn) != nullptr && IsShown(window);
     return isDrawn && (mDisplay.GetKind() != Display::Kind::Wayland || !IsDeactivated(window));
 }
 
-bool WindowVisibility::IsVisibleOnX11(const Ecore_Evas* window) const
+bool WindowVisibility::CanBeSeenOnX11(const Ecore_Evas* window) const
 {
     const auto id = static_cast<Ecore_X_Window>(ecore_evas_window_get(window));
     const auto& inSight = mStacking->IsComposited() ? mSeen : mUncovered;
@@ -150,6 +197,7 @@ Eina_Bool WindowVisibility::SLoopIdleCB(void* data)
         NoteActivation(window);
     if (visibility->mStacking)
         visibility->mStacking->Update();
+    visibility->NoteReturns();
     visibility->mOnLoopIdle();
     return ECORE_CALLBACK_RENEW;
 }
@@ -158,6 +206,7 @@ Eina_Bool WindowVisibility::SVisibilityCB(void* data, int, void* event)
 {
     const auto* change = static_cast<Ecore_X_Event_Window_Visibility_Change*>(event);
     auto* visibility = static_cast<WindowVisibility*>(data);
+    visibility->mTakenAway.erase(change->win);
     if (change->fully_obscured)
     {
         visibility->mUncovered.erase(change->win);
@@ -171,7 +220,32 @@ Eina_Bool WindowVisibility::SVisibilityCB(void* data, int, void* event)
 Eina_Bool WindowVisibility::SHideCB(void* data, int, void* event)
 {
     const auto* hide = static_cast<Ecore_X_Event_Window_Hide*>(event);
-    static_cast<WindowVisibility*>(data)->Forget(hide->win);
+    auto* visibility = static_cast<WindowVisibility*>(data);
+    if (visibility->IsWanted(hide->win))
+        visibility->AwaitReturn(hide->win);
+    else
+        visibility->Forget(hide->win);
+    return ECORE_CALLBACK_PASS_ON;
+}
+
+Eina_Bool WindowVisibility::SNotReturnedCB(void* data)
+{
+    auto* visibility = static_cast<WindowVisibility*>(data);
+    visibility->mTakeOverTimer = nullptr;
+    for (const Ecore_X_Window window : std::set<Ecore_X_Window>(visibility->mTakenAway))
+        visibility->Forget(window);
+    return ECORE_CALLBACK_CANCEL;
+}
+
+// Of a window that is active and has nothing above it, nobody else tells that it is wanted again.
+Eina_Bool WindowVisibility::SPressCB(void* data, int, void* event)
+{
+    const Ecore_Window pressed = static_cast<Ecore_Event_Mouse_Button*>(event)->event_window;
+    for (Ecore_Evas* window : ListWindows(static_cast<WindowVisibility*>(data)->mDisplay))
+    {
+        if (ecore_evas_window_get(window) == pressed && IsGone(window))
+            NoteReturn(window);
+    }
     return ECORE_CALLBACK_PASS_ON;
 }
 

@@ -17,12 +17,16 @@
  *
  * Events are gathered, and the sum is drawn when the loop has none left: a window that is covered
  * and uncovered at once changes nothing. So a window manager's shuffling during a start is not seen
- * either.
+ * either, nor that it hides a window to put it into a frame: what another program hides stays in
+ * sight until it is called minimised, or has not been shown again for five seconds.
  *
  * On X11 the server tells what is covered, and X11Stacking what it does not tell. On Wayland nobody
  * tells: there a window that was active is in sight until another one is active or it is minimised.
- * A window that a compositor never made active, since it was shown, is in sight once it is drawn;
- * one that the application lowers is minimised.
+ * A window that a compositor never made active, since it was shown, is in sight once it is drawn.
+ *
+ * A window that the application leaves (see LeftWindows.h) is out of sight until the application
+ * brings it back, it is uncovered after it was covered, or on X11 the user makes it active or
+ * presses in it.
  */
 class WindowVisibility
 {
@@ -43,12 +47,18 @@ private:
     static Eina_Bool SLoopIdleCB(void* data);
     static Eina_Bool SVisibilityCB(void* data, int type, void* event);
     static Eina_Bool SHideCB(void* data, int type, void* event);
+    static Eina_Bool SNotReturnedCB(void* data);
+    static Eina_Bool SPressCB(void* data, int type, void* event);
     static Eina_Bool SDestroyCB(void* data, int type, void* event);
 
     void WatchX11();
     void Forget(Ecore_X_Window window);
+    bool IsWanted(Ecore_X_Window id) const;
+    void AwaitReturn(Ecore_X_Window window);
+    void NoteReturns();
     bool IsVisible(const Ecore_Evas* window) const;
-    bool IsVisibleOnX11(const Ecore_Evas* window) const;
+    bool CanBeSeen(const Ecore_Evas* window) const;
+    bool CanBeSeenOnX11(const Ecore_Evas* window) const;
 
     const Display& mDisplay;
     std::function<void()> mOnLoopIdle;
@@ -57,6 +67,12 @@ private:
     std::set<Ecore_X_Window> mUncovered;
     /** Those that were uncovered once, and not hidden since. */
     std::set<Ecore_X_Window> mSeen;
+    /** Those that somebody else has hidden a moment ago. */
+    std::set<Ecore_X_Window> mTakenAway;
+    Ecore_Timer* mTakeOverTimer = nullptr;
+    /** Those that were active once, and not hidden since. */
+    std::set<Ecore_X_Window> mActivated;
+    Ecore_X_Window mActive = 0;
     std::optional<X11Stacking> mStacking;
 };
 

@@ -1,5 +1,6 @@
 #include "application/Windows.h"
 
+#include "application/LeftWindows.h"
 #include "application/Screen.h"
 
 #include <algorithm>
@@ -16,18 +17,10 @@ bool IsWindow(const Ecore_Evas* canvas, Display::Kind kind)
         return engine == "software_x11" || engine == "opengl_x11";
     case Display::Kind::Wayland:
         // There the pointer's picture is a canvas of this engine too, but no window's.
-        return engine.rfind("wayland_", 0) == 0 &&
-               ecore_evas_data_get(canvas, "elm_win") != nullptr;
+        return engine.rfind("wayland_", 0) == 0 && WindowObject(canvas) != nullptr;
     default:
         return true;
     }
-}
-
-// A minimised window is not hidden. The toolkit keeps a window's object under this name.
-bool IsHidden(const Ecore_Evas* window)
-{
-    const auto* object = static_cast<Evas_Object*>(ecore_evas_data_get(window, "elm_win"));
-    return object == nullptr || !evas_object_visible_get(object);
 }
 } // namespace
 
@@ -42,6 +35,18 @@ std::vector<Ecore_Evas*> ListWindows(const Display& display)
             windows.push_back(window);
     }
     return windows;
+}
+
+Evas_Object* WindowObject(const Ecore_Evas* window)
+{
+    // The name under which the toolkit keeps it.
+    return static_cast<Evas_Object*>(ecore_evas_data_get(window, "elm_win"));
+}
+
+bool IsHidden(const Ecore_Evas* window)
+{
+    const Evas_Object* object = WindowObject(window);
+    return object == nullptr || !evas_object_visible_get(object);
 }
 
 void SizeWindows(const Display& display)
@@ -59,10 +64,11 @@ void SizeWindows(const Display& display)
 
 void PresentWindow(const Display& display)
 {
-    if (display.GetKind() != Display::Kind::X11)
-        return;
     const std::vector<Ecore_Evas*> windows = ListWindows(display);
     const auto window = std::find_if_not(windows.begin(), windows.end(), IsHidden);
-    if (window != windows.end())
+    if (window == windows.end())
+        return;
+    NoteReturn(*window);
+    if (display.GetKind() == Display::Kind::X11)
         ecore_evas_activate(*window);
 }

@@ -12,12 +12,19 @@
  */
 std::vector<Ecore_Evas*> ListWindows(const Display& display);
 
+/** The toolkit's object of a window; null for a canvas without one. */
+Evas_Object* WindowObject(const Ecore_Evas* window);
+
+/** Whether the window's object is hidden; one that is minimised is not. */
+bool IsHidden(const Ecore_Evas* window);
+
 /** Gives each window that has no size yet that of the watch's screen. */
 void SizeWindows(const Display& display);
 
 /**
- * Asks the window manager to show the newest of the windows that are not hidden above all others
- * and to make it active. On Wayland, where no client may do that, and off screen nothing happens.
+ * Brings the newest of the windows that are not hidden before the user: the application has not
+ * left it any more, and on X11 the window manager is asked to show it above all others and to make
+ * it active. On Wayland, where no client may do that, nothing happens.
  */
 void PresentWindow(const Display& display);
 

@@ -25,6 +25,9 @@ public:
     /** Whether a compositing manager draws the windows: what the server tells says nothing then. */
     bool IsComposited() const { return mIsComposited; }
 
+    /** The active window, as of the last Update(); 0 without one. */
+    Ecore_X_Window GetActive() const { return mActive; }
+
     /** Reads the properties if any has changed. */
     void Update();
 

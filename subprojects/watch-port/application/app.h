@@ -15,10 +15,21 @@
  *   restored if it was minimised; the callback may lower or hide it again. Wayland lets no client
  *   do that: there the application stays where it is.
  * - resume: a window of the process can be seen for the first time, or again.
- * - pause: none can be seen any more: lowered out of sight, covered, iconified, hidden or deleted.
+ * - pause: none can be seen any more: lowered, covered, iconified, hidden, deleted or closed. An
+ *   application that lowers its window has left, also where nothing lies behind it; it is back when
+ *   it raises, activates or shows the window, when a launch request arrives, when the window was
+ *   covered and is no more, and on X11 when the user activates the window again or presses in it.
  *   Where nothing tells whether a window is covered (off-screen engines, Wayland), a window can be
- *   seen from its first frame on until it is hidden or deleted.
- * - terminate: the last call. It may release what user_data points to.
+ *   seen from its first frame on until it is hidden, deleted, closed or lowered, which on Wayland
+ *   minimises it.
+ * - terminate: the last call. It may release what user_data points to: no callback that the
+ *   application has registered anywhere (device, settings, launch replies, keys, bezel) is called
+ *   after it.
+ *
+ * The user closes a window: when it is the last one that is not hidden and the toolkit is to delete
+ * it (elm_win_autodel_set()), the application ends as by ui_app_exit(), and the window goes after
+ * terminate. The toolkit deletes any other window with autodel at once. One without it stays, and
+ * the application has its say in the window's "delete,request" callback.
  *
  * All of them are called on the main loop's thread. A null one is skipped.
  *
@@ -101,7 +112,8 @@ typedef struct
 } ui_app_lifecycle_callback_s;
 
 /**
- * Runs the application until ui_app_exit(), SIGTERM, SIGINT, SIGHUP or the toolkit's own exit.
+ * Runs the application until ui_app_exit(), SIGTERM, SIGINT, SIGHUP, the toolkit's own exit or the
+ * end of its last window by the user's hand.
  *
  * Before create: the command line is read, the display is looked for, the locale is set (C.UTF-8
  * where the environment's is not installed), the text domain PROGRAM (the executable's base name)

@@ -24,6 +24,8 @@ def run(name, *arguments):
     ("run", ["--screenshot"], "--screenshot"),
     ("setup", ["everything"], '"everything"'),
     ("setup", ["run", "extra"], '"extra"'),
+    ("build", [], "kind"),
+    ("build", ["everything"], '"everything"'),
     ("test", ["--fast"], '"--fast"'),
     ("lint", ["--fast"], '"--fast"'),
     ("lint", ["results", "extra"], '"extra"'),
@@ -42,6 +44,7 @@ def test_wrong_use_is_named_in_one_line_with_status_2(name, arguments, named):
 @pytest.mark.parametrize("name, usage", [
     ("run", "script/run [--screenshot FILE] [-- APP-ARGUMENTS]"),
     ("bench", "script/bench [--quick]"),
+    ("build", "script/build KIND [TARGET...]"),
     ("setup", "script/setup test "),
     ("test", "script/test"),
     ("lint", "script/lint [RESULTS]"),

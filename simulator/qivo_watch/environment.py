@@ -11,7 +11,7 @@ from qivo_watch.processes import STATE_VARIABLE
 from qivo_watch.state import Folder
 
 # DLOG_LEVEL is not among them: the watch reads an application's lines, and filters on demand.
-_KEPT = ["PATH", "TZ", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "ELM_SCALE"]
+_KEPT = ["PATH", "TZ", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"]
 _FAMILY_LOCAL = 256
 _COOKIE = "MIT-MAGIC-COOKIE-1"
 

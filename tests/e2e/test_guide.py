@@ -33,6 +33,17 @@ def test_the_page_fills_the_round_screen_with_a_picture_and_white_text(watch):
     assert text.get(WHITE, 0) > 100 and text.get(BLACK, 0) > 1000
 
 
+def test_a_users_settings_of_the_toolkit_leave_the_page_as_it_is(watch):
+    plain = watch.launch()
+    page = watch.still_picture()
+    plain.terminate()
+    plain.wait_end()
+    watch.environment |= {"ELM_SCALE": "3", "ELM_FINGER_SIZE": "150", "ELM_THEME": "flat",
+                          "ELM_PROFILE": "mobile", "EVAS_FONT_DPI": "200"}
+    watch.launch()
+    assert watch.still_picture() == page
+
+
 def test_the_bezel_scrolls_the_page_and_stops_at_both_ends(watch):
     app = watch.launch()
     top = watch.still_picture()

@@ -3,6 +3,10 @@
 #include <Ecore_X.h>
 #include <Elementary.h>
 #include <cstdlib>
+#include <cstring>
+#include <string>
+#include <unistd.h>
+#include <vector>
 
 namespace
 {
@@ -57,12 +61,24 @@ int ScreenSize(const Display& display)
     return width == height ? width : kUsualSize;
 }
 
+void DropToolkitSettings()
+{
+    std::vector<std::string> names;
+    for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable)
+    {
+        const std::string name(*variable, std::strcspn(*variable, "="));
+        if ((name.rfind("ELM_", 0) == 0 && name != "ELM_ENGINE") || name == "EVAS_FONT_DPI")
+            names.push_back(name);
+    }
+    for (const std::string& name : names)
+        unsetenv(name.c_str());
+}
+
 void SetUpToolkit(const Display& display)
 {
     elm_config_scroll_thumbscroll_enabled_set(EINA_TRUE);
     elm_config_scroll_bounce_enabled_set(EINA_TRUE);
     elm_config_scroll_thumbscroll_sensitivity_friction_set(kFlickSpeed);
     StopCacheClock();
-    if (std::getenv("ELM_SCALE") == nullptr)
-        elm_config_scale_set(kUsualScale * ScreenSize(display) / kUsualSize);
+    elm_config_scale_set(kUsualScale * ScreenSize(display) / kUsualSize);
 }

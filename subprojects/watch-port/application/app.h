@@ -61,7 +61,9 @@
  * bus goes, the application goes on without it, also when another bus comes.
  *
  * Environment: ELM_ENGINE=buffer and ELM_ENGINE=shot:OPTIONS need no display, DLOG_LEVEL filters
- * the log (see dlog.h).
+ * the log (see dlog.h). The toolkit's other variables (ELM_SCALE, ELM_THEME and so on, and
+ * EVAS_FONT_DPI) are for desktops: they are taken out of the environment, so that the application
+ * looks and behaves as on the watch.
  */
 
 #include <app_common.h>
@@ -120,8 +122,7 @@ typedef struct
  * is bound to the installation's catalogues, and the watch's theme is laid over the toolkit's.
  * A window that has no size of its own gets that of the watch's screen, unless the window manager
  * gives it another: that of the X screen where it is square, else 360 by 360 pixels. The toolkit's
- * scale follows that size, 1.3 at 360 pixels (ELM_SCALE in the environment overrides it), and a
- * finger drags what scrolls.
+ * scale follows that size, 1.3 at 360 pixels, and a finger drags what scrolls.
  *
  * Command line: [--operation OP] [--extra KEY=VALUE]..., also as --operation=OP and
  * --extra=KEY=VALUE, make the first launch request; the last one of an operation or a key holds.

@@ -85,9 +85,11 @@ std::optional<int> AnswerCommandLine(const CommandLine& commandLine, const std::
     return APP_ERROR_NONE;
 }
 
-// An application of the watch starts no service of the desktop and asks none about the machine.
+// An application of the watch starts no service of the desktop, asks none about the machine, and
+// looks as on the watch.
 void KeepToolkitAlone()
 {
+    DropToolkitSettings();
     efreet_cache_disable();
     ecore_app_no_system_modules();
 }

@@ -14,9 +14,11 @@ constexpr double kRingOuter = 242;
 constexpr double kKeyOuter = 278;
 constexpr double kKeyAngle = 30;
 constexpr double kKeyHalfAngle = 8;
+constexpr double kChargerLeft = -40;
 constexpr double kChargerTop = 290;
 constexpr double kPlugBottom = 400;
 constexpr double kCableRight = 60;
+constexpr double kCableBottom = 700;
 
 constexpr double kPi = 3.14159265358979323846;
 
@@ -70,8 +72,8 @@ Target Layout::GetTargetAt(Point point) const
     const double x = (point.x - mOrigin.x) / mUnit;
     const double y = (point.y - mOrigin.y) / mUnit;
     const bool isPlug = x < kCentreX - kRingOuter && y >= kChargerTop && y < kPlugBottom;
-    const bool isCable = x < kCableRight && y >= kPlugBottom;
-    return isPlug || isCable ? Target::Charger : Target::Nothing;
+    const bool isCable = x < kCableRight && y >= kPlugBottom && y < kCableBottom;
+    return x >= kChargerLeft && (isPlug || isCable) ? Target::Charger : Target::Nothing;
 }
 
 Point Layout::GetScreenPixelAt(Point point) const

@@ -103,6 +103,9 @@ TEST_P(LayoutTest, EveryPartIsWhereItIsSeen)
     EXPECT_EQ(mLayout.GetTargetAt(FromCentre(-280, 0)), Target::Charger);
     EXPECT_EQ(mLayout.GetTargetAt(FromCentre(-330, 200)), Target::Charger);
     EXPECT_EQ(mLayout.GetTargetAt(FromCentre(290, -320)), Target::Nothing);
+    EXPECT_EQ(mLayout.GetTargetAt(FromCentre(-450, 0)), Target::Nothing);
+    EXPECT_EQ(mLayout.GetTargetAt(FromCentre(-450, 200)), Target::Nothing);
+    EXPECT_EQ(mLayout.GetTargetAt(FromCentre(-330, 400)), Target::Nothing);
 }
 
 TEST_P(LayoutTest, TheScreensCornersBelongToTheRing)

@@ -1,12 +1,19 @@
 """The watch's message bus: a private daemon, and objects with properties on it."""
 
+import contextlib
 import pathlib
-from typing import Any, Callable
+import threading
+from typing import Any, Callable, Iterator
 
 from gi.repository import Gio, GLib
 
 PROPERTIES = "org.freedesktop.DBus.Properties"
 DAEMON = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
+
+PATIENCE_S = 4.0
+"""Seconds for a bus to answer."""
+
+PATIENCE_MS = round(PATIENCE_S * 1000)
 
 _CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
@@ -31,17 +38,30 @@ def daemon_command(folder: pathlib.Path, address: str, ready: int) -> list[str]:
 
 
 def connect(address: str) -> Gio.DBusConnection:
+    """Fails with Gio.IOErrorEnum.CANCELLED at a bus that does not answer."""
     flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
              | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
-    connection = Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
+    with _patience() as end:
+        connection = Gio.DBusConnection.new_for_address_sync(address, flags, None, end)
     connection.set_exit_on_close(False)
     return connection
+
+
+@contextlib.contextmanager
+def _patience() -> Iterator[Gio.Cancellable]:
+    end = Gio.Cancellable()
+    timer = threading.Timer(PATIENCE_S, end.cancel)
+    timer.start()
+    try:
+        yield end
+    finally:
+        timer.cancel()
 
 
 def own_name(connection: Gio.DBusConnection, name: str) -> None:
     """Takes a name; on a fresh bus nobody else has it."""
     connection.call_sync(*DAEMON, "RequestName", GLib.Variant("(su)", (name, 0)), None,
-                         Gio.DBusCallFlags.NONE, -1, None)
+                         Gio.DBusCallFlags.NONE, PATIENCE_MS, None)
 
 
 def process_of(connection: Gio.DBusConnection, name: str) -> int | None:
@@ -49,7 +69,7 @@ def process_of(connection: Gio.DBusConnection, name: str) -> int | None:
     try:
         return connection.call_sync(
             *DAEMON, "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,)), None,
-            Gio.DBusCallFlags.NONE, -1, None).unpack()[0]
+            Gio.DBusCallFlags.NONE, PATIENCE_MS, None).unpack()[0]
     except GLib.Error:
         return None
 

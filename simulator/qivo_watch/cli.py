@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import signal
 import sys
 
 from qivo_watch.arguments import Grammar
@@ -13,7 +14,9 @@ _INTERRUPTED = 130
 
 def main(words: list[str]) -> int:
     """Returns the status: 0, 1 for a command that failed, 2 for one that cannot be meant."""
+    _open_missing_streams()
     try:
+        signal.pthread_sigmask(signal.SIG_UNBLOCK, [signal.SIGINT])
         _run(words)
         sys.stdout.flush()
     except UsageError as error:
@@ -46,6 +49,14 @@ def _run(words: list[str]) -> None:
         session.run(given)
     finally:
         session.close()
+
+
+def _open_missing_streams() -> None:
+    """What is written to an output that the caller has closed fails, as everywhere."""
+    for name, mode in (("stdin", "r"), ("stdout", "w"), ("stderr", "w")):
+        if getattr(sys, name) is None:
+            access = os.O_WRONLY if name == "stderr" else os.O_RDONLY
+            setattr(sys, name, os.fdopen(os.open(os.devnull, access), mode))
 
 
 def _drop_output() -> None:

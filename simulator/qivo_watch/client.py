@@ -1,158 +1,140 @@
-"""A running watch, as a command sees it: calls on its bus, its log, its end."""
+"""A running watch, as a command sees it: calls on its bus, and its log."""
 
 import contextlib
-import fcntl
 import json
-import os
-import signal
 import time
-from typing import Any
+from typing import Any, Callable, Iterator
 
 from gi.repository import Gio, GLib
 
 from qivo_watch.bus import PROPERTIES, connect
 from qivo_watch.control import INTERFACE, NAME, PATH
-from qivo_watch.errors import WatchEnded, WatchError
+from qivo_watch.errors import WatchError
+from qivo_watch.life import absence, ended, wait_ready
+from qivo_watch.pulse import Peer, Pulse, hang, silent_part
 from qivo_watch.state import Folder
 
-BODY = ("com.velmora.QivoWatch.Body", PATH, "com.velmora.QivoWatch.Body1")
-CALL_PATIENCE_MS = 90_000
-"""Longer than the keeper waits for any effect, beside the time that a verb asks for itself."""
+CONTROL = Peer("the keeper", NAME, PATH, INTERFACE)
+BODY = Peer("the body", "com.velmora.QivoWatch.Body", PATH, "com.velmora.QivoWatch.Body1")
 
-STOP_PATIENCE_S = 20
+_GONE = ("org.freedesktop.DBus.Error.NoReply", "org.freedesktop.DBus.Error.ServiceUnknown",
+         "org.freedesktop.DBus.Error.NameHasNoOwner")
+_LAST_LINE = 2 ** 64 - 1
 
 
 class Client:
-    """Connects when it is made; fails when the watch does not run."""
+    """Connects when it is made, to a watch that is being started once it is ready.
+
+    Each method fails when the watch has ended, and when who it asks hangs.
+    """
 
     def __init__(self, folder: Folder):
         self.folder = folder
+        self._loop = GLib.MainLoop()
+        self._log_count = 0
+        wait_ready(folder)
         try:
             self.connection = connect(folder.bus_address)
-            self.get("App")
-        except GLib.Error:
-            raise WatchError(_absence(folder)) from None
+        except GLib.Error as error:
+            if error.matches(Gio.io_error_quark(), Gio.IOErrorEnum.CANCELLED):
+                raise hang("the message bus") from None
+            raise WatchError(absence(folder)) from None
+        self.connection.connect("closed", lambda *_: self._loop.quit())
 
-    def call(self, method: str, signature: str = "()", *arguments: Any,
-             extra_ms: float = 0) -> tuple:
+    def call(self, method: str, signature: str = "()", *arguments: Any) -> tuple:
         """Calls the control interface; a refusal becomes a WatchError with its line."""
-        return self._call((NAME, PATH, INTERFACE), method, GLib.Variant(signature, arguments),
-                          extra_ms)
+        return self._call(CONTROL, INTERFACE, method, GLib.Variant(signature, arguments))
 
     def call_body(self, method: str, signature: str, *arguments: Any) -> tuple:
-        return self._call(BODY, method, GLib.Variant(signature, arguments), 0)
+        return self._call(BODY, BODY.interface, method, GLib.Variant(signature, arguments))
 
     def get(self, name: str) -> Any:
-        answer = self.connection.call_sync(
-            NAME, PATH, PROPERTIES, "Get", GLib.Variant("(ss)", (INTERFACE, name)), None,
-            Gio.DBusCallFlags.NO_AUTO_START, CALL_PATIENCE_MS, None)
-        return answer.unpack()[0]
+        return self._call(CONTROL, PROPERTIES, "Get", GLib.Variant("(ss)", (INTERFACE, name)))[0]
 
     def status(self) -> dict[str, Any]:
         return json.loads(self.call("Status")[0])
 
-    def wait_log(self, start: int, accept: Any, seconds: float | None) -> int | None:
+    def log_count(self) -> int:
+        """How many lines the log has had so far."""
+        return self.call("ReadLog", "(t)", _LAST_LINE)[0]
+
+    def log_lines(self) -> Iterator[str]:
+        """The lines of the log as it is now."""
+        place, last = 0, self.log_count()
+        while place < last:
+            _, first, lines = self.call("ReadLog", "(t)", place)
+            yield from lines[:last - first]
+            place = first + len(lines)
+
+    def wait_log(self, start: int, accept: Callable[[str], bool],
+                 seconds: float | None) -> int | None:
         """Hands each line from number START on to ACCEPT until that returns true; returns the
         number after it. None: it has not come in time (SECONDS None: no limit)."""
-        loop = GLib.MainLoop()
-        result: list[int] = []
+        deadline = None if seconds is None else time.monotonic() + seconds
         place = start
+        with self._following():
+            while True:
+                self._log_count, first, lines = self.call("ReadLog", "(t)", place)
+                for place, line in enumerate(lines, first + 1):
+                    if accept(line):
+                        return place
+                if not self._wait(lambda: self._log_count > place, CONTROL, deadline):
+                    return None
 
-        def look(*_: Any) -> None:
-            nonlocal place
-            following, lines = self.call("ReadLog", "(t)", place)
-            for number, line in enumerate(lines, following - len(lines)):
-                place = number + 1
-                if not result and accept(line):
-                    result.append(place)
-                    loop.quit()
-
-        def closed(*_: Any) -> None:
-            loop.quit()
+    @contextlib.contextmanager
+    def _following(self) -> Iterator[None]:
+        """Keeps the number of lines up to date."""
+        def grow(_bus: Any, _sender: str, _path: str, _interface: str, _signal: str,
+                 arguments: GLib.Variant) -> None:
+            self._log_count = arguments.unpack()[0]
+            self._loop.quit()
 
         subscription = self.connection.signal_subscribe(
-            NAME, INTERFACE, "LogGrown", PATH, None, Gio.DBusSignalFlags.NONE, look)
-        handler = self.connection.connect("closed", closed)
-        look()
-        if not result:
-            timer = seconds is not None and GLib.timeout_add(round(seconds * 1000), loop.quit)
-            loop.run()
-            if timer and (result or self.connection.is_closed()):
-                GLib.source_remove(timer)
-        self.connection.signal_unsubscribe(subscription)
-        self.connection.disconnect(handler)
-        if not result and self.connection.is_closed():
-            raise ended(self.folder)
-        return result[0] if result else None
-
-    def _call(self, target: tuple[str, str, str], method: str, arguments: GLib.Variant,
-              extra_ms: float) -> tuple:
+            NAME, INTERFACE, "LogGrown", PATH, None, Gio.DBusSignalFlags.NONE, grow)
         try:
-            answer = self.connection.call_sync(*target, method, arguments, None,
-                                               Gio.DBusCallFlags.NO_AUTO_START,
-                                               round(CALL_PATIENCE_MS + extra_ms), None)
+            yield
+        finally:
+            self.connection.signal_unsubscribe(subscription)
+
+    def _call(self, peer: Peer, interface: str, method: str,
+              arguments: GLib.Variant) -> tuple:
+        results: list[Any] = []
+
+        def done(_connection: Gio.DBusConnection, result: Any) -> None:
+            results.append(result)
+            self._loop.quit()
+
+        self.connection.call(peer.name, peer.path, interface, method, arguments, None,
+                             Gio.DBusCallFlags.NO_AUTO_START, GLib.MAXINT32, None, done)
+        self._wait(lambda: bool(results), peer, None)
+        try:
+            return self.connection.call_finish(results[0]).unpack()
         except GLib.Error as error:
-            name = Gio.DBusError.get_remote_error(error) or ""
-            if name and "NoReply" not in name:
-                raise WatchError(error.message.removeprefix(f"GDBus.Error:{name}: ")) from None
-            if self.folder.is_held() and not self.connection.is_closed():
-                raise WatchError(f"the watch does not answer: {error.message}") from None
-            raise ended(self.folder) from None
-        return answer.unpack() if answer else ()
+            name = Gio.DBusError.get_remote_error(error)
+            if not name or name in _GONE:
+                raise ended(self.folder) from None
+            raise WatchError(error.message.removeprefix(f"GDBus.Error:{name}: ")) from None
 
+    def _wait(self, is_over: Callable[[], bool], peer: Peer,
+              deadline: float | None) -> bool:
+        """Turns the loop until IS_OVER(), which is false at the deadline (time.monotonic()).
 
-def stop(folder: Folder) -> None:
-    """Ends a watch, and returns when nothing of it is left."""
-    client = Client(folder)
-    guard = client.status()["processes"]["guard"]
-    keeper = client.status()["processes"]["keeper"]
-    try:
-        client.call("Stop")
-    except WatchEnded:
-        pass  # before it could answer
-    except WatchError:
-        _kill(keeper)
-    if not wait_gone(folder):
-        _kill(keeper)
-        _kill(guard)
-        folder.clear()
-
-
-def _kill(process: int) -> None:
-    """Kills what may have ended by itself meanwhile."""
-    with contextlib.suppress(ProcessLookupError):
-        os.kill(process, signal.SIGKILL)
-
-
-def wait_gone(folder: Folder) -> bool:
-    """Waits until the watch's guard has cleaned up; false when it has not in time."""
-    try:
-        lock = os.open(folder.path, os.O_RDONLY | os.O_DIRECTORY | os.O_CLOEXEC)
-    except FileNotFoundError:
-        return True
-    deadline = time.monotonic() + STOP_PATIENCE_S
-    try:
-        while time.monotonic() < deadline:
-            try:
-                fcntl.flock(lock, fcntl.LOCK_SH | fcntl.LOCK_NB)
-                return True
-            except BlockingIOError:
-                time.sleep(0.005)
-    finally:
-        os.close(lock)
-    return False
-
-
-def ended(folder: Folder) -> WatchError:
-    """What a command says that finds its watch gone."""
-    reason = folder.take_note()
-    return WatchError(f"the watch has ended: {reason}") if reason else WatchEnded(
-        "the watch has ended")
-
-
-def _absence(folder: Folder) -> str:
-    """Why there is no watch."""
-    reason = folder.take_note()
-    if reason:
-        return f'the watch "{folder.name}" has ended: {reason}'
-    return f'the watch "{folder.name}" does not run (qivo-watch start starts it)'
+        Each event that it may hang on ends one turn. Fails when PEER is silent meanwhile.
+        """
+        left = GLib.MAXINT32 if deadline is None else round((deadline - time.monotonic()) * 1000)
+        alarm = GLib.timeout_source_new(max(0, left))
+        alarm.set_callback(lambda *_: self._loop.quit())
+        alarm.attach()
+        pulse = Pulse(self.connection, peer, self._loop.quit)
+        try:
+            while not (is_over() or self.connection.is_closed() or pulse.is_silent
+                       or alarm.is_destroyed()):
+                self._loop.run()
+        finally:
+            pulse.stop()
+            alarm.destroy()
+        if pulse.is_silent and not is_over():
+            raise hang(silent_part(self.folder, peer))
+        if self.connection.is_closed() and not is_over():
+            raise ended(self.folder)
+        return is_over()

@@ -5,7 +5,6 @@ import contextlib
 import json
 import os
 import pathlib
-import select
 import signal
 import sys
 import time
@@ -13,16 +12,13 @@ from typing import Any
 
 from Xlib.error import ConnectionClosedError, DisplayConnectionError
 
-from qivo_watch import client as clients
+from qivo_watch import life
 from qivo_watch.client import Client
 from qivo_watch.clock import format_time, parse_time
-from qivo_watch.desktop import fitting_zoom
+from qivo_watch.desktop import window_zoom
 from qivo_watch.errors import UsageError, WatchEnded, WatchError
-from qivo_watch.guard import start_guard
 from qivo_watch.log import coloured, is_at_least
 from qivo_watch.state import Folder
-
-START_PATIENCE_S = 60
 
 
 class Session:
@@ -63,7 +59,7 @@ class Session:
         try:
             getattr(self, f"do_{given.verb}")(given)
         except (ConnectionClosedError, DisplayConnectionError):
-            raise clients.ended(self.folder) from None
+            raise life.ended(self.folder) from None
 
     def close(self) -> None:
         if self._eye:
@@ -81,23 +77,17 @@ class Session:
             "headless", "web", "port", "size", "language", "percent", "battery", "at")}
         options["zoom"] = given.zoom or 1.0
         if not (given.headless or given.web):
-            _need_display()
-            options["zoom"] = fitting_zoom(os.environ["DISPLAY"], given.size, given.zoom)
+            options["zoom"] = window_zoom(given.size, given.zoom)
         if given.web:
             from qivo_watch.web import read_password  # pylint: disable=import-outside-toplevel
             options["password"] = given.password_file and read_password(given.password_file)
-        lock = self.folder.create()
-        answer = start_guard(self.folder, lock, json.dumps({**options, "name": self.folder.name}))
-        line = _read_line(answer)
-        if line != "ready":
-            clients.wait_gone(self.folder)
-            raise WatchError(f"the watch does not start: {line or 'its keeper has ended'}")
+        life.start(self.folder, {**options, "name": self.folder.name})
         if given.web:
             print(self.client.status()["web"])
 
     def do_stop(self, _given: argparse.Namespace) -> None:
         self.close()
-        clients.stop(self.folder)
+        life.stop(self.folder)
 
     def do_status(self, given: argparse.Namespace) -> None:
         status = self.client.status()
@@ -113,19 +103,18 @@ class Session:
     # Hands
 
     def do_bezel(self, given: argparse.Namespace) -> None:
-        self.client.call("Bezel", "(suu)", given.direction, given.count, given.interval,
-                         extra_ms=given.count * given.interval)
+        self.client.call("Bezel", "(suu)", given.direction, given.count, given.interval)
 
     def do_button(self, given: argparse.Namespace) -> None:
         self.client.call("Button", "(ssuuu)", given.action, given.key, given.duration, given.count,
-                         given.interval, extra_ms=given.count * (given.duration + given.interval))
+                         given.interval)
 
     def do_touch(self, given: argparse.Namespace) -> None:
         self.client.call("Touch", "(ii)", given.x, given.y)
 
     def do_swipe(self, given: argparse.Namespace) -> None:
         self.client.call("Swipe", "(iiiiu)", given.x1, given.y1, given.x2, given.y2,
-                         given.duration, extra_ms=given.duration)
+                         given.duration)
 
     # Services
 
@@ -201,7 +190,7 @@ class Session:
             with contextlib.suppress(WatchEnded):
                 self.client.wait_log(0, show, None)
         else:
-            for line in self.client.call("ReadLog", "(t)", 0)[1]:
+            for line in self.client.log_lines():
                 show(line)
 
     def do_wait(self, given: argparse.Namespace) -> None:
@@ -223,7 +212,7 @@ class Session:
 
     def _wait_exit(self, seconds: float) -> None:
         deadline = time.monotonic() + seconds
-        place = self.client.call("ReadLog", "(t)", 0)[0]
+        place = self.client.log_count()
         # The end of an application is a line of the log.
         while self.client.get("App"):
             left = deadline - time.monotonic()
@@ -237,24 +226,6 @@ class Session:
             raise WatchError(f"{end['app']} " + (
                 f"was killed by {signal.Signals(end['signal']).name}" if end["signal"]
                 else f"ended with status {end['status']}"))
-
-
-def _need_display() -> None:
-    from Xlib import display, error  # pylint: disable=import-outside-toplevel
-    name = os.environ.get("DISPLAY", "")
-    if not name:
-        raise WatchError("no display (DISPLAY is not set): use --headless or --web")
-    try:
-        display.Display(name).close()
-    except (error.DisplayError, OSError, ConnectionError):
-        raise WatchError(f'no display: "{name}" cannot be opened; '
-                         "use --headless or --web") from None
-
-
-def _read_line(descriptor: int) -> str:
-    with os.fdopen(descriptor, "rb") as pipe:
-        ready = select.select([pipe], [], [], START_PATIENCE_S)[0]
-        return pipe.readline().decode("utf-8", "replace").strip() if ready else "it takes too long"
 
 
 def _described(status: dict[str, Any]) -> list[str]:

@@ -55,7 +55,8 @@ DESCRIPTION = f"""<node><interface name="{INTERFACE}">
   <method name="SetTimeFrozen"><arg name="frozen" type="b" direction="in"/></method>
   <method name="ReadLog">
     <arg name="start" type="t" direction="in"/>
-    <arg name="next" type="t" direction="out"/>
+    <arg name="count" type="t" direction="out"/>
+    <arg name="first" type="t" direction="out"/>
     <arg name="lines" type="as" direction="out"/>
   </method>
   <method name="Status"><arg name="json" type="s" direction="out"/></method>
@@ -93,7 +94,9 @@ class Control:
                 call.return_value(result)
             else:
                 call.return_dbus_error(REFUSED, _line_of(error))
-        self._tasks.run(self._work(method, arguments), done)
+        # The watch's end outlives who wanted it, as the body does not.
+        owner = "" if method == "Stop" else call.get_sender()
+        self._tasks.run(self._work(method, arguments), done, owner)
 
     def _work(self, method: str, arguments: tuple) -> Work:
         watch = self._watch
@@ -107,7 +110,7 @@ class Control:
             yield from works[method](*arguments)
             return None
         if method == "ReadLog":
-            return GLib.Variant("(tas)", watch.log.read(*arguments))
+            return GLib.Variant("(ttas)", watch.log.read(*arguments))
         return GLib.Variant("(s)", (json.dumps(watch.status()),))
 
 

@@ -4,10 +4,16 @@ import contextlib
 import math
 import os
 import re
+import threading
 from typing import NamedTuple
 
 from Xlib import Xatom, display, error
 from Xlib.ext import randr
+
+from qivo_watch.errors import WatchError
+
+ANSWER_S = 4.0
+"""Seconds for the desktop's X server to answer."""
 
 LEAST_ZOOM, MOST_ZOOM = 0.25, 4.0
 _MARGIN = 680 / 360
@@ -33,6 +39,28 @@ class _Area(NamedTuple):
 def side_of(size: int, zoom: float) -> int:
     """The pixels of the window's side for a watch's screen of SIZE pixels."""
     return round(size * zoom * _MARGIN)
+
+
+def window_zoom(size: int, wanted: float | None) -> float:
+    """fitting_zoom() on the user's display; fails when there is none that answers."""
+    name = os.environ.get("DISPLAY", "")
+    if not name:
+        raise WatchError("no display (DISPLAY is not set): use --headless or --web")
+    zooms: list[float] = []
+    problem = [f'"{name}" does not answer']
+
+    def ask() -> None:
+        try:
+            zooms.append(fitting_zoom(name, size, wanted))
+        except (error.DisplayError, error.ConnectionClosedError, OSError):
+            problem[:] = [f'"{name}" cannot be opened']
+    # Neither the look-up of a host nor the connection to it has a time limit of its own.
+    asking = threading.Thread(target=ask, daemon=True)
+    asking.start()
+    asking.join(ANSWER_S)
+    if not zooms:
+        raise WatchError(f"no display: {problem[0]}; use --headless or --web")
+    return zooms[0]
 
 
 def fitting_zoom(name: str, size: int, wanted: float | None) -> float:

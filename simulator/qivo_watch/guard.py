@@ -1,7 +1,8 @@
 """The process above the keeper, which cleans up behind it, however it ended.
 
 It starts the keeper, collects every orphan below it (what the watch's programs have started and
-left), and when the keeper has ended, ends what is left and removes the watch's folder.
+left), and when the keeper has ended, ends what is left and removes the watch's folder. Asked to
+end by SIGTERM, it asks the keeper, and kills one that does not end.
 It uses no library that could fail with the watch.
 """
 
@@ -11,12 +12,16 @@ import os
 import signal
 import subprocess
 import sys
-from typing import NoReturn
+from typing import Any, NoReturn
 
 from qivo_watch.processes import OPTIONS_VARIABLE, STATE_VARIABLE, descendants, spawn
 from qivo_watch.state import Folder
 
 PR_SET_CHILD_SUBREAPER = 36
+REQUESTS = (signal.SIGTERM, signal.SIGINT)
+END_PATIENCE_S = 4
+"""Seconds for a keeper to end, which grants three of them to the applications."""
+
 KEEPER = "import sys; from qivo_watch.keeper import main; sys.exit(main(sys.argv[1:]))"
 
 
@@ -24,6 +29,7 @@ def start_guard(folder: Folder, lock: int, options: str) -> int:
     """Starts the guard apart from this process; returns the pipe where the keeper answers.
 
     The answer is a line: "ready", or what went wrong. options: the watch's, as JSON.
+    The caller has blocked REQUESTS: they reach the guard once it can serve them.
     """
     answer, into = os.pipe()
     child = os.fork()
@@ -63,12 +69,27 @@ def _guard(folder: Folder, lock: int, answer: int, options: str) -> None:
                    environment, end_signal="TERM", pass_fds=[answer],
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     os.close(answer)
-    for request in (signal.SIGTERM, signal.SIGINT):
-        signal.signal(request, lambda *_: keeper.send_signal(signal.SIGTERM))
+    signal.signal(signal.SIGALRM, lambda *_: os.kill(keeper.pid, signal.SIGKILL))
+    _serve_requests(lambda *_: _ask_to_end(keeper.pid))
     _wait_for(keeper.pid)
+    _serve_requests(signal.SIG_IGN)
+    signal.alarm(0)
     _end_descendants()
     folder.clear()
     os.close(lock)
+
+
+def _serve_requests(serve: Any) -> None:
+    for request in REQUESTS:
+        signal.signal(request, serve)
+    signal.pthread_sigmask(signal.SIG_UNBLOCK, REQUESTS)
+
+
+def _ask_to_end(keeper: int) -> None:
+    _serve_requests(signal.SIG_IGN)
+    os.kill(keeper, signal.SIGTERM)
+    os.kill(keeper, signal.SIGCONT)
+    signal.alarm(END_PATIENCE_S)
 
 
 def _wait_for(keeper: int) -> None:

@@ -1,6 +1,7 @@
 """The keeper of one watch: starts its parts in order, supervises them, ends with any of them."""
 
 import contextlib
+import errno
 import json
 import os
 import signal
@@ -16,6 +17,7 @@ from qivo_watch.control import Control
 from qivo_watch.desktop import side_of
 from qivo_watch.environment import bare_environment, program
 from qivo_watch.errors import UsageError, WatchError
+from qivo_watch.guard import REQUESTS
 from qivo_watch.inject import Hand
 from qivo_watch.log import Log
 from qivo_watch.parts import LABELS, PATIENCE_S, Parts
@@ -27,6 +29,14 @@ from qivo_watch.state import DEFAULT_NAME, Folder
 from qivo_watch.tasks import Tasks, Until, Work
 from qivo_watch.watch import Watch
 from qivo_watch.web import Web
+
+FLUSH_PATIENCE_S = 2
+"""Seconds for the last answers to reach the bus."""
+
+LOSS_PATIENCE_MS = 1000
+"""How long the end of a bus that has hung up takes to be seen, if it has ended."""
+
+_NO_ROOM = (errno.ENOSPC, errno.EDQUOT)
 
 OWNED = {"home": "com.velmora.QivoWatch.Home", "body": "com.velmora.QivoWatch.Body"}
 
@@ -52,16 +62,21 @@ class Keeper:
         self._parts = Parts(folder, self._environment, self._on_news, self._on_part_end)
 
     def run(self) -> None:
-        for request in (signal.SIGTERM, signal.SIGINT):
+        for request in REQUESTS:
             GLib.unix_signal_add(GLib.PRIORITY_HIGH, request, self._on_signal)
+        # The guard has blocked them up to here.
+        signal.pthread_sigmask(signal.SIG_UNBLOCK, REQUESTS)
         # What a callback of the loop raises would only be printed, to nobody.
         sys.excepthook = lambda _kind, error, _trace: self._on_error(error)
         self._tasks.run(self._start(), self._on_started)
         if not self._is_ending:  # as when the very first program is not there
             self._loop.run()
         if self._connection and not self._connection.is_closed():
+            # A bus that hangs ends this process here; the guard cleans up behind it.
+            signal.alarm(FLUSH_PATIENCE_S)
             with contextlib.suppress(GLib.Error):
                 self._connection.flush_sync(None)
+        signal.alarm(0)
         self._parts.end()
         if os.getppid() != self._guard:
             self._folder.clear()
@@ -85,18 +100,20 @@ class Keeper:
         web = Web(self._parts, self._folder, self._options) if self._options["web"] else None
         outer = (yield from web.start_display()) if web else self._host_display
         self._start_body(display, outer)
+        self._watch.settler.processes = {name: self._parts.processes[name] for name in OWNED}
         for name, owned in OWNED.items():
             yield Until(lambda owned=owned: owned in self._owned, PATIENCE_S,
                         f"{LABELS[name]} does not start")
         facts = {"display": display, "web": (yield from web.serve()) if web else None}
-        self._watch.settler.processes = {name: self._parts.processes[name] for name in OWNED}
         self._watch.facts = facts | {"folder": str(self._folder.path), "processes": {
             "guard": self._guard, "keeper": os.getpid(), **self._parts.processes}}
+        self._folder.set_ready(display)
 
     def _equip(self, display: str) -> None:
         """What can be had once screen and bus are there."""
         watch, options = self._watch, self._options
         self._connection = connection = bus.connect(self._folder.bus_address)
+        connection.connect("closed", self._on_closed)
         connection.signal_subscribe(bus.DAEMON[0], bus.DAEMON[2], "NameOwnerChanged", None, None,
                                     Gio.DBusSignalFlags.NONE, self._on_owner, None)
         watch.screen = Screen(display, self._on_news)
@@ -129,15 +146,18 @@ class Keeper:
             self._log.say("info", "the watch is ready")
             self._answer_start("ready")
         else:
-            known = isinstance(error, (WatchError, UsageError, GLib.Error))
-            self._fail(str(error) if known else repr(error))
+            self._fail(_reason_of(error, self._folder))
 
     def _answer_start(self, text: str) -> None:
-        if self._answer is not None:
-            with contextlib.suppress(BrokenPipeError):
-                os.write(self._answer, f"{text}\n".encode())
-            os.close(self._answer)
-            self._answer = None
+        """Tells who starts the watch. One who has gone has not got what he wanted: no watch."""
+        if self._answer is None:
+            return
+        try:
+            os.write(self._answer, f"{text}\n".encode())
+        except BrokenPipeError:
+            self._end()
+        os.close(self._answer)
+        self._answer = None
 
     # Run
 
@@ -156,11 +176,13 @@ class Keeper:
             self._owned.add(name)
         else:
             self._owned.discard(name)
+            self._tasks.cancel(name)
         self._on_news()
 
     # End
 
     def _on_signal(self) -> bool:
+        self._answer_start("it was stopped")
         self._tasks.run(self._watch.stop(), lambda *_: None)
         return True
 
@@ -174,6 +196,10 @@ class Keeper:
         if name in ("server", "bus") or not self._has_lost_server():
             self._fail(what)
 
+    def _on_closed(self, *_: Any) -> None:
+        """Without the bus nobody reaches the watch. A bus that has ended tells more itself."""
+        GLib.timeout_add(LOSS_PATIENCE_MS, self._fail, "the message bus has dropped the keeper")
+
     def _has_lost_server(self) -> bool:
         """Whether the X server or the bus is gone, as its own end will tell."""
         if self._connection is None or self._control is None:
@@ -181,7 +207,7 @@ class Keeper:
         try:
             self._watch.screen.display.sync()
             self._connection.call_sync(*bus.DAEMON, "GetId", None, None,
-                                       Gio.DBusCallFlags.NONE, -1, None)
+                                       Gio.DBusCallFlags.NONE, bus.PATIENCE_MS, None)
         except (ConnectionClosedError, OSError, GLib.Error):
             return True
         return False
@@ -205,9 +231,23 @@ class Keeper:
         self._loop.quit()
 
 
+def _reason_of(error: Exception, folder: Folder) -> str:
+    if isinstance(error, OSError) and error.strerror:
+        # What could not be written does not say where it should have gone.
+        place = error.filename or (folder.path if error.errno in _NO_ROOM else "the keeper")
+        return f"{place}: {error.strerror}"
+    known = isinstance(error, (WatchError, UsageError, GLib.Error))
+    return str(error) if known else repr(error)
+
+
 def main(arguments: list[str]) -> int:
     """keeper NAME ANSWER-DESCRIPTOR, as the guard calls it."""
-    name, answer = arguments
+    folder, answer = Folder(arguments[0]), int(arguments[1])
     options = json.loads(os.environ.pop(OPTIONS_VARIABLE))
-    Keeper(Folder(name), int(answer), options).run()
+    try:
+        keeper = Keeper(folder, answer, options)
+    except OSError as error:
+        os.write(answer, f"{_reason_of(error, folder)}\n".encode())
+        return 1
+    keeper.run()
     return 0

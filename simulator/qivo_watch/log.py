@@ -1,12 +1,16 @@
 """The watch's log: what its programs and the watch itself have said, kept in memory, bounded."""
 
 import collections
+import itertools
 import re
 import time
 from typing import Callable
 
 KEPT_LINES = 20000
 LONGEST_LINE = 4096
+PIECE_BYTES = 256 * 1024
+"""As much as one reading returns; the bus drops who sends a message of more than 32 MiB."""
+
 OWN_TAG = "QIVO_WATCH"
 LEVELS = ["debug", "info", "warn", "error"]
 
@@ -38,10 +42,19 @@ class Log:
         letter = level[0].upper()
         self.add(f"{stamp}.{int(now * 1000) % 1000:03d} {letter} {OWN_TAG}: {text}")
 
-    def read(self, start: int) -> tuple[int, list[str]]:
-        """The number of the line after the last, and all lines from START on."""
-        first = self.count - len(self._lines)
-        return self.count, list(self._lines)[max(0, start - first):]
+    def read(self, start: int) -> tuple[int, int, list[str]]:
+        """How many lines there were so far, the number of the first of a piece of them, and the
+        piece: it begins with line START, or with the oldest that is kept."""
+        oldest = self.count - len(self._lines)
+        first = min(max(start, oldest), self.count)
+        piece: list[str] = []
+        size = 0
+        for line in itertools.islice(self._lines, first - oldest, None):
+            size += len(line.encode())
+            if piece and size > PIECE_BYTES:
+                break
+            piece.append(line)
+        return self.count, first, piece
 
 
 def printable(line: str) -> str:

@@ -5,13 +5,23 @@ import math
 import os
 import pathlib
 import select
+import socket
+import threading
 import time
+from typing import Iterator
 
 from PIL import Image, ImageChops, ImageOps
 from Xlib import X, display, error
 from Xlib.ext import damage
 
 from qivo_watch.errors import WatchError
+from qivo_watch.pulse import hang, is_server_silent
+
+ANSWER_S = 3.0
+"""Seconds for the server to answer."""
+
+IDLE_S = 1.0
+"""Seconds without news after which the server is asked whether it is still there."""
 
 STILL_S = 0.5
 """Seconds without a change after which nothing moves any more; frames come 60 times a second."""
@@ -25,6 +35,9 @@ class Eye:
 
     def __init__(self, name: str, authority: pathlib.Path):
         os.environ["XAUTHORITY"] = str(authority)
+        if is_server_silent(name):
+            raise hang("the X server")
+        self._has_hung = False
         self._display = display.Display(name)
         self._root = self._display.screen().root
         geometry = self._root.get_geometry()
@@ -39,7 +52,8 @@ class Eye:
 
     def look(self) -> Image.Image:
         """The square screen as it is now, RGB."""
-        seen = self._root.get_image(0, 0, self.size, self.size, X.ZPixmap, 0xffffffff)
+        with self._bounded():
+            seen = self._root.get_image(0, 0, self.size, self.size, X.ZPixmap, 0xffffffff)
         return Image.frombytes("RGB", (self.size, self.size), seen.data, "raw", "BGRX")
 
     def wait_other(self, picture: Image.Image, deadline: float) -> Image.Image | None:
@@ -73,8 +87,29 @@ class Eye:
                 self._display.flush()
                 return True
             left = deadline - time.monotonic()
-            if left <= 0 or not select.select([self._display.fileno()], [], [], left)[0]:
+            if left <= 0:
                 return False
+            if not select.select([self._display.fileno()], [], [], min(left, IDLE_S))[0]:
+                with self._bounded():
+                    self._display.sync()
+
+    @contextlib.contextmanager
+    def _bounded(self) -> Iterator[None]:
+        """Hangs up on a server that does not answer, whichever thread waits for it."""
+        timer = threading.Timer(ANSWER_S, self._hang_up)
+        timer.start()
+        try:
+            yield
+        except error.ConnectionClosedError:
+            if self._has_hung:
+                raise hang("the X server") from None
+            raise
+        finally:
+            timer.cancel()
+
+    def _hang_up(self) -> None:
+        self._has_hung = True
+        self._display.display.socket.shutdown(socket.SHUT_RDWR)
 
 
 def disc_mask(size: int) -> Image.Image:

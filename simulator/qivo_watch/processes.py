@@ -3,6 +3,7 @@
 import contextlib
 import os
 import pathlib
+import re
 import signal
 import subprocess
 import time
@@ -72,6 +73,24 @@ def kill_all_of(folder: pathlib.Path) -> None:
         if time.monotonic() > deadline:
             return
         time.sleep(0.001)
+
+
+def lock_holders(folder: pathlib.Path) -> list[int]:
+    """The processes of this user that hold an exclusive lock on a folder."""
+    target = os.path.realpath(folder)
+    return [process for process in _all() if _holds(process, target)]
+
+
+def _holds(process: int, target: str) -> bool:
+    place = f"/proc/{process}"
+    with contextlib.suppress(OSError):
+        for number in os.listdir(f"{place}/fd"):
+            with contextlib.suppress(OSError):
+                if os.readlink(f"{place}/fd/{number}") == target:
+                    facts = pathlib.Path(f"{place}/fdinfo/{number}").read_text(encoding="ascii")
+                    if re.search(r"^lock:.*FLOCK.*WRITE", facts, re.MULTILINE):
+                        return True
+    return False
 
 
 def _all() -> Iterator[int]:

@@ -102,7 +102,7 @@ class _Player:
             self._end_recording()
         if not self._has_begun and verb != "start":
             # Lines that were there before do not count for the replay's waits.
-            self._session.log_place = self._session.client.call("ReadLog", "(t)", 0)[0]
+            self._session.log_place = self._session.client.log_count()
         self._has_begun = True
         if verb not in _WITHOUT_PICTURE:
             self._session.remember_picture()

@@ -10,13 +10,15 @@ from typing import Any
 from gi.repository import Gio, GLib
 
 from qivo_watch.apps import App
-from qivo_watch.bus import DAEMON, process_of
+from qivo_watch.bus import DAEMON, PATIENCE_MS, process_of
 from qivo_watch.errors import WatchError
 from qivo_watch.processes import end_of
 from qivo_watch.screen import Screen
 from qivo_watch.tasks import Until, Work
 
-PATIENCE_S = 10.0
+PATIENCE_S = 4.0
+"""Seconds that a program may be silent; a command that waits for it gives up within 5."""
+
 _PEER = "org.freedesktop.DBus.Peer"
 
 
@@ -65,7 +67,7 @@ class Settler:
 
     def _ping_bus(self, is_wanted, who: str, app: App | None) -> Work:
         names = self._connection.call_sync(*DAEMON, "ListNames", None, None,
-                                           Gio.DBusCallFlags.NONE, -1, None).unpack()[0]
+                                           Gio.DBusCallFlags.NONE, PATIENCE_MS, None).unpack()[0]
         asked = {name for name in names
                  if name.startswith(":") and is_wanted(process_of(self._connection, name))}
 

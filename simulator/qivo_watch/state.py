@@ -2,7 +2,8 @@
 
 A watch's folder is $XDG_RUNTIME_DIR/qivo-watch/NAME, or /tmp/qivo-watch-UID/NAME. The process
 that guards the watch holds a lock on the folder itself, which the kernel takes away with it:
-a folder without the lock is a dead watch's.
+a folder without the lock is a dead watch's. No folder is used that another user could change,
+and no link is followed.
 """
 
 import contextlib
@@ -12,13 +13,18 @@ import pathlib
 import re
 import shutil
 import stat
+import urllib.parse
+from typing import Iterator
 
 from qivo_watch.errors import UsageError, WatchError
-from qivo_watch.processes import kill_all_of
+from qivo_watch.processes import kill_all_of, lock_holders
 
 DEFAULT_NAME = "watch"
 SOCKET_LIMIT = 100
 """Bytes that a socket's path may have; the kernel takes 107."""
+
+_WRITABLE_BY_OTHERS = 0o022
+_OPEN_TO_OTHERS = 0o077
 
 
 class Folder:
@@ -28,7 +34,8 @@ class Folder:
         if not re.fullmatch(r"[A-Za-z0-9][A-Za-z0-9_-]{0,31}", name):
             raise UsageError(f'"{name}" is no name for a watch (1 to 32 of A-Z a-z 0-9 _ -)')
         self.name = name
-        self.path = _base() / name
+        self._base = _base()
+        self.path = self._base / name
         if len(os.fsencode(self.bus_path)) > SOCKET_LIMIT:
             raise WatchError(f"the path of the watch's folder is too long for a socket: "
                              f"{self.path}")
@@ -39,7 +46,7 @@ class Folder:
 
     @property
     def bus_address(self) -> str:
-        return f"unix:path={self.bus_path}"
+        return "unix:path=" + urllib.parse.quote(str(self.bus_path)).replace("~", "%7E")
 
     @property
     def home(self) -> pathlib.Path:
@@ -56,54 +63,65 @@ class Folder:
         """Why the watch ended when nobody asked it to; told once."""
         return self.path.with_name(f"{self.name}.ended")
 
+    @property
+    def display(self) -> str | None:
+        """The display of a watch that is ready; None while it starts."""
+        try:
+            return (self.path / "display").read_text(encoding="ascii")
+        except FileNotFoundError:
+            return None
+
+    def set_ready(self, display: str) -> None:
+        """Tells every command that the watch can be used."""
+        part = self.path / "display.part"
+        part.write_text(display, encoding="ascii")
+        part.rename(self.path / "display")
+
     def create(self) -> int:
         """Makes the folder, ends what a dead watch left there, returns the lock's descriptor.
 
         Fails when the watch runs.
         """
-        while True:
-            _base().mkdir(mode=0o700, exist_ok=True)
-            try:
-                self.path.mkdir(mode=0o700, exist_ok=True)
-                lock = os.open(self.path, os.O_RDONLY | os.O_DIRECTORY | os.O_CLOEXEC)
-            except FileNotFoundError:
-                continue  # Another watch has just ended, and has removed the empty folder.
-            try:
-                fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
-            except BlockingIOError:
-                os.close(lock)
-                raise WatchError(f'the watch "{self.name}" runs already '
-                                 f"(qivo-watch stop ends it, --name starts another)") from None
-            if self._is(lock):
-                break
-            os.close(lock)
+        while (lock := self._lock_made()) is None:
+            pass  # Another watch has just ended, and has removed the empty folder.
         kill_all_of(self.path)
-        for leftover in self.path.iterdir():
-            _remove(leftover)
+        for leftover in os.listdir(lock):
+            _remove(leftover, lock)
         self.note.unlink(missing_ok=True)
-        self.home.mkdir(mode=0o700)
+        os.mkdir("home", 0o700, dir_fd=lock)
         return lock
 
     def is_held(self) -> bool:
         """Whether a living watch has the folder."""
         try:
-            lock = os.open(self.path, os.O_RDONLY | os.O_DIRECTORY | os.O_CLOEXEC)
+            with self._opened() as lock:
+                fcntl.flock(lock, fcntl.LOCK_SH | fcntl.LOCK_NB)
         except FileNotFoundError:
             return False
-        try:
-            fcntl.flock(lock, fcntl.LOCK_SH | fcntl.LOCK_NB)
         except BlockingIOError:
             return True
-        finally:
-            os.close(lock)
         return False
 
+    def holders(self) -> list[int]:
+        """The processes that hold the folder: a watch's guard, and before it who starts it."""
+        return lock_holders(self.path)
+
     def clear(self) -> None:
-        """Ends what is left of a dead watch, and removes the folder."""
+        """Ends what is left of a watch whose lock the caller has, and removes the folder."""
         kill_all_of(self.path)
-        _remove(self.path)
-        with contextlib.suppress(OSError):
-            self.path.parent.rmdir()
+        with contextlib.suppress(FileNotFoundError), _opened(self._base, _OPEN_TO_OTHERS) as base:
+            _remove(self.name, base)
+        self._remove_empty_base()
+
+    def clear_dead(self) -> bool:
+        """Clears what a dead watch has left; returns whether there was anything."""
+        try:
+            with self._opened() as lock:
+                fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+                self.clear()
+        except (FileNotFoundError, BlockingIOError):
+            return False
+        return True
 
     def take_note(self) -> str:
         """Returns why the watch ended, and forgets it; empty: it was asked to, or never ran."""
@@ -112,39 +130,93 @@ class Folder:
         except FileNotFoundError:
             return ""
         self.note.unlink(missing_ok=True)
-        with contextlib.suppress(OSError):
-            self.path.parent.rmdir()
+        self._remove_empty_base()
         return text
 
-    def _is(self, descriptor: int) -> bool:
-        """Whether the descriptor is the folder's, which another one may have removed."""
+    def _lock_made(self) -> int | None:
+        """The descriptor of the locked folder, made where it is not; None: it went meanwhile."""
+        with contextlib.suppress(FileExistsError):
+            self._base.mkdir(mode=0o700)
         try:
-            return os.path.samestat(os.fstat(descriptor), os.stat(self.path))
+            with _opened(self._base, _OPEN_TO_OTHERS) as base:
+                with contextlib.suppress(FileExistsError):
+                    os.mkdir(self.name, 0o700, dir_fd=base)
+                lock = _open(self.path, _OPEN_TO_OTHERS)
         except FileNotFoundError:
-            return False
+            return None
+        try:
+            fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+            if os.path.samestat(os.fstat(lock), os.lstat(self.path)):
+                return lock
+        except BlockingIOError:
+            # A command that only looks whether the folder is held has it for a moment.
+            if self.holders():
+                os.close(lock)
+                raise WatchError(f'the watch "{self.name}" {self._state()}') from None
+        except FileNotFoundError:
+            pass
+        os.close(lock)
+        return None
+
+    def _state(self) -> str:
+        if self.display is None:
+            return "is being started already (qivo-watch stop ends that)"
+        return "runs already (qivo-watch stop ends it, --name starts another)"
+
+    @contextlib.contextmanager
+    def _opened(self) -> Iterator[int]:
+        with _opened(self._base, _OPEN_TO_OTHERS), _opened(self.path, _OPEN_TO_OTHERS) as folder:
+            yield folder
+
+    def _remove_empty_base(self) -> None:
+        with contextlib.suppress(OSError):
+            self._base.rmdir()
 
 
 def _base() -> pathlib.Path:
+    """The folder of all watches of this user, which need not be there."""
     runtime = os.environ.get("XDG_RUNTIME_DIR")
-    if runtime and os.path.isdir(runtime):
-        return pathlib.Path(runtime, "qivo-watch")
-    base = pathlib.Path(f"/tmp/qivo-watch-{os.getuid()}")
+    if not runtime or not os.path.isdir(runtime):
+        return pathlib.Path(f"/tmp/qivo-watch-{os.getuid()}")
+    os.close(_open(pathlib.Path(runtime), _WRITABLE_BY_OTHERS))
+    return pathlib.Path(runtime, "qivo-watch")
+
+
+def _open(path: pathlib.Path, unwanted: int) -> int:
+    """Opens a folder of this user's that grants others none of the UNWANTED rights.
+
+    A folder whose parent is such a one cannot be exchanged for another.
+    """
     try:
-        found = base.lstat()
-    except FileNotFoundError:
-        return base
-    if not stat.S_ISDIR(found.st_mode) or found.st_uid != os.getuid() or found.st_mode & 0o077:
-        raise WatchError(f"{base} is not a folder of this user alone")
-    return base
+        folder = os.open(path, os.O_RDONLY | os.O_DIRECTORY | os.O_NOFOLLOW | os.O_CLOEXEC)
+    except NotADirectoryError:
+        raise WatchError(f"{path} is not a folder, or is a link to one") from None
+    found = os.fstat(folder)
+    if found.st_uid != os.getuid() or stat.S_IMODE(found.st_mode) & unwanted:
+        os.close(folder)
+        raise WatchError(f"{path} is not a folder of this user alone "
+                         f"(owner {found.st_uid}, mode {stat.S_IMODE(found.st_mode):o})")
+    return folder
 
 
-def _remove(path: pathlib.Path) -> None:
+@contextlib.contextmanager
+def _opened(path: pathlib.Path, unwanted: int) -> Iterator[int]:
+    folder = _open(path, unwanted)
+    try:
+        yield folder
+    finally:
+        os.close(folder)
+
+
+def _remove(name: str, parent: int) -> None:
+    """Removes an entry of the open folder PARENT, and never what a link points to."""
     # A program that is being ended may still write beside the hand that removes.
     for _ in range(100):
-        if path.is_dir() and not path.is_symlink():
-            shutil.rmtree(path, ignore_errors=True)
-        else:
-            path.unlink(missing_ok=True)
-        if not path.exists():
+        try:
+            if stat.S_ISDIR(os.lstat(name, dir_fd=parent).st_mode):
+                shutil.rmtree(name, ignore_errors=True, dir_fd=parent)
+            else:
+                os.unlink(name, dir_fd=parent)
+        except FileNotFoundError:
             return
-    raise WatchError(f"cannot remove {path}")
+    raise WatchError(f'cannot remove "{name}" of a watch that has ended')

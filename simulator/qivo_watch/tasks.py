@@ -39,13 +39,24 @@ class Tasks:
     """The generators at work, each until it returns or fails."""
 
     def __init__(self) -> None:
+        self._owners: dict[Work, str] = {}
         self._waiting: dict[object, tuple[Until, Callable[[Exception | None], None]]] = {}
         self._is_looking = False
         self._is_look_due = False
 
-    def run(self, work: Work, done: Done) -> None:
-        """Starts a generator; DONE gets its result, or what it raised."""
+    def run(self, work: Work, done: Done, owner: str = "") -> None:
+        """Starts a generator; DONE gets its result, or what it raised.
+
+        owner: who wants it done, for cancel().
+        """
+        self._owners[work] = owner
         self._go_on(work, done, None)
+
+    def cancel(self, owner: str) -> None:
+        """Ends what OWNER has wanted by a GeneratorExit where it waits; nobody is told."""
+        for work in [known for known, other in self._owners.items() if other == owner]:
+            del self._owners[work]
+            work.close()
 
     def look(self) -> None:
         """Something has happened: asks every condition that is waited for."""
@@ -67,11 +78,15 @@ class Tasks:
                 self._waiting.pop(key)[1](error)
 
     def _go_on(self, work: Work, done: Done, error: Exception | None) -> None:
+        if work not in self._owners:
+            return
         try:
             wanted = work.throw(error) if error else next(work)
         except StopIteration as end:
+            del self._owners[work]
             done(end.value, None)
         except Exception as failure:  # pylint: disable=broad-except
+            del self._owners[work]
             done(None, failure)
         else:
             self._wait(wanted, lambda problem: self._go_on(work, done, problem))

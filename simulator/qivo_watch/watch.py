@@ -3,7 +3,8 @@
 Each verb is a generator for Tasks, refuses what cannot be, and returns when its effect is seen.
 """
 
-from typing import Any
+import contextlib
+from typing import Any, Iterator
 
 from qivo_watch.apps import App, locate, request_arguments
 from qivo_watch.bus import BusObject
@@ -119,7 +120,8 @@ class Watch:
                 if turn:
                     yield Pause(interval)
                 yield from self._push(key)
-                yield Pause(duration)
+                with self._let_go_on_failure(key):
+                    yield Pause(duration)
                 yield from self._release(key)
         else:
             raise WatchError(f'"{action}" is nothing to do with a key (click, push, release)')
@@ -129,10 +131,22 @@ class Watch:
             raise WatchError(f"the {key} key is down already")
         if key == "back":
             self._need_screen()
-        self._show_key(key, True)
-        if self.is_on:
-            self.hand.key(key, True)
-            yield from self.settler.settle(self.app)
+        with self._let_go_on_failure(key):
+            self._show_key(key, True)
+            if self.is_on:
+                self.hand.key(key, True)
+                yield from self.settler.settle(self.app)
+
+    @contextlib.contextmanager
+    def _let_go_on_failure(self, key: str) -> Iterator[None]:
+        """For what is done with a key down: it fails, or who wanted it done has gone."""
+        try:
+            yield
+        except BaseException:
+            self._show_key(key, False)
+            if self.is_on:
+                self.hand.key(key, False)
+            raise
 
     def _release(self, key: str) -> Work:
         if not self.pressed[key]:
@@ -191,12 +205,14 @@ class Watch:
         app = self.app
         self.hand.move(x1, y1)
         self.hand.finger(True)
-        steps = duration // FINGER_STEP_MS
-        for step in range(1, steps + 1):
-            yield Pause(FINGER_STEP_MS)
-            self.hand.move(x1 + (x2 - x1) * step // steps, y1 + (y2 - y1) * step // steps)
-        self.hand.move(x2, y2)
-        self.hand.finger(False)
+        try:
+            steps = duration // FINGER_STEP_MS
+            for step in range(1, steps + 1):
+                yield Pause(FINGER_STEP_MS)
+                self.hand.move(x1 + (x2 - x1) * step // steps, y1 + (y2 - y1) * step // steps)
+            self.hand.move(x2, y2)
+        finally:
+            self.hand.finger(False)
         yield from self.settler.settle(app)
 
     def _need_on_screen(self, x: int, y: int) -> None:

@@ -1,0 +1,108 @@
+"""A watch's beginning and end, as a command sees them.
+
+None of it needs the watch's bus: what hangs can be ended all the same.
+"""
+
+import contextlib
+import json
+import os
+import select
+import signal
+import time
+from typing import Any
+
+from qivo_watch.errors import WatchEnded, WatchError
+from qivo_watch.guard import REQUESTS, start_guard
+from qivo_watch.processes import descendants
+from qivo_watch.state import Folder
+
+START_PATIENCE_S = 60
+READY_PATIENCE_S = 5.0
+"""Seconds that a command waits for a watch that is being started."""
+
+STOP_PATIENCE_S = 5.0
+"""Seconds for a watch to end; its guard kills before that what does not end by itself."""
+
+_TURN_S = 0.01
+
+
+def start(folder: Folder, options: dict[str, Any]) -> None:
+    """Starts a watch, and returns when it can be used. Who is interrupted leaves none."""
+    before = signal.pthread_sigmask(signal.SIG_BLOCK, REQUESTS)
+    try:
+        answer = start_guard(folder, folder.create(), json.dumps(options))
+    except BaseException:
+        signal.pthread_sigmask(signal.SIG_SETMASK, before)
+        raise
+    try:
+        signal.pthread_sigmask(signal.SIG_SETMASK, before)
+        line = _read_line(answer)
+    except BaseException:
+        end(folder)
+        raise
+    if line != "ready":
+        end(folder)
+        raise WatchError(f"the watch does not start: {line or 'its keeper has ended'}")
+
+
+def stop(folder: Folder) -> None:
+    """Ends a watch that runs or is being started, whatever of it hangs."""
+    if not end(folder):
+        raise WatchError(absence(folder))
+
+
+def end(folder: Folder) -> bool:
+    """Returns when nothing is left of a watch; false when there was none."""
+    deadline = time.monotonic() + STOP_PATIENCE_S
+    asked: set[int] = set()
+    was_held = False
+    while folder.is_held():
+        was_held = True
+        for holder in folder.holders():
+            if time.monotonic() > deadline:
+                _signal(signal.SIGKILL, holder, *descendants(holder))
+            elif holder not in asked:
+                asked.add(holder)
+                _signal(signal.SIGTERM, holder)
+                _signal(signal.SIGCONT, holder)
+        time.sleep(_TURN_S)
+    return folder.clear_dead() or was_held
+
+
+def wait_ready(folder: Folder) -> None:
+    """Waits for a watch that is being started; fails when there is none."""
+    deadline = time.monotonic() + READY_PATIENCE_S
+    while folder.display is None or not folder.is_held():
+        if not folder.is_held():
+            raise WatchError(absence(folder))
+        if time.monotonic() > deadline:
+            raise WatchError(f'the watch "{folder.name}" is still being started')
+        time.sleep(_TURN_S)
+
+
+def ended(folder: Folder) -> WatchError:
+    """What a command says that finds its watch gone."""
+    reason = folder.take_note()
+    return WatchError(f"the watch has ended: {reason}") if reason else WatchEnded(
+        "the watch has ended")
+
+
+def absence(folder: Folder) -> str:
+    """Why there is no watch."""
+    reason = folder.take_note()
+    if reason:
+        return f'the watch "{folder.name}" has ended: {reason}'
+    return f'the watch "{folder.name}" does not run (qivo-watch start starts it)'
+
+
+def _signal(number: int, *processes: int) -> None:
+    """Signals what may have ended by itself meanwhile."""
+    for process in processes:
+        with contextlib.suppress(ProcessLookupError):
+            os.kill(process, number)
+
+
+def _read_line(descriptor: int) -> str:
+    with os.fdopen(descriptor, "rb") as pipe:
+        ready = select.select([pipe], [], [], START_PATIENCE_S)[0]
+        return pipe.readline().decode("utf-8", "replace").strip() if ready else "it takes too long"

@@ -1,0 +1,124 @@
+"""Commands that end before their work does, or whose output has: nothing goes on without them."""
+
+import contextlib
+import pathlib
+import signal
+import subprocess
+import time
+
+import pytest
+from Xlib import X, display
+
+from simulator.desk import Desk
+from support.bus import wait_until
+
+INTERRUPTED = (130, -signal.SIGINT)
+
+
+@pytest.fixture(name="desk")
+def _desk():
+    with Desk() as desk:
+        yield desk
+
+
+def begin(desk, *words, **options):
+    return subprocess.Popen(desk.command(*words), env=desk.environment, text=True,
+                            stderr=subprocess.PIPE, **options)
+
+
+def interrupt(process, number=signal.SIGINT):
+    """Ends a command as Ctrl-C does; returns what it complained of."""
+    with process:
+        process.send_signal(number)
+        assert process.wait(10) in INTERRUPTED or number != signal.SIGINT
+        return process.stderr.read()
+
+
+@pytest.mark.parametrize("number", [signal.SIGINT, signal.SIGKILL])
+def test_a_key_is_let_go_when_who_holds_it_has_gone(desk, number):
+    desk.do("start", "--headless")
+    pressing = begin(desk, "button", "click", "power", "-d", 60000)
+    wait_until(lambda: desk.status()["keysDown"] == ["power"], "the key down")
+    assert not interrupt(pressing, number)
+    wait_until(lambda: not desk.status()["keysDown"], "the key up")
+    assert desk.status()["screen"] == "on"
+    desk.do("button", "click", "power")
+
+
+def test_the_bezel_stops_when_who_turns_it_has_gone(desk):
+    desk.do("start", "--headless")
+    turning = begin(desk, "bezel", "cw", 1000, "-i", 20)
+    wait_until(lambda: desk.status()["bezel"] > 2, "the bezel's first detents")
+    assert not interrupt(turning)
+    # Ten detents' time, told by the watch itself.
+    position = desk.status()["bezel"]
+    desk.do("button", "click", "power", "-d", 200)
+    assert desk.status()["bezel"] <= position + 1
+
+
+def test_the_finger_is_lifted_when_who_swipes_has_gone(desk, monkeypatch):
+    desk.do("start", "--headless")
+    status = desk.status()
+    monkeypatch.setenv("XAUTHORITY", str(pathlib.Path(status["folder"], "Xauthority")))
+    with contextlib.closing(display.Display(status["display"])) as screen:
+        def is_down():
+            return screen.screen().root.query_pointer().mask & X.Button1Mask
+        swiping = begin(desk, "swipe", 100, 180, 260, 180, "-d", 60000)
+        wait_until(is_down, "the finger down")
+        assert not interrupt(swiping)
+        wait_until(lambda: not is_down(), "the finger up")
+
+
+def test_a_key_that_was_pushed_stays_down_after_its_command(desk):
+    desk.do("start", "--headless")
+    desk.do("button", "push", "power")
+    assert desk.status()["keysDown"] == ["power"]
+    desk.do("button", "release", "power")
+
+
+def test_an_interrupted_command_says_nothing(desk):
+    """Whenever it comes: while the interpreter starts, too."""
+    desk.do("start", "--headless")
+    for milliseconds in range(0, 300, 10):
+        waiting = begin(desk, "wait", "log", "never said", "-t", "60")
+        time.sleep(milliseconds / 1000)  # It is to be met at any place.
+        assert not interrupt(waiting), milliseconds
+
+
+def test_a_followed_log_ends_in_silence_whenever_the_watch_does(desk):
+    for _ in range(5):
+        desk.do("start", "--headless")
+        with begin(desk, "log", "--follow", stdout=subprocess.PIPE) as following:
+            assert "the watch is ready" in following.stdout.readline()
+            desk.do("launch", "--operation", "show")
+            desk.do("stop")
+            assert (following.wait(30), following.stderr.read()) == (0, "")
+
+
+@pytest.mark.parametrize("closed, status, complaint", [
+    (">&-", 1, "qivo-watch: output: Bad file descriptor\n"), ("<&-", 0, ""), ("2>&-", 0, "")])
+def test_a_stream_that_is_closed_is_told_or_not_missed(desk, closed, status, complaint):
+    desk.do("start", "--headless")
+    told = subprocess.run(["sh", "-c", f'exec "$@" {closed}', "sh",
+                           *desk.command("status", "--json")], env=desk.environment,
+                          capture_output=True, text=True)
+    assert (told.returncode, told.stderr) == (status, complaint)
+
+
+def test_an_interrupted_start_leaves_no_watch(desk):
+    for milliseconds in range(0, 1200, 100):
+        starting = begin(desk, "start", "--headless")
+        time.sleep(milliseconds / 1000)  # It is to be met at any place.
+        starting.send_signal(signal.SIGINT)
+        with starting:
+            if starting.wait(30) == 0:
+                desk.do("stop")
+            assert not starting.stderr.read()
+        assert not desk.processes(), milliseconds
+
+
+def test_a_start_that_is_killed_leaves_no_watch(desk):
+    with begin(desk, "start", "--headless") as starting:
+        wait_until(desk.processes, "the first process of the watch")
+        starting.kill()
+    wait_until(lambda: not desk.processes(), "the end of all processes")

@@ -1,0 +1,93 @@
+"""Where a watch keeps what belongs to it: anywhere, and nobody else can have it exchanged."""
+
+import os
+import pathlib
+import subprocess
+
+import pytest
+
+from simulator.desk import Desk
+
+
+@pytest.fixture(name="desk")
+def _desk():
+    with Desk() as desk:
+        yield desk
+
+
+@pytest.fixture(name="precious")
+def _precious(tmp_path):
+    """A file of this user's in a folder that looks like a watch's."""
+    file = tmp_path / "victim" / "watch" / "home" / "precious"
+    file.parent.mkdir(parents=True, mode=0o700)
+    file.write_text("mine")
+    return file
+
+
+@pytest.mark.parametrize("mode", [0o777, 0o1777, 0o770])
+def test_a_runtime_folder_that_others_can_write_to_is_refused(desk, precious, mode):
+    (desk.runtime / "qivo-watch").symlink_to(precious.parents[2])
+    desk.runtime.chmod(mode)
+    for words in (["start", "--headless"], ["status"], ["stop"]):
+        complaint = desk.refused(*words)
+        assert f"{desk.runtime} is not a folder of this user alone" in complaint
+        assert f"mode {mode:o}" in complaint
+    assert precious.read_text() == "mine"
+
+
+@pytest.mark.parametrize("place", ["", "qivo-watch", "qivo-watch/watch"])
+def test_a_link_where_a_folder_should_be_is_refused(desk, precious, tmp_path, place):
+    runtime = tmp_path / "runtime"
+    link = runtime / place
+    link.parent.mkdir(parents=True, mode=0o700, exist_ok=True)
+    link.symlink_to(precious.parents[{"": 3, "qivo-watch": 2, "qivo-watch/watch": 1}[place]])
+    desk.environment["XDG_RUNTIME_DIR"] = str(runtime)
+    assert f"{link} is not a folder, or is a link to one" in desk.refused("start", "--headless")
+    assert precious.read_text() == "mine"
+
+
+def test_a_folder_of_another_user_is_refused(desk):
+    if os.getuid() != 0:
+        pytest.skip("only root can give a folder away")
+    os.chown(desk.runtime, 65534, -1)
+    assert "is not a folder of this user alone (owner 65534" in desk.refused("start", "--headless")
+    os.chown(desk.runtime, os.getuid(), -1)
+
+
+def test_what_a_dead_watch_has_left_is_removed_and_not_what_its_links_point_to(desk, precious):
+    left = desk.runtime / "qivo-watch" / "watch" / "home"
+    left.mkdir(parents=True, mode=0o700)
+    for folder in (left, left.parent, left.parent.parent):
+        folder.chmod(0o700)
+    (left / "link").symlink_to(precious.parent)
+    (left.parent / "link").symlink_to(precious.parent)
+    desk.do("start", "--headless")
+    assert not (left / "link").exists() and not (left.parent / "link").exists()
+    assert precious.read_text() == "mine"
+
+
+def test_the_place_of_a_watch_may_have_any_name(desk):
+    desk.environment["XDG_RUNTIME_DIR"] = place = str(desk.runtime / "a b~%;,&<é")
+    os.mkdir(place, 0o700)
+    desk.do("start", "--headless")
+    desk.do("launch")
+    desk.do("bezel", "cw")
+    desk.do("stop")
+    assert not os.listdir(place)
+
+
+@pytest.mark.parametrize("room", [0, 1, 2])
+def test_a_disk_that_is_full_is_the_reason_that_is_given(desk, tmp_path, room):
+    """room: pages of 4 KiB that are left for the folder's files."""
+    (tmp_path / "run").mkdir()
+    script = (f'mount -t tmpfs -o mode=700,size={4 * (room + 1)}k tmpfs "$1" && cd "$1" &&'
+              'head -c 4096 /dev/zero >full && shift && XDG_RUNTIME_DIR=$PWD exec "$@"')
+    started = subprocess.run(
+        ["unshare", "--map-root-user", "--mount", "sh", "-c", script, "sh", tmp_path / "run",
+         *desk.command("start", "--headless")],
+        env=desk.environment, capture_output=True, text=True)
+    if "unshare" in started.stderr:
+        pytest.skip(f"no file system of one's own here: {started.stderr.strip()}")
+    place = pathlib.Path(tmp_path, "run", "qivo-watch", "watch")
+    assert (started.returncode, started.stderr) == (
+        1, f"qivo-watch: the watch does not start: {place}: No space left on device\n")

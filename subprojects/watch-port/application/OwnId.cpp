@@ -3,21 +3,33 @@
 #include "app-control/ApplicationId.h"
 #include "dlog/dlog.h"
 
+#include <cerrno>
+#include <cstring>
 #include <fstream>
+
+namespace
+{
+std::string Warn(const std::filesystem::path& file, const std::string& reason)
+{
+    __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
+                 "\"%s\" %s: launch requests over the session bus do not arrive", file.c_str(),
+                 reason.c_str());
+    return {};
+}
+} // namespace
 
 std::string ReadOwnId(const Installation& installation)
 {
     const auto file = installation.resources / (installation.program + ".id");
+    errno = 0;
     std::ifstream stream(file);
-    if (!stream.is_open())
-        return {};
     std::string id;
     std::getline(stream, id);
     if (IsApplicationId(id))
         return id;
-    __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
-                 "\"%s\" holds no application id such as \"org.example.Clock\": "
-                 "launch requests over the session bus do not arrive",
-                 file.c_str());
-    return {};
+    if (errno == ENOENT)
+        return {};
+    if (errno != 0)
+        return Warn(file, std::string("cannot be read (") + std::strerror(errno) + ")");
+    return Warn(file, "holds no application id such as \"org.example.Clock\"");
 }

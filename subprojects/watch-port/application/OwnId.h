@@ -7,7 +7,8 @@
 
 /**
  * Returns the application id that the program's resources give: the only line of the file
- * PROGRAM.id. Empty without such a file, and, with a warning, when it holds no application id.
+ * PROGRAM.id. Empty without such a file, and, with a warning, when it cannot be read or holds no
+ * application id.
  */
 std::string ReadOwnId(const Installation& installation);
 

@@ -6,6 +6,7 @@
 #include "app-control/ApplicationId.h"
 #include "app-control/ExtraData.h"
 #include "app-control/LaunchInbox.h"
+#include "app-control/LaunchInterface.h"
 #include "dlog/Printable.h"
 
 #include <Ecore.h>
@@ -21,6 +22,7 @@ struct Process
 {
     LocalBus bus;
     LaunchInbox inbox{bus.Client(), kId};
+    Process() { bus.Client().FollowLoop(); }
 };
 
 Process* sProcess = nullptr;
@@ -33,7 +35,7 @@ void Require(bool condition)
 
 DBusMessage* NewCall(const std::string& method)
 {
-    const char* interface = method == "Launch" ? kLaunchInterface : "org.freedesktop.Application";
+    const char* interface = method == "Launch" ? kLaunchInterface : kApplicationInterface;
     if (!dbus_validate_member(method.c_str(), nullptr))
         return nullptr;
     DBusMessage* call = dbus_message_new_method_call(nullptr, ApplicationObjectPath(kId).c_str(),
@@ -58,7 +60,7 @@ void CheckAnswer(DBusMessage* answer, bool taken)
     if (taken)
         return Require(dbus_message_get_type(answer) == DBUS_MESSAGE_TYPE_METHOD_RETURN);
     Require(dbus_message_is_error(answer, DBUS_ERROR_INVALID_ARGS) ||
-            dbus_message_is_error(answer, DBUS_ERROR_INVALID_SIGNATURE) ||
+            dbus_message_is_error(answer, DBUS_ERROR_LIMITS_EXCEEDED) ||
             dbus_message_is_error(answer, DBUS_ERROR_UNKNOWN_METHOD));
 }
 
@@ -93,16 +95,12 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
     setenv("DLOG_LEVEL", "silent", 1);
     ecore_app_no_system_modules();
-    Require(ecore_init() > 0 && eldbus_init() > 0);
+    Require(ecore_init() > 0);
     sProcess = new Process;
-    // What the client asks of a bus when it comes.
-    while (DBusMessage* message = sProcess->bus.Receive())
-        dbus_message_unref(message);
     return std::atexit(
         []
         {
             delete sProcess;
-            eldbus_shutdown();
             ecore_shutdown();
         });
 }

@@ -15,18 +15,19 @@ LocalBus::LocalBus()
     char* address = dbus_server_get_address(server);
     // The client waits for its welcome.
     std::thread welcome([this] { Welcome(); });
-    mClient = eldbus_address_connection_get(address);
+    mClient = WatchPort::BusConnection::Open(address, WatchPort::BusConnection::Clock::now() +
+                                                          std::chrono::minutes(1));
     welcome.join();
     dbus_free(address);
     dbus_server_disconnect(server);
     dbus_server_unref(server);
-    if (mClient == nullptr)
+    if (!mClient)
         std::abort();
 }
 
 LocalBus::~LocalBus()
 {
-    eldbus_connection_unref(mClient);
+    mClient.reset();
     dbus_connection_close(mConnection);
     dbus_connection_unref(mConnection);
 }

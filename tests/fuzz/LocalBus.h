@@ -1,13 +1,9 @@
 #ifndef TESTS_FUZZ_LOCAL_BUS_H
 #define TESTS_FUZZ_LOCAL_BUS_H
 
-#include <Eldbus.h>
-#include <dbus/dbus.h>
+#include "support/BusConnection.h"
 
-/**
- * A message bus of one connection within the process. Messages of Eldbus's own making can be
- * written and not read, so those to be read must really arrive.
- */
+/** A message bus of one connection within the process, so that messages really arrive. */
 class LocalBus
 {
 public:
@@ -16,7 +12,7 @@ public:
     LocalBus(const LocalBus&) = delete;
     LocalBus& operator=(const LocalBus&) = delete;
 
-    Eldbus_Connection* Client() const { return mClient; }
+    WatchPort::BusConnection& Client() const { return *mClient; }
 
     /** Hands a message to the client, who reads it in the main loop. */
     void Send(DBusMessage* message);
@@ -32,7 +28,7 @@ private:
 
     DBusWatch* mWatch = nullptr;
     DBusConnection* mConnection = nullptr;
-    Eldbus_Connection* mClient = nullptr;
+    std::unique_ptr<WatchPort::BusConnection> mClient;
 };
 
 #endif

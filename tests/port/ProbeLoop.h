@@ -1,10 +1,10 @@
 #ifndef TESTS_PORT_PROBE_LOOP_H
 #define TESTS_PORT_PROBE_LOOP_H
 
+#include "support/Buses.h"
+
 #include <Ecore.h>
-#include <Eldbus.h>
 #include <algorithm>
-#include <cstdlib>
 #include <iostream>
 #include <map>
 #include <sstream>
@@ -45,19 +45,17 @@ inline std::string ToCommands(std::string word)
  */
 inline void Ping(const std::string& service, const std::string& busName)
 {
-    // By address, as the port does, to share its connection.
-    const char* address =
-        std::getenv(busName == "session" ? "DBUS_SESSION_BUS_ADDRESS" : "DBUS_SYSTEM_BUS_ADDRESS");
-    Eldbus_Connection* bus = eldbus_address_connection_get(address);
-    Eldbus_Message* ping =
-        eldbus_message_method_call_new(service.c_str(), "/", "org.freedesktop.DBus.Peer", "Ping");
-    const auto answered = [](void*, const Eldbus_Message* reply, Eldbus_Pending*)
+    // The port's own connection.
+    WatchPort::BusConnection* const bus = busName == "session" ? SessionBus() : SystemBus();
+    const auto answered = [](DBusPendingCall* pending, void*)
     {
-        const bool isError = eldbus_message_error_get(reply, nullptr, nullptr);
-        std::cout << "ping: " << (isError ? "failed" : "done") << std::endl;
+        const WatchPort::BusMessage answer(dbus_pending_call_steal_reply(pending));
+        std::cout << "ping: " << (IsError(answer) ? "failed" : "done") << std::endl;
     };
-    eldbus_connection_send(bus, ping, answered, nullptr, -1);
-    eldbus_connection_unref(bus);
+    bus->FollowLoop();
+    static WatchPort::BusPending sPing;
+    sPing = bus->Call(WatchPort::NewCall(service, "/", "org.freedesktop.DBus.Peer", "Ping"),
+                      std::chrono::seconds(25), answered, nullptr);
 }
 
 inline Eina_Bool InputCB(void*, Ecore_Fd_Handler*)
@@ -76,10 +74,10 @@ inline int RunProbe(const Commands& commands)
     sCommands = commands;
     sCommands["ping"] = Ping;
     ecore_app_no_system_modules();
-    eldbus_init();
+    ecore_init();
     ecore_main_fd_handler_add(0, ECORE_FD_READ, InputCB, nullptr, nullptr, nullptr);
     ecore_main_loop_begin();
-    eldbus_shutdown();
+    ecore_shutdown();
     return 0;
 }
 

@@ -225,6 +225,19 @@ TEST_F(AppControl, IsNotSentWhenItIsTooBig)
               APP_CONTROL_ERROR_INVALID_PARAMETER);
 }
 
+TEST_F(AppControl, IsNotSentWithMoreThan4096Entries)
+{
+    app_control_set_app_id(mHandle, "org.example.Clock");
+    setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/no-such-socket", 1);
+    for (int i = 0; i < 4096; ++i)
+        app_control_add_extra_data(mHandle, std::to_string(i).c_str(), "");
+    EXPECT_EQ(app_control_send_launch_request(mHandle, nullptr, nullptr),
+              APP_CONTROL_ERROR_NO_SESSION_BUS);
+    app_control_add_extra_data(mHandle, "one more", "");
+    EXPECT_EQ(app_control_send_launch_request(mHandle, nullptr, nullptr),
+              APP_CONTROL_ERROR_INVALID_PARAMETER);
+}
+
 TEST_F(AppControl, IsNotSentWithoutASessionBus)
 {
     app_control_set_app_id(mHandle, "org.example.Clock");

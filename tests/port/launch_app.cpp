@@ -5,18 +5,30 @@
 //     notify ID OPERATION [KEY=VALUE]...    without one
 //     reply RESULT [KEY=VALUE]...           to the request that came last
 //     at-once RESULT [KEY=VALUE]...         to each request from now on, in its callback, twice
+//     linger                                to the end of the standard input, once it terminates
 //     exit
+//
+// The value HUGE is one of a megabyte, which is too much, and LARGE one of 900,000 bytes.
 
 #include "AppTalk.h"
 
 #include <app.h>
 #include <sstream>
 #include <string>
+#include <unistd.h>
 
 namespace
 {
 app_control_h sLastRequest = nullptr;
 std::string sAnswerAtOnce;
+bool sLingers = false;
+
+std::string ReadValue(const std::string& word)
+{
+    if (word == "HUGE")
+        return std::string(size_t{1024} * 1024, 'v');
+    return word == "LARGE" ? std::string(900000, 'v') : word;
+}
 
 app_control_h NewRequest(std::istream& words)
 {
@@ -25,10 +37,8 @@ app_control_h NewRequest(std::istream& words)
     for (std::string word; words >> word;)
     {
         const size_t equals = word.find('=');
-        const std::string value = word.substr(equals + 1);
         app_control_add_extra_data(request, word.substr(0, equals).c_str(),
-                                   value == "HUGE" ? std::string(size_t{1024} * 1024, 'v').c_str()
-                                                   : value.c_str());
+                                   ReadValue(word.substr(equals + 1)).c_str());
     }
     return request;
 }
@@ -74,6 +84,8 @@ void Obey(const std::string& line)
         Reply(sLastRequest, words);
     else if (verb == "at-once")
         sAnswerAtOnce = line.substr(verb.size());
+    else if (verb == "linger")
+        sLingers = true;
     else if (verb == "exit")
         ui_app_exit();
     Say("did " + line);
@@ -104,6 +116,9 @@ void SAppControl(app_control_h request, void*)
 void STerminate(void*)
 {
     Say("terminate");
+    char byte = 0;
+    while (sLingers && read(STDIN_FILENO, &byte, 1) > 0)
+        ;
 }
 } // namespace
 

@@ -6,9 +6,12 @@ import pathlib
 import shutil
 import subprocess
 
+import dbus.lowlevel
+
 from port.lifecycle import App
 from support.bus import SystemBus
 
+LAUNCH = "org.watchport.Launch1"
 PROGRAM = pathlib.Path(os.environ["BUILD_DIR"], "tests/port/launch_app")
 
 
@@ -79,3 +82,12 @@ def path_of(name):
 def requests(app):
     """What the application has said of its requests."""
     return [line for line in app.lines if line.startswith("app_control ")]
+
+
+def send_launch(client, name, operation, extra_data=None):
+    """Sends a request for a reply, which is not waited for; returns its serial number."""
+    message = dbus.lowlevel.MethodCallMessage(id_of(name), path_of(name), LAUNCH, "Launch")
+    message.append(operation, extra_data or {}, signature="sa{ss}")
+    serial = client.send_message(message)
+    client.flush()
+    return serial

@@ -6,30 +6,47 @@ import threading
 
 
 class PartialBus:
-    """Stands before a bus and swallows what a client sends with a certain word in it."""
+    """Stands before a bus and swallows what a client sends with a certain word in it.
 
-    def __init__(self, bus, folder, word):
+    first_client: the first one, counted from 1, of whom anything is swallowed.
+    stops: with the word it reads no more of that client, for good.
+    """
+
+    def __init__(self, bus, folder, word, *, first_client=1, stops=False):
         self.address = f"unix:path={folder}/silent"
+        self.swallowed = threading.Event()
         self._word = word
+        self._first_client = first_client
+        self._stops = stops
         self._real = bus.address.split("path=")[1].split(",")[0]
         self._listener = socket.socket(socket.AF_UNIX)
         self._listener.bind(f"{folder}/silent")
         self._listener.listen()
+        self._open = []
         self._start(self._serve)
 
     def _serve(self):
+        count = 0
         while True:
             client, _ = self._listener.accept()
             server = socket.socket(socket.AF_UNIX)
             server.connect(self._real)
-            self._start(self._forward, server, client)
-            self._start(self._forward, client, server)
+            # Whatever is not read any more stays open.
+            self._open += [client, server]
+            count += 1
+            self._start(self._forward, server, client, None)
+            self._start(self._forward, client, server,
+                        self._word if count >= self._first_client else None)
 
-    def _forward(self, source, target):
+    def _forward(self, source, target, word):
         with contextlib.suppress(OSError):
             while data := source.recv(4096):
-                if self._word not in data:
+                if word is None or word not in data:
                     target.sendall(data)
+                    continue
+                self.swallowed.set()
+                if self._stops:
+                    return
             target.shutdown(socket.SHUT_WR)
 
     @staticmethod

@@ -2,11 +2,10 @@
 
 import time
 
+import dbus.bus
 import pytest
 
-from port.launch_apps import id_of
-
-LAUNCH = "org.watchport.Launch1"
+from port.launch_apps import LAUNCH, id_of, send_launch
 
 INVALID_PARAMETER = -2
 NO_SENDER = -9
@@ -84,6 +83,14 @@ def test_a_reply_that_is_too_big_or_has_no_known_result_can_be_mended(clock, ala
     clock.wait_for("result 0 of ask: default small=yes")
 
 
+def test_a_reply_that_the_bus_takes_late_arrives_whole(apps, clock, alarm):
+    launch(clock, "alarm", "ask")
+    alarm.wait_for("app_control ask")
+    with apps.bus.held():
+        alarm.tell("reply 0 much=LARGE")
+    clock.wait_for("result 0 of ask: default much=900000 bytes")
+
+
 def test_a_receiver_that_dies_is_a_failure(clock, alarm):
     launch(clock, "alarm", "ask")
     alarm.wait_for("app_control ask")
@@ -123,12 +130,21 @@ def test_a_bus_that_dies_fails_the_sender_and_leaves_the_receiver_nobody(apps, c
         assert app.end()[0] == 0
 
 
-def test_a_receiver_that_never_replies_is_a_failure_after_25_seconds(clock, alarm):
+def test_a_receiver_that_never_replies_is_a_failure_after_25_seconds(apps, clock, alarm):
+    """And has room again by then, though nothing has happened to it meanwhile."""
+    client = dbus.bus.BusConnection(apps.bus.address)
+    for _ in range(255):
+        send_launch(client, "alarm", "fill")
+    for _ in range(255):
+        alarm.wait_for("app_control fill")
     before = time.monotonic()
     launch(clock, "alarm", "ask")
     alarm.wait_for("app_control ask")
     clock.wait_for("result -1 of ask without reply", deadline=40)
     assert time.monotonic() - before > 24
+    send_launch(client, "alarm", "late")
+    alarm.wait_for("app_control late")
+    client.close()
 
 
 def test_an_application_that_does_not_run_is_started_and_replies_nothing_when_it_ends(apps, clock):

@@ -1,15 +1,20 @@
 """Launch requests that come over the session bus from foreign clients."""
 
+import pathlib
+import re
+from array import array
+
 import dbus
 import dbus.bus
 import dbus.lowlevel
 import pytest
+from dbus.mainloop.glib import DBusGMainLoop
+from gi.repository import Gio, GLib
 
-from port.launch_apps import id_of, path_of, requests
+from port.launch_apps import LAUNCH, id_of, path_of, requests, send_launch
 from support.bus import wait_until
 
 APPLICATION = "org.freedesktop.Application"
-LAUNCH = "org.watchport.Launch1"
 NOTHING = dbus.Dictionary(signature="sv")
 ERROR = "org.freedesktop.DBus.Error."
 
@@ -28,6 +33,12 @@ def failure(call):
     # Shown when the test fails: the text tells a time that ran out from a process that ended.
     print(caught.value)
     return caught.value.get_dbus_name()
+
+
+def peak_memory(app):
+    """What the application has ever had in memory, in bytes."""
+    status = pathlib.Path(f"/proc/{app.process.pid}/status").read_text()
+    return int(re.search(r"VmHWM:\s+(\d+) kB", status)[1]) * 1024
 
 
 # The desktop's interface
@@ -139,10 +150,7 @@ def test_a_flood_arrives_whole_and_in_order(client, clock):
 
 def test_more_than_256_requests_that_wait_for_a_reply_are_refused(client, clock):
     for _ in range(256):
-        message = dbus.lowlevel.MethodCallMessage(id_of("clock"), path_of("clock"), LAUNCH,
-                                                  "Launch")
-        message.append("flood", {}, signature="sa{ss}")
-        client._bus.send_message(message)
+        send_launch(client._bus, "clock", "flood")
     for _ in range(256):
         clock.wait_for("app_control flood")
     assert failure(lambda: client.Launch("flood", {}, dbus_interface=LAUNCH,
@@ -150,6 +158,77 @@ def test_more_than_256_requests_that_wait_for_a_reply_are_refused(client, clock)
     client.Activate(NOTHING, dbus_interface=APPLICATION)
     clock.wait_for("app_control default")
     assert requests(clock).count("app_control flood") == 256
+
+
+def test_requests_that_wait_take_no_more_than_16_megabytes(client, clock):
+    large = {"k": "v" * (1024 * 1024 - 10)}
+    for _ in range(15):
+        send_launch(client._bus, "clock", "large", large)
+        clock.wait_for(f"app_control large k={1024 * 1024 - 10} bytes")
+    for _ in range(60):
+        assert failure(lambda: client.Launch("large", large, dbus_interface=LAUNCH,
+                                             signature="sa{ss}")) == ERROR + "LimitsExceeded"
+    send_launch(client._bus, "clock", "small")
+    clock.wait_for("app_control small")
+
+
+def test_a_million_empty_keys_are_refused_and_take_no_memory(apps, clock):
+    """No dictionary holds them, but a message does."""
+    count = 1_000_000
+    keys_and_values = b"\0\0\1" * count + array("I", range(3, 3 * count + 1, 3)).tobytes()
+    extra_data = GLib.Variant.new_from_bytes(GLib.VariantType("a{ss}"),
+                                             GLib.Bytes.new(keys_and_values), True)
+    arguments = GLib.Variant.new_tuple(GLib.Variant("s", "show"), extra_data)
+    peer = Gio.DBusConnection.new_for_address_sync(
+        apps.bus.address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT |
+        Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+    before = peak_memory(clock)
+    with pytest.raises(GLib.Error, match="LimitsExceeded"):
+        peer.call_sync(id_of("clock"), path_of("clock"), LAUNCH, "Launch", arguments, None,
+                       Gio.DBusCallFlags.NONE, 30_000, None)
+    # The message itself, of 16 bytes an entry, is read by halves into a buffer that grows.
+    assert peak_memory(clock) - before < 5 * 16 * count
+    assert requests(clock) == ["app_control default"]
+
+
+def test_4096_entries_arrive_and_one_more_is_refused(client, clock):
+    def show(count):
+        client.Launch("show", {str(i): "" for i in range(count)}, dbus_interface=LAUNCH,
+                      signature="sa{ss}", timeout=20)
+    clock.tell("at-once 0")
+    show(4096)
+    clock.wait_for("app_control show " + " ".join(f"{i}=" for i in sorted(map(str, range(4096)))))
+    assert failure(lambda: show(4097)) == ERROR + "LimitsExceeded"
+
+
+def test_calls_that_want_no_answer_get_none(apps, clock):
+    """The bus would not pass one on, so that a monitor looks for it."""
+    clock.tell("at-once 0")
+    bus = dbus.bus.BusConnection(apps.bus.address)
+    sender = bus.get_name_owner(id_of("clock"))
+    monitor = dbus.bus.BusConnection(apps.bus.address, mainloop=DBusGMainLoop())
+    answers = []
+    monitor.add_message_filter(
+        lambda _, message: answers.append(message) if message.get_sender() == sender else None)
+    monitor.call_blocking(dbus.BUS_DAEMON_NAME, dbus.BUS_DAEMON_PATH,
+                          "org.freedesktop.DBus.Monitoring", "BecomeMonitor", "asu", ([], 0))
+    calls = [(APPLICATION, "Activate", "a{sv}", [{}]), (APPLICATION, "Activate", "s", ["wrong"]),
+             (APPLICATION, "Quit", "", []), (LAUNCH, "Launch", "sa{ss}", ["show", {}])]
+    for interface, method, signature, arguments in calls:
+        message = dbus.lowlevel.MethodCallMessage(id_of("clock"), path_of("clock"), interface,
+                                                  method)
+        message.append(*arguments, signature=signature)
+        message.set_no_reply(True)
+        bus.send_message(message)
+    last = send_launch(bus, "clock", "last")
+    while not any(answer.get_reply_serial() == last for answer in answers):
+        GLib.MainContext.default().iteration(True)
+    bus.close()
+    monitor.close()
+    assert len(answers) == 1
+    clock.wait_for("app_control last")
+    assert requests(clock) == [f"app_control {name}" for name in ["default"] * 2 + ["show", "last"]]
+    assert "replied -9" in clock.lines
 
 
 # The order of callbacks

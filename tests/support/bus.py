@@ -9,6 +9,7 @@ Every method returns when its effect can be seen on the bus. Nothing outlives th
 "with" block, nor a test process that is killed.
 """
 
+import contextlib
 import json
 import os
 import signal
@@ -112,6 +113,14 @@ class Bus:
             service.kill()
             service.wait()
         self._services.clear()
+
+    @contextlib.contextmanager
+    def held(self):
+        """Within the block the bus reads nothing and answers nobody."""
+        self._daemon.send_signal(signal.SIGSTOP)
+        os.waitid(os.P_PID, self._daemon.pid, os.WSTOPPED)
+        yield
+        self._daemon.send_signal(signal.SIGCONT)
 
     def has_owner(self, name):
         return self._client.name_has_owner(name)

@@ -1,93 +1,91 @@
 #include "app-control/ExtraData.h"
 
 #include "app-control/AppControl.h"
-#include "support/BusSignature.h"
+#include "support/BusMessage.h"
 
-#include <cstdlib>
-#include <cstring>
+#include <string_view>
 
 namespace
 {
+using WatchPort::RequireMemory;
+
 constexpr size_t kMostBytes = size_t{1024} * 1024;
 
-void AppendVariant(Eldbus_Message_Iter* entry, const std::string& value)
+void AppendVariant(DBusMessageIter* entry, const std::string& value)
 {
-    Eldbus_Message_Iter* variant = eldbus_message_iter_container_new(entry, 'v', "s");
-    eldbus_message_iter_basic_append(variant, 's', value.c_str());
-    eldbus_message_iter_container_close(entry, variant);
-}
-
-void AppendText(Eldbus_Message_Iter* entry, const std::string& value)
-{
-    eldbus_message_iter_basic_append(entry, 's', value.c_str());
+    DBusMessageIter variant;
+    RequireMemory(dbus_message_iter_open_container(entry, DBUS_TYPE_VARIANT, "s", &variant));
+    WatchPort::AppendText(&variant, value);
+    RequireMemory(dbus_message_iter_close_container(entry, &variant));
 }
 
 template <typename AppendValue>
-void AppendEntries(Eldbus_Message_Iter* iter, const char* type, const ExtraData& extraData,
+void AppendEntries(DBusMessageIter* iter, const char* type, const ExtraData& extraData,
                    AppendValue appendValue)
 {
-    Eldbus_Message_Iter* entries = eldbus_message_iter_container_new(iter, 'a', type);
+    DBusMessageIter entries;
+    RequireMemory(dbus_message_iter_open_container(iter, DBUS_TYPE_ARRAY, type, &entries));
     for (const auto& [key, value] : extraData)
     {
-        Eldbus_Message_Iter* entry = eldbus_message_iter_container_new(entries, 'e', nullptr);
-        eldbus_message_iter_basic_append(entry, 's', key.c_str());
-        appendValue(entry, value);
-        eldbus_message_iter_container_close(entries, entry);
+        DBusMessageIter entry;
+        RequireMemory(
+            dbus_message_iter_open_container(&entries, DBUS_TYPE_DICT_ENTRY, nullptr, &entry));
+        WatchPort::AppendText(&entry, key);
+        appendValue(&entry, value);
+        RequireMemory(dbus_message_iter_close_container(&entries, &entry));
     }
-    eldbus_message_iter_container_close(iter, entries);
+    RequireMemory(dbus_message_iter_close_container(iter, &entries));
 }
 
-void Store(ExtraData& extraData, const char* key, const char* value)
+// The text of an entry, within a variant or not; null for a value of another type.
+const char* ReadValue(DBusMessageIter value)
 {
-    if (*key != '\0')
-        extraData[key] = value;
+    if (dbus_message_iter_get_arg_type(&value) == DBUS_TYPE_VARIANT)
+        value = WatchPort::Enter(&value);
+    return dbus_message_iter_get_arg_type(&value) == DBUS_TYPE_STRING ? WatchPort::ReadText(&value)
+                                                                      : nullptr;
 }
 } // namespace
 
-void AppendVariants(Eldbus_Message_Iter* iter, const ExtraData& extraData)
+void AppendVariants(DBusMessageIter* iter, const ExtraData& extraData)
 {
     AppendEntries(iter, "{sv}", extraData, AppendVariant);
 }
 
-void AppendTexts(Eldbus_Message_Iter* iter, const ExtraData& extraData)
+void AppendTexts(DBusMessageIter* iter, const ExtraData& extraData)
 {
-    AppendEntries(iter, "{ss}", extraData, AppendText);
+    AppendEntries(iter, "{ss}", extraData, WatchPort::AppendText);
 }
 
-ExtraData ReadVariants(Eldbus_Message_Iter* entries)
+bool ReadExtraData(DBusMessageIter entries, ExtraData& extraData)
 {
-    ExtraData extraData;
-    Eldbus_Message_Iter* entry = nullptr;
-    while (eldbus_message_iter_get_and_next(entries, 'e', &entry))
+    size_t count = 0;
+    size_t bytes = 0;
+    while (dbus_message_iter_get_arg_type(&entries) == DBUS_TYPE_DICT_ENTRY)
     {
-        const char* key = nullptr;
-        const char* value = nullptr;
-        Eldbus_Message_Iter* variant = nullptr;
-        if (eldbus_message_iter_arguments_get(entry, "sv", &key, &variant) &&
-            HasSignature(variant, "s") && eldbus_message_iter_arguments_get(variant, "s", &value))
-            Store(extraData, key, value);
+        DBusMessageIter entry = WatchPort::Enter(&entries);
+        const std::string_view key = WatchPort::ReadText(&entry);
+        const char* const text = ReadValue(entry);
+        const std::string_view value = text ? text : "";
+        bytes += key.size() + value.size();
+        if (++count > kMostEntries || bytes > kMostBytes)
+            return false;
+        if (text && !key.empty())
+            extraData[std::string(key)] = value;
     }
-    return extraData;
+    return true;
 }
 
-ExtraData ReadTexts(Eldbus_Message_Iter* entries)
+size_t CountBytes(const ExtraData& extraData)
 {
-    ExtraData extraData;
-    Eldbus_Message_Iter* entry = nullptr;
-    while (eldbus_message_iter_get_and_next(entries, 'e', &entry))
-    {
-        const char* key = nullptr;
-        const char* value = nullptr;
-        if (eldbus_message_iter_arguments_get(entry, "ss", &key, &value))
-            Store(extraData, key, value);
-    }
-    return extraData;
+    size_t bytes = 0;
+    for (const auto& [key, value] : extraData)
+        bytes += key.size() + value.size();
+    return bytes;
 }
 
 bool IsTooBig(const app_control_s& request)
 {
-    size_t bytes = request.operation.size();
-    for (const auto& [key, value] : request.extraData)
-        bytes += key.size() + value.size();
-    return bytes > kMostBytes;
+    return request.operation.size() + CountBytes(request.extraData) > kMostBytes ||
+           request.extraData.size() > kMostEntries;
 }

@@ -1,7 +1,7 @@
 #ifndef WATCH_PORT_APP_CONTROL_EXTRA_DATA_H
 #define WATCH_PORT_APP_CONTROL_EXTRA_DATA_H
 
-#include <Eldbus.h>
+#include <dbus/dbus.h>
 #include <map>
 #include <string>
 
@@ -10,19 +10,34 @@ struct app_control_s;
 /** Extra data as they travel on the bus. */
 using ExtraData = std::map<std::string, std::string>;
 
+/** How many entries a request may have. */
+constexpr size_t kMostEntries = 4096;
+
+/** What is said of more. */
+constexpr char kTooBig[] = "more than 1 MiB of text or 4096 entries";
+
 /** Appends extra data as a{sv}. */
-void AppendVariants(Eldbus_Message_Iter* iter, const ExtraData& extraData);
+void AppendVariants(DBusMessageIter* iter, const ExtraData& extraData);
 
 /** Appends extra data as a{ss}. */
-void AppendTexts(Eldbus_Message_Iter* iter, const ExtraData& extraData);
+void AppendTexts(DBusMessageIter* iter, const ExtraData& extraData);
 
-/** Reads an a{sv}. Values that are no texts are left out, and so are empty keys. */
-ExtraData ReadVariants(Eldbus_Message_Iter* entries);
+/**
+ * Reads the entries of an a{sv} or a{ss}. Values that are no texts are left out, and so are empty
+ * keys, which no request can have.
+ *
+ * @return False when there are more than kMostEntries, those that are left out and those that
+ *         replace others included, or more than 1 MiB of text.
+ */
+bool ReadExtraData(DBusMessageIter entries, ExtraData& extraData);
 
-/** Reads an a{ss}. Empty keys are left out. */
-ExtraData ReadTexts(Eldbus_Message_Iter* entries);
+/** How much text there is: keys and values, in bytes. */
+size_t CountBytes(const ExtraData& extraData);
 
-/** Tells whether the operation and the extra data are more than 1 MiB of text together. */
+/**
+ * Tells whether the operation and the extra data are more than 1 MiB of text together, or
+ * kMostEntries are exceeded.
+ */
 bool IsTooBig(const app_control_s& request);
 
 #endif

@@ -2,166 +2,190 @@
 
 #include "app-control/ApplicationId.h"
 #include "app-control/ExtraData.h"
+#include "app-control/LaunchInterface.h"
 #include "app-control/RequestReader.h"
 
-#include <Ecore.h>
 #include <algorithm>
+#include <new>
+#include <numeric>
 
 namespace
 {
+using Clock = std::chrono::steady_clock;
 using Request = std::unique_ptr<app_control_s>;
+using WatchPort::BusMessage;
 
-constexpr char kInvalidArguments[] = "org.freedesktop.DBus.Error.InvalidArgs";
-constexpr char kLimitsExceeded[] = "org.freedesktop.DBus.Error.LimitsExceeded";
+// What a request and an entry of its extra data take beside their texts, roughly.
+constexpr size_t kRequestBytes = 1024;
+constexpr size_t kEntryBytes = 128;
 
-Eldbus_Message* Refuse(const Eldbus_Message* call, const char* error, const char* reason)
+struct Method
 {
-    return eldbus_message_error_new(call, error, reason);
+    const char* interface;
+    const char* member;
+    RequestReader::Result (*read)(DBusMessage* call, app_control_s& request);
+    LaunchSender::Wish wish;
+    const char* usage;
+};
+
+constexpr Method kMethods[] = {
+    {kApplicationInterface, "Activate", RequestReader::ReadActivate, LaunchSender::Wish::Receipt,
+     "Activate takes a{sv}"},
+    {kApplicationInterface, "Open", RequestReader::ReadOpen, LaunchSender::Wish::Receipt,
+     "Open takes as, a{sv}"},
+    {kApplicationInterface, "ActivateAction", RequestReader::ReadAction,
+     LaunchSender::Wish::Receipt, "ActivateAction takes s, av with no or one a{sv}, a{sv}"},
+    {kLaunchInterface, "Launch", RequestReader::ReadLaunch, LaunchSender::Wish::Reply,
+     "Launch takes s, a{ss}"},
+};
+
+BusMessage Refuse(DBusMessage* call, const char* error, const char* reason)
+{
+    BusMessage refusal(dbus_message_new_error(call, error, reason));
+    WatchPort::RequireMemory(refusal != nullptr);
+    return refusal;
 }
 
-void SNothingJob(void*)
+BusMessage Introspect(DBusMessage* call)
 {
+    BusMessage answer(dbus_message_new_method_return(call));
+    WatchPort::RequireMemory(answer != nullptr);
+    DBusMessageIter iter;
+    dbus_message_iter_init_append(answer.get(), &iter);
+    WatchPort::AppendText(&iter, kIntrospection);
+    return answer;
+}
+
+const Method* FindMethod(DBusMessage* call)
+{
+    const auto* const found =
+        std::find_if(std::begin(kMethods), std::end(kMethods),
+                     [call](const Method& method) {
+                         return dbus_message_is_method_call(call, method.interface, method.member);
+                     });
+    return found == std::end(kMethods) ? nullptr : found;
+}
+
+size_t CountMemory(const app_control_s& request)
+{
+    return kRequestBytes + request.operation.size() + CountBytes(request.extraData) +
+           kEntryBytes * request.extraData.size();
 }
 } // namespace
 
-LaunchInbox::LaunchInbox(Eldbus_Connection* bus, const std::string& applicationId) : mBus(bus)
+LaunchInbox::LaunchInbox(WatchPort::BusConnection& bus, const std::string& applicationId)
+    : mBus(bus), mPath(ApplicationObjectPath(applicationId))
 {
-    const std::string path = ApplicationObjectPath(applicationId);
-    OfferApplication(path);
-    OfferLaunch(path);
-    eldbus_connection_event_callback_add(mBus, ELDBUS_CONNECTION_EVENT_DISCONNECTED,
-                                         SDisconnectedCB, this);
+    static const DBusObjectPathVTable kTable = {nullptr, SMessageCB, nullptr,
+                                                nullptr, nullptr,    nullptr};
+    WatchPort::RequireMemory(
+        dbus_connection_register_object_path(mBus.Get(), mPath.c_str(), &kTable, this));
 }
 
 LaunchInbox::~LaunchInbox()
 {
-    eldbus_connection_event_callback_del(mBus, ELDBUS_CONNECTION_EVENT_DISCONNECTED,
-                                         SDisconnectedCB, this);
-    eldbus_service_interface_unregister(mLaunch);
-    eldbus_service_interface_unregister(mApplication);
-}
-
-Eldbus_Method2 LaunchInbox::NewMethod(const char* member, const Eldbus_Arg_Info* in,
-                                      const Eldbus_Arg_Info* out, Eldbus_Method_Data_Cb callback)
-{
-    // The flag says that the callback takes data, and so is of another type than the field's.
-    auto* const untyped = reinterpret_cast<void (*)()>(callback);
-    return {
-        {member, in, out, reinterpret_cast<Eldbus_Method_Cb>(untyped), ELDBUS_METHOD_FLAG_HAS_DATA},
-        this};
-}
-
-void LaunchInbox::OfferApplication(const std::string& path)
-{
-    static const Eldbus_Arg_Info kActivate[] = {{"a{sv}", "platform_data"}, {nullptr, nullptr}};
-    static const Eldbus_Arg_Info kOpen[] = {
-        {"as", "uris"}, {"a{sv}", "platform_data"}, {nullptr, nullptr}};
-    static const Eldbus_Arg_Info kAction[] = {
-        {"s", "action_name"}, {"av", "parameter"}, {"a{sv}", "platform_data"}, {nullptr, nullptr}};
-    mApplicationMethods = {NewMethod("Activate", kActivate, nullptr, SActivateCB),
-                           NewMethod("Open", kOpen, nullptr, SOpenCB),
-                           NewMethod("ActivateAction", kAction, nullptr, SActivateActionCB)};
-    const Eldbus_Service_Interface_Desc2 description = {
-        {"org.freedesktop.Application", nullptr, nullptr, nullptr, nullptr, nullptr},
-        ELDBUS_INTERFACE_DESCRIPTOR_VERSION,
-        mApplicationMethods.data()};
-    mApplication = eldbus_service_interface_register2(mBus, path.c_str(), &description);
-}
-
-void LaunchInbox::OfferLaunch(const std::string& path)
-{
-    static const Eldbus_Arg_Info kIn[] = {
-        {"s", "operation"}, {"a{ss}", "extra_data"}, {nullptr, nullptr}};
-    static const Eldbus_Arg_Info kOut[] = {
-        {"i", "result"}, {"a{ss}", "extra_data"}, {nullptr, nullptr}};
-    mLaunchMethods = {NewMethod("Launch", kIn, kOut, SLaunchCB)};
-    const Eldbus_Service_Interface_Desc2 description = {
-        {kLaunchInterface, nullptr, nullptr, nullptr, nullptr, nullptr},
-        ELDBUS_INTERFACE_DESCRIPTOR_VERSION,
-        mLaunchMethods.data()};
-    mLaunch = eldbus_service_interface_register2(mBus, path.c_str(), &description);
+    dbus_connection_unregister_object_path(mBus.Get(), mPath.c_str());
+    if (mTimer != nullptr)
+        ecore_timer_del(mTimer);
 }
 
 void LaunchInbox::HandOver(const std::function<void(app_control_h)>& receive)
 {
-    Request request = std::move(mArrived.front());
+    Entry entry = std::move(mArrived.front());
     mArrived.pop_front();
-    receive(request.get());
-    if (!request->sender->WishesReply())
-        request->sender->SendReceipt();
-    else if (!request->sender->IsAnswered())
-        mWaiting.push_back({std::move(request), ecore_loop_time_get()});
+    LaunchSender& sender = *entry.request->sender;
+    receive(entry.request.get());
+    if (!sender.WishesReply())
+        sender.SendReceipt();
+    else if (!sender.IsAnswered())
+        mWaiting.push_back(std::move(entry));
+    ReleaseWaiting();
 }
 
 void LaunchInbox::ReleaseWaiting()
 {
-    const double now = ecore_loop_time_get();
+    const Clock::time_point now = Clock::now();
     mWaiting.remove_if(
-        [now](const Waiting& waiting)
-        { return waiting.request->sender->IsAnswered() || now - waiting.since > kReplySeconds; });
+        [now](const Entry& waiting)
+        { return waiting.request->sender->IsAnswered() || now - waiting.since >= kReplyPatience; });
+    if (mTimer != nullptr && mWaiting.empty())
+    {
+        ecore_timer_del(mTimer);
+        mTimer = nullptr;
+    }
+    if (mTimer == nullptr && !mWaiting.empty())
+    {
+        const std::chrono::duration<double> left = mWaiting.front().since + kReplyPatience - now;
+        mTimer = ecore_timer_add(left.count(), STimerCB, this);
+    }
+}
+
+Eina_Bool LaunchInbox::STimerCB(void* data)
+{
+    auto* const inbox = static_cast<LaunchInbox*>(data);
+    inbox->mTimer = nullptr;
+    inbox->ReleaseWaiting();
+    return ECORE_CALLBACK_CANCEL;
 }
 
 size_t LaunchInbox::CountWaiting() const
 {
     return mWaiting.size() +
            static_cast<size_t>(std::count_if(mArrived.begin(), mArrived.end(),
-                                             [](const Request& request)
-                                             { return request->sender->WishesReply(); }));
+                                             [](const Entry& entry)
+                                             { return entry.request->sender->WishesReply(); }));
 }
 
-Eldbus_Message* LaunchInbox::Accept(const Eldbus_Message* call, Request request,
-                                    LaunchSender::Wish wish, const char* usage)
+size_t LaunchInbox::CountBytes() const
 {
-    if (!request)
-        return Refuse(call, kInvalidArguments, usage);
+    const auto add = [](size_t sum, const Entry& entry) { return sum + entry.bytes; };
+    return std::accumulate(mWaiting.begin(), mWaiting.end(),
+                           std::accumulate(mArrived.begin(), mArrived.end(), size_t{0}, add), add);
+}
+
+DBusHandlerResult LaunchInbox::SMessageCB(DBusConnection*, DBusMessage* message, void* data)
+try
+{
+    if (dbus_message_get_type(message) != DBUS_MESSAGE_TYPE_METHOD_CALL)
+        return DBUS_HANDLER_RESULT_NOT_YET_HANDLED;
+    auto* const inbox = static_cast<LaunchInbox*>(data);
+    BusMessage answer = inbox->Take(message);
+    if (answer && !dbus_message_get_no_reply(message))
+        inbox->mBus.Post(std::move(answer));
+    return DBUS_HANDLER_RESULT_HANDLED;
+}
+catch (const std::bad_alloc&)
+{
+    return DBUS_HANDLER_RESULT_NEED_MEMORY;
+}
+
+// Returns the answer, or nothing when the application is to give it.
+BusMessage LaunchInbox::Take(DBusMessage* call)
+{
+    if (dbus_message_is_method_call(call, DBUS_INTERFACE_INTROSPECTABLE, "Introspect"))
+        return Introspect(call);
+    const Method* const method = FindMethod(call);
+    if (method == nullptr)
+        return Refuse(call, DBUS_ERROR_UNKNOWN_METHOD, "no such method of a launch request");
+    auto request = std::make_unique<app_control_s>();
+    const RequestReader::Result result = method->read(call, *request);
+    if (result == RequestReader::Result::Malformed)
+        return Refuse(call, DBUS_ERROR_INVALID_ARGS, method->usage);
+    if (result == RequestReader::Result::TooBig || IsTooBig(*request))
+        return Refuse(call, DBUS_ERROR_LIMITS_EXCEEDED, kTooBig);
+    request->sender = std::make_shared<LaunchSender>(mBus, call, method->wish);
+    return Keep(call, std::move(request));
+}
+
+BusMessage LaunchInbox::Keep(DBusMessage* call, Request request)
+{
     if (request->operation.empty())
-        return Refuse(call, kInvalidArguments, "the operation is empty");
-    if (IsTooBig(*request))
-        return Refuse(call, kLimitsExceeded, "more than 1 MiB of text");
-    if (wish == LaunchSender::Wish::Reply && CountWaiting() >= kMostWaiting)
-        return Refuse(call, kLimitsExceeded, "too many requests wait for a reply");
-    request->sender = std::make_shared<LaunchSender>(mBus, call, wish);
-    mArrived.push_back(std::move(request));
-    // A whole turn of the loop, at the end of which it is taken.
-    ecore_job_add(SNothingJob, nullptr);
+        return Refuse(call, DBUS_ERROR_INVALID_ARGS, "the operation is empty");
+    if (request->sender->WishesReply() && CountWaiting() >= kMostWaiting)
+        return Refuse(call, DBUS_ERROR_LIMITS_EXCEEDED, "too many requests wait for a reply");
+    const size_t bytes = CountMemory(*request);
+    if (CountBytes() + bytes > kMostBytes)
+        return Refuse(call, DBUS_ERROR_LIMITS_EXCEEDED, "more than 16 MiB of requests wait");
+    mArrived.push_back({std::move(request), bytes, Clock::now()});
     return nullptr;
-}
-
-Eldbus_Message* LaunchInbox::SActivateCB(void* data, const Eldbus_Service_Interface*,
-                                         const Eldbus_Message* call)
-{
-    return static_cast<LaunchInbox*>(data)->Accept(call, RequestReader::ReadActivate(call),
-                                                   LaunchSender::Wish::Receipt,
-                                                   "Activate takes a{sv}");
-}
-
-Eldbus_Message* LaunchInbox::SOpenCB(void* data, const Eldbus_Service_Interface*,
-                                     const Eldbus_Message* call)
-{
-    return static_cast<LaunchInbox*>(data)->Accept(
-        call, RequestReader::ReadOpen(call), LaunchSender::Wish::Receipt, "Open takes as, a{sv}");
-}
-
-Eldbus_Message* LaunchInbox::SActivateActionCB(void* data, const Eldbus_Service_Interface*,
-                                               const Eldbus_Message* call)
-{
-    return static_cast<LaunchInbox*>(data)->Accept(
-        call, RequestReader::ReadAction(call), LaunchSender::Wish::Receipt,
-        "ActivateAction takes s, av with no or one a{sv}, a{sv}");
-}
-
-Eldbus_Message* LaunchInbox::SLaunchCB(void* data, const Eldbus_Service_Interface*,
-                                       const Eldbus_Message* call)
-{
-    return static_cast<LaunchInbox*>(data)->Accept(
-        call, RequestReader::ReadLaunch(call), LaunchSender::Wish::Reply, "Launch takes s, a{ss}");
-}
-
-void LaunchInbox::SDisconnectedCB(void* data, Eldbus_Connection*, void*)
-{
-    auto* inbox = static_cast<LaunchInbox*>(data);
-    for (const Request& request : inbox->mArrived)
-        request->sender->Forget();
-    for (const Waiting& waiting : inbox->mWaiting)
-        waiting.request->sender->Forget();
 }

@@ -3,33 +3,36 @@
 
 #include "app-control/AppControl.h"
 
-#include <array>
+#include <Ecore.h>
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <list>
 #include <memory>
 #include <string>
 
-/** The port's own interface beside org.freedesktop.Application, for requests with a reply. */
-constexpr char kLaunchInterface[] = "org.watchport.Launch1";
-
-/** How long a sender waits for an application's reply. */
-constexpr double kReplySeconds = 25;
-
 /**
  * The object of an application on the session bus, and the launch requests that came to it.
  *
  * It offers org.freedesktop.Application and org.watchport.Launch1 as app.h describes. A request
- * is kept until it is taken. Requests that are malformed or too big, and those that want a reply
- * when kMostWaiting others do, are answered with an error and do not arrive.
+ * is kept until it is taken, and one that wants a reply until it has got it or its sender waits no
+ * more. Requests that are malformed, or too big alone or together with those that are kept, and
+ * those that want a reply when kMostWaiting others do, are answered with an error and do not
+ * arrive.
  */
 class LaunchInbox
 {
 public:
     static constexpr size_t kMostWaiting = 256;
 
-    /** @param bus Outlives the object. Calls are read by the main loop, never before. */
-    LaunchInbox(Eldbus_Connection* bus, const std::string& applicationId);
+    /** How much memory those that are kept may take. */
+    static constexpr size_t kMostBytes = size_t{16} * 1024 * 1024;
+
+    /**
+     * @param bus Outlives the object. The bus hands over the calls that it started the application
+     *        for before it tells who owns the name, so this comes before the name.
+     */
+    LaunchInbox(WatchPort::BusConnection& bus, const std::string& applicationId);
     ~LaunchInbox();
     LaunchInbox(const LaunchInbox&) = delete;
     LaunchInbox& operator=(const LaunchInbox&) = delete;
@@ -42,42 +45,34 @@ public:
      */
     void HandOver(const std::function<void(app_control_h)>& receive);
 
-    /** Destroys the requests that have got their reply, and those whose sender waits no more. */
+    /**
+     * Destroys the requests that have got their reply, and those whose sender waits no more. A
+     * timer sees to the latter also when nobody calls.
+     */
     void ReleaseWaiting();
 
 private:
-    struct Waiting
+    struct Entry
     {
         std::unique_ptr<app_control_s> request;
-        double since;
+        size_t bytes;
+        std::chrono::steady_clock::time_point since;
     };
 
-    static Eldbus_Message* SActivateCB(void* data, const Eldbus_Service_Interface* interface,
-                                       const Eldbus_Message* call);
-    static Eldbus_Message* SOpenCB(void* data, const Eldbus_Service_Interface* interface,
-                                   const Eldbus_Message* call);
-    static Eldbus_Message* SActivateActionCB(void* data, const Eldbus_Service_Interface* interface,
-                                             const Eldbus_Message* call);
-    static Eldbus_Message* SLaunchCB(void* data, const Eldbus_Service_Interface* interface,
-                                     const Eldbus_Message* call);
-    static void SDisconnectedCB(void* data, Eldbus_Connection* bus, void* event);
+    static DBusHandlerResult SMessageCB(DBusConnection* connection, DBusMessage* message,
+                                        void* data);
+    static Eina_Bool STimerCB(void* data);
 
-    Eldbus_Method2 NewMethod(const char* member, const Eldbus_Arg_Info* in,
-                             const Eldbus_Arg_Info* out, Eldbus_Method_Data_Cb callback);
-    void OfferApplication(const std::string& path);
-    void OfferLaunch(const std::string& path);
-    Eldbus_Message* Accept(const Eldbus_Message* call, std::unique_ptr<app_control_s> request,
-                           LaunchSender::Wish wish, const char* usage);
+    WatchPort::BusMessage Take(DBusMessage* call);
+    WatchPort::BusMessage Keep(DBusMessage* call, std::unique_ptr<app_control_s> request);
     size_t CountWaiting() const;
+    size_t CountBytes() const;
 
-    Eldbus_Connection* const mBus;
-    // The bus library keeps pointers into these; the last element of each ends it.
-    std::array<Eldbus_Method2, 4> mApplicationMethods = {};
-    std::array<Eldbus_Method2, 2> mLaunchMethods = {};
-    Eldbus_Service_Interface* mApplication = nullptr;
-    Eldbus_Service_Interface* mLaunch = nullptr;
-    std::deque<std::unique_ptr<app_control_s>> mArrived;
-    std::list<Waiting> mWaiting;
+    WatchPort::BusConnection& mBus;
+    const std::string mPath;
+    std::deque<Entry> mArrived;
+    std::list<Entry> mWaiting;
+    Ecore_Timer* mTimer = nullptr;
 };
 
 #endif

@@ -3,39 +3,37 @@
 #include "app-control/AppControl.h"
 #include "app-control/ApplicationId.h"
 #include "app-control/ExtraData.h"
-#include "app-control/LaunchBus.h"
-#include "app-control/LaunchInbox.h"
+#include "app-control/LaunchInterface.h"
 #include "app-control/NameLookup.h"
 #include "dlog/dlog.h"
 #include "support/ApplicationCalls.h"
-#include "support/BusSignature.h"
+#include "support/Buses.h"
 
-#include <Ecore.h>
-#include <cstring>
 #include <memory>
 #include <utility>
 
 namespace
 {
-constexpr double kAnswerMilliseconds = kReplySeconds * 1000;
-constexpr double kForwardMilliseconds = 10000;
-constexpr char kInterface[] = "org.freedesktop.Application";
+using WatchPort::BusMessage;
+using WatchPort::RequireMemory;
+
+constexpr std::chrono::seconds kForwardPatience(5);
 
 // A request on its way. It lives until its answer has been told.
 struct Launch
 {
-    Launch(app_control_s sent, app_control_reply_cb onAnswer, void* data);
+    Launch(WatchPort::BusConnection& sentOver, app_control_s sent, app_control_reply_cb onAnswer,
+           void* data);
     ~Launch();
     Launch(const Launch&) = delete;
     Launch& operator=(const Launch&) = delete;
 
-    LaunchBus bus;
+    WatchPort::BusConnection& bus;
     app_control_s request;
     const app_control_reply_cb callback;
     void* const userData;
     bool isReplyWanted;
-    bool isBusGone = false;
-    Eldbus_Pending* pending = nullptr;
+    WatchPort::BusPending pending;
 };
 
 int Fail(app_control_error_e error, const app_control_s& request, const char* reason)
@@ -52,157 +50,159 @@ int FailReply(app_control_error_e error, const char* reason)
     return error;
 }
 
-void AppendAction(Eldbus_Message_Iter* iter, const app_control_s& request)
+void AppendAction(DBusMessageIter* iter, const app_control_s& request)
 {
-    eldbus_message_iter_basic_append(iter, 's', request.operation.c_str());
-    Eldbus_Message_Iter* parameters = eldbus_message_iter_container_new(iter, 'a', "v");
-    Eldbus_Message_Iter* variant = eldbus_message_iter_container_new(parameters, 'v', "a{sv}");
-    AppendVariants(variant, request.extraData);
-    eldbus_message_iter_container_close(parameters, variant);
-    eldbus_message_iter_container_close(iter, parameters);
+    WatchPort::AppendText(iter, request.operation);
+    DBusMessageIter parameters;
+    DBusMessageIter variant;
+    RequireMemory(dbus_message_iter_open_container(iter, DBUS_TYPE_ARRAY, "v", &parameters));
+    RequireMemory(
+        dbus_message_iter_open_container(&parameters, DBUS_TYPE_VARIANT, "a{sv}", &variant));
+    AppendVariants(&variant, request.extraData);
+    RequireMemory(dbus_message_iter_close_container(&parameters, &variant));
+    RequireMemory(dbus_message_iter_close_container(iter, &parameters));
 }
 
-Eldbus_Message* NewMessage(const app_control_s& request)
+BusMessage NewMessage(const app_control_s& request)
 {
     const bool isPlain =
         request.operation == APP_CONTROL_OPERATION_DEFAULT && request.extraData.empty();
-    Eldbus_Message* message = eldbus_message_method_call_new(
-        request.appId.c_str(), ApplicationObjectPath(request.appId).c_str(), kInterface,
-        isPlain ? "Activate" : "ActivateAction");
-    Eldbus_Message_Iter* iter = eldbus_message_iter_get(message);
+    BusMessage message =
+        WatchPort::NewCall(request.appId, ApplicationObjectPath(request.appId),
+                           kApplicationInterface, isPlain ? "Activate" : "ActivateAction");
+    DBusMessageIter iter;
+    dbus_message_iter_init_append(message.get(), &iter);
     if (!isPlain)
-        AppendAction(iter, request);
-    Eldbus_Message_Iter* platformData = eldbus_message_iter_container_new(iter, 'a', "{sv}");
-    eldbus_message_iter_container_close(iter, platformData);
+        AppendAction(&iter, request);
+    const ExtraData noPlatformData;
+    AppendVariants(&iter, noPlatformData);
     return message;
 }
 
-void SReleaseJob(void* data)
+BusMessage NewReplyMessage(const app_control_s& request)
 {
-    delete static_cast<Launch*>(data);
-}
-
-Eldbus_Message* NewReplyMessage(const app_control_s& request)
-{
-    Eldbus_Message* message = eldbus_message_method_call_new(
-        request.appId.c_str(), ApplicationObjectPath(request.appId).c_str(), kLaunchInterface,
-        "Launch");
-    Eldbus_Message_Iter* iter = eldbus_message_iter_get(message);
-    eldbus_message_iter_basic_append(iter, 's', request.operation.c_str());
-    AppendTexts(iter, request.extraData);
+    BusMessage message = WatchPort::NewCall(request.appId, ApplicationObjectPath(request.appId),
+                                            kLaunchInterface, "Launch", {request.operation});
+    DBusMessageIter iter;
+    dbus_message_iter_init_append(message.get(), &iter);
+    AppendTexts(&iter, request.extraData);
     return message;
 }
 
-void SAnswerCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* pending);
+void SAnswerCB(DBusPendingCall* pending, void* data);
+DBusHandlerResult SDisconnectedCB(DBusConnection* connection, DBusMessage* message, void* data);
 
-bool Post(Launch& launch)
-{
-    Eldbus_Message* message =
-        launch.isReplyWanted ? NewReplyMessage(launch.request) : NewMessage(launch.request);
-    launch.pending = eldbus_connection_send(launch.bus.Connection(), message, SAnswerCB, &launch,
-                                            kAnswerMilliseconds);
-    return launch.pending != nullptr;
-}
-
-// The bus library leaves calls without an answer to their time limit when the bus has gone.
-void SDisconnectedCB(void* data, Eldbus_Connection*, void*)
-{
-    auto* launch = static_cast<Launch*>(data);
-    launch->isBusGone = true;
-    if (launch->pending != nullptr)
-        eldbus_pending_cancel(launch->pending);
-}
-
-Launch::Launch(app_control_s sent, app_control_reply_cb onAnswer, void* data)
-    : request(std::move(sent)), callback(onAnswer), userData(data),
+Launch::Launch(WatchPort::BusConnection& sentOver, app_control_s sent,
+               app_control_reply_cb onAnswer, void* data)
+    : bus(sentOver), request(std::move(sent)), callback(onAnswer), userData(data),
       isReplyWanted(onAnswer != nullptr)
 {
-    if (bus.IsConnected())
-        eldbus_connection_event_callback_add(bus.Connection(), ELDBUS_CONNECTION_EVENT_DISCONNECTED,
-                                             SDisconnectedCB, this);
+    RequireMemory(dbus_connection_add_filter(bus.Get(), SDisconnectedCB, this, nullptr));
 }
 
 Launch::~Launch()
 {
-    if (bus.IsConnected())
-        eldbus_connection_event_callback_del(bus.Connection(), ELDBUS_CONNECTION_EVENT_DISCONNECTED,
-                                             SDisconnectedCB, this);
+    dbus_connection_remove_filter(bus.Get(), SDisconnectedCB, this);
 }
 
-// Ends a launch: tells what became of it. A reply is there when the application made one.
-void Finish(Launch& launch, app_control_h reply, app_control_result_e result)
+bool Post(Launch& launch)
+{
+    launch.pending = launch.bus.Call(launch.isReplyWanted ? NewReplyMessage(launch.request)
+                                                          : NewMessage(launch.request),
+                                     kReplyPatience, SAnswerCB, &launch);
+    return launch.pending != nullptr;
+}
+
+// Tells what became of a launch. A reply is there when the application made one.
+void Tell(Launch& launch, app_control_h reply, app_control_result_e result)
 {
     if (launch.callback != nullptr && MayCallApplication())
         launch.callback(&launch.request, reply, result, launch.userData);
-    // The bus library is still at work on the connection that this releases.
-    ecore_job_add(SReleaseJob, &launch);
 }
 
-void FinishFailed(Launch& launch, const char* reason)
+void TellFailed(Launch& launch, const char* reason)
 {
     __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT", "launch request to \"%s\" failed: %s",
                  launch.request.appId.c_str(), reason);
-    Finish(launch, nullptr, APP_CONTROL_RESULT_FAILED);
+    Tell(launch, nullptr, APP_CONTROL_RESULT_FAILED);
 }
 
-void FinishReplied(Launch& launch, const Eldbus_Message* answer)
+void TellReplied(Launch& launch, DBusMessage* answer)
 {
-    int result = 0;
-    Eldbus_Message_Iter* entries = nullptr;
-    if (!HasSignature(answer, "ia{ss}") ||
-        !eldbus_message_arguments_get(answer, "ia{ss}", &result, &entries))
+    DBusMessageIter iter;
+    if (!dbus_message_has_signature(answer, "ia{ss}") || !dbus_message_iter_init(answer, &iter))
     {
-        FinishFailed(launch, "the reply is malformed");
+        TellFailed(launch, "the reply is malformed");
         return;
     }
+    dbus_int32_t result = 0;
+    dbus_message_iter_get_basic(&iter, &result);
+    dbus_message_iter_next(&iter);
     app_control_s reply;
-    reply.extraData = ReadTexts(entries);
-    Finish(launch, &reply, result == 0 ? APP_CONTROL_RESULT_SUCCEEDED : APP_CONTROL_RESULT_FAILED);
+    if (ReadExtraData(WatchPort::Enter(&iter), reply.extraData))
+        Tell(launch, &reply,
+             result == 0 ? APP_CONTROL_RESULT_SUCCEEDED : APP_CONTROL_RESULT_FAILED);
+    else
+        TellFailed(launch, kTooBig);
 }
 
 // What applications answer that have no interface but the desktop's.
-bool IsUnknownMethod(const char* error)
+bool IsUnknownMethod(DBusMessage* error)
 {
-    constexpr char kErrors[] = "org.freedesktop.DBus.Error.";
-    const size_t length = sizeof kErrors - 1;
-    return std::strncmp(error, kErrors, length) == 0 &&
-           (std::strcmp(error + length, "UnknownMethod") == 0 ||
-            std::strcmp(error + length, "UnknownInterface") == 0 ||
-            std::strcmp(error + length, "UnknownObject") == 0);
+    return dbus_message_is_error(error, DBUS_ERROR_UNKNOWN_METHOD) ||
+           dbus_message_is_error(error, DBUS_ERROR_UNKNOWN_INTERFACE) ||
+           dbus_message_is_error(error, DBUS_ERROR_UNKNOWN_OBJECT);
 }
 
-void OnError(Launch& launch, const char* name, const char* text)
+void TellError(Launch& launch, DBusMessage* error)
 {
-    const bool isReplyUnknown = launch.isReplyWanted && IsUnknownMethod(name);
-    if (isReplyUnknown)
-        launch.isReplyWanted = false;
-    if (isReplyUnknown && Post(launch))
-        return;
-    if (launch.isBusGone)
-        FinishFailed(launch, "the session bus has gone");
-    else
-        FinishFailed(launch, text != nullptr ? text : name);
-}
-
-void SAnswerCB(void* data, const Eldbus_Message* answer, Eldbus_Pending*)
-{
-    Launch& launch = *static_cast<Launch*>(data);
-    launch.pending = nullptr;
-    const char* name = nullptr;
     const char* text = nullptr;
-    if (eldbus_message_error_get(answer, &name, &text))
-        OnError(launch, name, text);
-    else if (launch.isReplyWanted)
-        FinishReplied(launch, answer);
+    if (dbus_message_get_args(error, nullptr, DBUS_TYPE_STRING, &text, DBUS_TYPE_INVALID))
+        TellFailed(launch, text);
     else
-        Finish(launch, nullptr, APP_CONTROL_RESULT_SUCCEEDED);
+        TellFailed(launch, dbus_message_get_error_name(error));
+}
+
+void SAnswerCB(DBusPendingCall* pending, void* data)
+{
+    std::unique_ptr<Launch> launch(static_cast<Launch*>(data));
+    const BusMessage answer(dbus_pending_call_steal_reply(pending));
+    if (IsError(answer))
+    {
+        const bool isReplyUnknown = launch->isReplyWanted && IsUnknownMethod(answer.get());
+        if (isReplyUnknown)
+            launch->isReplyWanted = false;
+        if (isReplyUnknown && Post(*launch))
+            static_cast<void>(launch.release());
+        else
+            TellError(*launch, answer.get());
+    }
+    else if (launch->isReplyWanted)
+        TellReplied(*launch, answer.get());
+    else
+        Tell(*launch, nullptr, APP_CONTROL_RESULT_SUCCEEDED);
+}
+
+// The bus library forgets calls without an answer when the bus has gone.
+DBusHandlerResult SDisconnectedCB(DBusConnection*, DBusMessage* message, void* data)
+{
+    if (dbus_message_is_signal(message, DBUS_INTERFACE_LOCAL, "Disconnected"))
+    {
+        const std::unique_ptr<Launch> launch(static_cast<Launch*>(data));
+        TellFailed(*launch, "the session bus has gone");
+    }
+    return DBUS_HANDLER_RESULT_NOT_YET_HANDLED;
 }
 
 int Send(const app_control_s& request, app_control_reply_cb callback, void* userData)
 {
-    auto launch = std::make_unique<Launch>(request, callback, userData);
-    if (!launch->bus.IsConnected() || !Post(*launch))
-        return Fail(APP_CONTROL_ERROR_NOT_SENT, request, "the session bus took it not");
+    WatchPort::BusConnection* const bus = SessionBus();
+    if (bus != nullptr)
+        bus->FollowLoop();
+    auto launch =
+        bus != nullptr ? std::make_unique<Launch>(*bus, request, callback, userData) : nullptr;
+    if (!launch || !Post(*launch))
+        return Fail(APP_CONTROL_ERROR_NOT_SENT, request, "the session bus did not take it");
     // Its answer's callback owns it now.
     static_cast<void>(launch.release());
     return APP_CONTROL_ERROR_NONE;
@@ -214,7 +214,7 @@ int SendLaunchRequest(const app_control_s& request, app_control_reply_cb callbac
     if (request.appId.empty())
         return Fail(APP_CONTROL_ERROR_APP_ID_NOT_SET, request, "no application id is set");
     if (IsTooBig(request))
-        return Fail(APP_CONTROL_ERROR_INVALID_PARAMETER, request, "more than 1 MiB of text");
+        return Fail(APP_CONTROL_ERROR_INVALID_PARAMETER, request, kTooBig);
 
     switch (AskSessionBus(request.appId))
     {
@@ -230,14 +230,10 @@ int SendLaunchRequest(const app_control_s& request, app_control_reply_cb callbac
     return Send(request, callback, userData);
 }
 
-bool ForwardLaunchRequest(const LaunchBus& bus, const app_control_s& request)
+bool ForwardLaunchRequest(WatchPort::BusConnection& bus, const app_control_s& request)
 {
-    Eldbus_Message* answer = bus.Call(request.appId, ApplicationObjectPath(request.appId),
-                                      kInterface, NewMessage(request), kForwardMilliseconds);
-    const bool isTaken = answer != nullptr && !eldbus_message_error_get(answer, nullptr, nullptr);
-    if (answer != nullptr)
-        eldbus_message_unref(answer);
-    return isTaken;
+    const auto deadline = WatchPort::BusConnection::Clock::now() + kForwardPatience;
+    return !IsError(bus.Ask(NewMessage(request), deadline));
 }
 
 int ReplyToLaunchRequest(const app_control_s& reply, app_control_s& request,
@@ -249,7 +245,7 @@ int ReplyToLaunchRequest(const app_control_s& reply, app_control_s& request,
     if (sender->IsAnswered())
         return FailReply(APP_CONTROL_ERROR_ALREADY_REPLIED, "the request has had its reply");
     if (IsTooBig(reply))
-        return FailReply(APP_CONTROL_ERROR_INVALID_PARAMETER, "more than 1 MiB of text");
+        return FailReply(APP_CONTROL_ERROR_INVALID_PARAMETER, kTooBig);
     sender->SendReply(reply, result);
     return APP_CONTROL_ERROR_NONE;
 }

@@ -1,17 +1,17 @@
 #ifndef WATCH_PORT_APP_CONTROL_LAUNCH_REQUEST_H
 #define WATCH_PORT_APP_CONTROL_LAUNCH_REQUEST_H
 
-#include "app-control/LaunchBus.h"
 #include "app-control/app_control.h"
+#include "support/BusConnection.h"
 
 /** Does what app_control_send_launch_request() describes; logs what fails. */
 int SendLaunchRequest(const app_control_s& request, app_control_reply_cb callback, void* userData);
 
 /**
  * Hands a request to the process that owns the request's application id, and waits until it has
- * been received, ten seconds at most. Nothing is logged.
+ * been received, five seconds at most. Nothing is logged.
  */
-bool ForwardLaunchRequest(const LaunchBus& bus, const app_control_s& request);
+bool ForwardLaunchRequest(WatchPort::BusConnection& bus, const app_control_s& request);
 
 /** Does what app_control_reply_to_launch_request() describes; logs what fails. */
 int ReplyToLaunchRequest(const app_control_s& reply, app_control_s& request,

@@ -3,35 +3,27 @@
 #include "app-control/AppControl.h"
 #include "app-control/ExtraData.h"
 
-LaunchSender::LaunchSender(Eldbus_Connection* bus, const Eldbus_Message* call, Wish wish)
-    : mBus(bus), mCall(eldbus_message_ref(const_cast<Eldbus_Message*>(call))), mWish(wish)
-{
-}
+#include <utility>
 
-LaunchSender::~LaunchSender()
+LaunchSender::LaunchSender(WatchPort::BusConnection& bus, DBusMessage* call, Wish wish)
+    : mBus(bus), mWish(wish), mIsAnswerWanted(!dbus_message_get_no_reply(call)),
+      mAnswer(mIsAnswerWanted ? dbus_message_new_method_return(call) : nullptr)
 {
-    eldbus_message_unref(mCall);
+    WatchPort::RequireMemory(mAnswer || !mIsAnswerWanted);
 }
 
 void LaunchSender::SendReceipt()
 {
-    Send(eldbus_message_method_return_new(mCall));
+    if (mAnswer)
+        mBus.Post(std::exchange(mAnswer, nullptr));
 }
 
 void LaunchSender::SendReply(const app_control_s& reply, int result)
 {
-    Eldbus_Message* answer = eldbus_message_method_return_new(mCall);
-    Eldbus_Message_Iter* iter = eldbus_message_iter_get(answer);
-    eldbus_message_iter_basic_append(iter, 'i', result);
-    AppendTexts(iter, reply.extraData);
-    Send(answer);
-}
-
-void LaunchSender::Send(Eldbus_Message* answer)
-{
-    mIsAnswered = true;
-    if (mBus != nullptr)
-        eldbus_connection_send(mBus, answer, nullptr, nullptr, -1);
-    else
-        eldbus_message_unref(answer);
+    DBusMessageIter iter;
+    dbus_message_iter_init_append(mAnswer.get(), &iter);
+    const dbus_int32_t code = result;
+    WatchPort::RequireMemory(dbus_message_iter_append_basic(&iter, DBUS_TYPE_INT32, &code));
+    AppendTexts(&iter, reply.extraData);
+    mBus.Post(std::exchange(mAnswer, nullptr));
 }

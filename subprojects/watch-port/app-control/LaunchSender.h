@@ -1,11 +1,15 @@
 #ifndef WATCH_PORT_APP_CONTROL_LAUNCH_SENDER_H
 #define WATCH_PORT_APP_CONTROL_LAUNCH_SENDER_H
 
-#include <Eldbus.h>
+#include "support/BusConnection.h"
 
 struct app_control_s;
 
-/** Who sent a request that came over the bus: the call that is still to be answered. */
+/**
+ * Who sent a request that came over the bus: the answer that he is still to get.
+ *
+ * The call is not kept, for the bus library reads no more while 63 MiB of what it has read are.
+ */
 class LaunchSender
 {
 public:
@@ -15,19 +19,19 @@ public:
         Reply,   /**< To get the application's own reply. */
     };
 
-    LaunchSender(Eldbus_Connection* bus, const Eldbus_Message* call, Wish wish);
-    ~LaunchSender();
+    /**
+     * @param bus Outlives the object.
+     * @param call One that wants no answer gets none, and its sender has no wish.
+     */
+    LaunchSender(WatchPort::BusConnection& bus, DBusMessage* call, Wish wish);
     LaunchSender(const LaunchSender&) = delete;
     LaunchSender& operator=(const LaunchSender&) = delete;
 
-    bool WishesReply() const { return mWish == Wish::Reply; }
-    bool IsAnswered() const { return mIsAnswered; }
+    bool WishesReply() const { return mWish == Wish::Reply && mIsAnswerWanted; }
+    bool IsAnswered() const { return mAnswer == nullptr; }
 
-    /** Tells whether the answer can still be sent. */
-    bool IsThere() const { return mBus != nullptr; }
-
-    /** The bus has gone, and the sender with it. */
-    void Forget() { mBus = nullptr; }
+    /** Tells whether the answer can still be sent: the sender has gone with the bus. */
+    bool IsThere() const { return mBus.IsConnected(); }
 
     /** Answers with nothing. */
     void SendReceipt();
@@ -36,12 +40,10 @@ public:
     void SendReply(const app_control_s& reply, int result);
 
 private:
-    void Send(Eldbus_Message* answer);
-
-    Eldbus_Connection* mBus;
-    Eldbus_Message* const mCall;
+    WatchPort::BusConnection& mBus;
     const Wish mWish;
-    bool mIsAnswered = false;
+    const bool mIsAnswerWanted;
+    WatchPort::BusMessage mAnswer;
 };
 
 #endif

@@ -1,6 +1,8 @@
 #ifndef WATCH_PORT_APP_CONTROL_NAME_LOOKUP_H
 #define WATCH_PORT_APP_CONTROL_NAME_LOOKUP_H
 
+#include "support/BusConnection.h"
+
 #include <string>
 
 /** What the session bus knows of a name. */
@@ -13,5 +15,16 @@ enum class BusAnswer
 
 /** Asks the session bus for a name. A bus is never started for that. */
 BusAnswer AskSessionBus(const std::string& name);
+
+/** What became of the wish for a name. */
+enum class NameAnswer
+{
+    NoAnswer,
+    Owned,
+    Taken, /**< Another process owns it. */
+};
+
+/** Asks for a name on a bus and waits for the answer, a second at most. */
+NameAnswer RequestName(WatchPort::BusConnection& bus, const std::string& name);
 
 #endif

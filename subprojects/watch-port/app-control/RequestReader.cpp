@@ -1,77 +1,68 @@
 #include "app-control/RequestReader.h"
 
 #include "app-control/ExtraData.h"
-#include "support/BusSignature.h"
+#include "support/BusMessage.h"
 
 namespace
 {
-// As text/uri-list has it, one a line: extra data hold one text for each key.
-std::string JoinLines(Eldbus_Message_Iter* texts)
+using RequestReader::Result;
+
+Result ReadEntries(DBusMessageIter entries, ExtraData& extraData)
 {
-    std::string lines;
-    const char* text = nullptr;
-    while (eldbus_message_iter_get_and_next(texts, 's', &text))
-        lines += (lines.empty() ? "" : "\n") + std::string(text);
-    return lines;
+    return ReadExtraData(entries, extraData) ? Result::Read : Result::TooBig;
 }
 
-// The only parameter of an action, or none, as the extra data; false for any other.
-bool ReadParameter(Eldbus_Message_Iter* parameters, ExtraData& extraData)
+// The only parameter of an action, or none, as the extra data.
+Result ReadParameter(DBusMessageIter parameters, ExtraData& extraData)
 {
-    Eldbus_Message_Iter* parameter = nullptr;
-    if (!eldbus_message_iter_get_and_next(parameters, 'v', &parameter))
-        return true;
-    Eldbus_Message_Iter* entries = nullptr;
-    Eldbus_Message_Iter* second = nullptr;
-    if (!HasSignature(parameter, "a{sv}") ||
-        !eldbus_message_iter_arguments_get(parameter, "a{sv}", &entries))
-        return false;
-    extraData = ReadVariants(entries);
-    return !eldbus_message_iter_get_and_next(parameters, 'v', &second);
+    if (dbus_message_iter_get_arg_type(&parameters) == DBUS_TYPE_INVALID)
+        return Result::Read;
+    DBusMessageIter parameter = WatchPort::Enter(&parameters);
+    if (!WatchPort::HasSignature(&parameter, "a{sv}") ||
+        dbus_message_iter_get_arg_type(&parameters) != DBUS_TYPE_INVALID)
+        return Result::Malformed;
+    return ReadEntries(WatchPort::Enter(&parameter), extraData);
 }
 } // namespace
 
-std::unique_ptr<app_control_s> RequestReader::ReadActivate(const Eldbus_Message* call)
+Result RequestReader::ReadActivate(DBusMessage* call, app_control_s&)
 {
-    return HasSignature(call, "a{sv}") ? std::make_unique<app_control_s>() : nullptr;
+    return dbus_message_has_signature(call, "a{sv}") ? Result::Read : Result::Malformed;
 }
 
-std::unique_ptr<app_control_s> RequestReader::ReadOpen(const Eldbus_Message* call)
+Result RequestReader::ReadOpen(DBusMessage* call, app_control_s& request)
 {
-    Eldbus_Message_Iter* uris = nullptr;
-    Eldbus_Message_Iter* platformData = nullptr;
-    if (!HasSignature(call, "asa{sv}") ||
-        !eldbus_message_arguments_get(call, "asa{sv}", &uris, &platformData))
-        return nullptr;
-    auto request = std::make_unique<app_control_s>();
-    request->operation = "open";
-    request->extraData["uris"] = JoinLines(uris);
-    return request;
+    DBusMessageIter iter;
+    if (!dbus_message_has_signature(call, "asa{sv}") || !dbus_message_iter_init(call, &iter))
+        return Result::Malformed;
+    request.operation = "open";
+    // As text/uri-list has it, one a line: extra data hold one text for each key.
+    std::string& lines = request.extraData["uris"];
+    DBusMessageIter uris = WatchPort::Enter(&iter);
+    for (bool isFirst = true; dbus_message_iter_get_arg_type(&uris) == DBUS_TYPE_STRING;
+         isFirst = false)
+    {
+        lines.append(isFirst ? "" : "\n").append(WatchPort::ReadText(&uris));
+        if (IsTooBig(request))
+            return Result::TooBig;
+    }
+    return Result::Read;
 }
 
-std::unique_ptr<app_control_s> RequestReader::ReadAction(const Eldbus_Message* call)
+Result RequestReader::ReadAction(DBusMessage* call, app_control_s& request)
 {
-    const char* action = nullptr;
-    Eldbus_Message_Iter* parameters = nullptr;
-    Eldbus_Message_Iter* platformData = nullptr;
-    auto request = std::make_unique<app_control_s>();
-    if (!HasSignature(call, "sava{sv}") ||
-        !eldbus_message_arguments_get(call, "sava{sv}", &action, &parameters, &platformData) ||
-        !ReadParameter(parameters, request->extraData))
-        return nullptr;
-    request->operation = action;
-    return request;
+    DBusMessageIter iter;
+    if (!dbus_message_has_signature(call, "sava{sv}") || !dbus_message_iter_init(call, &iter))
+        return Result::Malformed;
+    request.operation = WatchPort::ReadText(&iter);
+    return ReadParameter(WatchPort::Enter(&iter), request.extraData);
 }
 
-std::unique_ptr<app_control_s> RequestReader::ReadLaunch(const Eldbus_Message* call)
+Result RequestReader::ReadLaunch(DBusMessage* call, app_control_s& request)
 {
-    const char* operation = nullptr;
-    Eldbus_Message_Iter* entries = nullptr;
-    if (!HasSignature(call, "sa{ss}") ||
-        !eldbus_message_arguments_get(call, "sa{ss}", &operation, &entries))
-        return nullptr;
-    auto request = std::make_unique<app_control_s>();
-    request->operation = operation;
-    request->extraData = ReadTexts(entries);
-    return request;
+    DBusMessageIter iter;
+    if (!dbus_message_has_signature(call, "sa{ss}") || !dbus_message_iter_init(call, &iter))
+        return Result::Malformed;
+    request.operation = WatchPort::ReadText(&iter);
+    return ReadEntries(WatchPort::Enter(&iter), request.extraData);
 }

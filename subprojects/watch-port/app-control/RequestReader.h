@@ -3,31 +3,37 @@
 
 #include "app-control/AppControl.h"
 
-#include <Eldbus.h>
-#include <memory>
+#include <dbus/dbus.h>
 
 /**
  * Launch requests as they come from the bus. The bus sees to it that a message is well formed and
  * its texts are UTF-8, and to nothing else: arguments of any type and number arrive. Each function
- * returns null unless they are those of its method, and leaves empty keys out.
+ * fills in a new request, in which empty keys are left out, and stops where there is too much.
  */
 namespace RequestReader
 {
 
+enum class Result
+{
+    Read,
+    Malformed, /**< The arguments are not those of the method. */
+    TooBig,    /**< More text or entries than ReadExtraData() takes. */
+};
+
 /** Activate(a{sv}): an empty request. */
-std::unique_ptr<app_control_s> ReadActivate(const Eldbus_Message* call);
+Result ReadActivate(DBusMessage* call, app_control_s& request);
 
 /** Open(as, a{sv}): the URIs are one text, one a line. */
-std::unique_ptr<app_control_s> ReadOpen(const Eldbus_Message* call);
+Result ReadOpen(DBusMessage* call, app_control_s& request);
 
 /**
  * ActivateAction(s, av, a{sv}): the action is the operation, which may be empty. No parameter, or
  * one a{sv} whose texts are the extra data; values of other types are left out.
  */
-std::unique_ptr<app_control_s> ReadAction(const Eldbus_Message* call);
+Result ReadAction(DBusMessage* call, app_control_s& request);
 
 /** Launch(s, a{ss}): operation, which may be empty, and extra data. */
-std::unique_ptr<app_control_s> ReadLaunch(const Eldbus_Message* call);
+Result ReadLaunch(DBusMessage* call, app_control_s& request);
 
 } // namespace RequestReader
 

@@ -56,7 +56,7 @@ typedef enum
  * @param result The result that the application replied. Without a reply: SUCCEEDED when the
  *        application took the request and is none that can reply, FAILED when it refused it,
  *        could not be started, ended, or did not answer within 25 seconds (the bus's own limit
- *        for starting a service is the same).
+ *        for starting a service is the same), or when its reply was too big.
  * @param user_data As given to app_control_send_launch_request().
  */
 typedef void (*app_control_reply_cb)(app_control_h request, app_control_h reply,
@@ -135,16 +135,17 @@ int app_control_foreach_extra_data(app_control_h app_control, app_control_extra_
  * and the extra data as its parameter, a dictionary of texts (a{sv}).
  *
  * The request has been handed to the bus on return and may be destroyed. What became of it is known
- * later, in the main loop; with a callback, the process must live on until that is called, for the
- * second way is tried in the main loop too. Asking the bus for the application takes two seconds at
- * most, normally about a millisecond.
+ * later, in the main loop. With a callback, the process must live on until that is called, for the
+ * second way is tried in the main loop too. It must live on also when there is more text than the
+ * bus takes at once, some 200 KB, for the main loop sends the rest. Asking the bus for the
+ * application takes two seconds at most, normally about a millisecond.
  *
  * @param callback Called once with what became of it, unless the main loop ends before; null:
  *        nobody wants to know, and a failure is logged as a warning.
  * @param user_data Passed to the callback.
- * @return Besides APP_CONTROL_ERROR_NONE: INVALID_PARAMETER (also for more than 1 MiB of text:
- *         requests are no way to pass files), APP_ID_NOT_SET, NO_SESSION_BUS, APP_NOT_FOUND,
- *         NOT_SENT, OUT_OF_MEMORY; the callback is not called then.
+ * @return Besides APP_CONTROL_ERROR_NONE: INVALID_PARAMETER (also for more than 1 MiB of text
+ *         or 4096 entries: requests are no way to pass files), APP_ID_NOT_SET, NO_SESSION_BUS,
+ *         APP_NOT_FOUND, NOT_SENT, OUT_OF_MEMORY; the callback is not called then.
  */
 int app_control_send_launch_request(app_control_h app_control, app_control_reply_cb callback,
                                     void* user_data);
@@ -159,9 +160,10 @@ int app_control_send_launch_request(app_control_h app_control, app_control_reply
  *        return.
  * @param request The request that is answered.
  * @param result What became of it.
- * @return Besides APP_CONTROL_ERROR_NONE: INVALID_PARAMETER for a null handle, an unknown result
- *         or more than 1 MiB of text; NO_SENDER for a request from the command line, from a
- *         sender who waits for no reply, and when the bus has gone; ALREADY_REPLIED; OUT_OF_MEMORY.
+ * @return Besides APP_CONTROL_ERROR_NONE: INVALID_PARAMETER for a null handle, an unknown
+ *         result, more than 1 MiB of text or 4096 entries; NO_SENDER for a request from the command
+ * line, from a sender who waits for no reply, and when the bus has gone; ALREADY_REPLIED;
+ * OUT_OF_MEMORY.
  */
 int app_control_reply_to_launch_request(app_control_h reply, app_control_h request,
                                         app_control_result_e result);

@@ -1,53 +1,55 @@
 #include "application/SingleInstance.h"
 
 #include "app-control/LaunchRequest.h"
+#include "app-control/NameLookup.h"
 #include "dlog/dlog.h"
+#include "support/Buses.h"
 
 SingleInstance::SingleInstance(const std::string& applicationId, const CommandLine& commandLine)
 {
     if (applicationId.empty())
         return;
-    mBus = std::make_unique<LaunchBus>();
-    if (mBus->IsConnected())
-        mStanding = Settle(applicationId, commandLine);
+    WatchPort::BusConnection* const bus = SessionBus();
+    if (bus != nullptr)
+    {
+        mInbox = std::make_unique<LaunchInbox>(*bus, applicationId);
+        mStanding = Settle(*bus, applicationId, commandLine);
+    }
     if (mStanding == Standing::Owner)
-        mInbox = std::make_unique<LaunchInbox>(mBus->Connection(), applicationId);
+        bus->FollowLoop();
     else
-        mBus = nullptr;
+        mInbox = nullptr;
     if (mStanding == Standing::Alone)
         __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
                      "there is no session bus, or it does not answer: "
                      "no launch requests will arrive");
 }
 
-SingleInstance::Standing SingleInstance::Settle(const std::string& id,
+SingleInstance::Standing SingleInstance::Settle(WatchPort::BusConnection& bus,
+                                                const std::string& id,
                                                 const CommandLine& commandLine)
 {
-    NameAnswer answer = mBus->RequestName(id);
-    if (answer == NameAnswer::Taken)
-    {
-        if (commandLine.isService || Forward(id, commandLine))
-            return Standing::Forwarded;
-        // It may have been about to end.
-        answer = mBus->RequestName(id);
-    }
-    switch (answer)
+    switch (RequestName(bus, id))
     {
     case NameAnswer::Owned:
         return Standing::Owner;
-    case NameAnswer::Taken:
-        return Standing::NotTaken;
     case NameAnswer::NoAnswer:
+        return Standing::Alone;
+    case NameAnswer::Taken:
         break;
     }
-    return Standing::Alone;
+    if (commandLine.isService || Forward(bus, id, commandLine))
+        return Standing::Forwarded;
+    // It may have been about to end.
+    return RequestName(bus, id) == NameAnswer::Owned ? Standing::Owner : Standing::NotTaken;
 }
 
-bool SingleInstance::Forward(const std::string& id, const CommandLine& commandLine) const
+bool SingleInstance::Forward(WatchPort::BusConnection& bus, const std::string& id,
+                             const CommandLine& commandLine)
 {
     app_control_s request;
     request.operation = commandLine.operation;
     request.extraData = commandLine.extraData;
     request.appId = id;
-    return ForwardLaunchRequest(*mBus, request);
+    return ForwardLaunchRequest(bus, request);
 }

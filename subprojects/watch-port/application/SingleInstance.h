@@ -1,7 +1,6 @@
 #ifndef WATCH_PORT_APPLICATION_SINGLE_INSTANCE_H
 #define WATCH_PORT_APPLICATION_SINGLE_INSTANCE_H
 
-#include "app-control/LaunchBus.h"
 #include "app-control/LaunchInbox.h"
 #include "application/CommandLine.h"
 
@@ -29,10 +28,11 @@ public:
     LaunchInbox* Inbox() const { return mInbox.get(); }
 
 private:
-    Standing Settle(const std::string& id, const CommandLine& commandLine);
-    bool Forward(const std::string& id, const CommandLine& commandLine) const;
+    static Standing Settle(WatchPort::BusConnection& bus, const std::string& id,
+                           const CommandLine& commandLine);
+    static bool Forward(WatchPort::BusConnection& bus, const std::string& id,
+                        const CommandLine& commandLine);
 
-    std::unique_ptr<LaunchBus> mBus;
     std::unique_ptr<LaunchInbox> mInbox;
     Standing mStanding = Standing::Alone;
 };

@@ -51,14 +51,15 @@
  *
  * The first interface's methods are answered, with nothing, when the app_control callback has
  * returned. The platform data (the last argument) are not used; an empty key of the extra data is
- * left out. Other arguments and an empty operation are answered with the error InvalidArgs or
- * InvalidSignature of org.freedesktop.DBus.Error, more than 1 MiB of text with LimitsExceeded, and
- * so is a Launch while 256 others wait for their reply.
+ * left out. Other arguments and an empty operation are answered with the error InvalidArgs of
+ * org.freedesktop.DBus.Error, more than 1 MiB of text or 4096 entries with LimitsExceeded. So is a
+ * Launch while 256 others wait for their reply, and whatever would make the requests that wait take
+ * more than 16 MiB. A call that wants no reply gets none, and no error either.
  *
  * A second start finds the name owned, hands its command line's request to the owner, and ends with
  * APP_ERROR_NONE before any callback, or with APP_ERROR_NOT_FORWARDED when the owner has not taken
- * it within ten seconds. An owner that ends in that time is succeeded by the second start. When the
- * bus goes, the application goes on without it, also when another bus comes.
+ * it within five seconds. An owner that ends in that time is succeeded by the second start. When
+ * the bus goes, the application goes on without it, also when another bus comes.
  *
  * Environment: ELM_ENGINE=buffer and ELM_ENGINE=shot:OPTIONS need no display, DLOG_LEVEL filters
  * the log (see dlog.h). The toolkit's other variables (ELM_SCALE, ELM_THEME and so on, and

@@ -10,13 +10,13 @@ namespace
 constexpr BusPropertyAddress kState = {"org.freedesktop.UPower",
                                        "/org/freedesktop/UPower/devices/DisplayDevice",
                                        "org.freedesktop.UPower.Device", "State", "u"};
-constexpr double kTimeoutMs = 500;
+constexpr std::chrono::milliseconds kPatience(500);
 constexpr uint32_t kStateCharging = 1;
 
-bool IsCharging(Eldbus_Message_Iter* value)
+bool IsCharging(DBusMessageIter* value)
 {
     uint32_t state = 0;
-    eldbus_message_iter_basic_get(value, &state);
+    dbus_message_iter_get_basic(value, &state);
     return state == kStateCharging;
 }
 } // namespace
@@ -30,8 +30,7 @@ Charger& Charger::GetInstance()
 std::optional<bool> Charger::Read()
 {
     std::optional<bool> isCharging;
-    if (!BusProperty::Read(kState, kTimeoutMs,
-                           [&](auto* value) { isCharging = IsCharging(value); }))
+    if (!BusProperty::Read(kState, kPatience, [&](auto* value) { isCharging = IsCharging(value); }))
         isCharging = ReadPowerSupplies();
     mWasRead = true;
     // While callbacks are told of changes, each change is theirs, whoever has read it before.
@@ -76,7 +75,7 @@ void Charger::Follow()
 {
     mUPower = BusProperty::Follow(
         kState,
-        [this](Eldbus_Message_Iter* value)
+        [this](DBusMessageIter* value)
         {
             mKernel.reset();
             SetCharging(IsCharging(value));

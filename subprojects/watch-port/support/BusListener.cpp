@@ -1,64 +1,107 @@
 #include "support/BusListener.h"
 
-#include <utility>
+#include <cstring>
 
-BusListener::BusListener(Eldbus_Connection* bus, const BusSignalAddress& address)
-    : mBus(bus), mService(address.mService)
+namespace
 {
-    mSignals = eldbus_signal_handler_add(mBus, mService, address.mPath, address.mInterface,
-                                         address.mSignal, SSignalCB, this);
-    eldbus_name_owner_changed_callback_add(mBus, mService, SOwnerChangedCB, this, EINA_FALSE);
-    eldbus_connection_event_callback_add(mBus, ELDBUS_CONNECTION_EVENT_DISCONNECTED,
-                                         SDisconnectedCB, this);
+using std::chrono::seconds;
+using WatchPort::BusMessage;
+
+// As the bus library has it for a call that gives no time.
+constexpr seconds kAnswerPatience(25);
+constexpr char kOwnerChanged[] = "NameOwnerChanged";
+
+// Another sender's messages do not even come.
+std::string SignalRule(const BusSignalAddress& address)
+{
+    return std::string("type='signal',sender='") + address.mService + "',path='" + address.mPath +
+           "',interface='" + address.mInterface + "',member='" + address.mSignal + "'";
+}
+
+std::string OwnerRule(const char* service)
+{
+    return std::string("type='signal',sender='" DBUS_SERVICE_DBUS "',path='" DBUS_PATH_DBUS
+                       "',interface='" DBUS_INTERFACE_DBUS "',member='") +
+           kOwnerChanged + "',arg0='" + service + "'";
+}
+} // namespace
+
+BusListener::BusListener(WatchPort::BusConnection& bus, const BusSignalAddress& address)
+    : mBus(bus), mAddress(address), mSignalRule(SignalRule(address)),
+      mOwnerRule(OwnerRule(address.mService))
+{
+    mBus.FollowLoop();
+    WatchPort::RequireMemory(dbus_connection_add_filter(mBus.Get(), SMessageCB, this, nullptr));
+    // Without a place for an error the bus library does not wait for the answer.
+    for (const std::string& rule : {mSignalRule, mOwnerRule})
+        dbus_bus_add_match(mBus.Get(), rule.c_str(), nullptr);
+    mOwnerQuestion =
+        mBus.Call(WatchPort::NewCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS,
+                                     "GetNameOwner", {mAddress.mService}),
+                  kAnswerPatience, SOwnerCB, this);
 }
 
 BusListener::~BusListener()
 {
-    DropQuestion();
-    eldbus_connection_event_callback_del(mBus, ELDBUS_CONNECTION_EVENT_DISCONNECTED,
-                                         SDisconnectedCB, this);
-    eldbus_name_owner_changed_callback_del(mBus, mService, SOwnerChangedCB, this);
-    eldbus_signal_handler_del(mSignals);
+    for (const std::string& rule : {mSignalRule, mOwnerRule})
+        dbus_bus_remove_match(mBus.Get(), rule.c_str(), nullptr);
+    dbus_connection_remove_filter(mBus.Get(), SMessageCB, this);
 }
 
-void BusListener::Ask(Eldbus_Message* question)
+void BusListener::Ask(BusMessage question)
 {
-    DropQuestion();
-    mQuestion = eldbus_connection_send(mBus, question, SAnswerCB, this, -1);
+    mQuestion = mBus.Call(std::move(question), kAnswerPatience, SAnswerCB, this);
 }
 
-void BusListener::DropQuestion()
-{
-    if (mQuestion)
-        eldbus_pending_cancel(std::exchange(mQuestion, nullptr));
-}
-
-void BusListener::SOwnerChangedCB(void* data, const char* /*service*/, const char* /*before*/,
-                                  const char* now)
+void BusListener::SOwnerCB(DBusPendingCall* question, void* data)
 {
     auto* self = static_cast<BusListener*>(data);
-    if (*now)
-        self->OnAppeared();
-    else
-        self->OnGone();
+    const BusMessage answer(dbus_pending_call_steal_reply(question));
+    self->mOwnerQuestion.reset();
+    const char* owner = nullptr;
+    if (dbus_message_get_args(answer.get(), nullptr, DBUS_TYPE_STRING, &owner, DBUS_TYPE_INVALID))
+        self->mOwner = owner;
 }
 
-void BusListener::SAnswerCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* pending)
+void BusListener::SAnswerCB(DBusPendingCall* question, void* data)
 {
     auto* self = static_cast<BusListener*>(data);
-    // Eldbus answers a cancelled question itself, at once.
-    if (pending != self->mQuestion)
+    const BusMessage answer(dbus_pending_call_steal_reply(question));
+    self->mQuestion.reset();
+    self->OnAnswer(answer.get());
+}
+
+DBusHandlerResult BusListener::SMessageCB(DBusConnection*, DBusMessage* message, void* data)
+{
+    static_cast<BusListener*>(data)->OnMessage(message);
+    return DBUS_HANDLER_RESULT_NOT_YET_HANDLED;
+}
+
+void BusListener::OnMessage(DBusMessage* message)
+{
+    if (dbus_message_is_signal(message, DBUS_INTERFACE_LOCAL, "Disconnected"))
+        OnGone();
+    else if (dbus_message_is_signal(message, DBUS_INTERFACE_DBUS, kOwnerChanged) &&
+             dbus_message_has_sender(message, DBUS_SERVICE_DBUS))
+        OnOwnerChanged(message);
+    else if (dbus_message_is_signal(message, mAddress.mInterface, mAddress.mSignal) &&
+             dbus_message_has_path(message, mAddress.mPath) &&
+             dbus_message_has_sender(message, mOwner.c_str()))
+        OnSignal(message);
+}
+
+void BusListener::OnOwnerChanged(DBusMessage* message)
+{
+    const char* service = nullptr;
+    const char* before = nullptr;
+    const char* now = nullptr;
+    if (!dbus_message_get_args(message, nullptr, DBUS_TYPE_STRING, &service, DBUS_TYPE_STRING,
+                               &before, DBUS_TYPE_STRING, &now, DBUS_TYPE_INVALID) ||
+        std::strcmp(service, mAddress.mService) != 0)
         return;
-    self->mQuestion = nullptr;
-    self->OnAnswer(answer);
-}
-
-void BusListener::SSignalCB(void* data, const Eldbus_Message* signal)
-{
-    static_cast<BusListener*>(data)->OnSignal(signal);
-}
-
-void BusListener::SDisconnectedCB(void* data, Eldbus_Connection* /*bus*/, void* /*event*/)
-{
-    static_cast<BusListener*>(data)->OnGone();
+    mOwner = now;
+    if (mOwner.empty())
+        OnGone();
+    else
+        OnAppeared();
 }

@@ -1,7 +1,9 @@
 #ifndef WATCH_PORT_SUPPORT_BUS_LISTENER_H
 #define WATCH_PORT_SUPPORT_BUS_LISTENER_H
 
-#include <Eldbus.h>
+#include "support/BusConnection.h"
+
+#include <string>
 
 /** Where a service gives a signal. */
 struct BusSignalAddress
@@ -27,37 +29,44 @@ public:
     BusListener& operator=(const BusListener&) = delete;
 
 protected:
-    /** @param address Its texts must outlive the object. */
-    BusListener(Eldbus_Connection* bus, const BusSignalAddress& address);
+    /**
+     * @param bus Outlives the object. Its messages come by the main loop from now on.
+     * @param address Its texts must outlive the object.
+     */
+    BusListener(WatchPort::BusConnection& bus, const BusSignalAddress& address);
 
     /** Sends a question; one that is not yet answered is not listened for any more. */
-    void Ask(Eldbus_Message* question);
+    void Ask(WatchPort::BusMessage question);
     bool IsAsking() const { return mQuestion != nullptr; }
 
     /** A service has taken the name, from nobody or from another one. */
     virtual void OnAppeared() = 0;
 
     /** @param answer That of the last question, or an error. */
-    virtual void OnAnswer(const Eldbus_Message* answer) = 0;
+    virtual void OnAnswer(DBusMessage* answer) = 0;
 
-    virtual void OnSignal(const Eldbus_Message* signal) = 0;
+    virtual void OnSignal(DBusMessage* signal) = 0;
 
     /** Nobody has the name any more, or the bus has gone. */
     virtual void OnGone() = 0;
 
 private:
-    void DropQuestion();
+    static DBusHandlerResult SMessageCB(DBusConnection* connection, DBusMessage* message,
+                                        void* data);
+    static void SOwnerCB(DBusPendingCall* question, void* data);
+    static void SAnswerCB(DBusPendingCall* question, void* data);
 
-    static void SOwnerChangedCB(void* data, const char* service, const char* before,
-                                const char* now);
-    static void SAnswerCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* pending);
-    static void SSignalCB(void* data, const Eldbus_Message* signal);
-    static void SDisconnectedCB(void* data, Eldbus_Connection* bus, void* event);
+    void OnMessage(DBusMessage* message);
+    void OnOwnerChanged(DBusMessage* message);
 
-    Eldbus_Connection* const mBus;
-    const char* const mService;
-    Eldbus_Signal_Handler* mSignals = nullptr;
-    Eldbus_Pending* mQuestion = nullptr;
+    WatchPort::BusConnection& mBus;
+    const BusSignalAddress mAddress;
+    const std::string mSignalRule;
+    const std::string mOwnerRule;
+    // Signals name their sender as the bus knows it: by a name that nobody else can take.
+    std::string mOwner;
+    WatchPort::BusPending mOwnerQuestion;
+    WatchPort::BusPending mQuestion;
 };
 
 #endif

@@ -1,88 +1,79 @@
 #include "support/BusProperty.h"
 
-#include "support/BusSignature.h"
 #include "support/Buses.h"
-#include "support/QuietLog.h"
 
 #include <cstring>
 #include <utility>
 
 namespace
 {
+using WatchPort::BusMessage;
+
 constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
 
-Eldbus_Message* NewQuestion(const BusPropertyAddress& address)
+BusMessage NewQuestion(const BusPropertyAddress& address)
 {
-    Eldbus_Message* question =
-        eldbus_message_method_call_new(address.mService, address.mPath, kProperties, "Get");
-    eldbus_message_arguments_append(question, "ss", address.mInterface, address.mProperty);
-    return question;
+    return WatchPort::NewCall(address.mService, address.mPath, kProperties, "Get",
+                              {address.mInterface, address.mProperty});
 }
 
-// Null for an error and for an answer of another type.
-Eldbus_Message_Iter* GetValue(const Eldbus_Message* answer, const char* signature)
+// False for an error and for an answer of another type.
+bool GetValue(DBusMessage* answer, const char* signature, DBusMessageIter& value)
 {
-    Eldbus_Message_Iter* value = GetVariant(answer);
-    return value && HasSignature(value, signature) ? value : nullptr;
+    return WatchPort::GetVariant(answer, value) && WatchPort::HasSignature(&value, signature);
 }
 
-bool IsIn(Eldbus_Message_Iter* names, const char* wanted)
+bool IsIn(DBusMessageIter names, const char* wanted)
 {
-    const char* name = nullptr;
-    while (eldbus_message_iter_get_and_next(names, 's', &name))
+    while (dbus_message_iter_get_arg_type(&names) == DBUS_TYPE_STRING)
     {
-        if (std::strcmp(name, wanted) == 0)
+        if (std::strcmp(WatchPort::ReadText(&names), wanted) == 0)
             return true;
     }
     return false;
 }
 
-Eldbus_Message_Iter* Find(Eldbus_Message_Iter* values, const char* wanted)
+bool Find(DBusMessageIter values, const char* wanted, DBusMessageIter& value)
 {
-    Eldbus_Message_Iter* entry = nullptr;
-    while (eldbus_message_iter_get_and_next(values, 'e', &entry))
+    while (dbus_message_iter_get_arg_type(&values) == DBUS_TYPE_DICT_ENTRY)
     {
-        const char* name = nullptr;
-        Eldbus_Message_Iter* value = nullptr;
-        if (eldbus_message_iter_arguments_get(entry, "sv", &name, &value) &&
-            std::strcmp(name, wanted) == 0)
-            return value;
+        DBusMessageIter entry = WatchPort::Enter(&values);
+        const bool isWanted = std::strcmp(WatchPort::ReadText(&entry), wanted) == 0;
+        value = WatchPort::Enter(&entry);
+        if (isWanted)
+            return true;
     }
-    return nullptr;
+    return false;
 }
 } // namespace
 
 std::unique_ptr<BusProperty> BusProperty::Follow(const BusPropertyAddress& address,
                                                  ValueCallback onValue, GoneCallback onGone)
 {
-    Eldbus_Connection* bus = SystemBus();
+    WatchPort::BusConnection* bus = SystemBus();
     if (!bus)
         return nullptr;
     return std::unique_ptr<BusProperty>(
-        new BusProperty(bus, address, std::move(onValue), std::move(onGone)));
+        new BusProperty(*bus, address, std::move(onValue), std::move(onGone)));
 }
 
-bool BusProperty::Read(const BusPropertyAddress& address, double timeoutMs,
+bool BusProperty::Read(const BusPropertyAddress& address, std::chrono::milliseconds patience,
                        const ValueCallback& take)
 {
-    Eldbus_Connection* bus = SystemBus();
+    WatchPort::BusConnection* bus = SystemBus();
     if (!bus)
         return false;
-    const QuietLog safety("eina_safety");
-    Eldbus_Object* object = eldbus_object_get(bus, address.mService, address.mPath);
-    Eldbus_Proxy* proxy = eldbus_proxy_get(object, kProperties);
-    Eldbus_Message* answer = eldbus_proxy_send_and_block(proxy, NewQuestion(address), timeoutMs);
-    Eldbus_Message_Iter* value = answer ? GetValue(answer, address.mSignature) : nullptr;
-    if (value)
-        take(value);
-    if (answer)
-        eldbus_message_unref(answer);
-    eldbus_proxy_unref(proxy);
-    eldbus_object_unref(object);
-    return value != nullptr;
+    // No message is dispatched meanwhile, so no callback is called.
+    const BusMessage answer(dbus_connection_send_with_reply_and_block(
+        bus->Get(), NewQuestion(address).get(), static_cast<int>(patience.count()), nullptr));
+    DBusMessageIter value;
+    if (!answer || !GetValue(answer.get(), address.mSignature, value))
+        return false;
+    take(&value);
+    return true;
 }
 
-BusProperty::BusProperty(Eldbus_Connection* bus, const BusPropertyAddress& address,
+BusProperty::BusProperty(WatchPort::BusConnection& bus, const BusPropertyAddress& address,
                          ValueCallback onValue, GoneCallback onGone)
     : BusListener(bus, {address.mService, address.mPath, kProperties, "PropertiesChanged"}),
       mAddress(address), mOnValue(std::move(onValue)), mOnGone(std::move(onGone))
@@ -95,30 +86,30 @@ void BusProperty::OnAppeared()
     Ask(NewQuestion(mAddress));
 }
 
-void BusProperty::OnAnswer(const Eldbus_Message* answer)
+void BusProperty::OnAnswer(DBusMessage* answer)
 {
-    Eldbus_Message_Iter* value = GetValue(answer, mAddress.mSignature);
-    if (value)
-        TellValue(value);
+    DBusMessageIter value;
+    if (GetValue(answer, mAddress.mSignature, value))
+        TellValue(&value);
     else
         OnGone();
 }
 
-void BusProperty::OnSignal(const Eldbus_Message* signal)
+void BusProperty::OnSignal(DBusMessage* signal)
 {
-    const char* interface = nullptr;
-    Eldbus_Message_Iter* changed = nullptr;
-    Eldbus_Message_Iter* invalidated = nullptr;
-    if (!HasSignature(signal, "sa{sv}as") ||
-        !eldbus_message_arguments_get(signal, "sa{sv}as", &interface, &changed, &invalidated) ||
-        std::strcmp(interface, mAddress.mInterface) != 0)
+    DBusMessageIter iter;
+    if (!dbus_message_has_signature(signal, "sa{sv}as") || !dbus_message_iter_init(signal, &iter) ||
+        std::strcmp(WatchPort::ReadText(&iter), mAddress.mInterface) != 0)
         return;
+    const DBusMessageIter changed = WatchPort::Enter(&iter);
+    const DBusMessageIter invalidated = WatchPort::Enter(&iter);
     // An answer that is still to come is newer than this signal, for messages keep their order.
     if (IsIn(invalidated, mAddress.mProperty) && !IsAsking())
         Ask(NewQuestion(mAddress));
-    Eldbus_Message_Iter* value = Find(changed, mAddress.mProperty);
-    if (value && HasSignature(value, mAddress.mSignature))
-        TellValue(value);
+    DBusMessageIter value;
+    if (Find(changed, mAddress.mProperty, value) &&
+        WatchPort::HasSignature(&value, mAddress.mSignature))
+        TellValue(&value);
 }
 
 void BusProperty::OnGone()
@@ -127,7 +118,7 @@ void BusProperty::OnGone()
     onGone();
 }
 
-void BusProperty::TellValue(Eldbus_Message_Iter* value)
+void BusProperty::TellValue(DBusMessageIter* value)
 {
     const ValueCallback onValue = mOnValue;
     onValue(value);

@@ -3,6 +3,7 @@
 
 #include "support/BusListener.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -32,7 +33,7 @@ class BusProperty : private BusListener
 {
 public:
     /** Gets the value, of the address's type, at every reading: also when it is the old one. */
-    using ValueCallback = std::function<void(Eldbus_Message_Iter* value)>;
+    using ValueCallback = std::function<void(DBusMessageIter* value)>;
 
     /** Told that nobody gives the value (any more): no such service, or the bus has gone. */
     using GoneCallback = std::function<void()>;
@@ -46,23 +47,23 @@ public:
                                                ValueCallback onValue, GoneCallback onGone);
 
     /**
-     * Reads a property now, at most for timeoutMs milliseconds. Without a bus, or a service of
+     * Reads a property now, and waits no longer than the patience. Without a bus, or a service of
      * that name that runs or can be started, it returns at once.
      *
      * @return Whether `take` was called with a value of the address's type.
      */
-    static bool Read(const BusPropertyAddress& address, double timeoutMs,
+    static bool Read(const BusPropertyAddress& address, std::chrono::milliseconds patience,
                      const ValueCallback& take);
 
 private:
-    BusProperty(Eldbus_Connection* bus, const BusPropertyAddress& address, ValueCallback onValue,
-                GoneCallback onGone);
+    BusProperty(WatchPort::BusConnection& bus, const BusPropertyAddress& address,
+                ValueCallback onValue, GoneCallback onGone);
 
     void OnAppeared() override;
-    void OnAnswer(const Eldbus_Message* answer) override;
-    void OnSignal(const Eldbus_Message* signal) override;
+    void OnAnswer(DBusMessage* answer) override;
+    void OnSignal(DBusMessage* signal) override;
     void OnGone() override;
-    void TellValue(Eldbus_Message_Iter* value);
+    void TellValue(DBusMessageIter* value);
 
     const BusPropertyAddress mAddress;
     const ValueCallback mOnValue;

@@ -1,24 +1,26 @@
 #ifndef WATCH_PORT_SUPPORT_BUSES_H
 #define WATCH_PORT_SUPPORT_BUSES_H
 
-#include <Eldbus.h>
+#include "support/BusConnection.h"
+
 #include <string>
 
 /**
  * Returns the process's connection to the system bus, made at the first call and kept until the
- * process ends. It is not the caller's to unref. May be called before the toolkit is initialised.
+ * process ends. May be called before the toolkit is initialised; whoever wants messages from the
+ * main loop calls FollowLoop().
  *
- * A bus that accepts nobody, or accepts and then keeps silent, is given up after two seconds (see
- * BusProbe).
+ * A bus that accepts nobody, or accepts and then keeps silent, is given up after
+ * BusConnection::kPatience.
  *
  * @return Null when no system bus answered at the first call, or when it has died. Both are
  *         final: the system's bus is there before its applications. Nothing is logged, and the
  *         process goes on.
  */
-Eldbus_Connection* SystemBus();
+WatchPort::BusConnection* SystemBus();
 
 /** The same for the session bus. Where the environment names none, none is started. */
-Eldbus_Connection* SessionBus();
+WatchPort::BusConnection* SessionBus();
 
 /**
  * The session bus's address: that of DBUS_SESSION_BUS_ADDRESS, else the user's bus in

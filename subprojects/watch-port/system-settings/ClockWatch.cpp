@@ -29,12 +29,10 @@ ClockWatch::ClockWatch(std::function<void()> onChanged) : mOnChanged(std::move(o
 {
     mService = BusProperty::Follow(
         kTimezone,
-        [this](Eldbus_Message_Iter* value)
+        [this](DBusMessageIter* value)
         {
-            const char* timezone = nullptr;
-            eldbus_message_iter_basic_get(value, &timezone);
             mLink.reset();
-            OnTimezone(timezone);
+            OnTimezone(WatchPort::ReadText(value));
         },
         [this] { FollowLink(); });
     if (!mService)

@@ -29,8 +29,7 @@ void LocaleSettings::Refresh()
     if (!mService)
         mService = BusProperty::Follow(
             kLocale,
-            [this](Eldbus_Message_Iter* value)
-            { OnAnswer(Choose(ReadService(value), mEnvironment)); },
+            [this](DBusMessageIter* value) { OnAnswer(Choose(ReadService(value), mEnvironment)); },
             [this] { OnAnswer(mLocales); });
 }
 
@@ -54,15 +53,13 @@ LocaleSettings::Entries LocaleSettings::ReadEnvironment()
     return Validate(texts);
 }
 
-LocaleSettings::Entries LocaleSettings::ReadService(Eldbus_Message_Iter* value)
+LocaleSettings::Entries LocaleSettings::ReadService(DBusMessageIter* value)
 {
     std::map<std::string_view, std::string_view> texts;
-    Eldbus_Message_Iter* array = nullptr;
-    eldbus_message_iter_arguments_get(value, "as", &array);
-    const char* text = nullptr;
-    while (eldbus_message_iter_get_and_next(array, 's', &text))
+    DBusMessageIter array = WatchPort::Enter(value);
+    while (dbus_message_iter_get_arg_type(&array) == DBUS_TYPE_STRING)
     {
-        const std::string_view entry = text;
+        const std::string_view entry = WatchPort::ReadText(&array);
         const size_t equals = entry.find('=');
         if (equals != entry.npos)
             texts[entry.substr(0, equals)] = entry.substr(equals + 1);

@@ -42,7 +42,7 @@ private:
     using Entries = std::map<std::string_view, std::string>;
 
     static Entries ReadEnvironment();
-    static Entries ReadService(Eldbus_Message_Iter* value);
+    static Entries ReadService(DBusMessageIter* value);
     static Entries Validate(const std::map<std::string_view, std::string_view>& texts);
     static Locales Choose(const Entries& entries, const Locales& otherwise);
 

@@ -1,6 +1,5 @@
 #include "system-settings/PortalClockFormat.h"
 
-#include "support/BusSignature.h"
 #include "support/Buses.h"
 
 #include <cstring>
@@ -15,52 +14,42 @@ constexpr char kInterface[] = "org.freedesktop.portal.Settings";
 constexpr char kNamespace[] = "org.gnome.desktop.interface";
 constexpr char kKey[] = "clock-format";
 
-Eldbus_Message* NewQuestion(const char* method)
+WatchPort::BusMessage NewQuestion(const char* method)
 {
-    Eldbus_Message* question = eldbus_message_method_call_new(kService, kPath, kInterface, method);
-    eldbus_message_arguments_append(question, "ss", kNamespace, kKey);
-    return question;
+    return WatchPort::NewCall(kService, kPath, kInterface, method, {kNamespace, kKey});
 }
 
-bool IsUnknownMethod(const Eldbus_Message* answer)
+std::optional<bool> Parse(DBusMessageIter* value)
 {
-    const char* name = nullptr;
-    return eldbus_message_error_get(answer, &name, nullptr) &&
-           std::strcmp(name, "org.freedesktop.DBus.Error.UnknownMethod") == 0;
-}
-
-std::optional<bool> Parse(Eldbus_Message_Iter* value)
-{
-    if (!HasSignature(value, "s"))
+    if (!WatchPort::HasSignature(value, "s"))
         return std::nullopt;
-    const char* text = nullptr;
-    eldbus_message_iter_basic_get(value, &text);
-    const std::string_view format = text;
+    const std::string_view format = WatchPort::ReadText(value);
     if (format != "24h" && format != "12h")
         return std::nullopt;
     return format == "24h";
 }
 
 // The portal's first method wraps the value once more than the one that replaced it.
-std::optional<bool> ParseAnswer(const Eldbus_Message* answer)
+std::optional<bool> ParseAnswer(DBusMessage* answer)
 {
-    Eldbus_Message_Iter* value = GetVariant(answer);
-    Eldbus_Message_Iter* inner = nullptr;
-    if (value && HasSignature(value, "v") && eldbus_message_iter_arguments_get(value, "v", &inner))
-        value = inner;
-    return value ? Parse(value) : std::nullopt;
+    DBusMessageIter value;
+    if (!WatchPort::GetVariant(answer, value))
+        return std::nullopt;
+    if (WatchPort::HasSignature(&value, "v"))
+        value = WatchPort::Enter(&value);
+    return Parse(&value);
 }
 } // namespace
 
 std::unique_ptr<PortalClockFormat> PortalClockFormat::Follow(Callback onAnswer)
 {
-    Eldbus_Connection* bus = SessionBus();
+    WatchPort::BusConnection* bus = SessionBus();
     if (!bus)
         return nullptr;
-    return std::unique_ptr<PortalClockFormat>(new PortalClockFormat(bus, std::move(onAnswer)));
+    return std::unique_ptr<PortalClockFormat>(new PortalClockFormat(*bus, std::move(onAnswer)));
 }
 
-PortalClockFormat::PortalClockFormat(Eldbus_Connection* bus, Callback onAnswer)
+PortalClockFormat::PortalClockFormat(WatchPort::BusConnection& bus, Callback onAnswer)
     : BusListener(bus, {kService, kPath, kInterface, "SettingChanged"}),
       mOnAnswer(std::move(onAnswer))
 {
@@ -73,24 +62,24 @@ void PortalClockFormat::OnAppeared()
     Ask(NewQuestion("ReadOne"));
 }
 
-void PortalClockFormat::OnAnswer(const Eldbus_Message* answer)
+void PortalClockFormat::OnAnswer(DBusMessage* answer)
 {
-    if (IsUnknownMethod(answer) && !std::exchange(mHasAskedTheOldWay, true))
+    if (dbus_message_is_error(answer, DBUS_ERROR_UNKNOWN_METHOD) &&
+        !std::exchange(mHasAskedTheOldWay, true))
         Ask(NewQuestion("Read"));
     else
         Tell(ParseAnswer(answer));
 }
 
-void PortalClockFormat::OnSignal(const Eldbus_Message* signal)
+void PortalClockFormat::OnSignal(DBusMessage* signal)
 {
-    const char* space = nullptr;
-    const char* key = nullptr;
-    Eldbus_Message_Iter* value = nullptr;
-    if (!HasSignature(signal, "ssv") ||
-        !eldbus_message_arguments_get(signal, "ssv", &space, &key, &value) ||
-        std::strcmp(space, kNamespace) != 0 || std::strcmp(key, kKey) != 0)
+    DBusMessageIter iter;
+    if (!dbus_message_has_signature(signal, "ssv") || !dbus_message_iter_init(signal, &iter) ||
+        std::strcmp(WatchPort::ReadText(&iter), kNamespace) != 0 ||
+        std::strcmp(WatchPort::ReadText(&iter), kKey) != 0)
         return;
-    Tell(Parse(value));
+    DBusMessageIter value = WatchPort::Enter(&iter);
+    Tell(Parse(&value));
 }
 
 void PortalClockFormat::OnGone()

@@ -29,11 +29,11 @@ public:
     static std::unique_ptr<PortalClockFormat> Follow(Callback onAnswer);
 
 private:
-    PortalClockFormat(Eldbus_Connection* bus, Callback onAnswer);
+    PortalClockFormat(WatchPort::BusConnection& bus, Callback onAnswer);
 
     void OnAppeared() final;
-    void OnAnswer(const Eldbus_Message* answer) override;
-    void OnSignal(const Eldbus_Message* signal) override;
+    void OnAnswer(DBusMessage* answer) override;
+    void OnSignal(DBusMessage* signal) override;
     void OnGone() override;
     void Tell(std::optional<bool> countsTo24);
 

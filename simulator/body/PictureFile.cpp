@@ -4,8 +4,10 @@
 
 #include <Ecore_Evas.h>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <stdexcept>
+#include <string_view>
 
 namespace
 {
@@ -24,6 +26,17 @@ Canvas NewCanvas(int side)
     ecore_evas_manual_render_set(canvas.get(), EINA_TRUE);
     ecore_evas_show(canvas.get());
     return canvas;
+}
+
+// The toolkit does not tell of a disk that is full at the end.
+bool IsWhole(const std::string& file)
+{
+    constexpr std::string_view kEnd("IEND\xae\x42\x60\x82", 8);
+    std::ifstream stream(file, std::ios::binary);
+    stream.seekg(-static_cast<std::streamoff>(kEnd.size()), std::ios::end);
+    std::string end(kEnd.size(), '\0');
+    stream.read(end.data(), static_cast<std::streamsize>(end.size()));
+    return stream && end == kEnd;
 }
 
 Canvas Draw(int side, const WatchState& state, const NestedScreen& screen)
@@ -56,8 +69,17 @@ void SavePicture(const std::string& file, const WatchState& state, const NestedS
     const int side = Layout::GetUsualSide(screen.GetSize());
     const Canvas canvas = Draw(side, state, screen);
     Evas_Object* image = AddImage(ecore_evas_get(canvas.get()), canvas.get(), side);
-    if (!evas_object_image_save(image, file.c_str(), nullptr, "compress=6"))
-        throw std::runtime_error("\"" + file + "\" cannot be written");
+    // Beside the file: what cannot be written whole leaves what was there.
+    const std::string part = file + ".part.png";
+    std::error_code error;
+    const bool isSaved =
+        evas_object_image_save(image, part.c_str(), nullptr, "compress=6") && IsWhole(part);
+    if (isSaved)
+        std::filesystem::rename(part, file, error);
+    if (isSaved && !error)
+        return;
+    std::filesystem::remove(part, error);
+    throw std::runtime_error("\"" + file + "\" cannot be written");
 }
 
 Evas_Object* AddPicture(Evas* canvas, int side, const WatchState& state, const NestedScreen& screen)

@@ -14,6 +14,7 @@ constexpr char kName[] = "com.velmora.QivoWatch";
 constexpr char kPath[] = "/com/velmora/QivoWatch";
 constexpr char kInterface[] = "com.velmora.QivoWatch1";
 constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
+constexpr unsigned int kLaunchMilliseconds = 30000;
 
 // The keeper takes no more at a time.
 constexpr int kMostDetents = 1000;
@@ -89,6 +90,7 @@ const std::map<std::string, ControlClient::Property>& ControlClient::Properties(
          {"d", [](State& state, Value v) { state.percentage = Read<double>(v, "d"); }}},
         {"Time", {"x", [](State& state, Value v) { state.time = Read<int64_t>(v, "x"); }}},
         {"TimeFrozen", {"b", [](State& state, Value v) { state.isTimeFrozen = ReadFlag(v); }}},
+        {"Zone", {"s", [](State& state, Value v) { state.zone = Read<const char*>(v, "s"); }}},
     };
     return sProperties;
 }
@@ -172,8 +174,10 @@ void ControlClient::Launch(const char* application)
     Eldbus_Message* call = NewCall("Launch");
     Eldbus_Message_Iter* arguments = eldbus_message_iter_get(call);
     eldbus_message_iter_arguments_append(arguments, "ss", application, "");
-    Eldbus_Message_Iter* extra = eldbus_message_iter_container_new(arguments, 'a', "{ss}");
-    eldbus_message_iter_container_close(arguments, extra);
+    for (int texts = 0; texts < 2; ++texts) // extra data, environment
+        eldbus_message_iter_container_close(
+            arguments, eldbus_message_iter_container_new(arguments, 'a', "{ss}"));
+    eldbus_message_iter_basic_append(arguments, 'u', kLaunchMilliseconds);
     Send(call);
 }
 

@@ -2,6 +2,7 @@
 #define SIMULATOR_COMMON_WATCH_STATE_H
 
 #include <cstdint>
+#include <string>
 
 /** What the keeper tells of the watch, as far as it is seen; the values before it told anything. */
 struct WatchState
@@ -15,6 +16,7 @@ struct WatchState
     double percentage = 100;
     int64_t time = 0; ///< the watch's, in milliseconds since the epoch, when it was told
     bool isTimeFrozen = false;
+    std::string zone; ///< such as "Asia/Seoul"; empty: the machine's
 };
 
 #endif

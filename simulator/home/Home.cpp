@@ -1,5 +1,6 @@
 #include "home/Home.h"
 
+#include <cstdlib>
 #include <ctime>
 
 namespace
@@ -12,6 +13,15 @@ int64_t Now()
     timespec now{};
     clock_gettime(CLOCK_BOOTTIME, &now);
     return int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
+}
+
+// An empty one is the machine's, which the process has from its start.
+void SetZone(const std::string& zone)
+{
+    if (zone.empty())
+        return;
+    setenv("TZ", zone.c_str(), 1);
+    tzset();
 }
 } // namespace
 
@@ -36,6 +46,7 @@ void Home::Show(const WatchState& state, bool isTimeTold)
         mClock.Freeze(state.isTimeFrozen, now);
     if (isTimeTold)
         mClock.Set(state.time, now);
+    SetZone(state.zone);
     mFace.Show(state);
     if (mIsScreenOn && !state.isScreenOn)
         mWindow.Raise();

@@ -37,7 +37,7 @@ struct Hands
     double minute;
 };
 
-/** The hands at a time, in the machine's time zone; full minutes count. */
+/** The hands at a time, in the process's time zone; full minutes count. */
 Hands HandsAt(int64_t time);
 
 #endif

@@ -4,11 +4,11 @@ import os
 import pathlib
 import re
 import signal
-from typing import Callable
+from typing import Callable, NamedTuple
 
 from gi.repository import GLib
 
-from qivo_watch.environment import program
+from qivo_watch.environment import program as find_program
 from qivo_watch.errors import WatchError
 from qivo_watch.log import Log
 from qivo_watch.processes import end_of, kill_group, spawn
@@ -22,12 +22,27 @@ _LONGEST_REST = 65536
 _READABLE = GLib.IOCondition.IN | GLib.IOCondition.HUP | GLib.IOCondition.ERR
 
 
+class Program(NamedTuple):
+    """What is launched. NAME is the application's id, else the file's name."""
+
+    name: str
+    path: pathlib.Path
+    has_id: bool
+    """Whether a second process can hand its request to the first."""
+
+    def is_same(self, other: "Program") -> bool:
+        if self.has_id and other.has_id:
+            return self.name == other.name
+        return self.path.resolve() == other.path.resolve()
+
+
 class App:
     """One process of an application. Its standard streams go to the log."""
 
-    def __init__(self, name: str, command: list[str], environment: dict[str, str], log: Log,
-                 on_news: Callable[[], None]):
-        self.name = name
+    def __init__(self, program: Program, arguments: list[str], environment: dict[str, str],
+                 log: Log, on_news: Callable[[], None]):
+        self.program = program
+        self.name = program.name
         self.has_frame = False
         self.status: int | None = None
         self._log = log
@@ -36,7 +51,8 @@ class App:
         self._out, into = os.pipe()
         os.set_blocking(self._out, False)
         try:
-            self._process = spawn(command, environment, stdout=into, stderr=into)
+            self._process = spawn([str(program.path), *arguments], environment, stdout=into,
+                                  stderr=into)
         finally:
             os.close(into)
         self.pid = self._process.pid
@@ -105,23 +121,24 @@ class App:
             self._read()
 
 
-def locate(app: str) -> tuple[str, pathlib.Path]:
-    """The id and the program of an application: given by the id, or by its program's path."""
+def locate(app: str) -> Program:
+    """The program of an application: given by the id, or by its program's path."""
     if "/" in app:
         path = pathlib.Path(app)
         if not os.access(path, os.X_OK) or path.is_dir():
             raise WatchError(f'"{app}" is no program')
-        return _id_of(path) or path.name, path
+        app_id = _id_of(path)
+        return Program(app_id or path.name, path, app_id is not None)
     if not re.fullmatch(r"[A-Za-z_][\w-]*(\.[A-Za-z_][\w-]*)+", app, re.ASCII):
         raise WatchError(f'"{app}" is no application: neither an id such as {GUIDE} '
                          f"nor the path of a program")
     try:
-        path = program(app.rpartition(".")[2])
+        path = find_program(app.rpartition(".")[2])
     except WatchError:
         path = None
     if path is None or _id_of(path) != app:
         raise WatchError(f"no application {app} is on the watch")
-    return app, path
+    return Program(app, path, True)
 
 
 def _id_of(path: pathlib.Path) -> str | None:

@@ -15,6 +15,10 @@ from qivo_watch.state import DEFAULT_NAME
 
 SIZES = [360, 390, 454]
 WAIT_PATIENCE_S = 10.0
+LAUNCH_PATIENCE_S = 30.0
+END_PATIENCE_S = 5.0
+HOLD_MS = 50
+CLICK_PAUSE_MS = 100
 
 _TIMES = "HH:MM, HH:MM:SS or YYYY-MM-DDTHH:MM[:SS]"
 
@@ -51,7 +55,7 @@ def _time(text: str) -> str:
     return text
 
 
-def _extra(text: str) -> tuple[str, str]:
+def _pair(text: str) -> tuple[str, str]:
     key, equals, value = text.partition("=")
     if not equals or not key:
         raise argparse.ArgumentTypeError(f'"{text}" is not KEY=VALUE')
@@ -80,10 +84,10 @@ class Grammar:
         self._is_replay = is_replay
         if not is_replay:
             self.parser.add_argument("--name", default=DEFAULT_NAME, help=_NAME_HELP)
-        for add in (self._start, self._launch, self._bezel, self._button, self._touch,
-                    self._swipe, self._battery, self._language, self._time, self._screenshot,
-                    self._wait, self._compare, self._record, self._log, self._play, self._status,
-                    self._stop):
+        for add in (self._start, self._launch, self._terminate, self._bezel, self._button,
+                    self._touch, self._swipe, self._battery, self._language, self._region,
+                    self._time, self._screenshot, self._wait, self._compare, self._record,
+                    self._log, self._play, self._status, self._list, self._stop):
             add()
 
     def parse(self, words: list[str]) -> argparse.Namespace:
@@ -119,8 +123,21 @@ class Grammar:
         add("app", nargs="?", default=GUIDE, metavar="APP",
             help="its id, or the path of its program (default: %(default)s)")
         add("--operation", default="", help="the operation of the request")
-        add("--extra", type=_extra, action="append", default=[], metavar="KEY=VALUE",
+        add("--extra", type=_pair, action="append", default=[], metavar="KEY=VALUE",
             help="a value of the request; repeatable")
+        add("--env", type=_pair, action="append", default=[], metavar="KEY=VALUE",
+            help="a variable of the program's environment; repeatable")
+        add("-t", "--timeout", type=_SECONDS, default=LAUNCH_PATIENCE_S, metavar="SECONDS",
+            help="how long it may take; a program that takes longer is ended "
+                 "(default: %(default)g)")
+
+    def _terminate(self) -> None:
+        add = self._add("terminate", "Ask an application to end; return when it has "
+                        "ended.").add_argument
+        add("app", nargs="?", default="", metavar="APP",
+            help="its id, or the path of its program (default: the one that was launched last)")
+        add("-t", "--timeout", type=_SECONDS, default=END_PATIENCE_S, metavar="SECONDS",
+            help="how long it may take; then it is killed (default: %(default)g)")
 
     def _bezel(self) -> None:
         add = self._add("bezel", "Turn the bezel; return when all detents are taken.").add_argument
@@ -132,9 +149,11 @@ class Grammar:
         add = self._add("button", "Press a key; return when its effect is seen.").add_argument
         add("action", choices=["click", "push", "release"])
         add("key", choices=list(KEYS))
-        add("-d", "--duration", type=_MS, default=50, metavar="MS", help="how long it is held")
-        add("-n", "--count", type=number(int, 1, 100), default=1, metavar="N", help="clicks")
-        add("-i", "--interval", type=_MS, default=100, metavar="MS", help="between two clicks")
+        add("-d", "--duration", type=_MS, metavar="MS",
+            help=f"how long a click holds it (default: {HOLD_MS})")
+        add("-n", "--count", type=number(int, 1, 100), metavar="N", help="clicks (default: 1)")
+        add("-i", "--interval", type=_MS, metavar="MS",
+            help=f"between two clicks (default: {CLICK_PAUSE_MS})")
 
     def _touch(self) -> None:
         add = self._add("touch", "Tap the screen at a place in its pixels.").add_argument
@@ -158,12 +177,22 @@ class Grammar:
         self._add("language", "Set the language.").add_argument(
             "language", metavar="LANGUAGE", help="such as ko_KR")
 
+    def _region(self) -> None:
+        self._add("region", "Set the region, whose habits dates and times follow.").add_argument(
+            "region", metavar="REGION",
+            help='such as de_DE, or "auto" for that of the language')
+
     def _time(self) -> None:
-        parser = self._add("time", "Show the watch's time, set it, let it stand or go.")
-        verbs = parser.add_subparsers(dest="action", metavar="set|freeze|thaw")
+        parser = self._add("time", "Show the watch's time, set it, let it stand or go; set its "
+                           "zone and how clocks count.")
+        verbs = parser.add_subparsers(dest="action", metavar="set|freeze|thaw|zone|hours")
         verbs.add_parser("set", help="set it").add_argument("time", type=_time, help=_TIMES)
         verbs.add_parser("freeze", help="let it stand")
         verbs.add_parser("thaw", help="let it go on")
+        verbs.add_parser("zone", help="set the time zone").add_argument(
+            "zone", metavar="ZONE", help="such as Asia/Seoul")
+        verbs.add_parser("hours", help="let clocks count to 12 or 24").add_argument(
+            "hours", type=int, choices=[12, 24])
 
     def _screenshot(self) -> None:
         add = self._add("screenshot", "Save a picture of the round screen.").add_argument
@@ -177,6 +206,8 @@ class Grammar:
             verb = verbs.add_parser(what, help=text, description=text)
             if what == "log":
                 verb.add_argument("text", metavar="TEXT")
+                verb.add_argument("--new", action="store_true",
+                                  help="pass over the lines that are there already")
             verb.add_argument("-t", "--timeout", type=_SECONDS, default=WAIT_PATIENCE_S,
                               metavar="SECONDS", help="how long at most (default: %(default)g)")
 
@@ -209,6 +240,9 @@ class Grammar:
     def _status(self) -> None:
         self._add("status", "Show the state of the watch.").add_argument(
             "--json", action="store_true", help="for programs")
+
+    def _list(self) -> None:
+        self._add("list", "List the watches that run.")
 
     def _stop(self) -> None:
         self._add("stop", "End the watch; return when nothing of it is left.")

@@ -8,6 +8,7 @@ import sys
 from qivo_watch.arguments import Grammar
 from qivo_watch.commands import Session
 from qivo_watch.errors import UsageError, WatchError
+from qivo_watch.log import printable
 
 _INTERRUPTED = 130
 
@@ -65,6 +66,6 @@ def _drop_output() -> None:
 
 
 def _complain(error: Exception | str, status: int) -> int:
-    line = " ".join(str(error).splitlines())
+    line = printable(" ".join(str(error).splitlines()))
     print(f"qivo-watch: {line}", file=sys.stderr)
     return status

@@ -1,8 +1,10 @@
 """The watch's own clock: the machine's, set apart from it, or standing."""
 
 import datetime
+import os
 import re
 import time
+import zoneinfo
 
 from qivo_watch.errors import UsageError, WatchError
 
@@ -46,9 +48,13 @@ class Clock:
             self._frozen_ms = None
 
 
-def parse_time(text: str, now_ms: int | None = None) -> int:
-    """Milliseconds since the epoch of "HH:MM", "HH:MM:SS" (today) or "YYYY-MM-DDTHH:MM[:SS]"."""
-    today = datetime.datetime.fromtimestamp((now_ms or _machine_ms()) / 1000)
+def parse_time(text: str, now_ms: int | None = None, zone: str = "") -> int:
+    """Milliseconds since the epoch of "HH:MM", "HH:MM:SS" (today) or "YYYY-MM-DDTHH:MM[:SS]".
+
+    zone: empty is this process's.
+    """
+    place = _place(zone)
+    today = datetime.datetime.fromtimestamp((now_ms or _machine_ms()) / 1000, place)
     pattern = r"(?:(\d{4})-(\d\d)-(\d\d)T)?(\d\d):(\d\d)(?::(\d\d))?"
     found = re.fullmatch(pattern, text, re.ASCII)
     if not found:
@@ -57,14 +63,37 @@ def parse_time(text: str, now_ms: int | None = None) -> int:
                                               for part in found.groups())
     try:
         moment = datetime.datetime(year or today.year, month or today.month, day or today.day,
-                                   hour, minute, second or 0)
+                                   hour, minute, second or 0, tzinfo=place)
         return round(moment.timestamp() * 1000)
     except (ValueError, OverflowError, OSError) as error:
         raise UsageError(f'"{text}" is no time: {error}') from None
 
 
-def format_time(milliseconds: int) -> str:
-    return datetime.datetime.fromtimestamp(milliseconds / 1000).isoformat(timespec="seconds")
+def format_time(milliseconds: int, zone: str = "") -> str:
+    moment = datetime.datetime.fromtimestamp(milliseconds / 1000, _place(zone))
+    return moment.replace(tzinfo=None).isoformat(timespec="seconds")
+
+
+def is_zone(name: str) -> bool:
+    """Whether it names a time zone of the machine's database."""
+    return _place(name) is not None
+
+
+def machine_zone() -> str:
+    """The name of the machine's zone: what TZ says in this process, else /etc/localtime."""
+    name = os.environ.get("TZ", "/etc/localtime").removeprefix(":")
+    if not name.startswith("/"):
+        return name or "Etc/UTC"
+    _, found, zone = os.path.realpath(name).partition("/zoneinfo/")
+    return zone if found else "Etc/UTC"
+
+
+def _place(zone: str) -> zoneinfo.ZoneInfo | None:
+    """None for what the database does not have, such as the rule CET-1CEST in TZ."""
+    try:
+        return zoneinfo.ZoneInfo(zone)
+    except (KeyError, ValueError, OSError):
+        return None
 
 
 def _machine_ms() -> int:

@@ -13,12 +13,13 @@ from typing import Any
 from Xlib.error import ConnectionClosedError, DisplayConnectionError
 
 from qivo_watch import life
+from qivo_watch.arguments import CLICK_PAUSE_MS, HOLD_MS
 from qivo_watch.client import Client
 from qivo_watch.clock import format_time, parse_time
 from qivo_watch.desktop import window_zoom
 from qivo_watch.errors import UsageError, WatchEnded, WatchError
-from qivo_watch.log import coloured, is_at_least
-from qivo_watch.state import Folder
+from qivo_watch.log import coloured, is_at_least, printable
+from qivo_watch.state import Folder, running
 
 
 class Session:
@@ -32,6 +33,7 @@ class Session:
         self._client: Client | None = None
         self._eye: Any = None
         self._picture: Any = None
+        self._updated: set[pathlib.Path] = set()
 
     @property
     def client(self) -> Client:
@@ -54,6 +56,10 @@ class Session:
     def remember_picture(self) -> None:
         """Lets `wait frame` find a change that the next command makes before it returns."""
         self._picture = self.eye().look()
+
+    def pass_log(self) -> None:
+        """Lets `wait log` pass over the lines that are there."""
+        self.log_place = self.client.log_count()
 
     def run(self, given: argparse.Namespace) -> None:
         try:
@@ -94,11 +100,18 @@ class Session:
         if given.json:
             print(json.dumps(status, indent=2))
         else:
-            print("\n".join(_described(status)))
+            print("\n".join(map(printable, _described(status))))
+
+    def do_list(self, _given: argparse.Namespace) -> None:
+        for name in running():
+            print(name)
 
     def do_launch(self, given: argparse.Namespace) -> None:
-        app = os.path.abspath(given.app) if "/" in given.app else given.app
-        self.client.call("Launch", "(ssa{ss})", app, given.operation, dict(given.extra))
+        self.client.call("Launch", "(ssa{ss}a{ss}u)", _app(given.app), given.operation,
+                         dict(given.extra), dict(given.env), round(given.timeout * 1000))
+
+    def do_terminate(self, given: argparse.Namespace) -> None:
+        self.client.call("Terminate", "(su)", _app(given.app), round(given.timeout * 1000))
 
     # Hands
 
@@ -106,8 +119,14 @@ class Session:
         self.client.call("Bezel", "(suu)", given.direction, given.count, given.interval)
 
     def do_button(self, given: argparse.Namespace) -> None:
-        self.client.call("Button", "(ssuuu)", given.action, given.key, given.duration, given.count,
-                         given.interval)
+        details = given.duration, given.count, given.interval
+        if given.action != "click" and details != (None, None, None):
+            raise UsageError(f"-d, -n and -i are for click, not for {given.action}")
+        duration, count, interval = (
+            default if detail is None else detail
+            for detail, default in zip(details, (HOLD_MS, 1, CLICK_PAUSE_MS)))
+        self.client.call("Button", "(ssuuu)", given.action, given.key, duration, count,
+                         interval)
 
     def do_touch(self, given: argparse.Namespace) -> None:
         self.client.call("Touch", "(ii)", given.x, given.y)
@@ -121,30 +140,27 @@ class Session:
     def do_battery(self, given: argparse.Namespace) -> None:
         if given.percent is None and given.state is None:
             raise UsageError("battery takes --percent, or one of --charging, --discharging, --full")
-        now = self.client.status()["battery"]
-        percent = now["percent"] if given.percent is None else given.percent
-        state = given.state or now["state"]
-        self.client.call("SetBattery", "(ds)", percent, state)
-        self._expect("Percentage", percent)
-        self._expect("Charging", state == "charging")
+        self.client.call("SetBattery", "(ds)", -1 if given.percent is None else given.percent,
+                         given.state or "")
 
     def do_language(self, given: argparse.Namespace) -> None:
         self.client.call("SetLanguage", "(s)", given.language)
 
+    def do_region(self, given: argparse.Namespace) -> None:
+        self.client.call("SetRegion", "(s)", "" if given.region == "auto" else given.region)
+
     def do_time(self, given: argparse.Namespace) -> None:
-        now = self.client.get("Time")
         if given.action is None:
-            print(format_time(now))
+            print(format_time(self.client.get("Time"), self.client.get("Zone")))
         elif given.action == "set":
-            self.client.call("SetTime", "(x)", parse_time(given.time, now))
+            self.client.call("SetTime", "(x)", parse_time(
+                given.time, self.client.get("Time"), self.client.get("Zone")))
+        elif given.action == "zone":
+            self.client.call("SetZone", "(s)", given.zone)
+        elif given.action == "hours":
+            self.client.call("SetHours", "(u)", given.hours)
         else:
             self.client.call("SetTimeFrozen", "(b)", given.action == "freeze")
-            self._expect("TimeFrozen", given.action == "freeze")
-
-    def _expect(self, name: str, wanted: Any) -> None:
-        found = self.client.get(name)
-        if found != wanted:
-            raise WatchError(f"without effect: {name} is {found}")
 
     # Eyes
 
@@ -158,20 +174,23 @@ class Session:
     def do_compare(self, given: argparse.Namespace) -> None:
         from qivo_watch import pictures  # pylint: disable=import-outside-toplevel
         file = self.here / given.file
-        if self.is_update:
+        # One that is named twice is compared with what it has just become.
+        if self.is_update and file.resolve() not in self._updated:
             pictures.save(self._round_picture(), str(file))
+            self._updated.add(file.resolve())
         else:
             pictures.compare(self._round_picture(), file, given.tolerance)
 
     def do_record(self, given: argparse.Namespace) -> None:
-        from qivo_watch.recorder import record  # pylint: disable=import-outside-toplevel
+        from qivo_watch import recorder  # pylint: disable=import-outside-toplevel
+        recorder.check_file(given.file)
         requests: list[int] = []
         for number in (signal.SIGINT, signal.SIGTERM):
             signal.signal(number, lambda request, _: requests.append(request))
 
         def is_over(seconds: float) -> bool:
             return bool(requests) or (given.duration is not None and seconds >= given.duration)
-        record(self.eye(), given.file, given.fps, is_over)
+        recorder.record(self.eye(), given.file, given.fps, is_over)
 
     def _round_picture(self) -> Any:
         from qivo_watch import pictures  # pylint: disable=import-outside-toplevel
@@ -195,6 +214,8 @@ class Session:
 
     def do_wait(self, given: argparse.Namespace) -> None:
         if given.what == "log":
+            if given.new:
+                self.pass_log()
             place = self.client.wait_log(self.log_place, lambda line: given.text in line,
                                          given.timeout)
             if place is None:
@@ -228,6 +249,10 @@ class Session:
                 else f"ended with status {end['status']}"))
 
 
+def _app(given: str) -> str:
+    return os.path.abspath(given) if "/" in given else given
+
+
 def _described(status: dict[str, Any]) -> list[str]:
     app, battery, clock = status["app"], status["battery"], status["time"]
     lines = [
@@ -235,7 +260,10 @@ def _described(status: dict[str, Any]) -> list[str]:
         f"app       {app['id'] + ' (process ' + str(app['pid']) + ')' if app else 'none'}",
         f"battery   {battery['percent']:g} %, {battery['state']}",
         f"language  {status['language']}",
+        f"region    {status['region']}",
         f"time      {clock['now']}{', stands' if clock['frozen'] else ''}",
+        f"zone      {clock['zone']}",
+        f"hours     {clock['hours'] or 'as the region counts'}",
         f"bezel     {status['bezel']} detents",
     ]
     if status["keysDown"]:

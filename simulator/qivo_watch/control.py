@@ -1,6 +1,7 @@
 """The control interface of the watch on its bus: each method answers when its effect is seen."""
 
 import json
+import re
 from typing import Any
 
 from gi.repository import Gio, GLib
@@ -16,43 +17,40 @@ PATH = "/com/velmora/QivoWatch"
 INTERFACE = "com.velmora.QivoWatch1"
 REFUSED = "com.velmora.QivoWatch.Error.Refused"
 
+VERBS = {
+    "Launch": "app:s operation:s extra:a{ss} environment:a{ss} patienceMs:u",
+    "Terminate": "app:s patienceMs:u",
+    "Bezel": "direction:s count:u intervalMs:u",
+    "Button": "action:s key:s durationMs:u count:u intervalMs:u",
+    "Touch": "x:i y:i",
+    "Swipe": "x1:i y1:i x2:i y2:i durationMs:u",
+    "SetBattery": "percent:d state:s",
+    "SetPlugged": "plugged:b",
+    "SetLanguage": "language:s",
+    "SetRegion": "region:s",
+    "SetTime": "ms:x",
+    "SetTimeFrozen": "frozen:b",
+    "SetZone": "zone:s",
+    "SetHours": "hours:u",
+    "Stop": "",
+}
+"""What a watch does, each with its arguments; SetBattery is Watch.set_battery(), and so on."""
+
+_PROPERTIES = {
+    "ScreenOn": "b", "BezelPosition": "i", "BackPressed": "b", "PowerPressed": "b",
+    "Plugged": "b", "Charging": "b", "Percentage": "d", "Language": "s", "App": "s", "Time": "x",
+    "TimeFrozen": "b", "Zone": "s",
+}
+
+
+def _method(name: str, arguments: str) -> str:
+    described = "".join('<arg name="{}" type="{}" direction="in"/>'.format(*argument.split(":"))
+                        for argument in arguments.split())
+    return f'<method name="{name}">{described}</method>'
+
+
 DESCRIPTION = f"""<node><interface name="{INTERFACE}">
-  <method name="Launch">
-    <arg name="app" type="s" direction="in"/>
-    <arg name="operation" type="s" direction="in"/>
-    <arg name="extra" type="a{{ss}}" direction="in"/>
-  </method>
-  <method name="Bezel">
-    <arg name="direction" type="s" direction="in"/>
-    <arg name="count" type="u" direction="in"/>
-    <arg name="intervalMs" type="u" direction="in"/>
-  </method>
-  <method name="Button">
-    <arg name="action" type="s" direction="in"/>
-    <arg name="key" type="s" direction="in"/>
-    <arg name="durationMs" type="u" direction="in"/>
-    <arg name="count" type="u" direction="in"/>
-    <arg name="intervalMs" type="u" direction="in"/>
-  </method>
-  <method name="Touch">
-    <arg name="x" type="i" direction="in"/>
-    <arg name="y" type="i" direction="in"/>
-  </method>
-  <method name="Swipe">
-    <arg name="x1" type="i" direction="in"/>
-    <arg name="y1" type="i" direction="in"/>
-    <arg name="x2" type="i" direction="in"/>
-    <arg name="y2" type="i" direction="in"/>
-    <arg name="durationMs" type="u" direction="in"/>
-  </method>
-  <method name="SetBattery">
-    <arg name="percent" type="d" direction="in"/>
-    <arg name="state" type="s" direction="in"/>
-  </method>
-  <method name="SetPlugged"><arg name="plugged" type="b" direction="in"/></method>
-  <method name="SetLanguage"><arg name="language" type="s" direction="in"/></method>
-  <method name="SetTime"><arg name="ms" type="x" direction="in"/></method>
-  <method name="SetTimeFrozen"><arg name="frozen" type="b" direction="in"/></method>
+  {"".join(_method(*verb) for verb in VERBS.items())}
   <method name="ReadLog">
     <arg name="start" type="t" direction="in"/>
     <arg name="count" type="t" direction="out"/>
@@ -60,19 +58,9 @@ DESCRIPTION = f"""<node><interface name="{INTERFACE}">
     <arg name="lines" type="as" direction="out"/>
   </method>
   <method name="Status"><arg name="json" type="s" direction="out"/></method>
-  <method name="Stop"/>
   <signal name="LogGrown"><arg name="count" type="t"/></signal>
-  <property name="ScreenOn" type="b" access="read"/>
-  <property name="BezelPosition" type="i" access="read"/>
-  <property name="BackPressed" type="b" access="read"/>
-  <property name="PowerPressed" type="b" access="read"/>
-  <property name="Plugged" type="b" access="read"/>
-  <property name="Charging" type="b" access="read"/>
-  <property name="Percentage" type="d" access="read"/>
-  <property name="Language" type="s" access="read"/>
-  <property name="App" type="s" access="read"/>
-  <property name="Time" type="x" access="read"/>
-  <property name="TimeFrozen" type="b" access="read"/>
+  {"".join(f'<property name="{name}" type="{kind}" access="read"/>'
+           for name, kind in _PROPERTIES.items())}
 </interface></node>"""
 
 
@@ -82,6 +70,7 @@ class Control:
     def __init__(self, connection: Gio.DBusConnection, watch: Watch, tasks: Tasks):
         self._watch = watch
         self._tasks = tasks
+        self._works = {verb: getattr(watch, _snake_case(verb)) for verb in VERBS}
         self.object = BusObject(connection, PATH, DESCRIPTION, watch.properties(), self._on_call)
         self._connection = connection
 
@@ -99,19 +88,18 @@ class Control:
         self._tasks.run(self._work(method, arguments), done, owner)
 
     def _work(self, method: str, arguments: tuple) -> Work:
-        watch = self._watch
-        works = {
-            "Launch": watch.launch, "Bezel": watch.bezel, "Button": watch.button,
-            "Touch": watch.touch, "Swipe": watch.swipe, "SetBattery": watch.set_battery,
-            "SetPlugged": watch.set_plugged, "SetLanguage": watch.set_language,
-            "SetTime": watch.set_time, "SetTimeFrozen": watch.set_time_frozen, "Stop": watch.stop,
-        }
-        if method in works:
-            yield from works[method](*arguments)
+        if method in self._works:
+            yield from self._works[method](*arguments)
             return None
         if method == "ReadLog":
-            return GLib.Variant("(ttas)", watch.log.read(*arguments))
-        return GLib.Variant("(s)", (json.dumps(watch.status()),))
+            return GLib.Variant("(ttas)", self._watch.log.read(*arguments))
+        if method == "Status":
+            return GLib.Variant("(s)", (json.dumps(self._watch.status()),))
+        raise WatchError(f"a watch has no {method}")
+
+
+def _snake_case(name: str) -> str:
+    return re.sub(r"(?<=[a-z])(?=[A-Z])", "_", name).lower()
 
 
 def _line_of(error: Exception) -> str:

@@ -23,7 +23,7 @@ from qivo_watch.log import Log
 from qivo_watch.parts import LABELS, PATIENCE_S, Parts
 from qivo_watch.processes import OPTIONS_VARIABLE
 from qivo_watch.screen import Screen
-from qivo_watch.services import Battery, Language, TimeZone
+from qivo_watch.services import Battery, ClockFormat, Locale, TimeZone
 from qivo_watch.settle import Settler
 from qivo_watch.state import DEFAULT_NAME, Folder
 from qivo_watch.tasks import Tasks, Until, Work
@@ -120,10 +120,11 @@ class Keeper:
         watch.hand = Hand(watch.screen.display)
         watch.settler = Settler(connection, watch.screen, self._on_news)
         watch.battery = Battery(connection, options["percent"], options["battery"])
-        watch.language = Language(connection, options["language"])
+        watch.locale = Locale(connection, options["language"])
+        watch.clock_format = ClockFormat(connection)
         if options["at"]:
             watch.clock.set(parse_time(options["at"]))
-        TimeZone(connection, lambda: watch.clock.now_ms() * 1000)
+        watch.zone = TimeZone(connection, lambda: watch.clock.now_ms() * 1000)
         self._control = Control(connection, watch, self._tasks)
         watch.object = self._control.object
         self._control.open()

@@ -139,9 +139,13 @@ def make_round(picture: Image.Image, mask: Image.Image) -> Image.Image:
 
 
 def save(picture: Image.Image, file: str) -> None:
+    """Writes beside the file first: a full disk leaves what was there."""
+    part = pathlib.Path(f"{file}.part")
     try:
-        picture.save(file, "PNG")
+        picture.save(part, "PNG")
+        os.replace(part, file)
     except OSError as problem:
+        part.unlink(missing_ok=True)
         raise WatchError(f'cannot write "{file}": {problem.strerror or problem}') from None
 
 

@@ -1,6 +1,7 @@
 """A run of the watch as an animated picture; ffmpeg does the work."""
 
 import contextlib
+import errno
 import os
 import pathlib
 import queue
@@ -31,19 +32,32 @@ MOST_WAITING = 200
 
 
 def check_file(file: str) -> None:
+    """Fails for a file that cannot be written, before anything is recorded."""
     if pathlib.Path(file).suffix.lower() not in FORMATS:
         raise UsageError(f'"{file}" is of no kind that can be recorded ({" ".join(FORMATS)})')
+    part = _part_of(file)
+    try:
+        if os.path.isdir(file):
+            raise IsADirectoryError(errno.EISDIR, os.strerror(errno.EISDIR))
+        part.touch()
+        part.unlink()
+    except OSError as error:
+        raise WatchError(f'cannot record "{file}": {error.strerror}') from None
+
+
+def _part_of(file: str) -> pathlib.Path:
+    """Where the encoder writes, until all is there."""
+    return pathlib.Path(f"{file}.part")
 
 
 def record(eye: Eye, file: str, rate: int, is_over: Callable[[float], bool]) -> None:
     """Records until is_over(SECONDS SO FAR), asked between two frames; the file is there then."""
-    check_file(file)
     if not shutil.which("ffmpeg"):
         raise WatchError("ffmpeg is not installed (package ffmpeg)")
-    part = f"{file}.part"
+    part = _part_of(file)
     command = ["ffmpeg", "-v", "error", "-y", "-f", "rawvideo", "-pix_fmt", "rgba",
                "-s", f"{eye.size}x{eye.size}", "-r", str(rate), "-i", "-",
-               *FORMATS[pathlib.Path(file).suffix.lower()], part]
+               *FORMATS[pathlib.Path(file).suffix.lower()], str(part)]
     # Ctrl-C is for the recording, which then ends in order, and ffmpeg with it.
     with subprocess.Popen(command, stdin=subprocess.PIPE, stderr=subprocess.PIPE,
                           start_new_session=True) as encoder:
@@ -53,13 +67,13 @@ def record(eye: Eye, file: str, rate: int, is_over: Callable[[float], bool]) -> 
         finally:
             _, complaint = encoder.communicate(timeout=END_PATIENCE_S)
     if encoder.returncode != 0:
-        pathlib.Path(part).unlink(missing_ok=True)
+        part.unlink(missing_ok=True)
         lines = complaint.decode("utf-8", "replace").strip().splitlines() or ["ffmpeg failed"]
         raise WatchError(f'cannot record "{file}": {lines[-1]}')
     try:
         os.replace(part, file)
     except OSError as error:
-        pathlib.Path(part).unlink(missing_ok=True)
+        part.unlink(missing_ok=True)
         raise WatchError(f'cannot record "{file}": {error.strerror}') from None
 
 

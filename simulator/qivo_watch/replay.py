@@ -8,15 +8,20 @@ import argparse
 import contextlib
 import pathlib
 import shlex
+import unicodedata
 from typing import NamedTuple
 
+from qivo_watch import life
 from qivo_watch.arguments import Grammar
 from qivo_watch.commands import Session
 from qivo_watch.errors import UsageError, WatchError
 from qivo_watch.recorder import Recording, check_file
 
+MOST_BYTES = 1 << 20
+LONGEST_LINE = 8192
 _END_RECORD = ["record", "stop"]
-_WITHOUT_PICTURE = {"start", "stop", "wait", "status", "log"}
+_WITHOUT_PICTURE = {"start", "stop", "wait", "status", "log", "list"}
+_WITHOUT_WATCH = {"start", "list"}
 
 
 class Step(NamedTuple):
@@ -28,21 +33,40 @@ class Step(NamedTuple):
 
 
 def read(file: pathlib.Path) -> list[Step]:
-    try:
-        text = file.read_text(encoding="utf-8")
-    except (OSError, UnicodeDecodeError) as error:
-        reason = getattr(error, "strerror", None) or "it is not UTF-8"
-        raise UsageError(f'cannot read "{file}": {reason}') from None
     grammar = Grammar(is_replay=True)
     steps = []
-    for number, line in enumerate(text.splitlines(), 1):
+    for number, line in enumerate(_read_text(file).split("\n"), 1):
         try:
-            words = shlex.split(line, comments=True)
+            words = _split(line.removesuffix("\r"))
             if words:
                 steps.append(Step(number, words, _parse(grammar, words)))
         except (UsageError, ValueError) as error:
             raise UsageError(f"{file}:{number}: {error}") from None
+        except WatchError as error:
+            raise WatchError(f"{file}:{number}: {error}") from None
     return steps
+
+
+def _read_text(file: pathlib.Path) -> str:
+    try:
+        with file.open("rb") as opened:
+            content = opened.read(MOST_BYTES + 1)
+        if len(content) > MOST_BYTES:
+            raise UsageError(f'"{file}" is longer than {MOST_BYTES} bytes')
+        return content.decode()
+    except (OSError, UnicodeDecodeError) as error:
+        reason = getattr(error, "strerror", None) or "it is not UTF-8"
+        raise UsageError(f'cannot read "{file}": {reason}') from None
+
+
+def _split(line: str) -> list[str]:
+    if len(line) > LONGEST_LINE:
+        raise UsageError(f"the line is longer than {LONGEST_LINE} characters")
+    # Some editors end a line at these, and so hide or show another command than the one here.
+    for letter in line:
+        if unicodedata.category(letter) in ("Cc", "Zl", "Zp") and letter != "\t":
+            raise UsageError(f"U+{ord(letter):04X} is no character for a replay")
+    return shlex.split(line, comments=True)
 
 
 def _parse(grammar: Grammar, words: list[str]) -> argparse.Namespace | None:
@@ -59,15 +83,19 @@ def _parse(grammar: Grammar, words: list[str]) -> argparse.Namespace | None:
 
 
 def play(file: pathlib.Path, name: str, is_update: bool) -> None:
-    """Carries out a replay; the first command that fails ends it."""
+    """Carries out a replay; the first command that fails ends it, and the watch that it started."""
     steps = read(file)
     with contextlib.closing(_Player(file, name, is_update)) as player:
         for step in steps:
             try:
                 player.take(step)
             except (WatchError, UsageError) as error:
+                player.give_up()
                 raise WatchError(
                     f"{file}:{step.line}: {shlex.join(step.words)}: {error}") from None
+            except BaseException:
+                player.give_up()
+                raise
 
 
 class _Player:
@@ -78,6 +106,7 @@ class _Player:
         self._session.is_update = is_update
         self._recording: Recording | None = None
         self._has_begun = False
+        self._has_started = False
 
     def take(self, step: Step) -> None:
         if step.given is None:
@@ -89,6 +118,15 @@ class _Player:
         else:
             self._begin(step.given.verb)
             self._session.run(step.given)
+            self._end(step.given.verb)
+
+    def give_up(self) -> None:
+        """Ends the watch that the replay has started."""
+        if self._has_started:
+            with contextlib.suppress(WatchError):
+                self._begin("stop")
+            with contextlib.suppress(WatchError):
+                life.stop(self._session.folder)
 
     def close(self) -> None:
         try:
@@ -100,12 +138,19 @@ class _Player:
     def _begin(self, verb: str) -> None:
         if verb == "stop" and self._recording:
             self._end_recording()
-        if not self._has_begun and verb != "start":
+        if not self._has_begun and verb not in _WITHOUT_WATCH:
             # Lines that were there before do not count for the replay's waits.
-            self._session.log_place = self._session.client.log_count()
-        self._has_begun = True
+            self._session.pass_log()
+            self._has_begun = True
         if verb not in _WITHOUT_PICTURE:
             self._session.remember_picture()
+
+    def _end(self, verb: str) -> None:
+        if verb == "start":
+            self._session.log_place = 0
+            self._has_begun = True
+        if verb in ("start", "stop"):
+            self._has_started = verb == "start"
 
     def _record(self, given: argparse.Namespace) -> None:
         if self._recording:

@@ -173,6 +173,13 @@ class Folder:
             self._base.rmdir()
 
 
+def running() -> list[str]:
+    """The names of the watches that run."""
+    base = _base()
+    names = sorted(path.name for path in base.iterdir() if path.is_dir()) if base.is_dir() else []
+    return [name for name in names if Folder(name).is_held()]
+
+
 def _base() -> pathlib.Path:
     """The folder of all watches of this user, which need not be there."""
     runtime = os.environ.get("XDG_RUNTIME_DIR")

@@ -1,35 +1,36 @@
-"""What the watch does as a watch: its keys, screen, bezel, battery, language, clock, applications.
+"""What the watch does as a watch: its keys, screen, bezel, settings, clock, applications.
 
 Each verb is a generator for Tasks, refuses what cannot be, and returns when its effect is seen.
 """
 
 import contextlib
+import pathlib
+from signal import SIGTERM
 from typing import Any, Iterator
 
-from qivo_watch.apps import App, locate, request_arguments
+from qivo_watch.apps import App, Program, locate, request_arguments
 from qivo_watch.bus import BusObject
-from qivo_watch.clock import Clock, format_time
+from qivo_watch.clock import Clock, format_time, machine_zone
 from qivo_watch.errors import WatchError
 from qivo_watch.inject import KEYS, WHEEL, Hand
 from qivo_watch.log import Log
-from qivo_watch.processes import end_of
+from qivo_watch.processes import STATE_VARIABLE, end_of
 from qivo_watch.screen import Screen
-from qivo_watch.services import Battery, Language
+from qivo_watch.services import Battery, ClockFormat, Locale, TimeZone
 from qivo_watch.settle import Settler
 from qivo_watch.tasks import Pause, Until, Work
 
 PATIENCE_S = 10.0
 """Seconds for an effect to be seen; a sanitized application on a busy machine is slow."""
 
-LAUNCH_PATIENCE_S = 30.0
-
 END_PATIENCE_S = 3.0
-"""Seconds that an application gets to end by itself when the watch is stopped."""
+"""Seconds that an application gets to end by itself before it is killed."""
 
 FINGER_STEP_MS = 10
 MOST_DETENTS = 1000
 MOST_CLICKS = 100
 LONGEST_MS = 60_000
+LONGEST_PATIENCE_MS = 3_600_000
 
 
 class Watch:
@@ -39,7 +40,9 @@ class Watch:
     hand: Hand
     settler: Settler
     battery: Battery
-    language: Language
+    locale: Locale
+    clock_format: ClockFormat
+    zone: TimeZone
     object: BusObject
 
     def __init__(self, options: dict[str, Any], environment: dict[str, str], log: Log, on_news,
@@ -52,6 +55,7 @@ class Watch:
         self.is_on = True
         self.bezel_position = 0
         self.pressed = {name: False for name in KEYS}
+        self.is_touched = False
         self.apps: list[App] = []
         self.last_end: dict[str, Any] | None = None
         self.facts: dict[str, Any] = {}
@@ -74,31 +78,94 @@ class Watch:
                              "signal": max(-status, 0)}
             self._tell_app()
 
-    def launch(self, name: str, operation: str, extra: dict[str, str]) -> Work:
-        app_id, program = locate(name)
+    def launch(self, name: str, operation: str, extra: dict[str, str],
+               environment: dict[str, str], patience_ms: int) -> Work:
+        _within("patience", patience_ms, 0, LONGEST_PATIENCE_MS)
+        if STATE_VARIABLE in environment:
+            raise WatchError(f"{STATE_VARIABLE} is the watch's own")
+        program = self._find_program(name)
         self._need_screen()
         before = self.app
-        command = [str(program), *request_arguments(operation, extra)]
-        environment = self.environment | {"LANG": self.language.name}
-        app = App(app_id, command, environment, self.log, self._on_news)
-        if any(known.name == app_id for known in self.apps):
-            yield from self._hand_over(app)
-            return
+        first = next((app for app in self.apps if app.program.is_same(program)), None)
+        if first and not program.has_id:
+            raise WatchError(f"{program.name} runs already, and takes no request: "
+                             "it has no application id")
+        if first and environment:
+            raise WatchError(f"{program.name} runs already: its environment stays as it is")
+        app = App(program, request_arguments(operation, extra),
+                  self.environment | self._settings() | environment, self.log, self._on_news)
+        try:
+            yield from (self._hand_over if first else self._show)(app, patience_ms / 1000)
+            if not first and before:
+                yield from self.settler.settle(before)
+        except WatchError:
+            yield from self._end_apps([app], END_PATIENCE_S)
+            raise
+        except GeneratorExit:
+            app.kill()
+            raise
+
+    def _find_program(self, name: str) -> Program:
+        """Of an id that runs, the program is the one that runs, wherever it lies."""
+        return next((app.program for app in self.apps if app.program.has_id and app.name == name),
+                    None) or locate(name)
+
+    def _settings(self) -> dict[str, str]:
+        """The settings as an application reads them before a service has answered."""
+        region = {"LC_TIME": self.locale.region} if self.locale.has_region else {}
+        zone = {"TZ": self.zone.chosen} if self.zone.chosen else {}
+        return {"LANG": self.locale.language} | region | zone
+
+    def _show(self, app: App, patience_s: float) -> Work:
         self.apps.append(app)
         self._tell_app()
-        yield Until(lambda: app.has_frame or not app.is_running, LAUNCH_PATIENCE_S,
-                    f"{app_id} has drawn nothing within {LAUNCH_PATIENCE_S:g} s")
+        yield Until(lambda: app.has_frame or not app.is_running, patience_s,
+                    f"{app.name} has told of no first frame within {patience_s:g} s")
         if not app.has_frame:
-            raise WatchError(f"{app_id} {end_of(app.status or 0)} before it had drawn anything")
-        if before:
-            yield from self.settler.settle(before)
+            raise WatchError(f"{app.name} {end_of(app.status or 0)} before it had drawn anything")
 
-    def _hand_over(self, second: App) -> Work:
+    def _hand_over(self, second: App, patience_s: float) -> Work:
         """A second process of an application hands its request to the first, and ends."""
-        yield Until(lambda: not second.is_running, LAUNCH_PATIENCE_S,
-                    f"{second.name} runs, and takes no request")
-        if second.status:
-            raise WatchError(f"{second.name} runs, and has not taken the request")
+        complaint = f"{second.name} runs, and has not taken the request"
+        yield Until(lambda: second.has_frame or not second.is_running, patience_s, complaint)
+        if second.status != 0:
+            raise WatchError(complaint)
+
+    def terminate(self, name: str, patience_ms: int) -> Work:
+        """NAME is empty for the application that was started last."""
+        _within("patience", patience_ms, 0, LONGEST_PATIENCE_MS)
+        app = self._find_app(name)
+        if (yield from self._end_apps([app], patience_ms / 1000)):
+            raise WatchError(f"{app.name} has not ended within {patience_ms / 1000:g} s, "
+                             "and was killed")
+        if app.status not in (0, -SIGTERM):
+            raise WatchError(f"{app.name} {end_of(app.status or 0)}")
+        yield from self.settler.settle(self.app)
+
+    def _find_app(self, name: str) -> App:
+        if not self.apps:
+            raise WatchError("no application runs")
+        if not name:
+            return self.apps[-1]
+        path = pathlib.Path(name).resolve() if "/" in name else None
+        for app in reversed(self.apps):
+            if app.program.path.resolve() == path or app.name == name:
+                return app
+        raise WatchError(f"no application {name} runs")
+
+    def _end_apps(self, apps: list[App], patience_s: float) -> Work:
+        """Asks them to end, and kills those that do not in time; returns whether it had to."""
+        for app in apps:
+            app.ask_to_end()
+        gone = Until(lambda: not any(app.is_running for app in apps), patience_s, "")
+        try:
+            yield gone
+        except WatchError:
+            for app in apps:
+                app.kill()
+            yield Until(gone.condition, END_PATIENCE_S, "an application does not end")
+            return True
+        return False
 
     def _tell_app(self) -> None:
         self.object.set(App=self.app.name if self.app else "")
@@ -202,17 +269,24 @@ class Watch:
             self._need_on_screen(x, y)
         _within("duration", duration, 0, LONGEST_MS)
         self._need_screen()
+        if self.is_touched:
+            raise WatchError("a finger is on the screen already")
         app = self.app
+        self.is_touched = True
         self.hand.move(x1, y1)
         self.hand.finger(True)
         try:
             steps = duration // FINGER_STEP_MS
             for step in range(1, steps + 1):
                 yield Pause(FINGER_STEP_MS)
+                self._need_screen()
+                if app and not app.is_running:
+                    raise WatchError(f"{app.name} {end_of(app.status or 0)} during the swipe")
                 self.hand.move(x1 + (x2 - x1) * step // steps, y1 + (y2 - y1) * step // steps)
             self.hand.move(x2, y2)
         finally:
             self.hand.finger(False)
+            self.is_touched = False
         yield from self.settler.settle(app)
 
     def _need_on_screen(self, x: int, y: int) -> None:
@@ -223,19 +297,35 @@ class Watch:
     # Services
 
     def set_battery(self, percent: float, state: str) -> Work:
-        self.battery.set(percent, state)
-        self.object.set(Plugged=self.battery.is_plugged, Charging=state == "charging",
-                        Percentage=percent)
-        yield from self.settler.settle_services()
+        """A percentage of -1 and an empty state stay as they are."""
+        self.battery.set(self.battery.percent if percent == -1 else percent,
+                         state or self.battery.state)
+        self.object.set(Plugged=self.battery.is_plugged,
+                        Charging=self.battery.state == "charging",
+                        Percentage=self.battery.percent)
+        yield from self._settle_services()
 
     def set_plugged(self, is_plugged: bool) -> Work:
         state = "charging" if is_plugged else "discharging"
-        yield from self.set_battery(self.battery.percent, state)
+        yield from self.set_battery(-1, state)
 
     def set_language(self, name: str) -> Work:
-        self.language.set(name)
-        self.object.set(Language=self.language.name)
-        yield from self.settler.settle_services()
+        self.locale.set_language(name)
+        self.object.set(Language=self.locale.language)
+        yield from self._settle_services()
+
+    def set_region(self, name: str) -> Work:
+        self.locale.set_region(name)
+        yield from self._settle_services()
+
+    def set_hours(self, hours: int) -> Work:
+        self.clock_format.set(hours)
+        yield from self._settle_services()
+
+    def set_zone(self, name: str) -> Work:
+        self.zone.set(name)
+        self.object.set(Zone=name)
+        yield from self._settle_services()
 
     def set_time(self, milliseconds: int) -> Work:
         self.clock.set(milliseconds)
@@ -252,19 +342,18 @@ class Watch:
 
     def _tell_time(self) -> Work:
         self.object.tell(Time=self.clock.now_ms(), TimeFrozen=self.clock.is_frozen)
+        yield from self._settle_services()
+
+    def _settle_services(self) -> Work:
         yield from self.settler.settle_services()
+        for app in list(self.apps):
+            yield from self.settler.settle(app)
 
     # The whole
 
     def stop(self) -> Work:
         """Ends the applications as a watch does; the rest ends with the keeper."""
-        for app in list(self.apps):
-            app.ask_to_end()
-        try:
-            yield Until(lambda: not self.apps, END_PATIENCE_S, "an application does not end")
-        except WatchError:
-            for app in list(self.apps):
-                app.kill()
+        yield from self._end_apps(list(self.apps), END_PATIENCE_S)
         self._on_stop()
 
     def properties(self) -> dict[str, Any]:
@@ -272,8 +361,8 @@ class Watch:
         return {"ScreenOn": True, "BezelPosition": 0, "BackPressed": False, "PowerPressed": False,
                 "Plugged": self.battery.is_plugged,
                 "Charging": self.battery.state == "charging", "Percentage": self.battery.percent,
-                "Language": self.language.name, "App": "", "Time": self.clock.now_ms,
-                "TimeFrozen": False}
+                "Language": self.locale.language, "App": "", "Time": self.clock.now_ms,
+                "TimeFrozen": False, "Zone": ""}
 
     def status(self) -> dict[str, Any]:
         """What `status --json` shows; docs/watch.md describes it."""
@@ -285,8 +374,12 @@ class Watch:
             "app": {"id": app.name, "pid": app.pid} if app else None,
             "lastEnd": self.last_end,
             "battery": {"percent": self.battery.percent, "state": self.battery.state},
-            "language": self.language.name,
-            "time": {"now": format_time(self.clock.now_ms()), "frozen": self.clock.is_frozen},
+            "language": self.locale.language,
+            "region": self.locale.region,
+            "time": {"now": format_time(self.clock.now_ms(), self.zone.chosen),
+                     "frozen": self.clock.is_frozen,
+                     "zone": self.zone.chosen or machine_zone(),
+                     "hours": self.clock_format.hours},
             "bezel": self.bezel_position,
             "keysDown": [name for name, is_down in self.pressed.items() if is_down],
         }

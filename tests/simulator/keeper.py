@@ -16,7 +16,7 @@ _BUTTON = f"""self.Set("{MAIN_IFACE}", args[1].capitalize() + "Pressed",
 
 def load(mock, parameters):
     for name, signature, effect in (
-            ("Launch", "ssa{ss}", ""), ("Stop", "", ""),
+            ("Launch", "ssa{ss}a{ss}u", ""), ("Stop", "", ""),
             ("Bezel", "suu", _BEZEL), ("Button", "ssuuu", _BUTTON),
             ("SetPlugged", "b", _SET % ("Plugged", "dbus.Boolean(args[0])"))):
         mock.AddMethod(MAIN_IFACE, name, signature, "", effect)
@@ -24,5 +24,5 @@ def load(mock, parameters):
             ("ScreenOn", True), ("BezelPosition", dbus.Int32(0)), ("BackPressed", False),
             ("PowerPressed", False), ("Plugged", False), ("Charging", False), ("Percentage", 82.0),
             ("Language", "en_US.UTF-8"), ("App", ""), ("Time", dbus.Int64(parameters["Time"])),
-            ("TimeFrozen", bool(parameters["TimeFrozen"]))):
+            ("TimeFrozen", bool(parameters["TimeFrozen"])), ("Zone", "")):
         mock.AddProperty(MAIN_IFACE, name, value)

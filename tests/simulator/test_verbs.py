@@ -7,36 +7,8 @@ import subprocess
 import pytest
 from PIL import Image
 
-from simulator.desk import BUILD, GUIDE, Desk
+from simulator.desk import BUILD, GUIDE
 from support.bus import wait_until
-
-
-@pytest.fixture(scope="module", name="running")
-def _running():
-    with Desk() as desk:
-        desk.do("start", "--headless")
-        yield desk
-
-
-@pytest.fixture(name="desk")
-def _desk(running):
-    """A watch that shows its home face, awake, on its battery, in English."""
-    yield running
-    left = running.status()
-    for key in left["keysDown"]:
-        running.run("button", "release", key)
-    if left["keysDown"]:
-        left = running.status()
-    if left["screen"] == "off":
-        running.do("button", "click", "power")
-    if left["app"]:
-        running.do("button", "click", "back")
-    if left["battery"] != {"percent": 80, "state": "discharging"}:
-        running.do("battery", "--percent", "80", "--discharging")
-    if left["language"] != "en_US.UTF-8":
-        running.do("language", "en_US")
-    if left["time"]["frozen"]:
-        running.do("time", "thaw")
 
 
 @pytest.fixture(name="call")
@@ -68,49 +40,6 @@ def differ(one, other):
 def launch(desk):
     desk.do("launch")
     desk.do("wait", "still")
-
-
-def test_launch_returns_when_the_page_is_drawn(desk, tmp_path):
-    home = screenshot(desk, tmp_path)
-    desk.do("launch")
-    assert desk.status()["app"]["id"] == GUIDE
-    assert differ(home, screenshot(desk, tmp_path))
-
-
-def test_launch_hands_a_request_to_the_application_that_runs(desk):
-    desk.do("launch")
-    pid = desk.status()["app"]["pid"]
-    desk.do("launch", GUIDE, "--operation", "show", "--extra", "card=1")
-    assert desk.status()["app"]["pid"] == pid
-    desk.do("wait", "log", "operation:[show]")
-
-
-def test_launch_takes_the_path_of_a_program(desk):
-    desk.do("launch", BUILD / "qivo-ui" / "qivo-guide-app")
-    assert desk.status()["app"]["id"] == GUIDE
-
-
-@pytest.mark.parametrize("app, complaint", [
-    ("org.example.Nothing", "no application org.example.Nothing is on the watch"),
-    ("nothing", '"nothing" is no application'),
-    ("./nothing", "is no program"),
-])
-def test_launch_refuses_what_is_not_there(desk, app, complaint):
-    assert complaint in desk.refused("launch", app)
-    assert desk.status()["app"] is None
-
-
-def test_launch_tells_of_an_application_that_ends_before_it_draws(desk):
-    assert "false ended with status 1 before it had drawn anything" in desk.refused(
-        "launch", "/bin/false")
-
-
-def test_launch_tells_of_a_program_whose_interpreter_is_missing(desk, tmp_path):
-    program = tmp_path / "orphan"
-    program.write_text("#!/nowhere/interpreter\n", encoding="utf-8")
-    program.chmod(0o700)
-    assert "orphan ended with status 127 before" in desk.refused("launch", program)
-    assert "No such file or directory" in desk.do("log")
 
 
 def test_the_bezel_turns_the_page_detent_by_detent(desk, tmp_path):
@@ -325,13 +254,6 @@ def test_a_recording_that_cannot_be_written_is_told_without_being_stopped(desk, 
     words = ["-d", "0.1"] if place == "folder.gif" else []
     assert "cannot record" in desk.refused("record", tmp_path / place, *words)
     assert [path.name for path in tmp_path.rglob("*")] == ["folder.gif"]
-
-
-def test_a_line_of_an_application_that_does_not_end_is_cut(desk, tmp_path):
-    program = tmp_path / "endless"
-    program.write_text("#!/bin/sh\nexec head -c 50000000 /dev/zero\n", encoding="utf-8")
-    program.chmod(0o700)
-    assert "endless ended with status 0 before" in desk.refused("launch", program)
 
 
 def test_a_recording_of_an_unknown_kind_is_refused(desk, tmp_path):

@@ -25,12 +25,11 @@ PASSWORD_LENGTH = 8
 """The VNC protocol looks at no more, and less is guessed soon."""
 
 BRIDGE_FILES = 128
-"""Descriptors for the bridge, which takes one for each connection. They are far fewer than the
+"""Descriptors for the bridge, which takes two for each connection. They are far fewer than the
 1024 of the VNC server, which dies when they are used up."""
 
 LOOK_MS = 20
 """Milliseconds from one look whether the VNC server listens to the next."""
-
 
 _ACCEPTS = 1 << 16
 """The flag of a listening socket in /proc/net/unix."""
@@ -110,9 +109,11 @@ def read_password(file: str) -> str:
 
 def _is_listening(path: pathlib.Path) -> bool:
     """Whether a server accepts connections there; connecting would make the server talk."""
-    fields = [line.split() for line in pathlib.Path("/proc/net/unix").read_text().splitlines()]
-    return any(field[-1] == str(path) and int(field[3], 16) & _ACCEPTS
-               for field in fields[1:])
+    for line in pathlib.Path("/proc/net/unix").read_bytes().splitlines()[1:]:
+        fields = line.split(maxsplit=7)
+        if fields[7:] == [os.fsencode(path)] and int(fields[3], 16) & _ACCEPTS:
+            return True
+    return False
 
 
 def _fresh_password() -> str:

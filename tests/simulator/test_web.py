@@ -12,6 +12,7 @@ from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.by import By
+from selenium.webdriver.common.keys import Keys
 from selenium.webdriver.common.actions.wheel_input import ScrollOrigin
 
 from simulator.desk import Desk
@@ -51,7 +52,7 @@ def _browser(tmp_path):
     browser.quit()
 
 
-def test_a_browser_sees_the_page_and_scrolls_it(desk, browser):
+def test_a_browser_sees_the_page_scrolls_it_and_leaves_it(desk, browser):
     address = desk.do("start", "--web").strip()
     desk.do("launch")
     desk.do("wait", "still")
@@ -63,6 +64,9 @@ def test_a_browser_sees_the_page_and_scrolls_it(desk, browser):
     ActionChains(browser).scroll_from_origin(origin, 0, 400).perform()
     wait_until(lambda: desk.status()["bezel"] > 0, "the bezel turned by the browser's wheel")
     wait_until(lambda: browser.execute_script(TOP_OF_SCREEN) != top, "the scrolled page")
+    browser.execute_script("arguments[0].focus()", canvas)
+    ActionChains(browser).send_keys(Keys.ESCAPE).perform()
+    wait_until(lambda: desk.status()["app"] is None, "the application left by the browser's key")
 
 
 def listening_ports(desk):

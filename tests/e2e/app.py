@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import re
 import subprocess
 import threading
 
@@ -50,6 +51,11 @@ class App:
             self._next = self._find(texts)
             return self.log[self._next - 1]
 
+    def wait_log_or_end(self, text, seconds):
+        """Waits for a line that holds the text, for the process's end, and no longer than that."""
+        with self._news:
+            self._news.wait_for(lambda: self.has(text) or self._ended, seconds)
+
     def rewind(self):
         """Lets wait_log() look again from the first line."""
         self._next = 0
@@ -68,6 +74,14 @@ class App:
 
     def has(self, text):
         return any(text in line for line in self.log)
+
+    def count(self, text):
+        return sum(text in line for line in self.log)
+
+    def peak_of_addresses(self):
+        """The most bytes of addresses that the process has had."""
+        status = pathlib.Path(f"/proc/{self._process.pid}/status").read_text()
+        return int(re.search(r"VmPeak:\s*(\d+) kB", status)[1]) * 1024
 
     def tail(self):
         return "\n".join(self.log[-40:])

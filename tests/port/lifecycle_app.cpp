@@ -2,6 +2,7 @@
 // standard input. LIFECYCLE holds what its callbacks do besides, such as "create:exit,pause:throw".
 
 #include "AppTalk.h"
+#include "harness/Allocations.h"
 
 #include <Ecore_X.h>
 #include <Elementary.h>
@@ -10,11 +11,14 @@
 #include <csignal>
 #include <cstdlib>
 #include <device/callback.h>
+#include <fstream>
 #include <functional>
 #include <libintl.h>
 #include <map>
+#include <new>
 #include <stdexcept>
 #include <string>
+#include <sys/resource.h>
 #include <system_settings.h>
 #include <unistd.h>
 
@@ -37,8 +41,42 @@ int RunWithin()
     return ui_app_main(1, arguments, &callbacks, nullptr);
 }
 
+// As the watch's applications do: they ask for the exit and return.
+void SetHandler()
+{
+    std::set_new_handler(
+        []
+        {
+            const Allocations::Pause pause;
+            Say("no memory");
+            ui_app_exit();
+        });
+}
+
+// From now on there is no memory for anything.
+void Exhaust()
+{
+    Allocations::Exhaust();
+    ::operator delete(::operator new(1));
+}
+
+// For one allocation there is no memory but what the way out gives back.
+void RunShort()
+{
+    std::ifstream sizes("/proc/self/statm");
+    rlim_t pages = 0;
+    sizes >> pages;
+    const rlim_t size = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE));
+    const rlimit most = {size, size};
+    setrlimit(RLIMIT_AS, &most);
+    constexpr size_t kMoreThanIsFree = 900 << 10;
+    ::operator delete(::operator new(kMoreThanIsFree));
+}
+
 void Act(const std::string& callback)
 {
+    if (Does(callback + ":exhaust"))
+        Exhaust();
     if (Does(callback + ":exit"))
     {
         ui_app_exit();
@@ -115,6 +153,8 @@ void Obey(const std::string& word)
         {"close", [] { ecore_x_window_delete_request_send(elm_win_xwindow_get(sWindow)); }},
         {"sync", [] { ecore_x_sync(); }},
         {"exit", ui_app_exit},
+        {"exhaust", Exhaust},
+        {"run-short", RunShort},
         {"quit", elm_exit},
         {"size", SaySize},
         {"text", SayText},
@@ -185,6 +225,9 @@ int Run(int argc, char** argv)
 int main(int argc, char** argv)
 {
     ui_app_exit();
+    if (Does("main:handler"))
+        SetHandler();
+    Act("main");
     try
     {
         const int result = Run(argc, argv);

@@ -5,7 +5,7 @@ import time
 
 import pytest
 
-from port.lifecycle import App
+from port.lifecycle import PROGRAM, App
 from support.silent_bus import SilentBus, silent_x_server
 
 OFF_SCREEN = {"ELM_ENGINE": "buffer"}
@@ -18,6 +18,11 @@ ALREADY_RUNNING = -3
 INVALID_COMMAND_LINE = -4
 NO_DISPLAY = -5
 NOT_CREATED = -7
+OUT_OF_MEMORY = 256 - 10
+
+
+def about_memory(app):
+    return [line for line in app.port_lines() if "memory is exhausted" in line]
 
 
 @pytest.fixture
@@ -109,6 +114,38 @@ def test_exit_in_a_pause_ends_the_run_without_a_second_pause(run):
     app.wait_for("resume")
     app.tell("hide")
     assert app.end() == (0, CREATED + ["resume", "did hide", "pause"] + ENDED)
+
+
+@pytest.mark.parametrize("callback, lines", [
+    ("main", []),
+    ("create", CREATED[:1]),
+    ("app_control", CREATED),
+    ("resume", CREATED + ["resume"]),
+])
+def test_memory_that_stays_exhausted_ends_the_process_at_once_with_one_line(run, callback, lines):
+    app = run(does=f"main:handler,{callback}:exhaust")
+    assert app.end() == (OUT_OF_MEMORY, lines + ["no memory"])
+    assert len(about_memory(app)) == 1
+
+
+@pytest.mark.parametrize("callback, lines", [
+    ("pause", CREATED + ["resume", "pause"]),
+    ("terminate", CREATED + ["resume", "pause", "terminate"]),
+])
+def test_memory_that_is_exhausted_on_the_way_out_ends_the_process_too(run, callback, lines):
+    app = run(does=f"main:handler,resume:exit,{callback}:exhaust")
+    assert app.end() == (OUT_OF_MEMORY, lines)
+    assert len(about_memory(app)) == 1
+
+
+@pytest.mark.skipif(b"__asan_init" in PROGRAM.read_bytes(),
+                    reason="the address sanitizer ends a process that is refused memory")
+def test_the_way_out_has_memory_of_its_own(run):
+    app = run(does="main:handler")
+    app.wait_for("resume")
+    app.tell("run-short")
+    assert app.end() == (0, CREATED + ["resume", "no memory", "did run-short", "pause"] + ENDED)
+    assert not about_memory(app)
 
 
 def test_the_toolkits_own_exit_is_an_exit(run):

@@ -52,6 +52,7 @@ int Lifecycle::Run(const CommandLine& commandLine)
 void Lifecycle::RequestExit()
 {
     mIsExitRequested = true;
+    mReserve.Spend();
     if (mIsInLoop)
         ecore_main_loop_quit();
 }

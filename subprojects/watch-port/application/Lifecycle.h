@@ -5,6 +5,7 @@
 #include "application/ClosedWindow.h"
 #include "application/CommandLine.h"
 #include "application/Display.h"
+#include "application/Exhaustion.h"
 #include "application/WindowVisibility.h"
 #include "application/app.h"
 
@@ -62,6 +63,7 @@ private:
     bool mWasResumed = false;
     bool mIsExitRequested = false;
     std::exception_ptr mException;
+    WatchPort::MemoryReserve mReserve;
 };
 
 #endif

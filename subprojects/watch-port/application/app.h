@@ -87,6 +87,7 @@ typedef enum
     APP_ERROR_NOT_CREATED = -7,          /**< The create callback returned false. */
     APP_ERROR_NOT_FORWARDED = -8,        /**< Runs already, and the other took no request. */
     APP_ERROR_NO_SESSION_BUS = -9,       /**< Started with --service, without a bus or an id. */
+    APP_ERROR_OUT_OF_MEMORY = -10,       /**< Only as the exit status, see ui_app_exit(). */
 } app_error_e;
 
 /** @return False when the application cannot run: no other callback is called then. */
@@ -155,7 +156,14 @@ int ui_app_main(int argc, char** argv, ui_app_lifecycle_callback_s* callbacks, v
  *
  * May be called in any callback and again and again. In create (which must then return true): no
  * launch request is delivered; in the first app_control: the application is never resumed.
- * Without a running application it does nothing.
+ * Without a running application it does nothing of that.
+ *
+ * A new-handler (std::set_new_handler()) that calls it need do no more. operator new tries again
+ * with 1 MiB that was kept for the way out. When memory is exhausted once more before the process
+ * has ended, or was so before create, the process ends at once: with one error line, the exit
+ * status 246 (APP_ERROR_OUT_OF_MEMORY) and no further callback. So from the first call on, the
+ * port's own new-handler stands in the place of the application's; where there was none,
+ * std::bad_alloc is thrown as ever. Memory that is missing in C code is the toolkit's to bear.
  */
 void ui_app_exit(void);
 

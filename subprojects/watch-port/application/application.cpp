@@ -4,6 +4,7 @@
 #include "application/CommandLine.h"
 #include "application/Display.h"
 #include "application/EarlyFonts.h"
+#include "application/Exhaustion.h"
 #include "application/Lifecycle.h"
 #include "application/OwnId.h"
 #include "application/PlatformTheme.h"
@@ -189,4 +190,5 @@ void ui_app_exit(void)
 {
     if (sRunning != nullptr)
         sRunning->RequestExit();
+    WatchPort::EndWhenExhausted();
 }

@@ -17,6 +17,7 @@ INVALID_PARAMETER = -2
 ALREADY_RUNNING = -3
 INVALID_COMMAND_LINE = -4
 NO_DISPLAY = -5
+NO_TOOLKIT = -6
 NOT_CREATED = -7
 OUT_OF_MEMORY = 256 - 10
 
@@ -146,6 +147,15 @@ def test_the_way_out_has_memory_of_its_own(run):
     app.tell("run-short")
     assert app.end() == (0, CREATED + ["resume", "no memory", "did run-short", "pause"] + ENDED)
     assert not about_memory(app)
+
+
+def test_where_no_thread_can_be_started_one_line_says_so(tmp_path):
+    # A thread's stack is as large as the limit of stacks: this one is all that there can be.
+    env = {"DISPLAY": f"unix:{tmp_path}/nobody", "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nobody"}
+    with App(env, tmp_path, f"--stack={1 << 47}", PROGRAM, program="prlimit") as app:
+        assert app.end()[0] == 256 + NO_TOOLKIT
+        assert app.port_lines() == ["E WATCH_PORT: ui_app_main: no thread can be started: "
+                                    "Resource temporarily unavailable"]
 
 
 def test_the_toolkits_own_exit_is_an_exit(run):

@@ -83,7 +83,7 @@ typedef enum
     APP_ERROR_ALREADY_RUNNING = -3,      /**< Called from within a run. */
     APP_ERROR_INVALID_COMMAND_LINE = -4, /**< A line on stderr says what is wrong with it. */
     APP_ERROR_NO_DISPLAY = -5,           /**< None is named, or none answers within 5 seconds. */
-    APP_ERROR_NO_TOOLKIT = -6,           /**< The toolkit did not start. */
+    APP_ERROR_NO_TOOLKIT = -6,           /**< The toolkit or a thread did not start. */
     APP_ERROR_NOT_CREATED = -7,          /**< The create callback returned false. */
     APP_ERROR_NOT_FORWARDED = -8,        /**< Runs already, and the other took no request. */
     APP_ERROR_NO_SESSION_BUS = -9,       /**< Started with --service, without a bus or an id. */

@@ -18,6 +18,9 @@
 #include <Elementary.h>
 #include <cstdio>
 #include <optional>
+#include <string>
+#include <system_error>
+#include <thread>
 
 namespace
 {
@@ -162,9 +165,24 @@ int RunWithToolkit(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
     return lifecycle.Run(commandLine);
 }
 
+// The toolkit draws on a thread of its own, and what may keep silent is asked on one, too.
+std::string FindLackOfThreads()
+try
+{
+    std::thread([] {}).join();
+    return {};
+}
+catch (const std::system_error& error)
+{
+    return "no thread can be started: " + error.code().message();
+}
+
 int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks,
                    void* userData, const CommandLine& commandLine)
 {
+    const std::string lack = FindLackOfThreads();
+    if (!lack.empty())
+        return Fail(APP_ERROR_NO_TOOLKIT, lack.c_str());
     KeepToolkitAlone();
     const auto installation = FindOwnInstallation();
     const SingleInstance instance(installation ? ReadOwnId(*installation) : "", commandLine);

@@ -125,3 +125,70 @@ def test_a_replay_starts_and_stops_a_watch_of_its_own(desk, replay):
     desk.do("--name", "own", "play", replay(
         "start --headless --size 454\nbezel ccw 2\nstop\n"))
     assert "does not run" in desk.refused("--name", "own", "status")
+
+
+@pytest.mark.parametrize("text, complaint", [
+    ("# a comment\u0085bezel cw", "1: U+0085 is no character for a replay"),
+    ("# a comment\u2028bezel cw", "1: U+2028 is no character for a replay"),
+    ("bezel cw\nlaunch a\0b", "2: U+0000 is no character for a replay"),
+    ("bezel cw\nlaunch '\033[31m'", "2: U+001B is no character for a replay"),
+    ("bezel cw\nlaunch " + "x" * 1_000_000, "2: the line is longer than 8192 characters"),
+])
+def test_what_an_editor_hides_and_endless_words_are_refused(desk, replay, text, complaint):
+    before = desk.status()["bezel"]
+    assert complaint in desk.refused("play", replay(text), status=2)
+    assert desk.status()["bezel"] == before
+
+
+def test_lines_may_end_as_on_another_system(desk, replay):
+    file = replay("")
+    file.write_bytes(b"# a run\r\nbezel cw\r\n")
+    before = desk.status()["bezel"]
+    desk.do("play", file)
+    assert desk.status()["bezel"] == before + 1
+
+
+def test_a_file_without_an_end_is_refused(desk):
+    assert '"/dev/zero" is longer than 1048576 bytes' in desk.refused(
+        "play", "/dev/zero", status=2)
+
+
+def test_a_recording_that_cannot_be_written_is_told_before_anything_is_done(desk, replay,
+                                                                            tmp_path):
+    before = desk.status()["bezel"]
+    file = replay(f"bezel cw\nrecord {tmp_path}/nowhere/run.gif\n")
+    assert f"{file}:2: cannot record" in desk.refused("play", file)
+    assert desk.status()["bezel"] == before
+
+
+def test_a_picture_that_is_named_twice_is_compared_with_its_update(desk, replay):
+    file = replay("time freeze\ntime set 10:08\nwait still\ncompare home.png\n"
+                  "time set 10:20\nwait still\ncompare home.png\n")
+    told = desk.refused("play", file, "--update")
+    assert f"{file}:7: compare home.png: " in told and "pixels are not as in" in told
+    desk.do("time", "thaw")
+
+
+def test_a_replay_that_fails_ends_the_watch_that_it_has_started(desk, replay):
+    file = replay("start --headless\nlanguage '?'\nstop\n")
+    assert f"{file}:2: " in desk.refused("--name", "own", "play", file)
+    assert "does not run" in desk.refused("--name", "own", "status")
+    assert desk.do("list") == "watch\n"
+
+
+def test_a_replay_that_fails_leaves_the_watch_that_was_there(desk, replay):
+    file = replay("start --headless\n")
+    assert "runs already" in desk.refused("play", file)
+    assert desk.do("list") == "watch\n"
+
+
+def test_the_log_of_a_watch_that_is_started_again_is_read_from_its_beginning(desk, replay):
+    desk.do("--name", "own", "play", replay(
+        'start --headless\nlaunch\nterminate\nwait log "SOnAppTerminate"\nstop\n'
+        'start --headless\nwait log "the watch is ready"\nstop\n'))
+
+
+def test_a_replay_takes_the_settings_and_lists_the_watches(desk, replay):
+    out = desk.do("play", replay("region de_DE\ntime hours 24\nlist\nlaunch --env A=1 -t 60\n"
+                                 "terminate\nregion auto\n"))
+    assert out == "watch\n"

@@ -117,6 +117,31 @@ def test_a_swipe_draws_the_page_along(desk, tmp_path):
     assert differ(top, screenshot(desk, tmp_path))
 
 
+def begin_swipe(desk, seconds):
+    """Starts a swipe, and returns when the finger is down."""
+    swipe = subprocess.Popen(desk.command("swipe", 180, 180, 180, 170, "-d", seconds * 1000),
+                             env=desk.environment, stderr=subprocess.PIPE, text=True)
+    wait_until(lambda: desk.run("touch", 180, 180).returncode == 1, "a finger on the screen")
+    return swipe
+
+
+def test_a_touch_during_a_swipe_is_refused(desk):
+    with begin_swipe(desk, 20) as swipe:
+        assert "a finger is on the screen already" in desk.refused("touch", 180, 180)
+        swipe.terminate()
+    wait_until(lambda: desk.run("touch", 180, 180).returncode == 0, "the finger's end")
+
+
+def test_a_swipe_whose_application_ends_fails(desk):
+    desk.do("launch")
+    with begin_swipe(desk, 60) as swipe:
+        desk.do("terminate")
+        _, told = swipe.communicate(timeout=30)
+    assert (swipe.returncode, told) == (
+        1, f"qivo-watch: {GUIDE} ended with status 0 during the swipe\n")
+    desk.do("touch", 180, 180)
+
+
 @pytest.mark.parametrize("words", [["touch", 0, 0], ["touch", 359, 180 + 100],
                                    ["swipe", 180, 180, 358, 10]])
 def test_a_finger_off_the_round_screen_is_refused(desk, words):
@@ -251,7 +276,7 @@ def test_a_recording_lasts_as_long_as_it_is_told(desk, tmp_path):
 @pytest.mark.parametrize("place", ["nowhere/run.gif", "folder.gif"])
 def test_a_recording_that_cannot_be_written_is_told_without_being_stopped(desk, tmp_path, place):
     (tmp_path / "folder.gif").mkdir()
-    words = ["-d", "0.1"] if place == "folder.gif" else []
+    words = ["-d", "3600"] if place == "folder.gif" else []
     assert "cannot record" in desk.refused("record", tmp_path / place, *words)
     assert [path.name for path in tmp_path.rglob("*")] == ["folder.gif"]
 
@@ -272,12 +297,32 @@ def test_the_log_is_filtered_by_level_and_coloured_on_demand(desk):
     assert "\033[1;33mmNaviFrmaeLowerEventListener is NULL\033[0m" in coloured
 
 
+def test_no_escape_of_a_program_or_a_caller_reaches_the_terminal(desk, tmp_path):
+    program = tmp_path / "\033]0;evil\a"
+    program.write_text("#!/bin/sh\nprintf '\\033[2J\\233\\n'\n"
+                       "echo '00:00:00.000 I X: WATCH_PORT: first frame'\nexec sleep 600\n",
+                       encoding="utf-8")
+    program.chmod(0o700)
+    desk.do("launch", program)
+    told = [desk.do("log", "--color", "never"), desk.do("status"), desk.refused("launch", program),
+            desk.refused("status", "\033[31m", status=2)]
+    assert "\ufffd]0;evil\ufffd" in told[1]
+    assert not any(letter in text for text in told for letter in "\033\a\233")
+
+
 def test_a_followed_log_goes_on_as_it_grows(desk):
     with subprocess.Popen(desk.command("log", "--follow"), env=desk.environment, text=True,
                           stdout=subprocess.PIPE) as following:
         desk.do("launch", GUIDE, "--operation", "followed")
         assert any("operation:[followed]" in line for line in following.stdout)
         following.terminate()
+
+
+def test_a_wait_for_a_new_line_passes_over_those_that_are_there(desk):
+    desk.do("launch", GUIDE, "--operation", "old")
+    desk.do("wait", "log", "operation:[old]")
+    assert 'no line with "operation:[old]" within 0.2 s' in desk.refused(
+        "wait", "log", "--new", "operation:[old]", "-t", "0.2")
 
 
 def test_a_wait_fails_when_its_time_is_over(desk):
@@ -305,6 +350,10 @@ def test_status_is_described_for_people(desk):
     (["dance"], "invalid choice: 'dance'"),
     (["bezel", "up"], "invalid choice: 'up'"),
     (["bezel", "cw", "0"], '"0" is not from 1 to 1000'),
+    (["button", "push", "back", "-d", "50"], "-d, -n and -i are for click, not for push"),
+    (["button", "release", "back", "-n", "1"], "-d, -n and -i are for click, not for release"),
+    (["launch", "--env", "A"], '"A" is not KEY=VALUE'),
+    (["time", "hours", "13"], "invalid choice: 13"),
     (["button", "click"], "the following arguments are required: key"),
     (["touch", "1", "x"], '"x" is not from 0 to'),
     (["battery"], "battery takes --percent"),
@@ -328,8 +377,9 @@ def test_wrong_use_is_one_line_with_status_2(call, words, complaint):
 
 
 @pytest.mark.parametrize("verb", [
-    [], ["start"], ["launch"], ["bezel"], ["button"], ["touch"], ["swipe"], ["battery"],
-    ["language"], ["time"], ["time", "set"], ["screenshot"], ["record"], ["log"], ["wait"],
+    [], ["start"], ["launch"], ["terminate"], ["bezel"], ["button"], ["touch"],
+    ["swipe"], ["battery"], ["language"], ["region"], ["time"], ["time", "set"], ["time", "zone"],
+    ["time", "hours"], ["list"], ["screenshot"], ["record"], ["log"], ["wait"],
     ["wait", "log"], ["compare"], ["play"], ["status"], ["stop"]])
 def test_every_command_explains_itself(call, verb):
     status, out, error = call(*verb, "--help")

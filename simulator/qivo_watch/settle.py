@@ -16,7 +16,7 @@ from qivo_watch.processes import end_of
 from qivo_watch.screen import Screen
 from qivo_watch.tasks import Until, Work
 
-PATIENCE_S = 4.0
+PATIENCE_S = 4.5
 """Seconds that a program may be silent; a command that waits for it gives up within 5."""
 
 _PEER = "org.freedesktop.DBus.Peer"

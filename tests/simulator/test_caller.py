@@ -79,14 +79,14 @@ def test_a_key_that_was_pushed_stays_down_after_its_command(desk):
 def test_an_interrupted_command_says_nothing(desk):
     """Whenever it comes: while the interpreter starts, too."""
     desk.do("start", "--headless")
-    for milliseconds in range(0, 300, 10):
+    for milliseconds in range(0, 200, 10):
         waiting = begin(desk, "wait", "log", "never said", "-t", "60")
         time.sleep(milliseconds / 1000)  # It is to be met at any place.
         assert not interrupt(waiting), milliseconds
 
 
 def test_a_followed_log_ends_in_silence_whenever_the_watch_does(desk):
-    for _ in range(5):
+    for _ in range(3):
         desk.do("start", "--headless")
         with begin(desk, "log", "--follow", stdout=subprocess.PIPE) as following:
             assert "the watch is ready" in following.stdout.readline()
@@ -106,7 +106,7 @@ def test_a_stream_that_is_closed_is_told_or_not_missed(desk, closed, status, com
 
 
 def test_an_interrupted_start_leaves_no_watch(desk):
-    for milliseconds in range(0, 1200, 100):
+    for milliseconds in range(0, 1200, 150):
         starting = begin(desk, "start", "--headless")
         time.sleep(milliseconds / 1000)  # It is to be met at any place.
         starting.send_signal(signal.SIGINT)

@@ -1,5 +1,6 @@
 """A watch that is being started: commands wait for it, and it can be stopped."""
 
+import concurrent.futures
 import os
 import signal
 import subprocess
@@ -25,21 +26,6 @@ def _starting(desk):
         yield process
 
 
-def begin(desk, *words):
-    return subprocess.Popen(desk.command(*words), env=desk.environment, text=True,
-                            stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
-
-
-def test_commands_wait_for_a_watch_that_is_being_started(desk, starting, tmp_path):
-    commands = [begin(desk, *words) for words in (
-        ["status"], ["status", "--json"], ["bezel", "cw"], ["log"], ["battery", "--percent", "5"],
-        ["screenshot", tmp_path / "a.png"], ["screenshot", "--body", tmp_path / "b.png"])]
-    for command in commands:
-        with command:
-            assert (command.wait(60), command.stderr.read()) == (0, ""), command.args
-    assert starting.wait(60) == 0
-
-
 def test_a_launch_waits_for_a_watch_that_is_being_started(desk, starting):
     desk.do("launch")
     assert starting.wait(60) == 0
@@ -59,14 +45,29 @@ def test_a_stop_ends_a_watch_that_is_being_started(desk, starting):
     assert not list(desk.runtime.iterdir())
 
 
-def test_a_watch_whose_start_hangs_is_told_and_can_be_stopped(desk, starting):
-    def hold(name):
-        held = [process for process, command in desk.processes().items() if name in command]
-        for process in held:
-            os.kill(process, signal.SIGSTOP)
-        return held
-    wait_until(lambda: hold(b"qivo_watch.keeper"), "the keeper")
-    assert 'the watch "watch" is still being started' in desk.refused("status")
+def hold(desk, name):
+    """Stops a process of the watch where it is, once it is there; returns its id."""
+    found = wait_until(lambda: [process for process, command in desk.processes().items()
+                                if name in command], name)
+    os.kill(found[0], signal.SIGSTOP)
+    return found[0]
+
+
+def test_commands_are_told_of_a_start_that_takes_long_and_work_after_it(desk, starting, tmp_path):
+    home = hold(desk, b"qivo-watch-home")
+    commands = [["status"], ["status", "--json"], ["bezel", "cw"], ["launch"], ["log"],
+                ["screenshot", tmp_path / "a.png"], ["screenshot", "--body", tmp_path / "b.png"]]
+    with concurrent.futures.ThreadPoolExecutor() as pool:
+        for complaint in pool.map(lambda words: desk.refused(*words), commands):
+            assert 'the watch "watch" is still being started' in complaint
+    os.kill(home, signal.SIGCONT)
+    assert starting.wait(60) == 0
+    for words in commands:
+        assert desk.run(*words).returncode == 0
+
+
+def test_a_start_that_hangs_can_be_stopped(desk, starting):
+    hold(desk, b"qivo_watch.keeper")
     assert 'the watch "watch" is being started already' in desk.refused("start", "--headless")
     desk.do("stop")
     assert starting.wait(10) == 1

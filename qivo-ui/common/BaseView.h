@@ -17,7 +17,7 @@ namespace QivoUi
  * A view's life, and what belongs in each hook:
  *  1. CreateView(), once: CreateViewImpl() builds the widgets and returns the screen's record;
  *     the record's layout is wired to the back key, to its own deletion and to the language.
- *  2. Show(): the record is pushed on the navigation frame.
+ *  2. Show(), once: the record is pushed on the navigation frame.
  *  3. OnLanguageChanged(): set the texts again; nothing else is refreshed by itself.
  *  4. OnViewPoped(): the screen is about to go; the controller decides.
  *  5. OnLayoutDeleted(): the widgets are going; the controller is told. The view must not be
@@ -43,7 +43,10 @@ public:
     bool OnViewPoped() override;
 
     /**
-     * Pushes the view.
+     * Pushes the view. It has one layout, which stands in one screen and goes with it: a second
+     * Show() takes the layout out of the first screen, and one after the screen was popped pushes a
+     * layout that is deleted. Either way a screen remains that is blank and does not hear the back
+     * key. A view to be shown anew is made anew.
      *
      * @return the handle of its item; empty on failure, with error
      *         "[Failed] Invalid NaviFrameItemDataPtr" when CreateView() gave no record

@@ -15,10 +15,12 @@ namespace QivoUi
  * A controller's life, and what belongs in each hook:
  *  1. Initialize(): make the view, keep it in mBaseViewPtr, have it build itself
  *     (BaseView::CreateView()), and start to follow whatever the screen shows.
- *  2. ShowView(): attaches to the view and pushes it. The back key then pops the screen; as the
- *     only screen it lowers the window instead.
+ *  2. ShowView(), once: attaches to the view and pushes it. The back key then pops the screen; as
+ *     the only screen it lowers the window instead. While the screen's own push is moving a press
+ *     of the back key is lost.
  *  3. DeInitialize(): the view's widgets are being deleted; stop following. It must not release
- *     the view, whose deletion is still under way.
+ *     the view, whose deletion is still under way; a job (ecore_job_add()) that it adds may release
+ *     view, handle and controller. The end of the pop's transition, before it, is too early.
  *  4. Destruction releases the handle, then the view; it neither pops nor deinitializes. A view
  *     that somebody else holds must have its mViewEventListener set to null before.
  */
@@ -37,7 +39,11 @@ public:
     /** Runs DeInitialize(). */
     void OnViewDeleteEvent() override;
 
-    /** Makes and builds the view; called once, before ShowView(). */
+    /**
+     * Makes and builds the view; called once, before ShowView(). Called again it lets go of the
+     * view before, whose layout stays in the widget tree with the back key on the dead view: it
+     * must not be in sight any more.
+     */
     virtual void Initialize() = 0;
 
     /** Undoes what Initialize() started outside the view; called only from the view's deletion. */
@@ -50,7 +56,9 @@ public:
      *         "mBaseViewPtr is NULL"; empty when the push failed, with error
      *         "[Failed] Get Pop Handler".
      *
-     * Showing twice pushes the view twice and keeps the second handle only.
+     * Showing twice pushes the view twice and keeps the second handle only. The view's one layout
+     * moves to the second screen; once that is popped, or when the view is shown after its screen
+     * was popped, what remains is a blank page that the back key does not leave.
      */
     virtual std::shared_ptr<NaviFrameItemPopHandler> ShowView(bool animated);
 

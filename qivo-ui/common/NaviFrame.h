@@ -27,9 +27,10 @@ class NaviFrameItemPopHandler;
  * logged and the operation abandoned; nothing is retried and no exception leaves an operation.
  *
  * A user of the framework must not destroy the frame in the middle of an animated pop, nor of
- * more than one animated push: a callback stays registered on the widget and would be given the
- * dead frame. Nor may a listener destroy it inside a push, inside an item's deletion, or while it
- * is told of a transition's end.
+ * more than one animated push, nor after an animated pop that was refused or that the toolkit
+ * ignored until the next transition has ended: a callback stays registered on the widget and would
+ * be given the dead frame. Nor may a listener destroy it inside a push, inside an item's deletion,
+ * or while it is told of a transition's end.
  */
 class NaviFrame : public AppEventListener
 {
@@ -79,6 +80,9 @@ public:
      * @param item must be the top item
      * @param animated with the widget's transition; without, the item is deleted at once
      * @param listener told at the end of the transition; never without one. May be null.
+     *
+     * While the item's own animated push is moving, the toolkit ignores an animated pop: the item
+     * stays, and the back key that asked for it is lost.
      *
      * Logs information "pop animation start", error "pop fail[%s]" with the reason when it
      * cannot pop, and warning
@@ -158,7 +162,10 @@ public:
     void OnNaviImteDeleted(Elm_Object_Item* item);
 
     /**
-     * The end of a push transition, once for each animated push onto another screen.
+     * The end of a transition, told once for each animated push onto another screen.
+     *
+     * Not always at its own end: of two pushes in quick succession the first has no end of its
+     * own, and one of the two tellings comes at the end of a later transition, which may be a pop.
      *
      * Logs information "Animation Done", or error "pThis is NULL" for null data.
      */

@@ -15,7 +15,13 @@ class NaviFramePopTransitionEventListener
 public:
     virtual ~NaviFramePopTransitionEventListener() = default;
 
-    /** The pop's animation has ended. Told once, then forgotten. */
+    /**
+     * The pop's animation has ended. Told once, then forgotten.
+     *
+     * The popped item is deleted only after this, and its deletion still uses the handle, the view
+     * and the controller: none of them may be released in here. All may in a job (ecore_job_add())
+     * that BaseViewController::DeInitialize() adds.
+     */
     virtual void OnPopTransitionFinished() = 0;
 };
 

@@ -23,7 +23,11 @@ public:
     /** The screen is covered by another one, or the application left the foreground. */
     virtual void OnItemPause() = 0;
 
-    /** The animated push that brought a screen to the top has ended, and this one is on top. */
+    /**
+     * A transition has ended, and this screen is on top. In general that of the animated push which
+     * brought it there; a push that followed another one quickly leaves a telling over for a later
+     * transition, also for that of a pop.
+     */
     virtual void OnItemTransitionFinished() = 0;
 };
 

@@ -19,9 +19,10 @@ namespace QivoUi
  *           "tutorial/pad"                 from the first scroll on
  *
  * They all belong to the widget tree; the view deletes none, and its handles are null until
- * the widget is made. When the outer layout or the page cannot be made, error
- * "elm_layout_add failed." is logged, the record gets no layout, and the widgets made so far
- * stay under the parent.
+ * the widget is made. They are never cleared: once the layout is gone they dangle, and neither
+ * SetArrowVisible() nor OnLanguageChanged() may be called any more. When the outer layout or the
+ * page cannot be made, error "elm_layout_add failed." is logged, the record gets no layout, and
+ * the widgets made so far stay under the parent.
  *
  * The scroll callback stays on the scroller when the view dies: until the first scroll, the view
  * must live as long as the page can be scrolled.

@@ -25,8 +25,9 @@ public:
     /**
      * Reads the charging state, follows its changes, builds the view and sets its arrow.
      *
-     * Logs error "device_battery_is_charging is error" (the watch then counts as not charging)
-     * and "device_add_callback is error" (the arrow then stays as it is); goes on after both.
+     * Logs error "device_battery_is_charging is error" (the arrow then follows what the call has
+     * left in its result all the same: not charging, unless it wrote something) and
+     * "device_add_callback is error" (the arrow then stays as it is); goes on after both.
      */
     void Initialize() override;
 

@@ -21,7 +21,8 @@ using ExtraDataMapPtr = std::shared_ptr<ExtraDataMap>;
  * Launching other applications and answering launch requests. The names are spelled so.
  *
  * Failures are logged as errors and never reported to the caller. Of extra data, only entries
- * whose key and value are both not empty are sent.
+ * whose key and value are both not empty are sent. Every launch carries the entry
+ * "__FAKE_EFFECT__" = "ON" besides.
  */
 class AppControllUtil
 {

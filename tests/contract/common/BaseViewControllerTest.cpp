@@ -276,4 +276,84 @@ TEST_F(BaseViewControllerTest, MayReleaseItsHandleWhenItDeInitializesAfterADelet
     EXPECT_TRUE(mFrame->IsNaviFrameEmpty());
 }
 
+TEST_F(BaseViewControllerTest, LosesTheBackKeyDuringItsOwnPush)
+{
+    Push();
+    GiveView();
+    mController.ShowView(true);
+
+    Platform::PressBack(mView->mLayout);
+    TakeUntil("info(SNaviFrameTransitionFinishedCB) Animation Done");
+    EXPECT_EQ(Stack(), Lines({"item1", "item2"}));
+
+    Platform::PressBack(mView->mLayout);
+    EXPECT_EQ(Stack(), Lines({"item1"}));
+}
+
+TEST_F(BaseViewControllerTest, ThePageOfAScreenShownTwiceGoesWithTheUpperOne)
+{
+    GiveView();
+    auto first = mController.ShowView(false);
+    mController.ShowView(false);
+
+    Platform::PressBack(mView->mLayout);
+    TakeUntil("controller.DeInitialize");
+
+    EXPECT_EQ(Stack(), Lines({"item1"}));
+    EXPECT_EQ(mView->mLayout, nullptr);
+}
+
+TEST_F(BaseViewControllerTest, ShowingAfterThePopPushesTheDeletedPage)
+{
+    Push();
+    GiveView();
+    mController.ShowView(false);
+    Evas_Object* layout = mView->mLayout;
+    Platform::PressBack(layout);
+    TakeUntil("controller.DeInitialize");
+    EXPECT_EQ(mView->mLayout, nullptr);
+
+    mController.ShowView(false);
+
+    EXPECT_EQ(Recorder::TakeOnly({"elm_naviframe_item_insert_after", "error"}),
+              Lines({"elm_naviframe_item_insert_after(naviframe1, item1, '', null, null, "
+                     "content2, 'empty')"}));
+    EXPECT_EQ(Stack(), Lines({"item1", "item3"}));
+}
+
+TEST_F(BaseViewControllerTest, HearsOfThePopsEndBeforeItDeInitializes)
+{
+    FakeTransitionListener transition;
+    Push();
+    GiveView();
+    mController.ShowView(false);
+    mController.mPopHandlerPtr->Pop(true, &transition);
+    Recorder::TakeOnly({"transition", "controller"});
+
+    const Lines lines = TakeUntil("controller.DeInitialize");
+
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "transition.OnPopTransitionFinished"), 1);
+}
+
+TEST_F(BaseViewControllerTest, MayDieInAJobAfterItDeInitialized)
+{
+    Push();
+    auto controller = std::make_unique<FakeController>();
+    controller->mBaseViewPtr = std::make_shared<FakeView>(MakeRecord());
+    controller->mBaseViewPtr->CreateView();
+    Evas_Object* layout = controller->mBaseViewPtr->GetViewLayout();
+    controller->ShowView(false);
+    mHandles.clear();
+    controller->mReactions["DeInitialize"] = [&]
+    {
+        ecore_job_add([](void* data) { static_cast<decltype(controller)*>(data)->reset(); },
+                      &controller);
+    };
+
+    Platform::PressBack(layout);
+
+    EXPECT_TRUE(Toolkit::SpinUntil([&] { return !controller; }));
+    EXPECT_EQ(Stack(), Lines({"item1"}));
+}
+
 } // namespace

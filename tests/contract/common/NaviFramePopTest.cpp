@@ -389,4 +389,22 @@ TEST_F(NaviFramePopTest, DestroyingTheFrameLeavesThePopTransitionCallback)
                      "NaviFrame::SNaviFrameTransitionFinishedCB)"}));
 }
 
+TEST_F(NaviFramePopTest, DestroyingTheFrameAfterARefusedPopLeavesThePopTransitionCallback)
+{
+    FakePopListener pop;
+    pop.mIsAllowed = false;
+    Push();
+    Elm_Object_Item* top = Push();
+    mHandles.back()->mPopEventListener = &pop;
+    mFrame->PopItem(top, true, nullptr);
+    Evas_Object* widget = mFrame->mNaviFrame;
+    const void* destroyed = mFrame;
+
+    NaviFrame::Destroy();
+
+    EXPECT_EQ(evas_object_smart_callback_del(widget, "transition,finished",
+                                             NaviFrame::SNaviFramePopTransitionFinishedCB),
+              destroyed);
+}
+
 } // namespace

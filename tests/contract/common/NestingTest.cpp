@@ -207,4 +207,20 @@ TEST_F(NestingTest, APushDuringAPopsTransitionEndsBoth)
     EXPECT_EQ(Stack(), Lines({"item1", "item3"}));
 }
 
+TEST_F(NestingTest, OfTwoQuickPushesOneEndIsToldAtOnceAndOneAtALaterPop)
+{
+    const std::string done = "info(SNaviFrameTransitionFinishedCB) Animation Done";
+    FakeStateListener middle("middle");
+    FakeStateListener top("top");
+    Push();
+    PushAnimated(&middle);
+    auto handle = PushAnimated(&top);
+    TakeUntil("top.OnItemTransitionFinished");
+
+    handle->Pop(true, nullptr);
+
+    const Lines lines = TakeUntil("middle.OnItemTransitionFinished");
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), done), 1);
+}
+
 } // namespace

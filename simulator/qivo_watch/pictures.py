@@ -11,7 +11,7 @@ import time
 from typing import Iterator
 
 from PIL import Image, ImageChops, ImageOps
-from Xlib import X, display, error
+from Xlib import X, Xatom, display, error
 from Xlib.ext import damage
 
 from qivo_watch.errors import WatchError
@@ -24,7 +24,11 @@ IDLE_S = 1.0
 """Seconds without news after which the server is asked whether it is still there."""
 
 STILL_S = 0.5
-"""Seconds without a change after which nothing moves any more; frames come 60 times a second."""
+"""Seconds without a change, and without a motion that its program tells of, after which nothing
+moves any more; frames come 60 times a second."""
+
+_MOTION = "_WATCH_PORT_MOTION"
+"""What a window of the port has: 1 while anything in it moves, else 0."""
 
 ALLOWED_SHARE = 0.002
 """The part of the disc's pixels that may differ: a glyph's edge that rounds the other way."""
@@ -63,20 +67,41 @@ class Eye:
             seen = self.look()
             if seen.tobytes() != picture.tobytes():
                 return seen
-            if not self._wait_damage(deadline):
+            if not self._wait_news(deadline):
                 return None
 
     def wait_still(self, deadline: float) -> bool:
-        """Whether the screen comes to rest before the deadline."""
+        """Whether the screen comes to rest before the deadline: for a while nothing on it changes,
+        and the program on top has no motion under way that it tells of."""
+        self._root.change_attributes(event_mask=X.PropertyChangeMask)
         picture = self.look()
-        while time.monotonic() + STILL_S <= deadline:
-            other = self.wait_other(picture, time.monotonic() + STILL_S)
-            if other is None:
-                return True
-            picture = other
+        since = time.monotonic()
+        while since + STILL_S <= deadline:
+            is_moving = self._is_top_moving()
+            if not self._wait_news(deadline if is_moving else since + STILL_S):
+                return not is_moving
+            other = self.look()
+            if is_moving or other.tobytes() != picture.tobytes():
+                picture, since = other, time.monotonic()
         return False
 
-    def _wait_damage(self, deadline: float) -> bool:
+    def _is_top_moving(self) -> bool:
+        """Whether the topmost window tells of a motion; the server tells when it changes."""
+        with self._bounded():
+            stack = self._root.get_full_property(
+                self._display.get_atom("_NET_CLIENT_LIST_STACKING"), Xatom.WINDOW)
+            if not stack or not stack.value:
+                return False
+            top = self._display.create_resource_object("window", stack.value[-1])
+            top.change_attributes(event_mask=X.PropertyChangeMask,
+                                  onerror=error.CatchError(error.BadWindow))
+            try:
+                motion = top.get_full_property(self._display.get_atom(_MOTION), Xatom.CARDINAL)
+            except error.BadWindow:
+                return False
+        return bool(motion) and motion.value[0] == 1
+
+    def _wait_news(self, deadline: float) -> bool:
         while True:
             has_news = False
             while self._display.pending_events():

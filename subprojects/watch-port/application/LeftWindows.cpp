@@ -1,6 +1,6 @@
 #include "application/LeftWindows.h"
 
-#include <Elementary.h>
+#include "application/WindowTrap.h"
 
 namespace
 {
@@ -40,8 +40,7 @@ Eina_Bool SMinimiseInsteadCB(void*, Evas_Object* window)
 
 void NoteLeaving(const Display& display)
 {
-    static Elm_Win_Trap trap = {};
-    trap.version = ELM_WIN_TRAP_VERSION;
+    Elm_Win_Trap& trap = WatchPort::WindowTrap();
     if (display.GetKind() == Display::Kind::Wayland)
     {
         trap.lower = SMinimiseInsteadCB;
@@ -54,7 +53,6 @@ void NoteLeaving(const Display& display)
         trap.raise = SBringBackCB;
         trap.activate = SBringBackCB;
     }
-    elm_win_trap_set(&trap);
 }
 
 bool IsLeft(const Ecore_Evas* window)

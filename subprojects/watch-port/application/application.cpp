@@ -11,6 +11,7 @@
 #include "application/Screen.h"
 #include "application/SingleInstance.h"
 #include "application/TextDomain.h"
+#include "application/WindowMotion.h"
 #include "dlog/dlog.h"
 #include "support/ApplicationCalls.h"
 
@@ -152,6 +153,7 @@ int RunWithToolkit(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
         return Fail(APP_ERROR_NO_TOOLKIT, "the toolkit does not start");
     fonts.Keep();
     SetUpToolkit(display);
+    WatchPort::TellMotions(display);
     // The toolkit has set the character type of the environment, which may be that of C.
     SetProgramLocale();
     std::optional<PlatformTheme> theme;

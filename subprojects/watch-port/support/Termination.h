@@ -34,15 +34,15 @@ public:
     /** Tells whether one of the signals has come. */
     bool HasCome() const
     {
-        sigset_t pending;
+        sigset_t pending = {};
         sigpending(&pending);
         return sigismember(&pending, SIGTERM) == 1 || sigismember(&pending, SIGINT) == 1 ||
                sigismember(&pending, SIGHUP) == 1;
     }
 
 private:
-    sigset_t mSignals;
-    sigset_t mBefore;
+    sigset_t mSignals = {};
+    sigset_t mBefore = {};
 };
 
 } // namespace WatchPort

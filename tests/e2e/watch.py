@@ -138,5 +138,5 @@ def wait_until(condition, what):
 def bare_environment(home):
     """A user with an empty home, no session bus, no language of his own."""
     kept = {key: value for key, value in os.environ.items()
-            if key in ("PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")}
+            if key in ("PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS")}
     return kept | {"HOME": home, "XDG_RUNTIME_DIR": home, "LANG": "C.UTF-8"}

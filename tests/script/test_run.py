@@ -32,6 +32,7 @@ def run(name, *arguments):
     ("fuzz", ["0"], '"0"'),
     ("gallery", ["page.png", "extra"], '"extra"'),
     ("valgrind", ["many"], '"many"'),
+    ("races", ["many"], '"many"'),
     ("bench", ["--fast"], '"--fast"'),
     ("bench", ["--quick", "extra"], '"extra"'),
 ])
@@ -52,6 +53,7 @@ def test_wrong_use_is_named_in_one_line_with_status_2(name, arguments, named):
     ("gallery", "script/gallery [FILE]"),
     ("coverage", "script/coverage"),
     ("valgrind", "script/valgrind [LIVES]"),
+    ("races", "script/races [STARTS]"),
 ])
 def test_help_says_what_a_script_takes_wherever_it_is_called(name, usage):
     result = subprocess.run([f"./{name}", "--help"], cwd=SCRIPT, capture_output=True, text=True)

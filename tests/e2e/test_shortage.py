@@ -1,7 +1,7 @@
 """The guide with too little memory: it ends soon, and says so once.
 
-Where C code of the toolkit is refused memory, it may crash; what must not be is a guide that neither
-works nor ends. LIMITS=400 tries more limits than the suite does.
+Where C code of the toolkit is refused memory, it may crash; what must not be is a guide that
+neither works nor ends. LIMITS=400 tries more limits than the suite does.
 """
 
 import os
@@ -30,7 +30,7 @@ def _environment(tmp_path):
 
 
 def least_need(environment):
-    """The addresses, in bytes, that the guide has taken up to its first frame, but for its threads."""
+    """The bytes of addresses that the guide takes up to its first frame, but for its threads."""
     with App({**environment, "MALLOC_ARENA_MAX": "1"}) as app:
         app.wait_log("first frame")
         return app.peak_of_addresses()

@@ -42,7 +42,7 @@ public:
 private:
     bool MakeRoom(size_t size);
 
-    char mShort[1024];
+    char mShort[1024] = {};
     char* mBytes = mShort;
     size_t mSize = 0;
     size_t mCapacity = sizeof mShort;

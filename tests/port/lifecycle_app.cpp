@@ -7,6 +7,7 @@
 #include <Ecore_X.h>
 #include <Elementary.h>
 #include <app.h>
+#include <chrono>
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
@@ -20,6 +21,7 @@
 #include <string>
 #include <sys/resource.h>
 #include <system_settings.h>
+#include <thread>
 #include <unistd.h>
 
 namespace
@@ -152,6 +154,7 @@ void Obey(const std::string& word)
         {"new", MakeWindow},
         {"close", [] { ecore_x_window_delete_request_send(elm_win_xwindow_get(sWindow)); }},
         {"sync", [] { ecore_x_sync(); }},
+        {"toil", [] { std::this_thread::sleep_for(std::chrono::milliseconds(5500)); }},
         {"exit", ui_app_exit},
         {"exhaust", Exhaust},
         {"run-short", RunShort},

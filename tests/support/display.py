@@ -1,10 +1,12 @@
 """A watch's screen for one test: an X server without a monitor, managed as the watch is."""
 
+import contextlib
 import ctypes
 import os
 import pathlib
 import re
 import select
+import signal
 import socket
 import subprocess
 import tempfile
@@ -96,6 +98,15 @@ class Display:
         return subprocess.run(["xdotool", *map(str, arguments)], env={"DISPLAY": self.name},
                               check=True, capture_output=True, text=True,
                               timeout=START_DEADLINE).stdout.split()
+
+    @contextlib.contextmanager
+    def silent_server(self):
+        """Inside of the context the server accepts connections and answers nobody."""
+        self._processes[0].send_signal(signal.SIGSTOP)
+        try:
+            yield
+        finally:
+            self._processes[0].send_signal(signal.SIGCONT)
 
     def kill_server(self):
         """The X server dies, and its clients see the connection end."""

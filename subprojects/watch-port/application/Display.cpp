@@ -20,6 +20,9 @@ namespace
 // A server at the far end of a slow line takes a second or two.
 constexpr std::chrono::seconds kPatience(5);
 
+constexpr char kXServer[] = "the X server of DISPLAY";
+constexpr char kCompositor[] = "the compositor of WAYLAND_DISPLAY";
+
 struct XCloser
 {
     void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
@@ -70,8 +73,52 @@ void WarnOfSilence(const char* server)
     __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT", "%s has not answered within %d seconds",
                  server, static_cast<int>(kPatience.count()));
 }
+} // namespace
 
-bool HasWayland()
+Display::Display() : mKind(Find())
+{
+}
+
+Display::~Display()
+{
+    if (mKind == Kind::X11)
+        ecore_x_shutdown();
+}
+
+Display::Kind Display::Find()
+{
+    if (IsEngineOffScreen())
+        return Kind::OffScreen;
+    if (ConnectX11())
+        return Kind::X11;
+    return ConnectWayland() ? Kind::Wayland : Kind::None;
+}
+
+bool Display::ConnectX11()
+{
+    const std::string name = Environment("DISPLAY");
+    if (name.empty())
+        return false;
+    const auto connect = [name] { return XConnection(xcb_connect(name.c_str(), nullptr)); };
+    // Held until the toolkit has its own: a server may begin anew when its last client leaves.
+    const auto connection = CallWithPatience(kPatience, connect);
+    if (connection && xcb_connection_has_error(connection->get()) == 0)
+    {
+        mWatch.emplace(kXServer, [connect] { static_cast<void>(connect()); });
+        // Besides, the toolkit itself connects no sooner than for its first window: until then the
+        // X events have no types that handlers could be added for.
+        if (ecore_x_init(nullptr) > 0)
+            return true;
+        mWatch.reset();
+    }
+    if (!connection)
+        WarnOfSilence(kXServer);
+    // The toolkit would try it again, and wait without an end or have no window.
+    unsetenv("DISPLAY");
+    return false;
+}
+
+bool Display::ConnectWayland()
 {
     const std::string name = Environment("WAYLAND_DISPLAY");
     if (name.empty())
@@ -80,46 +127,11 @@ bool HasWayland()
         name.front() == '/' ? name : Environment("XDG_RUNTIME_DIR") + "/" + name;
     const auto isAnswered = CallWithPatience(kPatience, [path] { return IsAnswered(path); });
     if (!isAnswered)
-        WarnOfSilence("the compositor of WAYLAND_DISPLAY");
-    return isAnswered.value_or(false);
-}
-
-bool ConnectX11()
-{
-    if (Environment("DISPLAY").empty())
+        WarnOfSilence(kCompositor);
+    if (!isAnswered.value_or(false))
         return false;
-    // Held until the toolkit has its own: a server may begin anew when its last client leaves.
-    const auto connection =
-        CallWithPatience(kPatience, [] { return XConnection(xcb_connect(nullptr, nullptr)); });
-    // Besides, the toolkit itself connects no sooner than for its first window: until then the
-    // X events have no types that handlers could be added for.
-    if (connection && xcb_connection_has_error(connection->get()) == 0 && ecore_x_init(nullptr) > 0)
-        return true;
-    if (!connection)
-        WarnOfSilence("the X server of DISPLAY");
-    // The toolkit would try it again, and wait without an end or have no window.
-    unsetenv("DISPLAY");
-    return false;
-}
-
-Display::Kind FindDisplay()
-{
-    if (IsEngineOffScreen())
-        return Display::Kind::OffScreen;
-    if (ConnectX11())
-        return Display::Kind::X11;
-    return HasWayland() ? Display::Kind::Wayland : Display::Kind::None;
-}
-} // namespace
-
-Display::Display() : mKind(FindDisplay())
-{
-}
-
-Display::~Display()
-{
-    if (mKind == Kind::X11)
-        ecore_x_shutdown();
+    mWatch.emplace(kCompositor, [path] { static_cast<void>(IsAnswered(path)); });
+    return true;
 }
 
 void Display::Flush() const

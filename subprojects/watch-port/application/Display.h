@@ -1,6 +1,10 @@
 #ifndef WATCH_PORT_APPLICATION_DISPLAY_H
 #define WATCH_PORT_APPLICATION_DISPLAY_H
 
+#include "application/DisplayWatch.h"
+
+#include <optional>
+
 /** What the process draws on. The connection to an X server is held as long as the object lives. */
 class Display
 {
@@ -16,6 +20,7 @@ public:
     /**
      * Looks for a display and connects to it. A server that has not answered within five seconds
      * is none, with one warning. DISPLAY leaves the environment where it leads to no X server.
+     * One that falls silent later ends the process (see DisplayWatch) as long as the object lives.
      */
     Display();
     ~Display();
@@ -31,7 +36,12 @@ public:
     void Sync() const;
 
 private:
-    Kind mKind;
+    Kind Find();
+    bool ConnectX11();
+    bool ConnectWayland();
+
+    std::optional<DisplayWatch> mWatch;
+    const Kind mKind;
 };
 
 #endif

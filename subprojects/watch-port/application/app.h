@@ -82,7 +82,7 @@ typedef enum
     APP_ERROR_INVALID_PARAMETER = -2,    /**< No arguments or no callbacks were given. */
     APP_ERROR_ALREADY_RUNNING = -3,      /**< Called from within a run. */
     APP_ERROR_INVALID_COMMAND_LINE = -4, /**< A line on stderr says what is wrong with it. */
-    APP_ERROR_NO_DISPLAY = -5,           /**< None is named, or none answers within 5 seconds. */
+    APP_ERROR_NO_DISPLAY = -5,           /**< None is named, or it does not answer for 5 seconds. */
     APP_ERROR_NO_TOOLKIT = -6,           /**< The toolkit or a thread did not start. */
     APP_ERROR_NOT_CREATED = -7,          /**< The create callback returned false. */
     APP_ERROR_NOT_FORWARDED = -8,        /**< Runs already, and the other took no request. */
@@ -138,6 +138,10 @@ typedef struct
  * five seconds, and for a session bus that is missing or has not answered within two seconds (three
  * when it answers in part); at info level "first frame" once the first frame after the first resume
  * has been drawn and the X server has it.
+ *
+ * A display server that falls silent later and holds the main thread up ends the process within
+ * five seconds, with one error line and the exit status of APP_ERROR_NO_DISPLAY; no callback is
+ * called then. An application that stands still does not notice.
  *
  * An exception of a callback leaves ui_app_main() when the toolkit is shut down; no further
  * callback is called then. A process has one run: the toolkit does not start twice without

@@ -1,7 +1,7 @@
 #ifndef TESTS_FUZZ_LOCAL_BUS_H
 #define TESTS_FUZZ_LOCAL_BUS_H
 
-#include "support/BusConnection.h"
+#include "bus/BusConnection.h"
 
 /** A message bus of one connection within the process, so that messages really arrive. */
 class LocalBus

@@ -1,6 +1,6 @@
 #include "page/Page.h"
 
-#include "application/Screen.h"
+#include "application/windows/Screen.h"
 #include "common/NaviFrame.h"
 #include "common/RotaryEventManager.h"
 #include "page/Clock.h"

@@ -1,7 +1,7 @@
 #ifndef TESTS_PORT_PROBE_LOOP_H
 #define TESTS_PORT_PROBE_LOOP_H
 
-#include "support/Buses.h"
+#include "bus/Buses.h"
 
 #include <Ecore.h>
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "app-common/app_common.h"
+#include <app_common.h>
 
 #include "app-common/Installation.h"
 

@@ -1,4 +1,4 @@
-#include "app-control/app_control.h"
+#include <app_control.h>
 
 #include <Ecore.h>
 #include <cstdlib>

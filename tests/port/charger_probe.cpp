@@ -6,9 +6,9 @@
 // does each time it is called, after it has printed "changed NAME VALUE": other commands, with "+"
 // for a space and "," between them.
 
-#include "device/battery.h"
-#include "device/callback.h"
 #include "port/ProbeLoop.h"
+#include <device/battery.h>
+#include <device/callback.h>
 
 #include <cstdint>
 

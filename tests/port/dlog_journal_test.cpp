@@ -1,9 +1,9 @@
 // A datagram socket stands for the journal, at the journal's own path: the test has the folder /run
 // for itself in a mount namespace of its own.
 
-#include "dlog/dlog.h"
 #include "harness/Allocations.h"
 #include "port/LogChild.h"
+#include <dlog.h>
 
 #include <cerrno>
 #include <csignal>

@@ -1,6 +1,6 @@
-#include "dlog/dlog.h"
 #include "harness/Allocations.h"
 #include "port/LogChild.h"
+#include <dlog.h>
 
 #include <cerrno>
 #include <csignal>

@@ -1,4 +1,4 @@
-#include "application/EarlyFonts.h"
+#include "application/fast-start/EarlyFonts.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "app-common/DataFolder.h"
 
-#include "dlog/dlog.h"
+#include <dlog.h>
 
 #include <cerrno>
 #include <cstdlib>

@@ -1,8 +1,8 @@
-#include "app-common/app_common.h"
+#include <app_common.h>
 
 #include "app-common/DataFolder.h"
 #include "app-common/Installation.h"
-#include "dlog/dlog.h"
+#include <dlog.h>
 
 #include <cstring>
 #include <new>

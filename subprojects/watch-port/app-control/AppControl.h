@@ -2,7 +2,7 @@
 #define WATCH_PORT_APP_CONTROL_APP_CONTROL_H
 
 #include "app-control/LaunchSender.h"
-#include "app-control/app_control.h"
+#include <app_control.h>
 
 #include <map>
 #include <memory>

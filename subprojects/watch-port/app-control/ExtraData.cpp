@@ -1,7 +1,7 @@
 #include "app-control/ExtraData.h"
 
 #include "app-control/AppControl.h"
-#include "support/BusMessage.h"
+#include "bus/BusMessage.h"
 
 #include <string_view>
 

@@ -5,9 +5,9 @@
 #include "app-control/ExtraData.h"
 #include "app-control/LaunchInterface.h"
 #include "app-control/NameLookup.h"
-#include "dlog/dlog.h"
-#include "support/ApplicationCalls.h"
-#include "support/Buses.h"
+#include "base/ApplicationCalls.h"
+#include "bus/Buses.h"
+#include <dlog.h>
 
 #include <memory>
 #include <utility>

@@ -1,7 +1,7 @@
 #ifndef WATCH_PORT_APP_CONTROL_LAUNCH_SENDER_H
 #define WATCH_PORT_APP_CONTROL_LAUNCH_SENDER_H
 
-#include "support/BusConnection.h"
+#include "bus/BusConnection.h"
 
 struct app_control_s;
 

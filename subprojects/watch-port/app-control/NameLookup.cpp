@@ -1,7 +1,7 @@
 #include "app-control/NameLookup.h"
 
-#include "support/Buses.h"
-#include "support/Termination.h"
+#include "base/Termination.h"
+#include "bus/Buses.h"
 
 #include <optional>
 

@@ -1,7 +1,7 @@
 #ifndef WATCH_PORT_APP_CONTROL_NAME_LOOKUP_H
 #define WATCH_PORT_APP_CONTROL_NAME_LOOKUP_H
 
-#include "support/BusConnection.h"
+#include "bus/BusConnection.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 #include "app-control/RequestReader.h"
 
 #include "app-control/ExtraData.h"
-#include "support/BusMessage.h"
+#include "bus/BusMessage.h"
 
 namespace
 {

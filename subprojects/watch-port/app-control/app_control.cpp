@@ -2,7 +2,7 @@
 #include "app-control/ApplicationId.h"
 #include "app-control/LaunchRequest.h"
 #include "dlog/Printable.h"
-#include "dlog/dlog.h"
+#include <dlog.h>
 
 #include <cstring>
 #include <new>

@@ -1,7 +1,7 @@
 #include "application/CommandLine.h"
 
-#include "app-control/app_control.h"
 #include "dlog/Printable.h"
+#include <app_control.h>
 
 #include <optional>
 

@@ -1,7 +1,7 @@
 #include "application/Exhaustion.h"
 
-#include "application/app.h"
-#include "dlog/dlog.h"
+#include <app.h>
+#include <dlog.h>
 
 #include <new>
 #include <sys/mman.h>

@@ -1,8 +1,8 @@
 #include "application/Lifecycle.h"
 
-#include "application/FirstFrame.h"
-#include "application/Windows.h"
-#include "dlog/dlog.h"
+#include "application/windows/FirstFrame.h"
+#include "application/windows/Windows.h"
+#include <dlog.h>
 
 namespace
 {

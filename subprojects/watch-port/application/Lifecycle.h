@@ -2,12 +2,12 @@
 #define WATCH_PORT_APPLICATION_LIFECYCLE_H
 
 #include "app-control/LaunchInbox.h"
-#include "application/ClosedWindow.h"
 #include "application/CommandLine.h"
-#include "application/Display.h"
 #include "application/Exhaustion.h"
-#include "application/WindowVisibility.h"
-#include "application/app.h"
+#include "application/windows/ClosedWindow.h"
+#include "application/windows/Display.h"
+#include "application/windows/WindowVisibility.h"
+#include <app.h>
 
 #include <Ecore.h>
 #include <exception>

@@ -1,7 +1,7 @@
 #include "application/OwnId.h"
 
 #include "app-control/ApplicationId.h"
-#include "dlog/dlog.h"
+#include <dlog.h>
 
 #include <cerrno>
 #include <cstring>

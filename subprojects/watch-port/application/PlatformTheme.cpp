@@ -1,6 +1,6 @@
 #include "application/PlatformTheme.h"
 
-#include "dlog/dlog.h"
+#include <dlog.h>
 
 #include <Elementary.h>
 

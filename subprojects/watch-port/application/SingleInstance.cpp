@@ -2,8 +2,8 @@
 
 #include "app-control/LaunchRequest.h"
 #include "app-control/NameLookup.h"
-#include "dlog/dlog.h"
-#include "support/Buses.h"
+#include "bus/Buses.h"
+#include <dlog.h>
 
 SingleInstance::SingleInstance(const std::string& applicationId, const CommandLine& commandLine)
 {

@@ -1,10 +1,10 @@
 #include "application/TextDomain.h"
 
-#include "dlog/dlog.h"
 #include "system-settings/Catalogue.h"
 #include "system-settings/Catalogues.h"
 #include "system-settings/LocaleName.h"
-#include "system-settings/system_settings.h"
+#include <dlog.h>
+#include <system_settings.h>
 
 #include <clocale>
 #include <cstdlib>

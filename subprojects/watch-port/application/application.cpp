@@ -1,19 +1,19 @@
-#include "application/app.h"
+#include <app.h>
 
 #include "app-common/Installation.h"
 #include "application/CommandLine.h"
-#include "application/Display.h"
-#include "application/EarlyFonts.h"
 #include "application/Exhaustion.h"
 #include "application/Lifecycle.h"
 #include "application/OwnId.h"
 #include "application/PlatformTheme.h"
-#include "application/Screen.h"
 #include "application/SingleInstance.h"
 #include "application/TextDomain.h"
-#include "application/WindowMotion.h"
-#include "dlog/dlog.h"
-#include "support/ApplicationCalls.h"
+#include "application/fast-start/EarlyFonts.h"
+#include "application/windows/Display.h"
+#include "application/windows/Screen.h"
+#include "application/windows/WindowMotion.h"
+#include "base/ApplicationCalls.h"
+#include <dlog.h>
 
 #include <Efreet.h>
 #include <Elementary.h>

@@ -1,6 +1,6 @@
 #include "device/Charger.h"
 
-#include "support/ApplicationCalls.h"
+#include "base/ApplicationCalls.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,9 +1,9 @@
 #ifndef WATCH_PORT_DEVICE_CHARGER_H
 #define WATCH_PORT_DEVICE_CHARGER_H
 
+#include "bus/BusProperty.h"
 #include "device/PowerSupply.h"
-#include "device/callback.h"
-#include "support/BusProperty.h"
+#include <device/callback.h>
 
 #include <memory>
 #include <optional>

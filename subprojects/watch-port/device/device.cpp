@@ -1,6 +1,6 @@
 #include "device/Charger.h"
-#include "device/battery.h"
-#include "dlog/dlog.h"
+#include <device/battery.h>
+#include <dlog.h>
 
 namespace
 {

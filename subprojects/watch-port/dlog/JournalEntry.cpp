@@ -1,7 +1,7 @@
 #include "dlog/JournalEntry.h"
 
 #include "dlog/Printable.h"
-#include "dlog/dlog.h"
+#include <dlog.h>
 
 #include <charconv>
 #include <cstdint>

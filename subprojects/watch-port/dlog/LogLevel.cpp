@@ -1,6 +1,6 @@
 #include "dlog/LogLevel.h"
 
-#include "dlog/dlog.h"
+#include <dlog.h>
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #include "dlog/LogLine.h"
 
-#include "dlog/dlog.h"
+#include <dlog.h>
 
 using WatchPort::TextBuffer;
 

@@ -1,4 +1,4 @@
-#include "dlog/dlog.h"
+#include <dlog.h>
 
 #include "dlog/CallSite.h"
 #include "dlog/Journal.h"

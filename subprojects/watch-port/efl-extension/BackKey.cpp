@@ -1,7 +1,7 @@
 #include "efl-extension/BackKey.h"
 
+#include "base/ApplicationCalls.h"
 #include "efl-extension/Stacking.h"
-#include "support/ApplicationCalls.h"
 
 #include <Ecore_Evas.h>
 

@@ -3,7 +3,7 @@
 
 #include "efl-extension/EventFilter.h"
 #include "efl-extension/ObjectCallbacks.h"
-#include "efl-extension/efl_extension.h"
+#include <efl_extension.h>
 
 #include <Ecore_Input.h>
 

@@ -2,7 +2,7 @@
 #define WATCH_PORT_EFL_EXTENSION_CIRCLE_SCROLLER_H
 
 #include "efl-extension/ScrollArc.h"
-#include "efl-extension/efl_extension.h"
+#include <efl_extension.h>
 
 #include <memory>
 #include <optional>

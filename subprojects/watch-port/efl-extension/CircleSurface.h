@@ -1,7 +1,7 @@
 #ifndef WATCH_PORT_EFL_EXTENSION_CIRCLE_SURFACE_H
 #define WATCH_PORT_EFL_EXTENSION_CIRCLE_SURFACE_H
 
-#include "efl-extension/efl_extension.h"
+#include <efl_extension.h>
 
 /// A surface is its conformant, for as long as that lives.
 struct _Eext_Circle_Surface

@@ -1,6 +1,6 @@
 #include "efl-extension/Rotary.h"
 
-#include "support/ApplicationCalls.h"
+#include "base/ApplicationCalls.h"
 
 #include <algorithm>
 

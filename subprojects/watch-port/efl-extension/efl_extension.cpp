@@ -1,10 +1,10 @@
-#include "efl-extension/efl_extension.h"
+#include <efl_extension.h>
 
-#include "dlog/dlog.h"
 #include "efl-extension/BackKey.h"
 #include "efl-extension/CircleScroller.h"
 #include "efl-extension/CircleSurface.h"
 #include "efl-extension/Rotary.h"
+#include <dlog.h>
 
 using WatchPort::BackKey;
 using WatchPort::CircleScroller;

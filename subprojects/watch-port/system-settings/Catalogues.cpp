@@ -1,8 +1,8 @@
 #include "system-settings/Catalogues.h"
 
-#include "dlog/dlog.h"
 #include "system-settings/Catalogue.h"
 #include "system-settings/LocaleName.h"
+#include <dlog.h>
 
 #include <algorithm>
 #include <clocale>

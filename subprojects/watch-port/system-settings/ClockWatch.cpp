@@ -1,6 +1,6 @@
 #include "system-settings/ClockWatch.h"
 
-#include "dlog/dlog.h"
+#include <dlog.h>
 
 #include <cerrno>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #ifndef WATCH_PORT_SYSTEM_SETTINGS_CLOCK_WATCH_H
 #define WATCH_PORT_SYSTEM_SETTINGS_CLOCK_WATCH_H
 
-#include "support/BusProperty.h"
+#include "bus/BusProperty.h"
 #include "system-settings/ZoneLink.h"
 
 #include <Ecore.h>

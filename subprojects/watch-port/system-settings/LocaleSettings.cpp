@@ -1,8 +1,8 @@
 #include "system-settings/LocaleSettings.h"
 
-#include "dlog/dlog.h"
 #include "system-settings/Catalogues.h"
 #include "system-settings/LocaleName.h"
+#include <dlog.h>
 
 #include <cstdlib>
 #include <initializer_list>

@@ -1,8 +1,8 @@
 #ifndef WATCH_PORT_SYSTEM_SETTINGS_LOCALE_SETTINGS_H
 #define WATCH_PORT_SYSTEM_SETTINGS_LOCALE_SETTINGS_H
 
-#include "support/BusProperty.h"
-#include "system-settings/system_settings.h"
+#include "bus/BusProperty.h"
+#include <system_settings.h>
 
 #include <functional>
 #include <map>

@@ -1,6 +1,6 @@
 #include "system-settings/PortalClockFormat.h"
 
-#include "support/Buses.h"
+#include "bus/Buses.h"
 
 #include <cstring>
 #include <string_view>

@@ -1,7 +1,7 @@
 #ifndef WATCH_PORT_SYSTEM_SETTINGS_PORTAL_CLOCK_FORMAT_H
 #define WATCH_PORT_SYSTEM_SETTINGS_PORTAL_CLOCK_FORMAT_H
 
-#include "support/BusListener.h"
+#include "bus/BusListener.h"
 
 #include <functional>
 #include <memory>

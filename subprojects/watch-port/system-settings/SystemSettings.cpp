@@ -1,6 +1,6 @@
 #include "system-settings/SystemSettings.h"
 
-#include "support/ApplicationCalls.h"
+#include "base/ApplicationCalls.h"
 #include "system-settings/Catalogues.h"
 #include "system-settings/LocaleName.h"
 

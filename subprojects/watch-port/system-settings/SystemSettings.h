@@ -4,7 +4,7 @@
 #include "system-settings/ClockWatch.h"
 #include "system-settings/LocaleSettings.h"
 #include "system-settings/TimeFormat.h"
-#include "system-settings/system_settings.h"
+#include <system_settings.h>
 
 #include <map>
 #include <optional>

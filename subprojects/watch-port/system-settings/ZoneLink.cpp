@@ -1,6 +1,6 @@
 #include "system-settings/ZoneLink.h"
 
-#include "dlog/dlog.h"
+#include <dlog.h>
 
 #include <cstring>
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "system-settings/SystemSettings.h"
 
-#include "dlog/dlog.h"
+#include <dlog.h>
 
 #include <cstring>
 

@@ -1,6 +1,6 @@
 #include "ui-extension/TableEntry.h"
 
-#include "dlog/dlog.h"
+#include <dlog.h>
 
 #include <algorithm>
 #include <charconv>

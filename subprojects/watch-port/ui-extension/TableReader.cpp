@@ -1,6 +1,6 @@
 #include "ui-extension/TableReader.h"
 
-#include "dlog/dlog.h"
+#include <dlog.h>
 
 #include <Eina.h>
 

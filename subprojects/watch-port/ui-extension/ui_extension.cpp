@@ -1,9 +1,9 @@
-#include "ui-extension/ui_extension.h"
+#include <ui_extension.h>
 
-#include "dlog/dlog.h"
 #include "ui-extension/ColorTable.h"
 #include "ui-extension/FontTable.h"
 #include "ui-extension/ThemeTables.h"
+#include <dlog.h>
 
 struct uxt_theme_color_table_s : WatchPort::ColorTable
 {

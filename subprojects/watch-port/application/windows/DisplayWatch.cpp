@@ -1,0 +1,98 @@
+#include "application/windows/DisplayWatch.h"
+
+#include <app.h>
+#include <dlog.h>
+
+#include <Ecore.h>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <ctime>
+#include <optional>
+#include <unistd.h>
+
+namespace
+{
+using Clock = std::chrono::steady_clock;
+
+// A turn that takes half a second has the server asked. It has four seconds to answer.
+constexpr itimerspec kTurn = {{4, 0}, {0, 500'000'000}};
+constexpr itimerspec kSleep = {};
+constexpr std::chrono::milliseconds kAnswerPatience(3900);
+
+// Lives as long as the process, for a thread that hangs may look at it at any time.
+struct Question
+{
+    const std::string server;
+    const std::function<void()> ask;
+    /** When it was asked; the zero of the clock while it is not. */
+    std::atomic<Clock::time_point> since = Clock::time_point();
+};
+
+std::optional<timer_t> sTimer;
+Ecore_Select_Function sSelect = nullptr;
+
+[[noreturn]] void EndProcess(const Question& question)
+{
+    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT",
+                 "%s does not answer any more: the application ends", question.server.c_str());
+    constexpr int kStatusMask = 0xFF;
+    _exit(APP_ERROR_NO_DISPLAY & kStatusMask);
+}
+
+void STurnTakesLongCB(sigval data)
+{
+    auto& question = *static_cast<Question*>(data.sival_ptr);
+    Clock::time_point since;
+    if (question.since.compare_exchange_strong(since, Clock::now()))
+    {
+        question.ask();
+        question.since = Clock::time_point();
+    }
+    else if (Clock::now() - since >= kAnswerPatience)
+    {
+        EndProcess(question);
+    }
+}
+
+int SSelectCB(int count, fd_set* readable, fd_set* writable, fd_set* special, timeval* timeout)
+{
+    if (timeout != nullptr && timeout->tv_sec == 0 && timeout->tv_usec == 0)
+        return sSelect(count, readable, writable, special, timeout);
+    timer_settime(*sTimer, 0, &kSleep, nullptr);
+    const int ready = sSelect(count, readable, writable, special, timeout);
+    const int error = errno;
+    timer_settime(*sTimer, 0, &kTurn, nullptr);
+    errno = error;
+    return ready;
+}
+} // namespace
+
+DisplayWatch::DisplayWatch(const std::string& server, std::function<void()> ask)
+{
+    ecore_init();
+    sigevent event = {};
+    event.sigev_notify = SIGEV_THREAD;
+    event.sigev_value.sival_ptr = new Question{server, std::move(ask)};
+    event.sigev_notify_function = STurnTakesLongCB;
+    timer_t timer = nullptr;
+    // Without one, where no thread can be had, the process does as well as any other.
+    if (timer_create(CLOCK_MONOTONIC, &event, &timer) != 0)
+        return;
+    sTimer = timer;
+    timer_settime(timer, 0, &kTurn, nullptr);
+    sSelect = ecore_main_loop_select_func_get();
+    ecore_main_loop_select_func_set(SSelectCB);
+}
+
+DisplayWatch::~DisplayWatch()
+{
+    if (sTimer)
+    {
+        ecore_main_loop_select_func_set(sSelect);
+        timer_delete(*sTimer);
+        sTimer.reset();
+    }
+    ecore_shutdown();
+}

@@ -1,0 +1,16 @@
+#include "base/ApplicationCalls.h"
+
+namespace
+{
+bool sAreAllowed = true;
+} // namespace
+
+bool MayCallApplication()
+{
+    return sAreAllowed;
+}
+
+void AllowApplicationCalls(bool areAllowed)
+{
+    sAreAllowed = areAllowed;
+}

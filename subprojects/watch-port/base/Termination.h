@@ -1,0 +1,50 @@
+#ifndef WATCH_PORT_BASE_TERMINATION_H
+#define WATCH_PORT_BASE_TERMINATION_H
+
+#include <csignal>
+#include <initializer_list>
+
+namespace WatchPort
+{
+
+/**
+ * Holds back the signals that end the application while it lives, so that a wait can look for them
+ * and give up. They are delivered when it goes: whoever handles them then is told once and in full.
+ *
+ * The toolkit handles them in its main loop, which nothing that waits outside of it would ever
+ * reach; blocking calls of the libraries do not end by a signal either.
+ */
+class Termination
+{
+public:
+    /** As often as this a wait should look. */
+    static constexpr int kLookMilliseconds = 50;
+
+    Termination()
+    {
+        sigemptyset(&mSignals);
+        for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+            sigaddset(&mSignals, signal);
+        pthread_sigmask(SIG_BLOCK, &mSignals, &mBefore);
+    }
+    ~Termination() { pthread_sigmask(SIG_SETMASK, &mBefore, nullptr); }
+    Termination(const Termination&) = delete;
+    Termination& operator=(const Termination&) = delete;
+
+    /** Tells whether one of the signals has come. */
+    bool HasCome() const
+    {
+        sigset_t pending = {};
+        sigpending(&pending);
+        return sigismember(&pending, SIGTERM) == 1 || sigismember(&pending, SIGINT) == 1 ||
+               sigismember(&pending, SIGHUP) == 1;
+    }
+
+private:
+    sigset_t mSignals = {};
+    sigset_t mBefore = {};
+};
+
+} // namespace WatchPort
+
+#endif

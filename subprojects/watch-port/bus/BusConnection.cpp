@@ -1,0 +1,108 @@
+#include "bus/BusConnection.h"
+
+#include "base/Patience.h"
+#include "base/Termination.h"
+
+#include <Ecore.h>
+#include <algorithm>
+
+namespace
+{
+using std::chrono::milliseconds;
+
+struct Closer
+{
+    void operator()(DBusConnection* connection) const
+    {
+        dbus_connection_close(connection);
+        dbus_connection_unref(connection);
+    }
+};
+using Opened = std::unique_ptr<DBusConnection, Closer>;
+
+milliseconds TimeLeft(WatchPort::BusConnection::Clock::time_point deadline)
+{
+    const auto left = deadline - WatchPort::BusConnection::Clock::now();
+    return std::max(milliseconds(0), std::chrono::duration_cast<milliseconds>(left));
+}
+} // namespace
+
+std::unique_ptr<WatchPort::BusConnection> WatchPort::BusConnection::Open(const std::string& address,
+                                                                         Clock::time_point deadline)
+{
+    // Between two waits a signal would be delivered, and the second one not see it.
+    const Termination termination;
+    auto opened = CallWithPatience(
+        TimeLeft(deadline),
+        [address] { return Opened(dbus_connection_open_private(address.c_str(), nullptr)); });
+    if (!opened || !*opened)
+        return nullptr;
+    std::unique_ptr<BusConnection> connection(new BusConnection(opened->release()));
+    return connection->Enter(deadline) ? std::move(connection) : nullptr;
+}
+
+WatchPort::BusConnection::BusConnection(DBusConnection* connection) : mConnection(connection)
+{
+}
+
+WatchPort::BusConnection::~BusConnection()
+{
+    mLoop.reset();
+    Closer()(mConnection);
+}
+
+bool WatchPort::BusConnection::Enter(Clock::time_point deadline)
+{
+    const BusMessage name =
+        Ask(NewCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "Hello"), deadline);
+    return !IsError(name);
+}
+
+WatchPort::BusMessage WatchPort::BusConnection::Ask(BusMessage question, Clock::time_point deadline)
+{
+    DBusPendingCall* sent = nullptr;
+    RequireMemory(
+        dbus_connection_send_with_reply(mConnection, question.get(), &sent, DBUS_TIMEOUT_INFINITE));
+    const BusPending pending(sent);
+    const Termination termination;
+    bool isConnected = pending != nullptr;
+    while (isConnected && TimeLeft(deadline).count() > 0 && !termination.HasCome())
+    {
+        const auto slice =
+            std::min(TimeLeft(deadline), milliseconds(Termination::kLookMilliseconds));
+        isConnected =
+            dbus_connection_read_write_dispatch(mConnection, static_cast<int>(slice.count()));
+        if (dbus_pending_call_get_completed(sent))
+            return BusMessage(dbus_pending_call_steal_reply(sent));
+    }
+    return nullptr;
+}
+
+// Ecore's own listeners of the system bus are kept out: they report a missing bus as an error and
+// crash on a malformed PropertiesChanged.
+void WatchPort::BusConnection::FollowLoop()
+{
+    if (mLoop)
+        return;
+    ecore_app_no_system_modules();
+    ecore_init();
+    mLoop.emplace(mConnection);
+}
+
+void WatchPort::BusConnection::Post(BusMessage message)
+{
+    RequireMemory(dbus_connection_send(mConnection, message.get(), nullptr));
+}
+
+WatchPort::BusPending WatchPort::BusConnection::Call(BusMessage call, milliseconds patience,
+                                                     DBusPendingCallNotifyFunction onAnswer,
+                                                     void* data)
+{
+    DBusPendingCall* sent = nullptr;
+    RequireMemory(dbus_connection_send_with_reply(mConnection, call.get(), &sent,
+                                                  static_cast<int>(patience.count())));
+    BusPending pending(sent);
+    if (pending)
+        RequireMemory(dbus_pending_call_set_notify(sent, onAnswer, data, nullptr));
+    return pending;
+}

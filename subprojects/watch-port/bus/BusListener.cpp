@@ -1,0 +1,107 @@
+#include "bus/BusListener.h"
+
+#include <cstring>
+
+namespace
+{
+using std::chrono::seconds;
+using WatchPort::BusMessage;
+
+// As the bus library has it for a call that gives no time.
+constexpr seconds kAnswerPatience(25);
+constexpr char kOwnerChanged[] = "NameOwnerChanged";
+
+// Another sender's messages do not even come.
+std::string SignalRule(const BusSignalAddress& address)
+{
+    return std::string("type='signal',sender='") + address.mService + "',path='" + address.mPath +
+           "',interface='" + address.mInterface + "',member='" + address.mSignal + "'";
+}
+
+std::string OwnerRule(const char* service)
+{
+    return std::string("type='signal',sender='" DBUS_SERVICE_DBUS "',path='" DBUS_PATH_DBUS
+                       "',interface='" DBUS_INTERFACE_DBUS "',member='") +
+           kOwnerChanged + "',arg0='" + service + "'";
+}
+} // namespace
+
+BusListener::BusListener(WatchPort::BusConnection& bus, const BusSignalAddress& address)
+    : mBus(bus), mAddress(address), mSignalRule(SignalRule(address)),
+      mOwnerRule(OwnerRule(address.mService))
+{
+    mBus.FollowLoop();
+    WatchPort::RequireMemory(dbus_connection_add_filter(mBus.Get(), SMessageCB, this, nullptr));
+    // Without a place for an error the bus library does not wait for the answer.
+    for (const std::string& rule : {mSignalRule, mOwnerRule})
+        dbus_bus_add_match(mBus.Get(), rule.c_str(), nullptr);
+    mOwnerQuestion =
+        mBus.Call(WatchPort::NewCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS,
+                                     "GetNameOwner", {mAddress.mService}),
+                  kAnswerPatience, SOwnerCB, this);
+}
+
+BusListener::~BusListener()
+{
+    for (const std::string& rule : {mSignalRule, mOwnerRule})
+        dbus_bus_remove_match(mBus.Get(), rule.c_str(), nullptr);
+    dbus_connection_remove_filter(mBus.Get(), SMessageCB, this);
+}
+
+void BusListener::Ask(BusMessage question)
+{
+    mQuestion = mBus.Call(std::move(question), kAnswerPatience, SAnswerCB, this);
+}
+
+void BusListener::SOwnerCB(DBusPendingCall* question, void* data)
+{
+    auto* self = static_cast<BusListener*>(data);
+    const BusMessage answer(dbus_pending_call_steal_reply(question));
+    self->mOwnerQuestion.reset();
+    const char* owner = nullptr;
+    if (dbus_message_get_args(answer.get(), nullptr, DBUS_TYPE_STRING, &owner, DBUS_TYPE_INVALID))
+        self->mOwner = owner;
+}
+
+void BusListener::SAnswerCB(DBusPendingCall* question, void* data)
+{
+    auto* self = static_cast<BusListener*>(data);
+    const BusMessage answer(dbus_pending_call_steal_reply(question));
+    self->mQuestion.reset();
+    self->OnAnswer(answer.get());
+}
+
+DBusHandlerResult BusListener::SMessageCB(DBusConnection*, DBusMessage* message, void* data)
+{
+    static_cast<BusListener*>(data)->OnMessage(message);
+    return DBUS_HANDLER_RESULT_NOT_YET_HANDLED;
+}
+
+void BusListener::OnMessage(DBusMessage* message)
+{
+    if (dbus_message_is_signal(message, DBUS_INTERFACE_LOCAL, "Disconnected"))
+        OnGone();
+    else if (dbus_message_is_signal(message, DBUS_INTERFACE_DBUS, kOwnerChanged) &&
+             dbus_message_has_sender(message, DBUS_SERVICE_DBUS))
+        OnOwnerChanged(message);
+    else if (dbus_message_is_signal(message, mAddress.mInterface, mAddress.mSignal) &&
+             dbus_message_has_path(message, mAddress.mPath) &&
+             dbus_message_has_sender(message, mOwner.c_str()))
+        OnSignal(message);
+}
+
+void BusListener::OnOwnerChanged(DBusMessage* message)
+{
+    const char* service = nullptr;
+    const char* before = nullptr;
+    const char* now = nullptr;
+    if (!dbus_message_get_args(message, nullptr, DBUS_TYPE_STRING, &service, DBUS_TYPE_STRING,
+                               &before, DBUS_TYPE_STRING, &now, DBUS_TYPE_INVALID) ||
+        std::strcmp(service, mAddress.mService) != 0)
+        return;
+    mOwner = now;
+    if (mOwner.empty())
+        OnGone();
+    else
+        OnAppeared();
+}

@@ -1,0 +1,56 @@
+#ifndef WATCH_PORT_BUS_BUS_LOOP_H
+#define WATCH_PORT_BUS_BUS_LOOP_H
+
+#include <Ecore.h>
+#include <dbus/dbus.h>
+#include <vector>
+
+namespace WatchPort
+{
+
+/**
+ * Lets Ecore's main loop read and write a connection, dispatch what has arrived, and time its
+ * calls, while it lives.
+ *
+ * Messages are dispatched one after the other by an event of the loop, never from inside of a call
+ * of the bus library, and not by a loop that runs within the dispatch of another message.
+ */
+class BusLoop
+{
+public:
+    /** @param connection Outlives the object. */
+    explicit BusLoop(DBusConnection* connection);
+    ~BusLoop();
+    BusLoop(const BusLoop&) = delete;
+    BusLoop& operator=(const BusLoop&) = delete;
+
+private:
+    static dbus_bool_t SAddWatchCB(DBusWatch* watch, void* data);
+    static void SRemoveWatchCB(DBusWatch* watch, void* data);
+    static void SToggleWatchCB(DBusWatch* watch, void* data);
+    static Eina_Bool SReadyCB(void* data, Ecore_Fd_Handler* handler);
+
+    static dbus_bool_t SAddTimeoutCB(DBusTimeout* timeout, void* data);
+    static void SRemoveTimeoutCB(DBusTimeout* timeout, void* data);
+    static void SToggleTimeoutCB(DBusTimeout* timeout, void* data);
+    static Eina_Bool STimeoutCB(void* data);
+
+    static void SDispatchStatusCB(DBusConnection* connection, DBusDispatchStatus status,
+                                  void* data);
+    static void SDispatchJob(void* data);
+
+    bool Has(DBusWatch* watch) const;
+    void Refresh();
+    void Dispatch();
+
+    DBusConnection* const mConnection;
+    // One to read and one to write, of the same descriptor.
+    std::vector<DBusWatch*> mWatches;
+    Ecore_Fd_Handler* mHandler = nullptr;
+    Ecore_Job* mJob = nullptr;
+    bool mIsDispatching = false;
+};
+
+} // namespace WatchPort
+
+#endif

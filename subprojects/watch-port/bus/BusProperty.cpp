@@ -1,0 +1,125 @@
+#include "bus/BusProperty.h"
+
+#include "bus/Buses.h"
+
+#include <cstring>
+#include <utility>
+
+namespace
+{
+using WatchPort::BusMessage;
+
+constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
+
+BusMessage NewQuestion(const BusPropertyAddress& address)
+{
+    return WatchPort::NewCall(address.mService, address.mPath, kProperties, "Get",
+                              {address.mInterface, address.mProperty});
+}
+
+// False for an error and for an answer of another type.
+bool GetValue(DBusMessage* answer, const char* signature, DBusMessageIter& value)
+{
+    return WatchPort::GetVariant(answer, value) && WatchPort::HasSignature(&value, signature);
+}
+
+bool IsIn(DBusMessageIter names, const char* wanted)
+{
+    while (dbus_message_iter_get_arg_type(&names) == DBUS_TYPE_STRING)
+    {
+        if (std::strcmp(WatchPort::ReadText(&names), wanted) == 0)
+            return true;
+    }
+    return false;
+}
+
+bool Find(DBusMessageIter values, const char* wanted, DBusMessageIter& value)
+{
+    while (dbus_message_iter_get_arg_type(&values) == DBUS_TYPE_DICT_ENTRY)
+    {
+        DBusMessageIter entry = WatchPort::Enter(&values);
+        const bool isWanted = std::strcmp(WatchPort::ReadText(&entry), wanted) == 0;
+        value = WatchPort::Enter(&entry);
+        if (isWanted)
+            return true;
+    }
+    return false;
+}
+} // namespace
+
+std::unique_ptr<BusProperty> BusProperty::Follow(const BusPropertyAddress& address,
+                                                 ValueCallback onValue, GoneCallback onGone)
+{
+    WatchPort::BusConnection* bus = SystemBus();
+    if (!bus)
+        return nullptr;
+    return std::unique_ptr<BusProperty>(
+        new BusProperty(*bus, address, std::move(onValue), std::move(onGone)));
+}
+
+bool BusProperty::Read(const BusPropertyAddress& address, std::chrono::milliseconds patience,
+                       const ValueCallback& take)
+{
+    WatchPort::BusConnection* bus = SystemBus();
+    if (!bus)
+        return false;
+    // No message is dispatched meanwhile, so no callback is called.
+    const BusMessage answer(dbus_connection_send_with_reply_and_block(
+        bus->Get(), NewQuestion(address).get(), static_cast<int>(patience.count()), nullptr));
+    DBusMessageIter value;
+    if (!answer || !GetValue(answer.get(), address.mSignature, value))
+        return false;
+    take(&value);
+    return true;
+}
+
+BusProperty::BusProperty(WatchPort::BusConnection& bus, const BusPropertyAddress& address,
+                         ValueCallback onValue, GoneCallback onGone)
+    : BusListener(bus, {address.mService, address.mPath, kProperties, "PropertiesChanged"}),
+      mAddress(address), mOnValue(std::move(onValue)), mOnGone(std::move(onGone))
+{
+    Ask(NewQuestion(mAddress));
+}
+
+void BusProperty::OnAppeared()
+{
+    Ask(NewQuestion(mAddress));
+}
+
+void BusProperty::OnAnswer(DBusMessage* answer)
+{
+    DBusMessageIter value;
+    if (GetValue(answer, mAddress.mSignature, value))
+        TellValue(&value);
+    else
+        OnGone();
+}
+
+void BusProperty::OnSignal(DBusMessage* signal)
+{
+    DBusMessageIter iter;
+    if (!dbus_message_has_signature(signal, "sa{sv}as") || !dbus_message_iter_init(signal, &iter) ||
+        std::strcmp(WatchPort::ReadText(&iter), mAddress.mInterface) != 0)
+        return;
+    const DBusMessageIter changed = WatchPort::Enter(&iter);
+    const DBusMessageIter invalidated = WatchPort::Enter(&iter);
+    // An answer that is still to come is newer than this signal, for messages keep their order.
+    if (IsIn(invalidated, mAddress.mProperty) && !IsAsking())
+        Ask(NewQuestion(mAddress));
+    DBusMessageIter value;
+    if (Find(changed, mAddress.mProperty, value) &&
+        WatchPort::HasSignature(&value, mAddress.mSignature))
+        TellValue(&value);
+}
+
+void BusProperty::OnGone()
+{
+    const GoneCallback onGone = mOnGone;
+    onGone();
+}
+
+void BusProperty::TellValue(DBusMessageIter* value)
+{
+    const ValueCallback onValue = mOnValue;
+    onValue(value);
+}

@@ -1,0 +1,73 @@
+#ifndef WATCH_PORT_BUS_BUS_PROPERTY_H
+#define WATCH_PORT_BUS_BUS_PROPERTY_H
+
+#include "bus/BusListener.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+/** Where a property is found on the system bus, and the type that it must have. */
+struct BusPropertyAddress
+{
+    const char* mService;
+    const char* mPath;
+    const char* mInterface;
+    const char* mProperty;
+    const char* mSignature;
+};
+
+/**
+ * One property of a system service, followed while the service comes, restarts and goes.
+ *
+ * The property is read once at the beginning and each time the service appears, and then follows
+ * the service's PropertiesChanged. A service that the bus can start is started by the first read
+ * and by nothing after it, so one that ends when idle may do so.
+ *
+ * Messages are not trusted: those of another sender, shape or type are passed over in silence.
+ *
+ * Both callbacks come from the main loop, never from inside a call of this class, and may delete
+ * the object that calls them.
+ */
+class BusProperty : private BusListener
+{
+public:
+    /** Gets the value, of the address's type, at every reading: also when it is the old one. */
+    using ValueCallback = std::function<void(DBusMessageIter* value)>;
+
+    /** Told that nobody gives the value (any more): no such service, or the bus has gone. */
+    using GoneCallback = std::function<void()>;
+
+    /**
+     * Begins to follow a property. The address's texts must outlive the result.
+     *
+     * @return Null when there is no system bus; nothing is logged then.
+     */
+    static std::unique_ptr<BusProperty> Follow(const BusPropertyAddress& address,
+                                               ValueCallback onValue, GoneCallback onGone);
+
+    /**
+     * Reads a property now, and waits no longer than the patience. Without a bus, or a service of
+     * that name that runs or can be started, it returns at once.
+     *
+     * @return Whether `take` was called with a value of the address's type.
+     */
+    static bool Read(const BusPropertyAddress& address, std::chrono::milliseconds patience,
+                     const ValueCallback& take);
+
+private:
+    BusProperty(WatchPort::BusConnection& bus, const BusPropertyAddress& address,
+                ValueCallback onValue, GoneCallback onGone);
+
+    void OnAppeared() override;
+    void OnAnswer(DBusMessage* answer) override;
+    void OnSignal(DBusMessage* signal) override;
+    void OnGone() override;
+    void TellValue(DBusMessageIter* value);
+
+    const BusPropertyAddress mAddress;
+    const ValueCallback mOnValue;
+    const GoneCallback mOnGone;
+};
+
+#endif

@@ -1,0 +1,31 @@
+#ifndef WATCH_PORT_BUS_BUSES_H
+#define WATCH_PORT_BUS_BUSES_H
+
+#include "bus/BusConnection.h"
+
+#include <string>
+
+/**
+ * Returns the process's connection to the system bus, made at the first call and kept until the
+ * process ends. May be called before the toolkit is initialised; whoever wants messages from the
+ * main loop calls FollowLoop().
+ *
+ * A bus that accepts nobody, or accepts and then keeps silent, is given up after
+ * BusConnection::kPatience.
+ *
+ * @return Null when no system bus answered at the first call, or when it has died. Both are
+ *         final: the system's bus is there before its applications. Nothing is logged, and the
+ *         process goes on.
+ */
+WatchPort::BusConnection* SystemBus();
+
+/** The same for the session bus. Where the environment names none, none is started. */
+WatchPort::BusConnection* SessionBus();
+
+/**
+ * The session bus's address: that of DBUS_SESSION_BUS_ADDRESS, else the user's bus in
+ * XDG_RUNTIME_DIR, which may not be there; empty when neither is set.
+ */
+std::string SessionBusAddress();
+
+#endif

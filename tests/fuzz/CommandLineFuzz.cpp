@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <sstream>
 
+using namespace WatchPort;
+
 namespace
 {
 // An error is one line of text, whatever the argument was that it quotes.

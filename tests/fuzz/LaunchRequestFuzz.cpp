@@ -14,6 +14,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+using namespace WatchPort;
+
 namespace
 {
 constexpr char kId[] = "org.example.Fuzz";

@@ -3,6 +3,8 @@
 
 #include "bus/BusConnection.h"
 
+using namespace WatchPort;
+
 /** A message bus of one connection within the process, so that messages really arrive. */
 class LocalBus
 {

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+using namespace WatchPort;
+
 namespace
 {
 // One line of UTF-8 without control characters stays as it is.

@@ -10,6 +10,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+using namespace WatchPort;
+
 namespace
 {
 class MemoryFile

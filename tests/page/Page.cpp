@@ -20,6 +20,8 @@
 #include <sstream>
 #include <ui_extension.h>
 
+using namespace WatchPort;
+
 namespace fs = std::filesystem;
 
 namespace

@@ -10,6 +10,8 @@
 #include <sstream>
 #include <string>
 
+using namespace WatchPort;
+
 /** What a probe does for a line "VERB FIRST SECOND"; each prints one line "VERB …: result". */
 using Command = void (*)(const std::string& first, const std::string& second);
 using Commands = std::map<std::string, Command>;

@@ -11,6 +11,8 @@
 #include <string>
 #include <sys/stat.h>
 
+using namespace WatchPort;
+
 namespace fs = std::filesystem;
 
 namespace

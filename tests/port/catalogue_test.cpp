@@ -9,6 +9,8 @@
 #include <string>
 #include <unistd.h>
 
+using namespace WatchPort;
+
 namespace
 {
 // Offsets of the header's fields, and of the tables that follow it.

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace WatchPort;
+
 namespace
 {
 using testing::AllOf;

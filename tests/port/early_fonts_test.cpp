@@ -9,6 +9,8 @@
 #include <string>
 #include <unistd.h>
 
+using namespace WatchPort;
+
 namespace
 {
 namespace fs = std::filesystem;

@@ -7,6 +7,9 @@
 #include <cstring>
 #include <sys/stat.h>
 
+namespace WatchPort
+{
+
 namespace fs = std::filesystem;
 
 namespace
@@ -64,3 +67,5 @@ fs::path MakeDataFolder(const std::string& program)
     }
     return folder;
 }
+
+} // namespace WatchPort

@@ -1,5 +1,8 @@
 #include "app-common/Installation.h"
 
+namespace WatchPort
+{
+
 namespace fs = std::filesystem;
 
 namespace
@@ -41,3 +44,5 @@ const fs::path& RunningExecutable()
     static const fs::path executable = ReadRunningExecutable();
     return executable;
 }
+
+} // namespace WatchPort

@@ -5,6 +5,9 @@
 #include <optional>
 #include <string>
 
+namespace WatchPort
+{
+
 /** The files that came with a program, in an installation or a build tree. */
 struct Installation
 {
@@ -19,5 +22,7 @@ std::optional<Installation> FindInstallation(const std::filesystem::path& execut
 
 /** Returns the absolute path of the running executable; empty when /proc does not tell. */
 const std::filesystem::path& RunningExecutable();
+
+} // namespace WatchPort
 
 #endif

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <new>
 
+using namespace WatchPort;
+
 namespace
 {
 char* NewFolderText(const std::filesystem::path& folder)

@@ -14,7 +14,8 @@ struct app_control_s
     std::string operation = APP_CONTROL_OPERATION_DEFAULT;
     std::string appId;
     std::map<std::string, std::string> extraData;
-    std::shared_ptr<LaunchSender> sender; /**< Null unless the request came over the bus. */
+    std::shared_ptr<WatchPort::LaunchSender>
+        sender; /**< Null unless the request came over the bus. */
 };
 
 #endif

@@ -1,5 +1,8 @@
 #include "app-control/ApplicationId.h"
 
+namespace WatchPort
+{
+
 namespace
 {
 constexpr size_t kLongestName = 255;
@@ -38,3 +41,5 @@ std::string ApplicationObjectPath(std::string_view applicationId)
         path += c == '.' ? '/' : c == '-' ? '_' : c;
     return path;
 }
+
+} // namespace WatchPort

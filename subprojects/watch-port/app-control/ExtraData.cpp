@@ -5,9 +5,11 @@
 
 #include <string_view>
 
+namespace WatchPort
+{
+
 namespace
 {
-using WatchPort::RequireMemory;
 
 constexpr size_t kMostBytes = size_t{1024} * 1024;
 
@@ -15,7 +17,7 @@ void AppendVariant(DBusMessageIter* entry, const std::string& value)
 {
     DBusMessageIter variant;
     RequireMemory(dbus_message_iter_open_container(entry, DBUS_TYPE_VARIANT, "s", &variant));
-    WatchPort::AppendText(&variant, value);
+    AppendText(&variant, value);
     RequireMemory(dbus_message_iter_close_container(entry, &variant));
 }
 
@@ -30,7 +32,7 @@ void AppendEntries(DBusMessageIter* iter, const char* type, const ExtraData& ext
         DBusMessageIter entry;
         RequireMemory(
             dbus_message_iter_open_container(&entries, DBUS_TYPE_DICT_ENTRY, nullptr, &entry));
-        WatchPort::AppendText(&entry, key);
+        AppendText(&entry, key);
         appendValue(&entry, value);
         RequireMemory(dbus_message_iter_close_container(&entries, &entry));
     }
@@ -41,9 +43,8 @@ void AppendEntries(DBusMessageIter* iter, const char* type, const ExtraData& ext
 const char* ReadValue(DBusMessageIter value)
 {
     if (dbus_message_iter_get_arg_type(&value) == DBUS_TYPE_VARIANT)
-        value = WatchPort::Enter(&value);
-    return dbus_message_iter_get_arg_type(&value) == DBUS_TYPE_STRING ? WatchPort::ReadText(&value)
-                                                                      : nullptr;
+        value = Enter(&value);
+    return dbus_message_iter_get_arg_type(&value) == DBUS_TYPE_STRING ? ReadText(&value) : nullptr;
 }
 } // namespace
 
@@ -54,7 +55,7 @@ void AppendVariants(DBusMessageIter* iter, const ExtraData& extraData)
 
 void AppendTexts(DBusMessageIter* iter, const ExtraData& extraData)
 {
-    AppendEntries(iter, "{ss}", extraData, WatchPort::AppendText);
+    AppendEntries(iter, "{ss}", extraData, AppendText);
 }
 
 bool ReadExtraData(DBusMessageIter entries, ExtraData& extraData)
@@ -63,8 +64,8 @@ bool ReadExtraData(DBusMessageIter entries, ExtraData& extraData)
     size_t bytes = 0;
     while (dbus_message_iter_get_arg_type(&entries) == DBUS_TYPE_DICT_ENTRY)
     {
-        DBusMessageIter entry = WatchPort::Enter(&entries);
-        const std::string_view key = WatchPort::ReadText(&entry);
+        DBusMessageIter entry = Enter(&entries);
+        const std::string_view key = ReadText(&entry);
         const char* const text = ReadValue(entry);
         const std::string_view value = text ? text : "";
         bytes += key.size() + value.size();
@@ -89,3 +90,5 @@ bool IsTooBig(const app_control_s& request)
     return request.operation.size() + CountBytes(request.extraData) > kMostBytes ||
            request.extraData.size() > kMostEntries;
 }
+
+} // namespace WatchPort

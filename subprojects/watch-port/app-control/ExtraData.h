@@ -7,6 +7,9 @@
 
 struct app_control_s;
 
+namespace WatchPort
+{
+
 /** Extra data as they travel on the bus. */
 using ExtraData = std::map<std::string, std::string>;
 
@@ -39,5 +42,7 @@ size_t CountBytes(const ExtraData& extraData);
  * kMostEntries are exceeded.
  */
 bool IsTooBig(const app_control_s& request);
+
+} // namespace WatchPort
 
 #endif

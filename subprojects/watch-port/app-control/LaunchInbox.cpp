@@ -9,11 +9,13 @@
 #include <new>
 #include <numeric>
 
+namespace WatchPort
+{
+
 namespace
 {
 using Clock = std::chrono::steady_clock;
 using Request = std::unique_ptr<app_control_s>;
-using WatchPort::BusMessage;
 
 // What a request and an entry of its extra data take beside their texts, roughly.
 constexpr size_t kRequestBytes = 1024;
@@ -42,17 +44,17 @@ constexpr Method kMethods[] = {
 BusMessage Refuse(DBusMessage* call, const char* error, const char* reason)
 {
     BusMessage refusal(dbus_message_new_error(call, error, reason));
-    WatchPort::RequireMemory(refusal != nullptr);
+    RequireMemory(refusal != nullptr);
     return refusal;
 }
 
 BusMessage Introspect(DBusMessage* call)
 {
     BusMessage answer(dbus_message_new_method_return(call));
-    WatchPort::RequireMemory(answer != nullptr);
+    RequireMemory(answer != nullptr);
     DBusMessageIter iter;
     dbus_message_iter_init_append(answer.get(), &iter);
-    WatchPort::AppendText(&iter, kIntrospection);
+    AppendText(&iter, kIntrospection);
     return answer;
 }
 
@@ -73,13 +75,12 @@ size_t CountMemory(const app_control_s& request)
 }
 } // namespace
 
-LaunchInbox::LaunchInbox(WatchPort::BusConnection& bus, const std::string& applicationId)
+LaunchInbox::LaunchInbox(BusConnection& bus, const std::string& applicationId)
     : mBus(bus), mPath(ApplicationObjectPath(applicationId))
 {
     static const DBusObjectPathVTable kTable = {nullptr, SMessageCB, nullptr,
                                                 nullptr, nullptr,    nullptr};
-    WatchPort::RequireMemory(
-        dbus_connection_register_object_path(mBus.Get(), mPath.c_str(), &kTable, this));
+    RequireMemory(dbus_connection_register_object_path(mBus.Get(), mPath.c_str(), &kTable, this));
 }
 
 LaunchInbox::~LaunchInbox()
@@ -189,3 +190,5 @@ BusMessage LaunchInbox::Keep(DBusMessage* call, Request request)
     mArrived.push_back({std::move(request), bytes, Clock::now()});
     return nullptr;
 }
+
+} // namespace WatchPort

@@ -11,6 +11,9 @@
 #include <memory>
 #include <string>
 
+namespace WatchPort
+{
+
 /**
  * The object of an application on the session bus, and the launch requests that came to it.
  *
@@ -32,7 +35,7 @@ public:
      * @param bus Outlives the object. The bus hands over the calls that it started the application
      *        for before it tells who owns the name, so this comes before the name.
      */
-    LaunchInbox(WatchPort::BusConnection& bus, const std::string& applicationId);
+    LaunchInbox(BusConnection& bus, const std::string& applicationId);
     ~LaunchInbox();
     LaunchInbox(const LaunchInbox&) = delete;
     LaunchInbox& operator=(const LaunchInbox&) = delete;
@@ -63,16 +66,18 @@ private:
                                         void* data);
     static Eina_Bool STimerCB(void* data);
 
-    WatchPort::BusMessage Take(DBusMessage* call);
-    WatchPort::BusMessage Keep(DBusMessage* call, std::unique_ptr<app_control_s> request);
+    BusMessage Take(DBusMessage* call);
+    BusMessage Keep(DBusMessage* call, std::unique_ptr<app_control_s> request);
     size_t CountWaiting() const;
     size_t CountBytes() const;
 
-    WatchPort::BusConnection& mBus;
+    BusConnection& mBus;
     const std::string mPath;
     std::deque<Entry> mArrived;
     std::list<Entry> mWaiting;
     Ecore_Timer* mTimer = nullptr;
 };
+
+} // namespace WatchPort
 
 #endif

@@ -3,6 +3,9 @@
 
 #include <chrono>
 
+namespace WatchPort
+{
+
 /** The desktop's interface of an application. */
 constexpr char kApplicationInterface[] = "org.freedesktop.Application";
 
@@ -42,5 +45,7 @@ constexpr char kIntrospection[] = R"(<!DOCTYPE node PUBLIC
  </interface>
 </node>
 )";
+
+} // namespace WatchPort
 
 #endif

@@ -12,28 +12,28 @@
 #include <memory>
 #include <utility>
 
+namespace WatchPort
+{
+
 namespace
 {
-using WatchPort::BusMessage;
-using WatchPort::RequireMemory;
 
 constexpr std::chrono::seconds kForwardPatience(5);
 
 // A request on its way. It lives until its answer has been told.
 struct Launch
 {
-    Launch(WatchPort::BusConnection& sentOver, app_control_s sent, app_control_reply_cb onAnswer,
-           void* data);
+    Launch(BusConnection& sentOver, app_control_s sent, app_control_reply_cb onAnswer, void* data);
     ~Launch();
     Launch(const Launch&) = delete;
     Launch& operator=(const Launch&) = delete;
 
-    WatchPort::BusConnection& bus;
+    BusConnection& bus;
     app_control_s request;
     const app_control_reply_cb callback;
     void* const userData;
     bool isReplyWanted;
-    WatchPort::BusPending pending;
+    BusPending pending;
 };
 
 int Fail(app_control_error_e error, const app_control_s& request, const char* reason)
@@ -52,7 +52,7 @@ int FailReply(app_control_error_e error, const char* reason)
 
 void AppendAction(DBusMessageIter* iter, const app_control_s& request)
 {
-    WatchPort::AppendText(iter, request.operation);
+    AppendText(iter, request.operation);
     DBusMessageIter parameters;
     DBusMessageIter variant;
     RequireMemory(dbus_message_iter_open_container(iter, DBUS_TYPE_ARRAY, "v", &parameters));
@@ -67,9 +67,8 @@ BusMessage NewMessage(const app_control_s& request)
 {
     const bool isPlain =
         request.operation == APP_CONTROL_OPERATION_DEFAULT && request.extraData.empty();
-    BusMessage message =
-        WatchPort::NewCall(request.appId, ApplicationObjectPath(request.appId),
-                           kApplicationInterface, isPlain ? "Activate" : "ActivateAction");
+    BusMessage message = NewCall(request.appId, ApplicationObjectPath(request.appId),
+                                 kApplicationInterface, isPlain ? "Activate" : "ActivateAction");
     DBusMessageIter iter;
     dbus_message_iter_init_append(message.get(), &iter);
     if (!isPlain)
@@ -81,8 +80,8 @@ BusMessage NewMessage(const app_control_s& request)
 
 BusMessage NewReplyMessage(const app_control_s& request)
 {
-    BusMessage message = WatchPort::NewCall(request.appId, ApplicationObjectPath(request.appId),
-                                            kLaunchInterface, "Launch", {request.operation});
+    BusMessage message = NewCall(request.appId, ApplicationObjectPath(request.appId),
+                                 kLaunchInterface, "Launch", {request.operation});
     DBusMessageIter iter;
     dbus_message_iter_init_append(message.get(), &iter);
     AppendTexts(&iter, request.extraData);
@@ -92,8 +91,8 @@ BusMessage NewReplyMessage(const app_control_s& request)
 void SAnswerCB(DBusPendingCall* pending, void* data);
 DBusHandlerResult SDisconnectedCB(DBusConnection* connection, DBusMessage* message, void* data);
 
-Launch::Launch(WatchPort::BusConnection& sentOver, app_control_s sent,
-               app_control_reply_cb onAnswer, void* data)
+Launch::Launch(BusConnection& sentOver, app_control_s sent, app_control_reply_cb onAnswer,
+               void* data)
     : bus(sentOver), request(std::move(sent)), callback(onAnswer), userData(data),
       isReplyWanted(onAnswer != nullptr)
 {
@@ -139,7 +138,7 @@ void TellReplied(Launch& launch, DBusMessage* answer)
     dbus_message_iter_get_basic(&iter, &result);
     dbus_message_iter_next(&iter);
     app_control_s reply;
-    if (ReadExtraData(WatchPort::Enter(&iter), reply.extraData))
+    if (ReadExtraData(Enter(&iter), reply.extraData))
         Tell(launch, &reply,
              result == 0 ? APP_CONTROL_RESULT_SUCCEEDED : APP_CONTROL_RESULT_FAILED);
     else
@@ -196,7 +195,7 @@ DBusHandlerResult SDisconnectedCB(DBusConnection*, DBusMessage* message, void* d
 
 int Send(const app_control_s& request, app_control_reply_cb callback, void* userData)
 {
-    WatchPort::BusConnection* const bus = SessionBus();
+    BusConnection* const bus = SessionBus();
     if (bus != nullptr)
         bus->FollowLoop();
     auto launch =
@@ -230,9 +229,9 @@ int SendLaunchRequest(const app_control_s& request, app_control_reply_cb callbac
     return Send(request, callback, userData);
 }
 
-bool ForwardLaunchRequest(WatchPort::BusConnection& bus, const app_control_s& request)
+bool ForwardLaunchRequest(BusConnection& bus, const app_control_s& request)
 {
-    const auto deadline = WatchPort::BusConnection::Clock::now() + kForwardPatience;
+    const auto deadline = BusConnection::Clock::now() + kForwardPatience;
     return !IsError(bus.Ask(NewMessage(request), deadline));
 }
 
@@ -249,3 +248,5 @@ int ReplyToLaunchRequest(const app_control_s& reply, app_control_s& request,
     sender->SendReply(reply, result);
     return APP_CONTROL_ERROR_NONE;
 }
+
+} // namespace WatchPort

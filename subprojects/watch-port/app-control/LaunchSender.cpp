@@ -5,11 +5,14 @@
 
 #include <utility>
 
-LaunchSender::LaunchSender(WatchPort::BusConnection& bus, DBusMessage* call, Wish wish)
+namespace WatchPort
+{
+
+LaunchSender::LaunchSender(BusConnection& bus, DBusMessage* call, Wish wish)
     : mBus(bus), mWish(wish), mIsAnswerWanted(!dbus_message_get_no_reply(call)),
       mAnswer(mIsAnswerWanted ? dbus_message_new_method_return(call) : nullptr)
 {
-    WatchPort::RequireMemory(mAnswer || !mIsAnswerWanted);
+    RequireMemory(mAnswer || !mIsAnswerWanted);
 }
 
 void LaunchSender::SendReceipt()
@@ -23,7 +26,9 @@ void LaunchSender::SendReply(const app_control_s& reply, int result)
     DBusMessageIter iter;
     dbus_message_iter_init_append(mAnswer.get(), &iter);
     const dbus_int32_t code = result;
-    WatchPort::RequireMemory(dbus_message_iter_append_basic(&iter, DBUS_TYPE_INT32, &code));
+    RequireMemory(dbus_message_iter_append_basic(&iter, DBUS_TYPE_INT32, &code));
     AppendTexts(&iter, reply.extraData);
     mBus.Post(std::exchange(mAnswer, nullptr));
 }
+
+} // namespace WatchPort

@@ -5,6 +5,9 @@
 
 struct app_control_s;
 
+namespace WatchPort
+{
+
 /**
  * Who sent a request that came over the bus: the answer that he is still to get.
  *
@@ -23,7 +26,7 @@ public:
      * @param bus Outlives the object.
      * @param call One that wants no answer gets none, and its sender has no wish.
      */
-    LaunchSender(WatchPort::BusConnection& bus, DBusMessage* call, Wish wish);
+    LaunchSender(BusConnection& bus, DBusMessage* call, Wish wish);
     LaunchSender(const LaunchSender&) = delete;
     LaunchSender& operator=(const LaunchSender&) = delete;
 
@@ -40,10 +43,12 @@ public:
     void SendReply(const app_control_s& reply, int result);
 
 private:
-    WatchPort::BusConnection& mBus;
+    BusConnection& mBus;
     const Wish mWish;
     const bool mIsAnswerWanted;
-    WatchPort::BusMessage mAnswer;
+    BusMessage mAnswer;
 };
+
+} // namespace WatchPort
 
 #endif

@@ -5,17 +5,17 @@
 
 #include <optional>
 
+namespace WatchPort
+{
+
 namespace
 {
-using WatchPort::BusConnection;
-using WatchPort::BusMessage;
 
 constexpr std::chrono::seconds kNamePatience(1);
 
 BusMessage NewQuestion(const char* method, std::initializer_list<std::string> texts)
 {
-    return WatchPort::NewCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, method,
-                              texts);
+    return NewCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, method, texts);
 }
 
 std::optional<bool> HasOwner(BusConnection& bus, const std::string& name,
@@ -51,7 +51,7 @@ BusAnswer AskSessionBus(const std::string& name)
 {
     const auto deadline = BusConnection::Clock::now() + BusConnection::kPatience;
     // From the first question to the last: one signal ends them all.
-    const WatchPort::Termination termination;
+    const Termination termination;
     const auto bus = BusConnection::Open(SessionBusAddress(), deadline);
     if (!bus)
         return BusAnswer::NoBus;
@@ -67,7 +67,7 @@ NameAnswer RequestName(BusConnection& bus, const std::string& name)
 {
     BusMessage question = NewQuestion("RequestName", {name});
     const dbus_uint32_t flags = DBUS_NAME_FLAG_DO_NOT_QUEUE;
-    WatchPort::RequireMemory(
+    RequireMemory(
         dbus_message_append_args(question.get(), DBUS_TYPE_UINT32, &flags, DBUS_TYPE_INVALID));
     const BusMessage answer =
         bus.Ask(std::move(question), BusConnection::Clock::now() + kNamePatience);
@@ -80,3 +80,5 @@ NameAnswer RequestName(BusConnection& bus, const std::string& name)
                ? NameAnswer::Owned
                : NameAnswer::Taken;
 }
+
+} // namespace WatchPort

@@ -5,6 +5,9 @@
 
 #include <string>
 
+namespace WatchPort
+{
+
 /** What the session bus knows of a name. */
 enum class BusAnswer
 {
@@ -25,6 +28,8 @@ enum class NameAnswer
 };
 
 /** Asks for a name on a bus and waits for the answer, a second at most. */
-NameAnswer RequestName(WatchPort::BusConnection& bus, const std::string& name);
+NameAnswer RequestName(BusConnection& bus, const std::string& name);
+
+} // namespace WatchPort
 
 #endif

@@ -3,6 +3,9 @@
 #include "app-control/ExtraData.h"
 #include "bus/BusMessage.h"
 
+namespace WatchPort
+{
+
 namespace
 {
 using RequestReader::Result;
@@ -17,11 +20,11 @@ Result ReadParameter(DBusMessageIter parameters, ExtraData& extraData)
 {
     if (dbus_message_iter_get_arg_type(&parameters) == DBUS_TYPE_INVALID)
         return Result::Read;
-    DBusMessageIter parameter = WatchPort::Enter(&parameters);
-    if (!WatchPort::HasSignature(&parameter, "a{sv}") ||
+    DBusMessageIter parameter = Enter(&parameters);
+    if (!HasSignature(&parameter, "a{sv}") ||
         dbus_message_iter_get_arg_type(&parameters) != DBUS_TYPE_INVALID)
         return Result::Malformed;
-    return ReadEntries(WatchPort::Enter(&parameter), extraData);
+    return ReadEntries(Enter(&parameter), extraData);
 }
 } // namespace
 
@@ -38,11 +41,11 @@ Result RequestReader::ReadOpen(DBusMessage* call, app_control_s& request)
     request.operation = "open";
     // As text/uri-list has it, one a line: extra data hold one text for each key.
     std::string& lines = request.extraData["uris"];
-    DBusMessageIter uris = WatchPort::Enter(&iter);
+    DBusMessageIter uris = Enter(&iter);
     for (bool isFirst = true; dbus_message_iter_get_arg_type(&uris) == DBUS_TYPE_STRING;
          isFirst = false)
     {
-        lines.append(isFirst ? "" : "\n").append(WatchPort::ReadText(&uris));
+        lines.append(isFirst ? "" : "\n").append(ReadText(&uris));
         if (IsTooBig(request))
             return Result::TooBig;
     }
@@ -54,8 +57,8 @@ Result RequestReader::ReadAction(DBusMessage* call, app_control_s& request)
     DBusMessageIter iter;
     if (!dbus_message_has_signature(call, "sava{sv}") || !dbus_message_iter_init(call, &iter))
         return Result::Malformed;
-    request.operation = WatchPort::ReadText(&iter);
-    return ReadParameter(WatchPort::Enter(&iter), request.extraData);
+    request.operation = ReadText(&iter);
+    return ReadParameter(Enter(&iter), request.extraData);
 }
 
 Result RequestReader::ReadLaunch(DBusMessage* call, app_control_s& request)
@@ -63,6 +66,8 @@ Result RequestReader::ReadLaunch(DBusMessage* call, app_control_s& request)
     DBusMessageIter iter;
     if (!dbus_message_has_signature(call, "sa{ss}") || !dbus_message_iter_init(call, &iter))
         return Result::Malformed;
-    request.operation = WatchPort::ReadText(&iter);
-    return ReadEntries(WatchPort::Enter(&iter), request.extraData);
+    request.operation = ReadText(&iter);
+    return ReadEntries(Enter(&iter), request.extraData);
 }
+
+} // namespace WatchPort

@@ -5,6 +5,9 @@
 
 #include <dbus/dbus.h>
 
+namespace WatchPort
+{
+
 /**
  * Launch requests as they come from the bus. The bus sees to it that a message is well formed and
  * its texts are UTF-8, and to nothing else: arguments of any type and number arrive. Each function
@@ -36,5 +39,7 @@ Result ReadAction(DBusMessage* call, app_control_s& request);
 Result ReadLaunch(DBusMessage* call, app_control_s& request);
 
 } // namespace RequestReader
+
+} // namespace WatchPort
 
 #endif

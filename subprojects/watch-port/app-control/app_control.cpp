@@ -8,6 +8,8 @@
 #include <new>
 #include <vector>
 
+using namespace WatchPort;
+
 namespace
 {
 int Fail(app_control_error_e error, const char* function, const char* reason)

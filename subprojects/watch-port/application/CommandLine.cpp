@@ -5,6 +5,9 @@
 
 #include <optional>
 
+namespace WatchPort
+{
+
 namespace
 {
 constexpr char kAccepted[] = "accepted are --operation OP, --extra KEY=VALUE, --service and --help";
@@ -115,3 +118,5 @@ std::string CommandLineUsage(const std::string& program)
            "                     most; for the bus's own use\n"
            "  --help             print this text and end\n";
 }
+
+} // namespace WatchPort

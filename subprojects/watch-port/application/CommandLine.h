@@ -5,6 +5,9 @@
 #include <string>
 #include <vector>
 
+namespace WatchPort
+{
+
 /** What the arguments of a program ask for. */
 struct CommandLine
 {
@@ -20,5 +23,7 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments);
 
 /** Returns the text that --help prints. */
 std::string CommandLineUsage(const std::string& program);
+
+} // namespace WatchPort
 
 #endif

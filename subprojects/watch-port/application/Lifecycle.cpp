@@ -4,6 +4,9 @@
 #include "application/windows/Windows.h"
 #include <dlog.h>
 
+namespace WatchPort
+{
+
 namespace
 {
 // As long as the desktop's own services wait that were started and then not called.
@@ -170,3 +173,5 @@ Eina_Bool Lifecycle::SIdleTooLongCB(void*)
     ecore_main_loop_quit();
     return ECORE_CALLBACK_RENEW;
 }
+
+} // namespace WatchPort

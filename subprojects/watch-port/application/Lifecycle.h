@@ -12,6 +12,9 @@
 #include <Ecore.h>
 #include <exception>
 
+namespace WatchPort
+{
+
 /** One run of an application: calls its callbacks in the order that app.h gives. */
 class Lifecycle
 {
@@ -63,7 +66,9 @@ private:
     bool mWasResumed = false;
     bool mIsExitRequested = false;
     std::exception_ptr mException;
-    WatchPort::MemoryReserve mReserve;
+    MemoryReserve mReserve;
 };
+
+} // namespace WatchPort
 
 #endif

@@ -7,6 +7,9 @@
 #include <cstring>
 #include <fstream>
 
+namespace WatchPort
+{
+
 namespace
 {
 std::string Warn(const std::filesystem::path& file, const std::string& reason)
@@ -33,3 +36,5 @@ std::string ReadOwnId(const Installation& installation)
         return Warn(file, std::string("cannot be read (") + std::strerror(errno) + ")");
     return Warn(file, "holds no application id such as \"org.example.Clock\"");
 }
+
+} // namespace WatchPort

@@ -5,11 +5,16 @@
 
 #include <string>
 
+namespace WatchPort
+{
+
 /**
  * Returns the application id that the program's resources give: the only line of the file
  * PROGRAM.id. Empty without such a file, and, with a warning, when it cannot be read or holds no
  * application id.
  */
 std::string ReadOwnId(const Installation& installation);
+
+} // namespace WatchPort
 
 #endif

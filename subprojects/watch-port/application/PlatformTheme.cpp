@@ -4,6 +4,9 @@
 
 #include <Elementary.h>
 
+namespace WatchPort
+{
+
 namespace
 {
 bool IsTheme(const std::filesystem::path& file)
@@ -34,3 +37,5 @@ PlatformTheme::~PlatformTheme()
     if (!mFile.empty())
         elm_theme_overlay_del(nullptr, mFile.c_str());
 }
+
+} // namespace WatchPort

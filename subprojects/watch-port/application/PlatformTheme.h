@@ -3,6 +3,9 @@
 
 #include <filesystem>
 
+namespace WatchPort
+{
+
 /** The watch's theme, laid over the toolkit's as long as the object lives. */
 class PlatformTheme
 {
@@ -16,5 +19,7 @@ public:
 private:
     std::filesystem::path mFile;
 };
+
+} // namespace WatchPort
 
 #endif

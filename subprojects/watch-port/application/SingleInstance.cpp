@@ -5,11 +5,14 @@
 #include "bus/Buses.h"
 #include <dlog.h>
 
+namespace WatchPort
+{
+
 SingleInstance::SingleInstance(const std::string& applicationId, const CommandLine& commandLine)
 {
     if (applicationId.empty())
         return;
-    WatchPort::BusConnection* const bus = SessionBus();
+    BusConnection* const bus = SessionBus();
     if (bus != nullptr)
     {
         mInbox = std::make_unique<LaunchInbox>(*bus, applicationId);
@@ -25,8 +28,7 @@ SingleInstance::SingleInstance(const std::string& applicationId, const CommandLi
                      "no launch requests will arrive");
 }
 
-SingleInstance::Standing SingleInstance::Settle(WatchPort::BusConnection& bus,
-                                                const std::string& id,
+SingleInstance::Standing SingleInstance::Settle(BusConnection& bus, const std::string& id,
                                                 const CommandLine& commandLine)
 {
     switch (RequestName(bus, id))
@@ -44,7 +46,7 @@ SingleInstance::Standing SingleInstance::Settle(WatchPort::BusConnection& bus,
     return RequestName(bus, id) == NameAnswer::Owned ? Standing::Owner : Standing::NotTaken;
 }
 
-bool SingleInstance::Forward(WatchPort::BusConnection& bus, const std::string& id,
+bool SingleInstance::Forward(BusConnection& bus, const std::string& id,
                              const CommandLine& commandLine)
 {
     app_control_s request;
@@ -53,3 +55,5 @@ bool SingleInstance::Forward(WatchPort::BusConnection& bus, const std::string& i
     request.appId = id;
     return ForwardLaunchRequest(bus, request);
 }
+
+} // namespace WatchPort

@@ -7,6 +7,9 @@
 #include <memory>
 #include <string>
 
+namespace WatchPort
+{
+
 /** Makes the process the only one of its application on the session bus, as app.h describes. */
 class SingleInstance
 {
@@ -28,13 +31,14 @@ public:
     LaunchInbox* Inbox() const { return mInbox.get(); }
 
 private:
-    static Standing Settle(WatchPort::BusConnection& bus, const std::string& id,
+    static Standing Settle(BusConnection& bus, const std::string& id,
                            const CommandLine& commandLine);
-    static bool Forward(WatchPort::BusConnection& bus, const std::string& id,
-                        const CommandLine& commandLine);
+    static bool Forward(BusConnection& bus, const std::string& id, const CommandLine& commandLine);
 
     std::unique_ptr<LaunchInbox> mInbox;
     Standing mStanding = Standing::Alone;
 };
+
+} // namespace WatchPort
 
 #endif

@@ -12,6 +12,9 @@
 #include <memory>
 #include <string>
 
+namespace WatchPort
+{
+
 namespace fs = std::filesystem;
 
 namespace
@@ -73,3 +76,5 @@ void BindTextDomain(const Installation& installation)
     if (!LeaveOutBrokenCatalogues())
         ReportMissingCatalogue(installation, locale);
 }
+
+} // namespace WatchPort

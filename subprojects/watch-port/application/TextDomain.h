@@ -3,6 +3,9 @@
 
 #include "app-common/Installation.h"
 
+namespace WatchPort
+{
+
 /**
  * Sets the locale of the environment, or C.UTF-8 where that is C, POSIX or not installed: in the
  * C locale no catalogue is read, whatever the language.
@@ -14,5 +17,7 @@ void SetProgramLocale();
  * one warning line says so; when it has a broken one, see LeaveOutBrokenCatalogues().
  */
 void BindTextDomain(const Installation& installation);
+
+} // namespace WatchPort
 
 #endif

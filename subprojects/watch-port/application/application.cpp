@@ -23,6 +23,8 @@
 #include <system_error>
 #include <thread>
 
+using namespace WatchPort;
+
 namespace
 {
 Lifecycle* sRunning = nullptr;
@@ -153,7 +155,7 @@ int RunWithToolkit(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
         return Fail(APP_ERROR_NO_TOOLKIT, "the toolkit does not start");
     fonts.Keep();
     SetUpToolkit(display);
-    WatchPort::TellMotions(display);
+    TellMotions(display);
     // The toolkit has set the character type of the environment, which may be that of C.
     SetProgramLocale();
     std::optional<PlatformTheme> theme;
@@ -210,5 +212,5 @@ void ui_app_exit(void)
 {
     if (sRunning != nullptr)
         sRunning->RequestExit();
-    WatchPort::EndWhenExhausted();
+    EndWhenExhausted();
 }

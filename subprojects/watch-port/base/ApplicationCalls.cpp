@@ -1,5 +1,8 @@
 #include "base/ApplicationCalls.h"
 
+namespace WatchPort
+{
+
 namespace
 {
 bool sAreAllowed = true;
@@ -14,3 +17,5 @@ void AllowApplicationCalls(bool areAllowed)
 {
     sAreAllowed = areAllowed;
 }
+
+} // namespace WatchPort

@@ -11,6 +11,9 @@
 #include <thread>
 #include <utility>
 
+namespace WatchPort
+{
+
 /**
  * Calls a function that may never return, such as one that connects to a server, and waits for it
  * no longer than a patience. A signal that ends the application ends the wait too.
@@ -28,14 +31,14 @@ try
     using Clock = std::chrono::steady_clock;
     const Clock::time_point deadline = Clock::now() + patience;
     // Before the thread, which is not to take the signals.
-    const WatchPort::Termination termination;
+    const Termination termination;
     std::packaged_task<decltype(work())()> task(std::move(work));
     auto result = task.get_future();
     std::thread(std::move(task)).detach();
     while (Clock::now() < deadline && !termination.HasCome())
     {
         const Clock::time_point look =
-            Clock::now() + std::chrono::milliseconds(WatchPort::Termination::kLookMilliseconds);
+            Clock::now() + std::chrono::milliseconds(Termination::kLookMilliseconds);
         if (result.wait_until(std::min(look, deadline)) == std::future_status::ready)
             return result.get();
     }
@@ -45,5 +48,7 @@ catch (const std::system_error&)
 {
     return std::nullopt;
 }
+
+} // namespace WatchPort
 
 #endif

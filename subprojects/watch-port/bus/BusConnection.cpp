@@ -6,6 +6,9 @@
 #include <Ecore.h>
 #include <algorithm>
 
+namespace WatchPort
+{
+
 namespace
 {
 using std::chrono::milliseconds;
@@ -20,15 +23,15 @@ struct Closer
 };
 using Opened = std::unique_ptr<DBusConnection, Closer>;
 
-milliseconds TimeLeft(WatchPort::BusConnection::Clock::time_point deadline)
+milliseconds TimeLeft(BusConnection::Clock::time_point deadline)
 {
-    const auto left = deadline - WatchPort::BusConnection::Clock::now();
+    const auto left = deadline - BusConnection::Clock::now();
     return std::max(milliseconds(0), std::chrono::duration_cast<milliseconds>(left));
 }
 } // namespace
 
-std::unique_ptr<WatchPort::BusConnection> WatchPort::BusConnection::Open(const std::string& address,
-                                                                         Clock::time_point deadline)
+std::unique_ptr<BusConnection> BusConnection::Open(const std::string& address,
+                                                   Clock::time_point deadline)
 {
     // Between two waits a signal would be delivered, and the second one not see it.
     const Termination termination;
@@ -41,24 +44,24 @@ std::unique_ptr<WatchPort::BusConnection> WatchPort::BusConnection::Open(const s
     return connection->Enter(deadline) ? std::move(connection) : nullptr;
 }
 
-WatchPort::BusConnection::BusConnection(DBusConnection* connection) : mConnection(connection)
+BusConnection::BusConnection(DBusConnection* connection) : mConnection(connection)
 {
 }
 
-WatchPort::BusConnection::~BusConnection()
+BusConnection::~BusConnection()
 {
     mLoop.reset();
     Closer()(mConnection);
 }
 
-bool WatchPort::BusConnection::Enter(Clock::time_point deadline)
+bool BusConnection::Enter(Clock::time_point deadline)
 {
     const BusMessage name =
         Ask(NewCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "Hello"), deadline);
     return !IsError(name);
 }
 
-WatchPort::BusMessage WatchPort::BusConnection::Ask(BusMessage question, Clock::time_point deadline)
+BusMessage BusConnection::Ask(BusMessage question, Clock::time_point deadline)
 {
     DBusPendingCall* sent = nullptr;
     RequireMemory(
@@ -80,7 +83,7 @@ WatchPort::BusMessage WatchPort::BusConnection::Ask(BusMessage question, Clock::
 
 // Ecore's own listeners of the system bus are kept out: they report a missing bus as an error and
 // crash on a malformed PropertiesChanged.
-void WatchPort::BusConnection::FollowLoop()
+void BusConnection::FollowLoop()
 {
     if (mLoop)
         return;
@@ -89,14 +92,13 @@ void WatchPort::BusConnection::FollowLoop()
     mLoop.emplace(mConnection);
 }
 
-void WatchPort::BusConnection::Post(BusMessage message)
+void BusConnection::Post(BusMessage message)
 {
     RequireMemory(dbus_connection_send(mConnection, message.get(), nullptr));
 }
 
-WatchPort::BusPending WatchPort::BusConnection::Call(BusMessage call, milliseconds patience,
-                                                     DBusPendingCallNotifyFunction onAnswer,
-                                                     void* data)
+BusPending BusConnection::Call(BusMessage call, milliseconds patience,
+                               DBusPendingCallNotifyFunction onAnswer, void* data)
 {
     DBusPendingCall* sent = nullptr;
     RequireMemory(dbus_connection_send_with_reply(mConnection, call.get(), &sent,
@@ -106,3 +108,5 @@ WatchPort::BusPending WatchPort::BusConnection::Call(BusMessage call, millisecon
         RequireMemory(dbus_pending_call_set_notify(sent, onAnswer, data, nullptr));
     return pending;
 }
+
+} // namespace WatchPort

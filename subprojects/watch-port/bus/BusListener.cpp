@@ -2,10 +2,12 @@
 
 #include <cstring>
 
+namespace WatchPort
+{
+
 namespace
 {
 using std::chrono::seconds;
-using WatchPort::BusMessage;
 
 // As the bus library has it for a call that gives no time.
 constexpr seconds kAnswerPatience(25);
@@ -26,19 +28,18 @@ std::string OwnerRule(const char* service)
 }
 } // namespace
 
-BusListener::BusListener(WatchPort::BusConnection& bus, const BusSignalAddress& address)
+BusListener::BusListener(BusConnection& bus, const BusSignalAddress& address)
     : mBus(bus), mAddress(address), mSignalRule(SignalRule(address)),
       mOwnerRule(OwnerRule(address.mService))
 {
     mBus.FollowLoop();
-    WatchPort::RequireMemory(dbus_connection_add_filter(mBus.Get(), SMessageCB, this, nullptr));
+    RequireMemory(dbus_connection_add_filter(mBus.Get(), SMessageCB, this, nullptr));
     // Without a place for an error the bus library does not wait for the answer.
     for (const std::string& rule : {mSignalRule, mOwnerRule})
         dbus_bus_add_match(mBus.Get(), rule.c_str(), nullptr);
-    mOwnerQuestion =
-        mBus.Call(WatchPort::NewCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS,
-                                     "GetNameOwner", {mAddress.mService}),
-                  kAnswerPatience, SOwnerCB, this);
+    mOwnerQuestion = mBus.Call(NewCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS,
+                                       "GetNameOwner", {mAddress.mService}),
+                               kAnswerPatience, SOwnerCB, this);
 }
 
 BusListener::~BusListener()
@@ -105,3 +106,5 @@ void BusListener::OnOwnerChanged(DBusMessage* message)
     else
         OnAppeared();
 }
+
+} // namespace WatchPort

@@ -5,6 +5,9 @@
 
 #include <string>
 
+namespace WatchPort
+{
+
 /** Where a service gives a signal. */
 struct BusSignalAddress
 {
@@ -33,10 +36,10 @@ protected:
      * @param bus Outlives the object. Its messages come by the main loop from now on.
      * @param address Its texts must outlive the object.
      */
-    BusListener(WatchPort::BusConnection& bus, const BusSignalAddress& address);
+    BusListener(BusConnection& bus, const BusSignalAddress& address);
 
     /** Sends a question; one that is not yet answered is not listened for any more. */
-    void Ask(WatchPort::BusMessage question);
+    void Ask(BusMessage question);
     bool IsAsking() const { return mQuestion != nullptr; }
 
     /** A service has taken the name, from nobody or from another one. */
@@ -59,14 +62,16 @@ private:
     void OnMessage(DBusMessage* message);
     void OnOwnerChanged(DBusMessage* message);
 
-    WatchPort::BusConnection& mBus;
+    BusConnection& mBus;
     const BusSignalAddress mAddress;
     const std::string mSignalRule;
     const std::string mOwnerRule;
     // Signals name their sender as the bus knows it: by a name that nobody else can take.
     std::string mOwner;
-    WatchPort::BusPending mOwnerQuestion;
-    WatchPort::BusPending mQuestion;
+    BusPending mOwnerQuestion;
+    BusPending mQuestion;
 };
+
+} // namespace WatchPort
 
 #endif

@@ -2,12 +2,15 @@
 
 #include <algorithm>
 
+namespace WatchPort
+{
+
 namespace
 {
 constexpr double kMillisecond = 0.001;
 } // namespace
 
-WatchPort::BusLoop::BusLoop(DBusConnection* connection) : mConnection(connection)
+BusLoop::BusLoop(DBusConnection* connection) : mConnection(connection)
 {
     dbus_connection_set_watch_functions(mConnection, SAddWatchCB, SRemoveWatchCB, SToggleWatchCB,
                                         this, nullptr);
@@ -17,7 +20,7 @@ WatchPort::BusLoop::BusLoop(DBusConnection* connection) : mConnection(connection
     SDispatchStatusCB(mConnection, dbus_connection_get_dispatch_status(mConnection), this);
 }
 
-WatchPort::BusLoop::~BusLoop()
+BusLoop::~BusLoop()
 {
     dbus_connection_set_dispatch_status_function(mConnection, nullptr, nullptr, nullptr);
     dbus_connection_set_timeout_functions(mConnection, nullptr, nullptr, nullptr, nullptr, nullptr);
@@ -26,7 +29,7 @@ WatchPort::BusLoop::~BusLoop()
         ecore_job_del(mJob);
 }
 
-dbus_bool_t WatchPort::BusLoop::SAddWatchCB(DBusWatch* watch, void* data)
+dbus_bool_t BusLoop::SAddWatchCB(DBusWatch* watch, void* data)
 {
     auto* self = static_cast<BusLoop*>(data);
     self->mWatches.push_back(watch);
@@ -37,7 +40,7 @@ dbus_bool_t WatchPort::BusLoop::SAddWatchCB(DBusWatch* watch, void* data)
     return self->mHandler != nullptr;
 }
 
-void WatchPort::BusLoop::SRemoveWatchCB(DBusWatch* watch, void* data)
+void BusLoop::SRemoveWatchCB(DBusWatch* watch, void* data)
 {
     auto* self = static_cast<BusLoop*>(data);
     self->mWatches.erase(std::remove(self->mWatches.begin(), self->mWatches.end(), watch),
@@ -50,17 +53,17 @@ void WatchPort::BusLoop::SRemoveWatchCB(DBusWatch* watch, void* data)
     self->Refresh();
 }
 
-void WatchPort::BusLoop::SToggleWatchCB(DBusWatch*, void* data)
+void BusLoop::SToggleWatchCB(DBusWatch*, void* data)
 {
     static_cast<BusLoop*>(data)->Refresh();
 }
 
-bool WatchPort::BusLoop::Has(DBusWatch* watch) const
+bool BusLoop::Has(DBusWatch* watch) const
 {
     return std::find(mWatches.begin(), mWatches.end(), watch) != mWatches.end();
 }
 
-void WatchPort::BusLoop::Refresh()
+void BusLoop::Refresh()
 {
     if (!mHandler)
         return;
@@ -74,7 +77,7 @@ void WatchPort::BusLoop::Refresh()
     ecore_main_fd_handler_active_set(mHandler, static_cast<Ecore_Fd_Handler_Flags>(wanted));
 }
 
-Eina_Bool WatchPort::BusLoop::SReadyCB(void* data, Ecore_Fd_Handler* handler)
+Eina_Bool BusLoop::SReadyCB(void* data, Ecore_Fd_Handler* handler)
 {
     const auto* self = static_cast<BusLoop*>(data);
     unsigned ready = 0;
@@ -93,7 +96,7 @@ Eina_Bool WatchPort::BusLoop::SReadyCB(void* data, Ecore_Fd_Handler* handler)
     return ECORE_CALLBACK_RENEW;
 }
 
-dbus_bool_t WatchPort::BusLoop::SAddTimeoutCB(DBusTimeout* timeout, void*)
+dbus_bool_t BusLoop::SAddTimeoutCB(DBusTimeout* timeout, void*)
 {
     if (!dbus_timeout_get_enabled(timeout))
         return true;
@@ -103,7 +106,7 @@ dbus_bool_t WatchPort::BusLoop::SAddTimeoutCB(DBusTimeout* timeout, void*)
     return timer != nullptr;
 }
 
-void WatchPort::BusLoop::SRemoveTimeoutCB(DBusTimeout* timeout, void*)
+void BusLoop::SRemoveTimeoutCB(DBusTimeout* timeout, void*)
 {
     auto* timer = static_cast<Ecore_Timer*>(dbus_timeout_get_data(timeout));
     dbus_timeout_set_data(timeout, nullptr, nullptr);
@@ -111,27 +114,27 @@ void WatchPort::BusLoop::SRemoveTimeoutCB(DBusTimeout* timeout, void*)
         ecore_timer_del(timer);
 }
 
-void WatchPort::BusLoop::SToggleTimeoutCB(DBusTimeout* timeout, void* data)
+void BusLoop::SToggleTimeoutCB(DBusTimeout* timeout, void* data)
 {
     SRemoveTimeoutCB(timeout, data);
     SAddTimeoutCB(timeout, data);
 }
 
 // The bus library takes the timeout away when it wants no other.
-Eina_Bool WatchPort::BusLoop::STimeoutCB(void* data)
+Eina_Bool BusLoop::STimeoutCB(void* data)
 {
     dbus_timeout_handle(static_cast<DBusTimeout*>(data));
     return ECORE_CALLBACK_RENEW;
 }
 
-void WatchPort::BusLoop::SDispatchStatusCB(DBusConnection*, DBusDispatchStatus status, void* data)
+void BusLoop::SDispatchStatusCB(DBusConnection*, DBusDispatchStatus status, void* data)
 {
     auto* self = static_cast<BusLoop*>(data);
     if (status == DBUS_DISPATCH_DATA_REMAINS && !self->mJob && !self->mIsDispatching)
         self->mJob = ecore_job_add(SDispatchJob, self);
 }
 
-void WatchPort::BusLoop::SDispatchJob(void* data)
+void BusLoop::SDispatchJob(void* data)
 {
     auto* self = static_cast<BusLoop*>(data);
     self->mJob = nullptr;
@@ -139,10 +142,12 @@ void WatchPort::BusLoop::SDispatchJob(void* data)
         self->Dispatch();
 }
 
-void WatchPort::BusLoop::Dispatch()
+void BusLoop::Dispatch()
 {
     mIsDispatching = true;
     while (dbus_connection_dispatch(mConnection) == DBUS_DISPATCH_DATA_REMAINS)
         ;
     mIsDispatching = false;
 }
+
+} // namespace WatchPort

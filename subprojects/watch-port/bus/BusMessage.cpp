@@ -3,15 +3,17 @@
 #include <cstring>
 #include <new>
 
-void WatchPort::RequireMemory(bool hadMemory)
+namespace WatchPort
+{
+
+void RequireMemory(bool hadMemory)
 {
     if (!hadMemory)
         throw std::bad_alloc();
 }
 
-WatchPort::BusMessage WatchPort::NewCall(const std::string& service, const std::string& path,
-                                         const char* interface, const char* method,
-                                         std::initializer_list<std::string> texts)
+BusMessage NewCall(const std::string& service, const std::string& path, const char* interface,
+                   const char* method, std::initializer_list<std::string> texts)
 {
     BusMessage call(dbus_message_new_method_call(service.c_str(), path.c_str(), interface, method));
     RequireMemory(call != nullptr);
@@ -22,13 +24,13 @@ WatchPort::BusMessage WatchPort::NewCall(const std::string& service, const std::
     return call;
 }
 
-void WatchPort::AppendText(DBusMessageIter* iter, const std::string& text)
+void AppendText(DBusMessageIter* iter, const std::string& text)
 {
     const char* const value = text.c_str();
     RequireMemory(dbus_message_iter_append_basic(iter, DBUS_TYPE_STRING, &value));
 }
 
-bool WatchPort::HasSignature(DBusMessageIter* value, const char* signature)
+bool HasSignature(DBusMessageIter* value, const char* signature)
 {
     char* const actual = dbus_message_iter_get_signature(value);
     RequireMemory(actual != nullptr);
@@ -37,7 +39,7 @@ bool WatchPort::HasSignature(DBusMessageIter* value, const char* signature)
     return isEqual;
 }
 
-const char* WatchPort::ReadText(DBusMessageIter* iter)
+const char* ReadText(DBusMessageIter* iter)
 {
     const char* text = nullptr;
     dbus_message_iter_get_basic(iter, &text);
@@ -45,7 +47,7 @@ const char* WatchPort::ReadText(DBusMessageIter* iter)
     return text;
 }
 
-DBusMessageIter WatchPort::Enter(DBusMessageIter* iter)
+DBusMessageIter Enter(DBusMessageIter* iter)
 {
     DBusMessageIter inside;
     dbus_message_iter_recurse(iter, &inside);
@@ -53,7 +55,7 @@ DBusMessageIter WatchPort::Enter(DBusMessageIter* iter)
     return inside;
 }
 
-bool WatchPort::GetVariant(DBusMessage* answer, DBusMessageIter& value)
+bool GetVariant(DBusMessage* answer, DBusMessageIter& value)
 {
     DBusMessageIter iter;
     if (dbus_message_get_type(answer) != DBUS_MESSAGE_TYPE_METHOD_RETURN ||
@@ -63,7 +65,9 @@ bool WatchPort::GetVariant(DBusMessage* answer, DBusMessageIter& value)
     return true;
 }
 
-bool WatchPort::IsError(const BusMessage& answer)
+bool IsError(const BusMessage& answer)
 {
     return !answer || dbus_message_get_type(answer.get()) == DBUS_MESSAGE_TYPE_ERROR;
 }
+
+} // namespace WatchPort

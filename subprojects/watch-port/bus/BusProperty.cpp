@@ -5,29 +5,31 @@
 #include <cstring>
 #include <utility>
 
+namespace WatchPort
+{
+
 namespace
 {
-using WatchPort::BusMessage;
 
 constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
 
 BusMessage NewQuestion(const BusPropertyAddress& address)
 {
-    return WatchPort::NewCall(address.mService, address.mPath, kProperties, "Get",
-                              {address.mInterface, address.mProperty});
+    return NewCall(address.mService, address.mPath, kProperties, "Get",
+                   {address.mInterface, address.mProperty});
 }
 
 // False for an error and for an answer of another type.
 bool GetValue(DBusMessage* answer, const char* signature, DBusMessageIter& value)
 {
-    return WatchPort::GetVariant(answer, value) && WatchPort::HasSignature(&value, signature);
+    return GetVariant(answer, value) && HasSignature(&value, signature);
 }
 
 bool IsIn(DBusMessageIter names, const char* wanted)
 {
     while (dbus_message_iter_get_arg_type(&names) == DBUS_TYPE_STRING)
     {
-        if (std::strcmp(WatchPort::ReadText(&names), wanted) == 0)
+        if (std::strcmp(ReadText(&names), wanted) == 0)
             return true;
     }
     return false;
@@ -37,9 +39,9 @@ bool Find(DBusMessageIter values, const char* wanted, DBusMessageIter& value)
 {
     while (dbus_message_iter_get_arg_type(&values) == DBUS_TYPE_DICT_ENTRY)
     {
-        DBusMessageIter entry = WatchPort::Enter(&values);
-        const bool isWanted = std::strcmp(WatchPort::ReadText(&entry), wanted) == 0;
-        value = WatchPort::Enter(&entry);
+        DBusMessageIter entry = Enter(&values);
+        const bool isWanted = std::strcmp(ReadText(&entry), wanted) == 0;
+        value = Enter(&entry);
         if (isWanted)
             return true;
     }
@@ -50,7 +52,7 @@ bool Find(DBusMessageIter values, const char* wanted, DBusMessageIter& value)
 std::unique_ptr<BusProperty> BusProperty::Follow(const BusPropertyAddress& address,
                                                  ValueCallback onValue, GoneCallback onGone)
 {
-    WatchPort::BusConnection* bus = SystemBus();
+    BusConnection* bus = SystemBus();
     if (!bus)
         return nullptr;
     return std::unique_ptr<BusProperty>(
@@ -60,7 +62,7 @@ std::unique_ptr<BusProperty> BusProperty::Follow(const BusPropertyAddress& addre
 bool BusProperty::Read(const BusPropertyAddress& address, std::chrono::milliseconds patience,
                        const ValueCallback& take)
 {
-    WatchPort::BusConnection* bus = SystemBus();
+    BusConnection* bus = SystemBus();
     if (!bus)
         return false;
     // No message is dispatched meanwhile, so no callback is called.
@@ -73,7 +75,7 @@ bool BusProperty::Read(const BusPropertyAddress& address, std::chrono::milliseco
     return true;
 }
 
-BusProperty::BusProperty(WatchPort::BusConnection& bus, const BusPropertyAddress& address,
+BusProperty::BusProperty(BusConnection& bus, const BusPropertyAddress& address,
                          ValueCallback onValue, GoneCallback onGone)
     : BusListener(bus, {address.mService, address.mPath, kProperties, "PropertiesChanged"}),
       mAddress(address), mOnValue(std::move(onValue)), mOnGone(std::move(onGone))
@@ -99,16 +101,15 @@ void BusProperty::OnSignal(DBusMessage* signal)
 {
     DBusMessageIter iter;
     if (!dbus_message_has_signature(signal, "sa{sv}as") || !dbus_message_iter_init(signal, &iter) ||
-        std::strcmp(WatchPort::ReadText(&iter), mAddress.mInterface) != 0)
+        std::strcmp(ReadText(&iter), mAddress.mInterface) != 0)
         return;
-    const DBusMessageIter changed = WatchPort::Enter(&iter);
-    const DBusMessageIter invalidated = WatchPort::Enter(&iter);
+    const DBusMessageIter changed = Enter(&iter);
+    const DBusMessageIter invalidated = Enter(&iter);
     // An answer that is still to come is newer than this signal, for messages keep their order.
     if (IsIn(invalidated, mAddress.mProperty) && !IsAsking())
         Ask(NewQuestion(mAddress));
     DBusMessageIter value;
-    if (Find(changed, mAddress.mProperty, value) &&
-        WatchPort::HasSignature(&value, mAddress.mSignature))
+    if (Find(changed, mAddress.mProperty, value) && HasSignature(&value, mAddress.mSignature))
         TellValue(&value);
 }
 
@@ -123,3 +124,5 @@ void BusProperty::TellValue(DBusMessageIter* value)
     const ValueCallback onValue = mOnValue;
     onValue(value);
 }
+
+} // namespace WatchPort

@@ -7,6 +7,9 @@
 #include <functional>
 #include <memory>
 
+namespace WatchPort
+{
+
 /** Where a property is found on the system bus, and the type that it must have. */
 struct BusPropertyAddress
 {
@@ -56,8 +59,8 @@ public:
                      const ValueCallback& take);
 
 private:
-    BusProperty(WatchPort::BusConnection& bus, const BusPropertyAddress& address,
-                ValueCallback onValue, GoneCallback onGone);
+    BusProperty(BusConnection& bus, const BusPropertyAddress& address, ValueCallback onValue,
+                GoneCallback onGone);
 
     void OnAppeared() override;
     void OnAnswer(DBusMessage* answer) override;
@@ -69,5 +72,7 @@ private:
     const ValueCallback mOnValue;
     const GoneCallback mOnGone;
 };
+
+} // namespace WatchPort
 
 #endif

@@ -2,9 +2,11 @@
 
 #include <cstdlib>
 
+namespace WatchPort
+{
+
 namespace
 {
-using WatchPort::BusConnection;
 
 std::string ReadVariable(const char* name)
 {
@@ -51,3 +53,5 @@ std::string SessionBusAddress()
         return address;
     return "unix:path=" + folder + "/bus";
 }
+
+} // namespace WatchPort

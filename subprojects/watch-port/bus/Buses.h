@@ -5,6 +5,9 @@
 
 #include <string>
 
+namespace WatchPort
+{
+
 /**
  * Returns the process's connection to the system bus, made at the first call and kept until the
  * process ends. May be called before the toolkit is initialised; whoever wants messages from the
@@ -17,15 +20,17 @@
  *         final: the system's bus is there before its applications. Nothing is logged, and the
  *         process goes on.
  */
-WatchPort::BusConnection* SystemBus();
+BusConnection* SystemBus();
 
 /** The same for the session bus. Where the environment names none, none is started. */
-WatchPort::BusConnection* SessionBus();
+BusConnection* SessionBus();
 
 /**
  * The session bus's address: that of DBUS_SESSION_BUS_ADDRESS, else the user's bus in
  * XDG_RUNTIME_DIR, which may not be there; empty when neither is set.
  */
 std::string SessionBusAddress();
+
+} // namespace WatchPort
 
 #endif

@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <cstdint>
 
+namespace WatchPort
+{
+
 namespace
 {
 constexpr BusPropertyAddress kState = {"org.freedesktop.UPower",
@@ -113,3 +116,5 @@ void Charger::SetCharging(bool isCharging)
             known.mCallback(DEVICE_CALLBACK_BATTERY_CHARGING, value, registration->mUserData);
     }
 }
+
+} // namespace WatchPort

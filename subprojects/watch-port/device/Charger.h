@@ -9,6 +9,9 @@
 #include <optional>
 #include <vector>
 
+namespace WatchPort
+{
+
 /** Whether the battery charges, and who is told of it. Lives as long as the process. */
 class Charger
 {
@@ -45,5 +48,7 @@ private:
     bool mWasRead = false;
     bool mIsCharging = false;
 };
+
+} // namespace WatchPort
 
 #endif

@@ -5,6 +5,9 @@
 #include <string>
 #include <utility>
 
+namespace WatchPort
+{
+
 namespace
 {
 constexpr char kDirectory[] = "/sys/class/power_supply";
@@ -76,3 +79,5 @@ void PowerSupplyWatch::SEventCB(const char* device, Eeze_Udev_Event /*event*/, v
     eina_stringshare_del(device);
     static_cast<PowerSupplyWatch*>(data)->TellEvent();
 }
+
+} // namespace WatchPort

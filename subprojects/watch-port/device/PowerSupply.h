@@ -6,6 +6,9 @@
 #include <functional>
 #include <optional>
 
+namespace WatchPort
+{
+
 /**
  * Reads from /sys/class/power_supply whether a battery of the system charges; nothing when the
  * system has none.
@@ -37,5 +40,7 @@ private:
     Eeze_Udev_Watch* mBatteries = nullptr;
     Eeze_Udev_Watch* mChargers = nullptr;
 };
+
+} // namespace WatchPort
 
 #endif

@@ -2,6 +2,8 @@
 #include <device/battery.h>
 #include <dlog.h>
 
+using namespace WatchPort;
+
 namespace
 {
 int Refuse(device_error_e error, const char* text)

@@ -2,6 +2,9 @@
 
 #include <string_view>
 
+namespace WatchPort
+{
+
 CallSite ReadCallSite(const char* format, va_list arguments)
 {
     constexpr std::string_view kBeginning = "%s: %s(%d) > ";
@@ -13,3 +16,5 @@ CallSite ReadCallSite(const char* format, va_list arguments)
     site.line = va_arg(arguments, int);
     return site.file == nullptr || site.function == nullptr ? CallSite() : site;
 }
+
+} // namespace WatchPort

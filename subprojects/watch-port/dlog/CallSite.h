@@ -3,6 +3,9 @@
 
 #include <cstdarg>
 
+namespace WatchPort
+{
+
 /** Where in a program a line of the log was written. */
 struct CallSite
 {
@@ -19,5 +22,7 @@ struct CallSite
  * @param arguments The caller's own copy: what has been read of it is not put back.
  */
 CallSite ReadCallSite(const char* format, va_list arguments);
+
+} // namespace WatchPort
 
 #endif

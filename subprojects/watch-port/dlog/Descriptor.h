@@ -3,6 +3,9 @@
 
 #include <unistd.h>
 
+namespace WatchPort
+{
+
 /** A file descriptor that is closed with the object; a negative one is none. */
 class Descriptor
 {
@@ -21,5 +24,7 @@ public:
 private:
     int mFd;
 };
+
+} // namespace WatchPort
 
 #endif

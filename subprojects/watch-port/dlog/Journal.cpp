@@ -14,6 +14,9 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+namespace WatchPort
+{
+
 namespace
 {
 constexpr sockaddr_un kJournal = {AF_UNIX, "/run/systemd/journal/socket"};
@@ -77,3 +80,5 @@ bool SendToJournal(std::string_view entry)
         return true;
     return (errno == EMSGSIZE || errno == ENOBUFS) && SendAsFile(socket.Get(), entry);
 }
+
+} // namespace WatchPort

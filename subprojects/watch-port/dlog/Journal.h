@@ -4,6 +4,9 @@
 #include <string_view>
 #include <sys/stat.h>
 
+namespace WatchPort
+{
+
 /**
  * Tells whether a stream of this status leads to the journal: whether it is the one that the
  * environment variable JOURNAL_STREAM names as "device:inode". A service manager sets it, and a
@@ -20,5 +23,7 @@ bool IsJournalStream(const struct statx& stream);
  * end, and reports success where there is none.
  */
 bool SendToJournal(std::string_view entry);
+
+} // namespace WatchPort
 
 #endif

@@ -6,7 +6,8 @@
 #include <charconv>
 #include <cstdint>
 
-using WatchPort::TextBuffer;
+namespace WatchPort
+{
 
 namespace
 {
@@ -80,3 +81,5 @@ void AppendJournalEntry(TextBuffer& out, int priority, std::string_view tag, std
         AppendNumber(out, "CODE_LINE", site.line);
     }
 }
+
+} // namespace WatchPort

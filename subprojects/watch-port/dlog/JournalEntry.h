@@ -6,6 +6,9 @@
 
 #include <string_view>
 
+namespace WatchPort
+{
+
 /**
  * Appends a line of the log as an entry in the journal's native form: MESSAGE, PRIORITY as syslog
  * counts it, SYSLOG_IDENTIFIER for a tag that is not empty (without one the journal shows the
@@ -17,7 +20,9 @@
  *
  * @param priority A log_priority.
  */
-void AppendJournalEntry(WatchPort::TextBuffer& out, int priority, std::string_view tag,
-                        std::string_view text, const CallSite& site);
+void AppendJournalEntry(TextBuffer& out, int priority, std::string_view tag, std::string_view text,
+                        const CallSite& site);
+
+} // namespace WatchPort
 
 #endif

@@ -4,6 +4,9 @@
 
 #include <utility>
 
+namespace WatchPort
+{
+
 std::optional<int> ParseLogLevel(std::string_view value)
 {
     constexpr std::pair<std::string_view, int> kLevels[] = {{"debug", DLOG_DEBUG},
@@ -18,3 +21,5 @@ std::optional<int> ParseLogLevel(std::string_view value)
     }
     return std::nullopt;
 }
+
+} // namespace WatchPort

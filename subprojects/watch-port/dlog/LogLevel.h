@@ -4,6 +4,9 @@
 #include <optional>
 #include <string_view>
 
+namespace WatchPort
+{
+
 /** Above every priority: all lines are dropped. */
 constexpr int kSilent = 7;
 
@@ -12,5 +15,7 @@ constexpr int kSilent = 7;
  * nothing for a value that is no level.
  */
 std::optional<int> ParseLogLevel(std::string_view value);
+
+} // namespace WatchPort
 
 #endif

@@ -2,7 +2,8 @@
 
 #include <dlog.h>
 
-using WatchPort::TextBuffer;
+namespace WatchPort
+{
 
 namespace
 {
@@ -45,3 +46,5 @@ void AppendLogLine(TextBuffer& out, const timespec& now, int priority, std::stri
     AppendPrintable(out, text, colours);
     out.Append('\n');
 }
+
+} // namespace WatchPort

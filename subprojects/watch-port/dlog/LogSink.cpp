@@ -14,6 +14,9 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+namespace WatchPort
+{
+
 namespace
 {
 using Clock = std::chrono::steady_clock;
@@ -140,3 +143,5 @@ bool LogSink::WriteWithoutWaiting(std::string_view line) const
         return WriteAll(own.Get(), line);
     return WaitForRoom(STDERR_FILENO, Clock::now()) && WriteAll(STDERR_FILENO, line);
 }
+
+} // namespace WatchPort

@@ -4,6 +4,9 @@
 #include <string_view>
 #include <sys/stat.h>
 
+namespace WatchPort
+{
+
 /**
  * The standard error stream, looked at anew for each line: a program may put another file in its
  * place at any time. Writing never waits for a sleeping reader for longer than 100 ms.
@@ -27,5 +30,7 @@ private:
 
     struct statx mStatus = {};
 };
+
+} // namespace WatchPort
 
 #endif

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-using WatchPort::TextBuffer;
+namespace WatchPort
+{
 
 namespace
 {
@@ -135,3 +136,5 @@ bool IsUtf8(std::string_view text)
     }
     return true;
 }
+
+} // namespace WatchPort

@@ -6,6 +6,9 @@
 #include <string>
 #include <string_view>
 
+namespace WatchPort
+{
+
 /** What becomes of the colour escapes (ESC "[" digits and ";" "m") of a text. */
 enum class Colours
 {
@@ -21,10 +24,11 @@ enum class Colours
 std::string Printable(std::string_view text, Colours colours = Colours::Escape);
 
 /** Appends the printable form of the text to what is there already. */
-void AppendPrintable(WatchPort::TextBuffer& out, std::string_view text,
-                     Colours colours = Colours::Escape);
+void AppendPrintable(TextBuffer& out, std::string_view text, Colours colours = Colours::Escape);
 
 /** Tells whether the text is UTF-8 throughout: no overlong form, surrogate or cut sequence. */
 bool IsUtf8(std::string_view text);
+
+} // namespace WatchPort
 
 #endif

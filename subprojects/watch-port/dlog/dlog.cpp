@@ -13,7 +13,7 @@
 #include <cstdlib>
 #include <ctime>
 
-using WatchPort::TextBuffer;
+using namespace WatchPort;
 
 namespace
 {

@@ -10,8 +10,10 @@
 namespace WatchPort
 {
 
-/// Gives the back key to the object on top, and keeps its presses from the widgets while any object
-/// has a callback.
+/**
+ * Gives the back key to the object on top, and keeps its presses from the widgets while any object
+ * has a callback.
+ */
 class BackKey
 {
 public:

@@ -10,18 +10,22 @@
 namespace WatchPort
 {
 
-/// Scrolls a scroller with the bezel, and draws its scroll position. It lives as long as its circle
-/// object, the canvas object by which the application knows it.
+/**
+ * Scrolls a scroller with the bezel, and draws its scroll position. It lives as long as its circle
+ * object, the canvas object by which the application knows it.
+ */
 class CircleScroller
 {
 public:
     CircleScroller(const CircleScroller&) = delete;
     CircleScroller& operator=(const CircleScroller&) = delete;
 
-    /// @param conformant the screen at whose edge to draw, or null to draw nothing
-    /// @return the circle object
+    /**
+     * @param conformant the screen at whose edge to draw, or null to draw nothing
+     * @return the circle object
+     */
     static Evas_Object* Create(Evas_Object* scroller, Evas_Object* conformant);
-    /// The circle scroller of a circle object, null for any other object.
+    /** The circle scroller of a circle object, null for any other object. */
     static CircleScroller* Of(Evas_Object* circleObject);
 
     void SetPolicy(Elm_Scroller_Policy horizontal, Elm_Scroller_Policy vertical);

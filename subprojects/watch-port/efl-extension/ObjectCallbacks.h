@@ -10,19 +10,21 @@
 namespace WatchPort
 {
 
-/// A callback that an application has added to an object.
+/** A callback that an application has added to an object. */
 template <typename Callback> struct ObjectCallback
 {
     Evas_Object* object = nullptr;
     Evas_Callback_Priority priority = EVAS_CALLBACK_PRIORITY_DEFAULT;
     Callback callback = nullptr;
     void* data = nullptr;
-    /// Its object is deleted or it is taken back: not to be called any more.
+    /** Its object is deleted or it is taken back: not to be called any more. */
     bool isRemoved = false;
 };
 
-/// The callbacks that applications have added to objects, in the order to call them: lower priority
-/// values first, of equal ones the newest first. Callbacks of deleted objects are removed.
+/**
+ * The callbacks that applications have added to objects, in the order to call them: lower priority
+ * values first, of equal ones the newest first. Callbacks of deleted objects are removed.
+ */
 template <typename Callback> class ObjectCallbacks
 {
 public:
@@ -42,7 +44,7 @@ public:
                         std::make_shared<Entry>(Entry{object, priority, callback, data, false}));
     }
 
-    /// Removes the newest registration of a callback; the result is its data, null without any.
+    /** Removes the newest registration of a callback; the result is its data, null without any. */
     void* Remove(Evas_Object* object, Callback callback)
     {
         auto newest =
@@ -59,7 +61,7 @@ public:
         return data;
     }
 
-    /// The callbacks of one object; they outlive their removal, to be walked while it changes.
+    /** The callbacks of one object; they outlive their removal, to be walked while it changes. */
     std::vector<std::shared_ptr<const Entry>> Of(const Evas_Object* object) const
     {
         std::vector<std::shared_ptr<const Entry>> found;

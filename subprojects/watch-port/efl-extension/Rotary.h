@@ -10,8 +10,10 @@
 namespace WatchPort
 {
 
-/// Turns the mouse wheel into detents of the activated object. It takes the wheel from everybody
-/// else while any object has a callback or is activated.
+/**
+ * Turns the mouse wheel into detents of the activated object. It takes the wheel from everybody
+ * else while any object has a callback or is activated.
+ */
 class Rotary
 {
 public:

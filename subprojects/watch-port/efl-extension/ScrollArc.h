@@ -6,7 +6,7 @@
 namespace WatchPort
 {
 
-/// Where a scroller stands in the one direction in which it scrolls, in pixels.
+/** Where a scroller stands in the one direction in which it scrolls, in pixels. */
 struct ScrollPosition
 {
     bool isVertical;
@@ -21,16 +21,18 @@ struct ScrollPosition
     }
 };
 
-/// The arc at a round screen's edge that shows a scroll position: a dim track, and on it the part
-/// of the content that is seen. It stands to the right for vertical scrolling and at the bottom for
-/// horizontal scrolling.
+/**
+ * The arc at a round screen's edge that shows a scroll position: a dim track, and on it the part
+ * of the content that is seen. It stands to the right for vertical scrolling and at the bottom for
+ * horizontal scrolling.
+ */
 class ScrollArc
 {
 public:
-    /// @param canvasObject the vector graphics object to draw in; it outlives this one
+    /** @param canvasObject the vector graphics object to draw in; it outlives this one */
     explicit ScrollArc(Evas_Object* canvasObject);
 
-    /// Draws the arc at the edge of the circle that fits into the screen.
+    /** Draws the arc at the edge of the circle that fits into the screen. */
     void Draw(const Eina_Rectangle& screen, const ScrollPosition& position);
     void Hide();
 

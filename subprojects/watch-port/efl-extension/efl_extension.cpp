@@ -6,9 +6,7 @@
 #include "efl-extension/Rotary.h"
 #include <dlog.h>
 
-using WatchPort::BackKey;
-using WatchPort::CircleScroller;
-using WatchPort::Rotary;
+using namespace WatchPort;
 
 namespace
 {

@@ -7,6 +7,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace WatchPort
+{
+
 namespace
 {
 constexpr off_t kLargest = off_t{16} << 20;
@@ -119,3 +122,5 @@ CatalogueState CheckCatalogue(const std::filesystem::path& file)
     close(descriptor);
     return state;
 }
+
+} // namespace WatchPort

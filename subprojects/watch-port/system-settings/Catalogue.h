@@ -4,6 +4,9 @@
 #include <filesystem>
 #include <string_view>
 
+namespace WatchPort
+{
+
 /** What a message catalogue (a .mo file) is good for. */
 enum class CatalogueState
 {
@@ -21,5 +24,7 @@ CatalogueState CheckCatalogue(const std::filesystem::path& file);
  * alone is known, which msgfmt writes unless a text names an integer type's format (PRIu64).
  */
 bool IsCatalogue(std::string_view bytes);
+
+} // namespace WatchPort
 
 #endif

@@ -13,6 +13,9 @@
 #include <string_view>
 #include <vector>
 
+namespace WatchPort
+{
+
 namespace
 {
 namespace fs = std::filesystem;
@@ -107,3 +110,5 @@ void LeaveLocaleC()
             std::setlocale(category, "C.UTF-8");
     }
 }
+
+} // namespace WatchPort

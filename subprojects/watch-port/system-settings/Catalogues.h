@@ -3,6 +3,9 @@
 
 #include <string>
 
+namespace WatchPort
+{
+
 /** Begins with a language: LANGUAGE is set, unless the user has set it. */
 void BeginCatalogues(const std::string& language);
 
@@ -25,5 +28,7 @@ bool LeaveOutBrokenCatalogues();
  * no catalogue in the former. To be repeated: the toolkit's initialisation sets the locale anew.
  */
 void LeaveLocaleC();
+
+} // namespace WatchPort
 
 #endif

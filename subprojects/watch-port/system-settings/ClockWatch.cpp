@@ -10,6 +10,9 @@
 #include <unistd.h>
 #include <utility>
 
+namespace WatchPort
+{
+
 namespace
 {
 constexpr BusPropertyAddress kTimezone = {"org.freedesktop.timedate1", "/org/freedesktop/timedate1",
@@ -32,7 +35,7 @@ ClockWatch::ClockWatch(std::function<void()> onChanged) : mOnChanged(std::move(o
         [this](DBusMessageIter* value)
         {
             mLink.reset();
-            OnTimezone(WatchPort::ReadText(value));
+            OnTimezone(ReadText(value));
         },
         [this] { FollowLink(); });
     if (!mService)
@@ -84,3 +87,5 @@ Eina_Bool ClockWatch::SClockSetCB(void* data, Ecore_Fd_Handler* /*handler*/)
         self->TellChanged();
     return ECORE_CALLBACK_RENEW;
 }
+
+} // namespace WatchPort

@@ -10,6 +10,9 @@
 #include <optional>
 #include <string>
 
+namespace WatchPort
+{
+
 /** Notices, while it lives, that the clock is set or the time zone changes. */
 class ClockWatch
 {
@@ -34,5 +37,7 @@ private:
     std::unique_ptr<ZoneLink> mLink;
     std::optional<std::string> mTimezone;
 };
+
+} // namespace WatchPort
 
 #endif

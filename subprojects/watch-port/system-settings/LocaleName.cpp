@@ -5,6 +5,9 @@
 #include <langinfo.h>
 #include <locale.h>
 
+namespace WatchPort
+{
+
 namespace
 {
 struct LocaleParts
@@ -190,3 +193,5 @@ bool CountsTo24(const std::string& locale)
     const std::string_view territory = Split(locale).mTerritory.value_or("");
     return std::find(std::begin(kHalfDays), std::end(kHalfDays), territory) == std::end(kHalfDays);
 }
+
+} // namespace WatchPort

@@ -6,6 +6,9 @@
 #include <string_view>
 #include <vector>
 
+namespace WatchPort
+{
+
 /** What an unset language reads as. */
 constexpr char kDefaultLocale[] = "en_US.UTF-8";
 
@@ -28,5 +31,7 @@ std::vector<std::string> ListCatalogues(std::string_view locale);
 
 /** Tells whether clocks count to 24 in a locale, a result of NormaliseLocale(). */
 bool CountsTo24(const std::string& locale);
+
+} // namespace WatchPort
 
 #endif

@@ -9,6 +9,9 @@
 #include <optional>
 #include <utility>
 
+namespace WatchPort
+{
+
 namespace
 {
 constexpr BusPropertyAddress kLocale = {"org.freedesktop.locale1", "/org/freedesktop/locale1",
@@ -56,10 +59,10 @@ LocaleSettings::Entries LocaleSettings::ReadEnvironment()
 LocaleSettings::Entries LocaleSettings::ReadService(DBusMessageIter* value)
 {
     std::map<std::string_view, std::string_view> texts;
-    DBusMessageIter array = WatchPort::Enter(value);
+    DBusMessageIter array = Enter(value);
     while (dbus_message_iter_get_arg_type(&array) == DBUS_TYPE_STRING)
     {
-        const std::string_view entry = WatchPort::ReadText(&array);
+        const std::string_view entry = ReadText(&array);
         const size_t equals = entry.find('=');
         if (equals != entry.npos)
             texts[entry.substr(0, equals)] = entry.substr(equals + 1);
@@ -121,3 +124,5 @@ void LocaleSettings::OnAnswer(Locales locales)
     if (isOtherRegion)
         mOnChanged(SYSTEM_SETTINGS_KEY_LOCALE_COUNTRY);
 }
+
+} // namespace WatchPort

@@ -10,6 +10,9 @@
 #include <string>
 #include <string_view>
 
+namespace WatchPort
+{
+
 /** The names of the two settings that are locales. */
 struct Locales
 {
@@ -54,5 +57,7 @@ private:
     std::unique_ptr<BusProperty> mService;
     bool mIsFollowed = false;
 };
+
+} // namespace WatchPort
 
 #endif

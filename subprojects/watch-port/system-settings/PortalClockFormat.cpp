@@ -6,6 +6,9 @@
 #include <string_view>
 #include <utility>
 
+namespace WatchPort
+{
+
 namespace
 {
 constexpr char kService[] = "org.freedesktop.portal.Desktop";
@@ -14,16 +17,16 @@ constexpr char kInterface[] = "org.freedesktop.portal.Settings";
 constexpr char kNamespace[] = "org.gnome.desktop.interface";
 constexpr char kKey[] = "clock-format";
 
-WatchPort::BusMessage NewQuestion(const char* method)
+BusMessage NewQuestion(const char* method)
 {
-    return WatchPort::NewCall(kService, kPath, kInterface, method, {kNamespace, kKey});
+    return NewCall(kService, kPath, kInterface, method, {kNamespace, kKey});
 }
 
 std::optional<bool> Parse(DBusMessageIter* value)
 {
-    if (!WatchPort::HasSignature(value, "s"))
+    if (!HasSignature(value, "s"))
         return std::nullopt;
-    const std::string_view format = WatchPort::ReadText(value);
+    const std::string_view format = ReadText(value);
     if (format != "24h" && format != "12h")
         return std::nullopt;
     return format == "24h";
@@ -33,23 +36,23 @@ std::optional<bool> Parse(DBusMessageIter* value)
 std::optional<bool> ParseAnswer(DBusMessage* answer)
 {
     DBusMessageIter value;
-    if (!WatchPort::GetVariant(answer, value))
+    if (!GetVariant(answer, value))
         return std::nullopt;
-    if (WatchPort::HasSignature(&value, "v"))
-        value = WatchPort::Enter(&value);
+    if (HasSignature(&value, "v"))
+        value = Enter(&value);
     return Parse(&value);
 }
 } // namespace
 
 std::unique_ptr<PortalClockFormat> PortalClockFormat::Follow(Callback onAnswer)
 {
-    WatchPort::BusConnection* bus = SessionBus();
+    BusConnection* bus = SessionBus();
     if (!bus)
         return nullptr;
     return std::unique_ptr<PortalClockFormat>(new PortalClockFormat(*bus, std::move(onAnswer)));
 }
 
-PortalClockFormat::PortalClockFormat(WatchPort::BusConnection& bus, Callback onAnswer)
+PortalClockFormat::PortalClockFormat(BusConnection& bus, Callback onAnswer)
     : BusListener(bus, {kService, kPath, kInterface, "SettingChanged"}),
       mOnAnswer(std::move(onAnswer))
 {
@@ -75,10 +78,9 @@ void PortalClockFormat::OnSignal(DBusMessage* signal)
 {
     DBusMessageIter iter;
     if (!dbus_message_has_signature(signal, "ssv") || !dbus_message_iter_init(signal, &iter) ||
-        std::strcmp(WatchPort::ReadText(&iter), kNamespace) != 0 ||
-        std::strcmp(WatchPort::ReadText(&iter), kKey) != 0)
+        std::strcmp(ReadText(&iter), kNamespace) != 0 || std::strcmp(ReadText(&iter), kKey) != 0)
         return;
-    DBusMessageIter value = WatchPort::Enter(&iter);
+    DBusMessageIter value = Enter(&iter);
     Tell(Parse(&value));
 }
 
@@ -92,3 +94,5 @@ void PortalClockFormat::Tell(std::optional<bool> countsTo24)
     const Callback onAnswer = mOnAnswer;
     onAnswer(countsTo24);
 }
+
+} // namespace WatchPort

@@ -7,6 +7,9 @@
 #include <memory>
 #include <optional>
 
+namespace WatchPort
+{
+
 /**
  * The desktop's clock format, followed through the settings portal: the key "clock-format" of
  * "org.gnome.desktop.interface", "24h" or "12h". The portal's own keys have none, and no other
@@ -29,7 +32,7 @@ public:
     static std::unique_ptr<PortalClockFormat> Follow(Callback onAnswer);
 
 private:
-    PortalClockFormat(WatchPort::BusConnection& bus, Callback onAnswer);
+    PortalClockFormat(BusConnection& bus, Callback onAnswer);
 
     void OnAppeared() final;
     void OnAnswer(DBusMessage* answer) override;
@@ -40,5 +43,7 @@ private:
     const Callback mOnAnswer;
     bool mHasAskedTheOldWay = false;
 };
+
+} // namespace WatchPort
 
 #endif

@@ -6,6 +6,9 @@
 
 #include <utility>
 
+namespace WatchPort
+{
+
 SystemSettings& SystemSettings::GetInstance()
 {
     static auto& sInstance = *new SystemSettings;
@@ -76,7 +79,7 @@ void SystemSettings::WatchWhatIsWanted()
 
 bool SystemSettings::CountsTo24() const
 {
-    return mFormat.Get().value_or(::CountsTo24(mLocales->Get().mRegion));
+    return mFormat.Get().value_or(WatchPort::CountsTo24(mLocales->Get().mRegion));
 }
 
 void SystemSettings::TellTimeFormat()
@@ -94,3 +97,5 @@ void SystemSettings::Notify(system_settings_key_e key)
     const Registration called = registration->second;
     called.mCallback(key, called.mUserData);
 }
+
+} // namespace WatchPort

@@ -10,6 +10,9 @@
 #include <optional>
 #include <string>
 
+namespace WatchPort
+{
+
 /** The settings and the callbacks of their changes. Lives as long as the process. */
 class SystemSettings
 {
@@ -49,5 +52,7 @@ private:
     bool mToldCountsTo24 = false;
     std::optional<ClockWatch> mClock;
 };
+
+} // namespace WatchPort
 
 #endif

@@ -2,6 +2,9 @@
 
 #include <utility>
 
+namespace WatchPort
+{
+
 TimeFormat::TimeFormat(std::function<void()> onAnswer) : mOnAnswer(std::move(onAnswer))
 {
 }
@@ -30,3 +33,5 @@ void TimeFormat::OnAnswer(std::optional<bool> countsTo24)
     mCountsTo24 = countsTo24;
     mOnAnswer();
 }
+
+} // namespace WatchPort

@@ -7,6 +7,9 @@
 #include <memory>
 #include <optional>
 
+namespace WatchPort
+{
+
 /** What the desktop last said of its clocks. */
 class TimeFormat
 {
@@ -33,5 +36,7 @@ private:
     std::unique_ptr<PortalClockFormat> mPortal;
     bool mIsFollowed = false;
 };
+
+} // namespace WatchPort
 
 #endif

@@ -6,6 +6,9 @@
 #include <filesystem>
 #include <utility>
 
+namespace WatchPort
+{
+
 namespace
 {
 // A link that is replaced has an event in its folder only.
@@ -66,3 +69,5 @@ void ZoneLink::STellCB(void* data)
     const std::function<void()> onEvent = self->mOnEvent;
     onEvent();
 }
+
+} // namespace WatchPort

@@ -6,6 +6,9 @@
 #include <functional>
 #include <string>
 
+namespace WatchPort
+{
+
 /**
  * Reads the name of the machine's time zone from /etc/localtime: what follows "zoneinfo/" in the
  * link, else all of it. For a file in the place of the link it is the time of its last change, and
@@ -35,5 +38,7 @@ private:
     Ecore_File_Monitor* mMonitor = nullptr;
     Ecore_Job* mTelling = nullptr;
 };
+
+} // namespace WatchPort
 
 #endif

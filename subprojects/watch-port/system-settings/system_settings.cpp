@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+using namespace WatchPort;
+
 namespace
 {
 // A caller in C may pass any number as a key: it is an int until it is known.

@@ -7,7 +7,7 @@
 namespace WatchPort
 {
 
-/// A colour of 0 to 255 a channel, not premultiplied.
+/** A colour of 0 to 255 a channel, not premultiplied. */
 struct Color
 {
     int r;
@@ -16,17 +16,17 @@ struct Color
     int a;
 };
 
-/// The colours of a table by their ids, which are Edje colour classes and colour codes alike.
+/** The colours of a table by their ids, which are Edje colour classes and colour codes alike. */
 class ColorTable
 {
 public:
-    /// Reads a table file; false when it is no colour table as a whole.
+    /** Reads a table file; false when it is no colour table as a whole. */
     bool Load(const char* path);
-    /// Sets the process's colour class of every id.
+    /** Sets the process's colour class of every id. */
     void Apply() const;
-    /// Deletes the process's colour class of every id.
+    /** Deletes the process's colour class of every id. */
     void TakeOff() const;
-    /// The colour of an id, null when there is none. It belongs to the table.
+    /** The colour of an id, null when there is none. It belongs to the table. */
     const Color* Find(const std::string& id) const;
 
 private:

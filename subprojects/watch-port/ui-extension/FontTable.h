@@ -7,15 +7,15 @@
 namespace WatchPort
 {
 
-/// The fonts of a table by their ids, which are Edje text classes.
+/** The fonts of a table by their ids, which are Edje text classes. */
 class FontTable
 {
 public:
-    /// Reads a table file; false when it is no font table as a whole.
+    /** Reads a table file; false when it is no font table as a whole. */
     bool Load(const char* path);
-    /// Sets the process's text class of every id.
+    /** Sets the process's text class of every id. */
     void Apply() const;
-    /// Deletes the process's text class of every id.
+    /** Deletes the process's text class of every id. */
     void TakeOff() const;
 
 private:

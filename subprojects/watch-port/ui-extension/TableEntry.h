@@ -8,20 +8,24 @@
 namespace WatchPort
 {
 
-/// One entry of a table file, with what is wrong with it written to the log as it is asked for.
+/** One entry of a table file, with what is wrong with it written to the log as it is asked for. */
 class TableEntry
 {
 public:
-    /// @param place file and line, for the log
+    /** @param place file and line, for the log */
     TableEntry(std::map<std::string, std::string> attributes, std::string place);
 
-    /// The text of an attribute that must be there and hold 1 to 255 printable bytes, none of
-    /// which is `forbidden`; nothing, with one line in the log, when it is not so.
+    /**
+     * The text of an attribute that must be there and hold 1 to 255 printable bytes, none of
+     * which is `forbidden`; nothing, with one line in the log, when it is not so.
+     */
     std::optional<std::string> Text(const char* name, char forbidden = '\0') const;
-    /// The value of an attribute that must be there and be a whole number from `least` to `most`;
-    /// nothing, with one line in the log, when it is not so.
+    /**
+     * The value of an attribute that must be there and be a whole number from `least` to `most`;
+     * nothing, with one line in the log, when it is not so.
+     */
     std::optional<int> Number(const char* name, int least, int most) const;
-    /// Writes that an entry with the same id came before this one.
+    /** Writes that an entry with the same id came before this one. */
     void ReportDuplicate(const std::string& id) const;
 
 private:
@@ -31,12 +35,14 @@ private:
     std::string mPlace;
 };
 
-/// A file's text for a line of the log, cut and without control characters, which could forge
-/// lines.
+/**
+ * A file's text for a line of the log, cut and without control characters, which could forge
+ * lines.
+ */
 std::string Quoted(std::string text);
-/// Writes a line about a place in a file, with a priority of the log service.
+/** Writes a line about a place in a file, with a priority of the log service. */
 void ReportAt(const std::string& place, int priority, const std::string& what);
-/// Whether a byte is a control character of ASCII.
+/** Whether a byte is a control character of ASCII. */
 bool IsControl(char character);
 
 } // namespace WatchPort

@@ -8,12 +8,14 @@
 namespace WatchPort
 {
 
-/// The tables of one kind that the process has read, and the one of them that is set. The set
-/// table is applied while the tables are enabled, which they are not at first.
+/**
+ * The tables of one kind that the process has read, and the one of them that is set. The set
+ * table is applied while the tables are enabled, which they are not at first.
+ */
 template <typename Table> class ThemeTables
 {
 public:
-    /// Reads a table, which lives as long as this object; null when the file is no such table.
+    /** Reads a table, which lives as long as this object; null when the file is no such table. */
     Table* Add(const char* path)
     {
         auto table = std::make_unique<Table>();
@@ -23,7 +25,7 @@ public:
         return mTables.back().get();
     }
 
-    /// Replaces the set table; false, with nothing changed, when it is none of Add().
+    /** Replaces the set table; false, with nothing changed, when it is none of Add(). */
     bool Set(const Table* table)
     {
         auto isTable = [table](const std::unique_ptr<Table>& known)
@@ -47,7 +49,7 @@ public:
         mIsEnabled = isEnabled;
     }
 
-    /// The set table, null when none is set.
+    /** The set table, null when none is set. */
     const Table* Current() const { return mCurrent; }
 
 private:

@@ -5,18 +5,18 @@
 #include "ui-extension/ThemeTables.h"
 #include <dlog.h>
 
-struct uxt_theme_color_table_s : WatchPort::ColorTable
+using namespace WatchPort;
+
+struct uxt_theme_color_table_s : ColorTable
 {
 };
 
-struct uxt_theme_font_table_s : WatchPort::FontTable
+struct uxt_theme_font_table_s : FontTable
 {
 };
 
 namespace
 {
-
-using WatchPort::ThemeTables;
 
 ThemeTables<uxt_theme_color_table_s>& ColorTables()
 {
@@ -86,7 +86,7 @@ int uxt_theme_object_set_color(Evas_Object* object, const char* color_code)
     const uxt_theme_color_table_s* table = ColorTables().Current();
     if (!table)
         return Failed(UXT_THEME_ERROR_NO_TABLE, __func__, "no colour table is set");
-    const WatchPort::Color* found = table->Find(color_code);
+    const Color* found = table->Find(color_code);
     if (!found)
     {
         __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT",
@@ -94,7 +94,7 @@ int uxt_theme_object_set_color(Evas_Object* object, const char* color_code)
                      color_code);
         return UXT_THEME_ERROR_UNKNOWN_CODE;
     }
-    WatchPort::Color color = *found;
+    Color color = *found;
     evas_color_argb_premul(color.a, &color.r, &color.g, &color.b);
     evas_object_color_set(object, color.r, color.g, color.b, color.a);
     return UXT_THEME_ERROR_NONE;

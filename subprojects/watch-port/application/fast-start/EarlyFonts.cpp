@@ -4,6 +4,9 @@
 #include <dlfcn.h>
 #include <utility>
 
+namespace WatchPort
+{
+
 namespace
 {
 FcConfig* sKept = nullptr;
@@ -47,3 +50,5 @@ void EarlyFonts::Keep()
 {
     sKept = mLoading.get();
 }
+
+} // namespace WatchPort

@@ -5,6 +5,9 @@
 
 #include <future>
 
+namespace WatchPort
+{
+
 /**
  * Loads the configuration of the fonts on a thread of its own, while the toolkit starts.
  *
@@ -19,16 +22,18 @@ class EarlyFonts
 {
 public:
     EarlyFonts();
-    /// Releases a configuration that nobody has asked for.
+    /** Releases a configuration that nobody has asked for. */
     ~EarlyFonts();
     EarlyFonts(const EarlyFonts&) = delete;
     EarlyFonts& operator=(const EarlyFonts&) = delete;
 
-    /// Waits for the configuration, which the next one who asks is given, as its owner.
+    /** Waits for the configuration, which the next one who asks is given, as its owner. */
     void Keep();
 
 private:
     std::future<FcConfig*> mLoading;
 };
+
+} // namespace WatchPort
 
 #endif

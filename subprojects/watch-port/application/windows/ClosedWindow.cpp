@@ -5,6 +5,9 @@
 #include <Elementary.h>
 #include <algorithm>
 
+namespace WatchPort
+{
+
 namespace
 {
 constexpr char kDeleteRequest[] = "delete,request";
@@ -58,3 +61,5 @@ void ClosedWindow::SDeleteRequestCB(void* data, Evas_Object* window, void*)
     evas_object_ref(window);
     closed->mOnClosed();
 }
+
+} // namespace WatchPort

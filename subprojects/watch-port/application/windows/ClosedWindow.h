@@ -6,6 +6,9 @@
 #include <Evas.h>
 #include <functional>
 
+namespace WatchPort
+{
+
 /**
  * Keeps the last window that the user closes, so that the application is terminated before its
  * window and all widgets in it are gone.
@@ -40,5 +43,7 @@ private:
     const std::function<void()> mOnClosed;
     Evas_Object* mKept = nullptr;
 };
+
+} // namespace WatchPort
 
 #endif

@@ -15,6 +15,9 @@
 #include <wayland-client-core.h>
 #include <xcb/xcb.h>
 
+namespace WatchPort
+{
+
 namespace
 {
 // A server at the far end of a slow line takes a second or two.
@@ -145,3 +148,5 @@ void Display::Sync() const
     if (mKind == Kind::X11)
         ecore_x_sync();
 }
+
+} // namespace WatchPort

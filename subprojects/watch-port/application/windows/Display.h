@@ -5,6 +5,9 @@
 
 #include <optional>
 
+namespace WatchPort
+{
+
 /** What the process draws on. The connection to an X server is held as long as the object lives. */
 class Display
 {
@@ -43,5 +46,7 @@ private:
     std::optional<DisplayWatch> mWatch;
     const Kind mKind;
 };
+
+} // namespace WatchPort
 
 #endif

@@ -12,6 +12,9 @@
 #include <optional>
 #include <unistd.h>
 
+namespace WatchPort
+{
+
 namespace
 {
 using Clock = std::chrono::steady_clock;
@@ -96,3 +99,5 @@ DisplayWatch::~DisplayWatch()
     }
     ecore_shutdown();
 }
+
+} // namespace WatchPort

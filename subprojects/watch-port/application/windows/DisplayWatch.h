@@ -4,6 +4,9 @@
 #include <functional>
 #include <string>
 
+namespace WatchPort
+{
+
 /**
  * Ends the process when the display server is silent and holds it up.
  *
@@ -30,5 +33,7 @@ public:
     DisplayWatch(const DisplayWatch&) = delete;
     DisplayWatch& operator=(const DisplayWatch&) = delete;
 };
+
+} // namespace WatchPort
 
 #endif

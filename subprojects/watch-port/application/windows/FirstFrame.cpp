@@ -4,6 +4,9 @@
 
 #include <Evas.h>
 
+namespace WatchPort
+{
+
 namespace
 {
 void SFrameEndCB(void* data, Evas* canvas, void*)
@@ -27,3 +30,5 @@ void ReportFrame(Ecore_Evas* window, const Display& display)
     // Nothing may have changed since the last frame, and then none would be drawn.
     evas_damage_rectangle_add(canvas, 0, 0, 1, 1);
 }
+
+} // namespace WatchPort

@@ -5,6 +5,9 @@
 
 #include <Ecore_Evas.h>
 
+namespace WatchPort
+{
+
 /**
  * Has the window draw a frame and logs "first frame" when the display server has it. A frame that
  * was begun before does not count.
@@ -12,5 +15,7 @@
  * @param display Outlives the window.
  */
 void ReportFrame(Ecore_Evas* window, const Display& display);
+
+} // namespace WatchPort
 
 #endif

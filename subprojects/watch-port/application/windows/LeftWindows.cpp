@@ -2,6 +2,9 @@
 
 #include "application/windows/WindowTrap.h"
 
+namespace WatchPort
+{
+
 namespace
 {
 // Set on a window that the application has left.
@@ -40,7 +43,7 @@ Eina_Bool SMinimiseInsteadCB(void*, Evas_Object* window)
 
 void NoteLeaving(const Display& display)
 {
-    Elm_Win_Trap& trap = WatchPort::WindowTrap();
+    Elm_Win_Trap& trap = WindowTrap();
     if (display.GetKind() == Display::Kind::Wayland)
     {
         trap.lower = SMinimiseInsteadCB;
@@ -64,3 +67,5 @@ void NoteReturn(Ecore_Evas* window)
 {
     ecore_evas_data_set(window, kLeft, nullptr);
 }
+
+} // namespace WatchPort

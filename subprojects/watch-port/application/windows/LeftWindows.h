@@ -5,6 +5,9 @@
 
 #include <Ecore_Evas.h>
 
+namespace WatchPort
+{
+
 /**
  * Has the toolkit note which windows the application leaves: those that it lowers, also where no
  * other window lies behind them, and those that it withdraws. It comes back to a window by showing,
@@ -19,5 +22,7 @@ bool IsLeft(const Ecore_Evas* window);
 
 /** The window is brought back. */
 void NoteReturn(Ecore_Evas* window);
+
+} // namespace WatchPort
 
 #endif

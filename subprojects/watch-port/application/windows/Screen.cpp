@@ -8,6 +8,9 @@
 #include <unistd.h>
 #include <vector>
 
+namespace WatchPort
+{
+
 namespace
 {
 constexpr int kUsualSize = 360;
@@ -82,3 +85,5 @@ void SetUpToolkit(const Display& display)
     StopCacheClock();
     elm_config_scale_set(kUsualScale * ScreenSize(display) / kUsualSize);
 }
+
+} // namespace WatchPort

@@ -3,6 +3,9 @@
 
 #include "application/windows/Display.h"
 
+namespace WatchPort
+{
+
 /**
  * The side of the watch's square screen in pixels: that of the X screen where it is square, as a
  * watch's is, else 360.
@@ -22,5 +25,7 @@ void DropToolkitSettings();
  * Nothing is left that wakes the application while it stands still.
  */
 void SetUpToolkit(const Display& display);
+
+} // namespace WatchPort
 
 #endif

@@ -6,6 +6,9 @@
 #include <Ecore_Input.h>
 #include <utility>
 
+namespace WatchPort
+{
+
 namespace
 {
 // In which a window manager that starts has taken a window over.
@@ -255,3 +258,5 @@ Eina_Bool WindowVisibility::SDestroyCB(void* data, int, void* event)
     static_cast<WindowVisibility*>(data)->Forget(destroy->win);
     return ECORE_CALLBACK_PASS_ON;
 }
+
+} // namespace WatchPort

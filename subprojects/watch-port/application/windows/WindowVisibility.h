@@ -12,6 +12,9 @@
 #include <set>
 #include <vector>
 
+namespace WatchPort
+{
+
 /**
  * Watches whether any window of the process can be seen.
  *
@@ -75,5 +78,7 @@ private:
     Ecore_X_Window mActive = 0;
     std::optional<X11Stacking> mStacking;
 };
+
+} // namespace WatchPort
 
 #endif

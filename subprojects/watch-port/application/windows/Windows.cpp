@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <string_view>
 
+namespace WatchPort
+{
+
 namespace
 {
 bool IsWindow(const Ecore_Evas* canvas, Display::Kind kind)
@@ -72,3 +75,5 @@ void PresentWindow(const Display& display)
     if (display.GetKind() == Display::Kind::X11)
         ecore_evas_activate(*window);
 }
+
+} // namespace WatchPort

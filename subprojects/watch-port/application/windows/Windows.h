@@ -6,6 +6,9 @@
 #include <Ecore_Evas.h>
 #include <vector>
 
+namespace WatchPort
+{
+
 /**
  * Returns the canvases of the process's windows. With a display server, a canvas in memory is part
  * of a picture and no window.
@@ -27,5 +30,7 @@ void SizeWindows(const Display& display);
  * it active. On Wayland, where no client may do that, nothing happens.
  */
 void PresentWindow(const Display& display);
+
+} // namespace WatchPort
 
 #endif

@@ -6,6 +6,9 @@
 #include <memory>
 #include <string>
 
+namespace WatchPort
+{
+
 namespace
 {
 constexpr unsigned int kAllWorkspaces = 0xFFFFFFFF;
@@ -162,3 +165,5 @@ Eina_Bool X11Stacking::SSelectionCB(void* data, int, void* event)
     // The toolkit takes every such event for one of its own windows, and complains.
     return ECORE_CALLBACK_DONE;
 }
+
+} // namespace WatchPort

@@ -6,6 +6,9 @@
 #include <set>
 #include <vector>
 
+namespace WatchPort
+{
+
 /**
  * Tells from the window manager's properties which windows are out of sight.
  *
@@ -59,5 +62,7 @@ private:
     /** The lowest window, while it is there because it was lowered; otherwise 0. */
     Ecore_X_Window mLowered = 0;
 };
+
+} // namespace WatchPort
 
 #endif

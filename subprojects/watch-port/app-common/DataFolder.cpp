@@ -1,6 +1,6 @@
 #include "app-common/DataFolder.h"
 
-#include <dlog.h>
+#include "dlog/PortLog.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -17,7 +17,7 @@ namespace
 fs::path AbsolutePathFrom(const char* variable)
 {
     const char* value = std::getenv(variable);
-    const fs::path path(value == nullptr ? "" : value);
+    const fs::path path(value ? value : "");
     return path.is_absolute() ? path : fs::path();
 }
 
@@ -54,15 +54,14 @@ fs::path MakeDataFolder(const std::string& program)
     const fs::path home = DataHome();
     if (home.empty())
     {
-        __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT",
-                     "no data folder: neither XDG_DATA_HOME nor HOME is an absolute path");
+        PORT_LOG_ERROR("no data folder: neither XDG_DATA_HOME nor HOME is an absolute path");
         return {};
     }
     const fs::path folder = home / program;
     if (!MakeFolders(folder))
     {
-        __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "data folder \"%s\" cannot be made: %s",
-                     folder.c_str(), std::strerror(errno));
+        PORT_LOG_ERROR("data folder \"%s\" cannot be made: %s", folder.c_str(),
+                       std::strerror(errno));
         return {};
     }
     return folder;

@@ -2,7 +2,7 @@
 
 #include "app-common/DataFolder.h"
 #include "app-common/Installation.h"
-#include <dlog.h>
+#include "dlog/PortLog.h"
 
 #include <cstring>
 #include <new>
@@ -23,9 +23,8 @@ try
     const auto installation = FindInstallation(RunningExecutable());
     if (installation)
         return NewFolderText(installation->resources);
-    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT",
-                 "no resource folder: no folder above \"%s\" holds share/PROGRAM/ or res/",
-                 RunningExecutable().c_str());
+    PORT_LOG_ERROR("no resource folder: no folder above \"%s\" holds share/PROGRAM/ or res/",
+                   RunningExecutable().c_str());
     return nullptr;
 }
 catch (const std::bad_alloc&)

@@ -86,7 +86,7 @@ LaunchInbox::LaunchInbox(BusConnection& bus, const std::string& applicationId)
 LaunchInbox::~LaunchInbox()
 {
     dbus_connection_unregister_object_path(mBus.Get(), mPath.c_str());
-    if (mTimer != nullptr)
+    if (mTimer)
         ecore_timer_del(mTimer);
 }
 
@@ -109,12 +109,12 @@ void LaunchInbox::ReleaseWaiting()
     mWaiting.remove_if(
         [now](const Entry& waiting)
         { return waiting.request->sender->IsAnswered() || now - waiting.since >= kReplyPatience; });
-    if (mTimer != nullptr && mWaiting.empty())
+    if (mTimer && mWaiting.empty())
     {
         ecore_timer_del(mTimer);
         mTimer = nullptr;
     }
-    if (mTimer == nullptr && !mWaiting.empty())
+    if (!mTimer && !mWaiting.empty())
     {
         const std::chrono::duration<double> left = mWaiting.front().since + kReplyPatience - now;
         mTimer = ecore_timer_add(left.count(), STimerCB, this);
@@ -166,7 +166,7 @@ BusMessage LaunchInbox::Take(DBusMessage* call)
     if (dbus_message_is_method_call(call, DBUS_INTERFACE_INTROSPECTABLE, "Introspect"))
         return Introspect(call);
     const Method* const method = FindMethod(call);
-    if (method == nullptr)
+    if (!method)
         return Refuse(call, DBUS_ERROR_UNKNOWN_METHOD, "no such method of a launch request");
     auto request = std::make_unique<app_control_s>();
     const RequestReader::Result result = method->read(call, *request);

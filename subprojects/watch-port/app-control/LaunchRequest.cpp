@@ -7,7 +7,7 @@
 #include "app-control/NameLookup.h"
 #include "base/ApplicationCalls.h"
 #include "bus/Buses.h"
-#include <dlog.h>
+#include "dlog/PortLog.h"
 
 #include <memory>
 #include <utility>
@@ -38,15 +38,13 @@ struct Launch
 
 int Fail(app_control_error_e error, const app_control_s& request, const char* reason)
 {
-    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "launch request to \"%s\": %s",
-                 request.appId.c_str(), reason);
+    PORT_LOG_ERROR("launch request to \"%s\": %s", request.appId.c_str(), reason);
     return error;
 }
 
 int FailReply(app_control_error_e error, const char* reason)
 {
-    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "app_control_reply_to_launch_request: %s",
-                 reason);
+    PORT_LOG_ERROR("app_control_reply_to_launch_request: %s", reason);
     return error;
 }
 
@@ -115,14 +113,13 @@ bool Post(Launch& launch)
 // Tells what became of a launch. A reply is there when the application made one.
 void Tell(Launch& launch, app_control_h reply, app_control_result_e result)
 {
-    if (launch.callback != nullptr && MayCallApplication())
+    if (launch.callback && MayCallApplication())
         launch.callback(&launch.request, reply, result, launch.userData);
 }
 
 void TellFailed(Launch& launch, const char* reason)
 {
-    __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT", "launch request to \"%s\" failed: %s",
-                 launch.request.appId.c_str(), reason);
+    PORT_LOG_WARN("launch request to \"%s\" failed: %s", launch.request.appId.c_str(), reason);
     Tell(launch, nullptr, APP_CONTROL_RESULT_FAILED);
 }
 
@@ -196,10 +193,9 @@ DBusHandlerResult SDisconnectedCB(DBusConnection*, DBusMessage* message, void* d
 int Send(const app_control_s& request, app_control_reply_cb callback, void* userData)
 {
     BusConnection* const bus = SessionBus();
-    if (bus != nullptr)
+    if (bus)
         bus->FollowLoop();
-    auto launch =
-        bus != nullptr ? std::make_unique<Launch>(*bus, request, callback, userData) : nullptr;
+    auto launch = bus ? std::make_unique<Launch>(*bus, request, callback, userData) : nullptr;
     if (!launch || !Post(*launch))
         return Fail(APP_CONTROL_ERROR_NOT_SENT, request, "the session bus did not take it");
     // Its answer's callback owns it now.
@@ -239,7 +235,7 @@ int ReplyToLaunchRequest(const app_control_s& reply, app_control_s& request,
                          app_control_result_e result)
 {
     LaunchSender* sender = request.sender.get();
-    if (sender == nullptr || !sender->WishesReply() || !sender->IsThere())
+    if (!sender || !sender->WishesReply() || !sender->IsThere())
         return FailReply(APP_CONTROL_ERROR_NO_SENDER, "nobody waits for an answer");
     if (sender->IsAnswered())
         return FailReply(APP_CONTROL_ERROR_ALREADY_REPLIED, "the request has had its reply");

@@ -1,8 +1,8 @@
 #include "app-control/AppControl.h"
 #include "app-control/ApplicationId.h"
 #include "app-control/LaunchRequest.h"
+#include "dlog/PortLog.h"
 #include "dlog/Printable.h"
-#include <dlog.h>
 
 #include <cstring>
 #include <new>
@@ -14,7 +14,7 @@ namespace
 {
 int Fail(app_control_error_e error, const char* function, const char* reason)
 {
-    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "%s: %s", function, reason);
+    PORT_LOG_ERROR("%s: %s", function, reason);
     return error;
 }
 
@@ -35,7 +35,7 @@ catch (const std::bad_alloc&)
 
 bool IsText(const char* text)
 {
-    return text != nullptr && IsUtf8(text);
+    return text && IsUtf8(text);
 }
 
 bool IsNonEmptyText(const char* text)
@@ -46,7 +46,7 @@ bool IsNonEmptyText(const char* text)
 int CopyOut(const char* function, const std::string& text, char** copy)
 {
     char* const made = strdup(text.c_str());
-    if (made == nullptr)
+    if (!made)
         return Fail(APP_CONTROL_ERROR_OUT_OF_MEMORY, function, "out of memory");
     *copy = made;
     return APP_CONTROL_ERROR_NONE;
@@ -55,7 +55,7 @@ int CopyOut(const char* function, const std::string& text, char** copy)
 
 int app_control_create(app_control_h* app_control)
 {
-    if (app_control == nullptr)
+    if (!app_control)
         return Reject(__func__, "no place for the handle");
     return WithinMemory(__func__,
                         [app_control]
@@ -67,7 +67,7 @@ int app_control_create(app_control_h* app_control)
 
 int app_control_destroy(app_control_h app_control)
 {
-    if (app_control == nullptr)
+    if (!app_control)
         return Reject(__func__, "the handle is null");
     delete app_control;
     return APP_CONTROL_ERROR_NONE;
@@ -75,14 +75,14 @@ int app_control_destroy(app_control_h app_control)
 
 int app_control_get_operation(app_control_h app_control, char** operation)
 {
-    if (app_control == nullptr || operation == nullptr)
+    if (!app_control || !operation)
         return Reject(__func__, "the handle or the place for the operation is null");
     return CopyOut(__func__, app_control->operation, operation);
 }
 
 int app_control_set_operation(app_control_h app_control, const char* operation)
 {
-    if (app_control == nullptr)
+    if (!app_control)
         return Reject(__func__, "the handle is null");
     if (!IsNonEmptyText(operation))
         return Reject(__func__, "the operation is null, empty or not UTF-8");
@@ -96,7 +96,7 @@ int app_control_set_operation(app_control_h app_control, const char* operation)
 
 int app_control_set_app_id(app_control_h app_control, const char* app_id)
 {
-    if (app_control == nullptr || app_id == nullptr)
+    if (!app_control || !app_id)
         return Reject(__func__, "the handle or the application id is null");
     return WithinMemory(
         __func__,
@@ -116,7 +116,7 @@ int app_control_set_app_id(app_control_h app_control, const char* app_id)
 
 int app_control_get_extra_data(app_control_h app_control, const char* key, char** value)
 {
-    if (app_control == nullptr || key == nullptr || value == nullptr)
+    if (!app_control || !key || !value)
         return Reject(__func__, "the handle, the key or the place for the value is null");
     return WithinMemory(__func__,
                         [=]
@@ -130,7 +130,7 @@ int app_control_get_extra_data(app_control_h app_control, const char* key, char*
 
 int app_control_add_extra_data(app_control_h app_control, const char* key, const char* value)
 {
-    if (app_control == nullptr)
+    if (!app_control)
         return Reject(__func__, "the handle is null");
     if (!IsNonEmptyText(key))
         return Reject(__func__, "the key is null, empty or not UTF-8");
@@ -147,7 +147,7 @@ int app_control_add_extra_data(app_control_h app_control, const char* key, const
 int app_control_foreach_extra_data(app_control_h app_control, app_control_extra_data_cb callback,
                                    void* user_data)
 {
-    if (app_control == nullptr || callback == nullptr)
+    if (!app_control || !callback)
         return Reject(__func__, "the handle or the callback is null");
     std::vector<std::string> keys;
     const int result = WithinMemory(__func__,
@@ -168,7 +168,7 @@ int app_control_foreach_extra_data(app_control_h app_control, app_control_extra_
 int app_control_send_launch_request(app_control_h app_control, app_control_reply_cb callback,
                                     void* user_data)
 {
-    if (app_control == nullptr)
+    if (!app_control)
         return Reject(__func__, "the handle is null");
     return WithinMemory(__func__,
                         [=] { return SendLaunchRequest(*app_control, callback, user_data); });
@@ -179,7 +179,7 @@ __attribute__((no_sanitize("enum"))) int
 app_control_reply_to_launch_request(app_control_h reply, app_control_h request,
                                     app_control_result_e result)
 {
-    if (reply == nullptr || request == nullptr)
+    if (!reply || !request)
         return Reject(__func__, "the reply or the request is null");
     if (result != APP_CONTROL_RESULT_SUCCEEDED && result != APP_CONTROL_RESULT_FAILED)
         return Reject(__func__, "the result is neither SUCCEEDED (0) nor FAILED (-1)");

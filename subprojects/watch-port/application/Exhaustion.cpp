@@ -1,7 +1,7 @@
 #include "application/Exhaustion.h"
 
+#include "dlog/PortLog.h"
 #include <app.h>
-#include <dlog.h>
 
 #include <new>
 #include <sys/mman.h>
@@ -20,8 +20,7 @@ void SEndProcess()
     static std::atomic_flag sIsEnding = ATOMIC_FLAG_INIT;
     while (sIsEnding.test_and_set())
         pause();
-    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT",
-                 "the memory is exhausted and the way out needs more: the process ends at once");
+    PORT_LOG_ERROR("the memory is exhausted and the way out needs more: the process ends at once");
     _exit(APP_ERROR_OUT_OF_MEMORY & 0xff);
 }
 } // namespace
@@ -40,7 +39,7 @@ void MemoryReserve::Spend()
 
 void EndWhenExhausted()
 {
-    if (std::get_new_handler() != nullptr)
+    if (std::get_new_handler())
         std::set_new_handler(SEndProcess);
 }
 

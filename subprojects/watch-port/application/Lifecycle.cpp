@@ -2,7 +2,7 @@
 
 #include "application/windows/FirstFrame.h"
 #include "application/windows/Windows.h"
-#include <dlog.h>
+#include "dlog/PortLog.h"
 
 namespace WatchPort
 {
@@ -33,9 +33,9 @@ int Lifecycle::Run(const CommandLine& commandLine)
 {
     if (commandLine.isService && !AwaitRequest())
         return APP_ERROR_NONE;
-    if (mCallbacks.create != nullptr && !mCallbacks.create(mUserData))
+    if (mCallbacks.create && !mCallbacks.create(mUserData))
     {
-        __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "the application was not created");
+        PORT_LOG_ERROR("the application was not created");
         return APP_ERROR_NOT_CREATED;
     }
     mIsCreated = true;
@@ -47,7 +47,7 @@ int Lifecycle::Run(const CommandLine& commandLine)
         RunLoop();
     if (mIsResumed)
         Pause();
-    if (mCallbacks.terminate != nullptr)
+    if (mCallbacks.terminate)
         mCallbacks.terminate(mUserData);
     return APP_ERROR_NONE;
 }
@@ -85,7 +85,7 @@ void Lifecycle::DeliverFirst(const CommandLine& commandLine)
 
 void Lifecycle::DeliverArrived()
 {
-    if (mInbox == nullptr)
+    if (!mInbox)
         return;
     // Before the callbacks, which may have their own idea of what is to be seen.
     if (!mIsExitRequested && !mInbox->IsEmpty())
@@ -97,7 +97,7 @@ void Lifecycle::DeliverArrived()
 
 void Lifecycle::Deliver(app_control_h request)
 {
-    if (mCallbacks.app_control != nullptr)
+    if (mCallbacks.app_control)
         mCallbacks.app_control(request, mUserData);
 }
 
@@ -147,18 +147,18 @@ void Lifecycle::UpdateVisibility()
 void Lifecycle::Resume()
 {
     mIsResumed = true;
-    if (mCallbacks.resume != nullptr)
+    if (mCallbacks.resume)
         mCallbacks.resume(mUserData);
     Ecore_Evas* window = mWasResumed ? nullptr : mVisibility.FindVisibleWindow();
     mWasResumed = true;
-    if (window != nullptr)
+    if (window)
         ReportFrame(window, mDisplay);
 }
 
 void Lifecycle::Pause()
 {
     mIsResumed = false;
-    if (mCallbacks.pause != nullptr)
+    if (mCallbacks.pause)
         mCallbacks.pause(mUserData);
 }
 

@@ -1,7 +1,7 @@
 #include "application/OwnId.h"
 
 #include "app-control/ApplicationId.h"
-#include <dlog.h>
+#include "dlog/PortLog.h"
 
 #include <cerrno>
 #include <cstring>
@@ -14,9 +14,8 @@ namespace
 {
 std::string Warn(const std::filesystem::path& file, const std::string& reason)
 {
-    __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
-                 "\"%s\" %s: launch requests over the session bus do not arrive", file.c_str(),
-                 reason.c_str());
+    PORT_LOG_WARN("\"%s\" %s: launch requests over the session bus do not arrive", file.c_str(),
+                  reason.c_str());
     return {};
 }
 } // namespace

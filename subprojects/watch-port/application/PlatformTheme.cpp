@@ -1,6 +1,6 @@
 #include "application/PlatformTheme.h"
 
-#include <dlog.h>
+#include "dlog/PortLog.h"
 
 #include <Elementary.h>
 
@@ -26,8 +26,7 @@ PlatformTheme::PlatformTheme(const std::filesystem::path& file)
         elm_theme_overlay_add(nullptr, mFile.c_str());
         return;
     }
-    __dlog_print(
-        LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
+    PORT_LOG_WARN(
         "the watch's theme \"%s\" is missing or no theme: screens without a title stay empty",
         file.c_str());
 }

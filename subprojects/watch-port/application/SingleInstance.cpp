@@ -3,7 +3,7 @@
 #include "app-control/LaunchRequest.h"
 #include "app-control/NameLookup.h"
 #include "bus/Buses.h"
-#include <dlog.h>
+#include "dlog/PortLog.h"
 
 namespace WatchPort
 {
@@ -13,7 +13,7 @@ SingleInstance::SingleInstance(const std::string& applicationId, const CommandLi
     if (applicationId.empty())
         return;
     BusConnection* const bus = SessionBus();
-    if (bus != nullptr)
+    if (bus)
     {
         mInbox = std::make_unique<LaunchInbox>(*bus, applicationId);
         mStanding = Settle(*bus, applicationId, commandLine);
@@ -23,9 +23,8 @@ SingleInstance::SingleInstance(const std::string& applicationId, const CommandLi
     else
         mInbox = nullptr;
     if (mStanding == Standing::Alone)
-        __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
-                     "there is no session bus, or it does not answer: "
-                     "no launch requests will arrive");
+        PORT_LOG_WARN("there is no session bus, or it does not answer: "
+                      "no launch requests will arrive");
 }
 
 SingleInstance::Standing SingleInstance::Settle(BusConnection& bus, const std::string& id,

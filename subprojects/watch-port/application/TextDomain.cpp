@@ -1,9 +1,9 @@
 #include "application/TextDomain.h"
 
+#include "dlog/PortLog.h"
 #include "system-settings/Catalogue.h"
 #include "system-settings/Catalogues.h"
 #include "system-settings/LocaleName.h"
-#include <dlog.h>
 #include <system_settings.h>
 
 #include <clocale>
@@ -51,17 +51,16 @@ void ReportMissingCatalogue(const Installation& installation, const std::string&
     const bool isForeign = found == "en" && language.substr(0, language.find('_')) != "en";
     if (!found.empty() && !isForeign)
         return;
-    __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
-                 R"(no catalogue "%s.mo" for the language "%s" below "%s": %s)",
-                 installation.program.c_str(), language.c_str(), installation.locales.c_str(),
-                 isForeign ? "texts are English" : "texts are message ids");
+    PORT_LOG_WARN(R"(no catalogue "%s.mo" for the language "%s" below "%s": %s)",
+                  installation.program.c_str(), language.c_str(), installation.locales.c_str(),
+                  isForeign ? "texts are English" : "texts are message ids");
 }
 } // namespace
 
 void SetProgramLocale()
 {
     const char* locale = std::setlocale(LC_ALL, "");
-    const std::string messages = locale == nullptr ? "C" : std::setlocale(LC_MESSAGES, nullptr);
+    const std::string messages = !locale ? "C" : std::setlocale(LC_MESSAGES, nullptr);
     if (messages == "C" || messages == "POSIX")
         std::setlocale(LC_ALL, "C.UTF-8");
 }

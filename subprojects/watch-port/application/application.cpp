@@ -13,7 +13,7 @@
 #include "application/windows/Screen.h"
 #include "application/windows/WindowMotion.h"
 #include "base/ApplicationCalls.h"
-#include <dlog.h>
+#include "dlog/PortLog.h"
 
 #include <Efreet.h>
 #include <Elementary.h>
@@ -31,7 +31,7 @@ Lifecycle* sRunning = nullptr;
 
 int Fail(app_error_e error, const char* reason)
 {
-    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "ui_app_main: %s", reason);
+    PORT_LOG_ERROR("ui_app_main: %s", reason);
     return error;
 }
 
@@ -75,7 +75,7 @@ public:
 
 std::string ProgramName(const char* invokedAs)
 {
-    return std::filesystem::path(invokedAs == nullptr ? "" : invokedAs).filename();
+    return std::filesystem::path(invokedAs ? invokedAs : "").filename();
 }
 
 // Ends what needs no display; returns nothing when the application is to be run.
@@ -105,10 +105,9 @@ std::optional<Installation> FindOwnInstallation()
 {
     const auto installation = FindInstallation(RunningExecutable());
     if (!installation)
-        __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
-                     "no folder above \"%s\" holds share/PROGRAM/ or res/: "
-                     "texts are message ids, and screens without a title stay empty",
-                     RunningExecutable().c_str());
+        PORT_LOG_WARN("no folder above \"%s\" holds share/PROGRAM/ or res/: "
+                      "texts are message ids, and screens without a title stay empty",
+                      RunningExecutable().c_str());
     return installation;
 }
 
@@ -199,9 +198,9 @@ int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
 
 int ui_app_main(int argc, char** argv, ui_app_lifecycle_callback_s* callbacks, void* user_data)
 {
-    if (argc < 1 || argv == nullptr || callbacks == nullptr)
+    if (argc < 1 || !argv || !callbacks)
         return Fail(APP_ERROR_INVALID_PARAMETER, "no arguments or no callbacks");
-    if (sRunning != nullptr)
+    if (sRunning)
         return Fail(APP_ERROR_ALREADY_RUNNING, "the application runs already");
     const CommandLine commandLine = ParseCommandLine({argv + 1, argv + argc});
     const auto answer = AnswerCommandLine(commandLine, ProgramName(argv[0]));
@@ -210,7 +209,7 @@ int ui_app_main(int argc, char** argv, ui_app_lifecycle_callback_s* callbacks, v
 
 void ui_app_exit(void)
 {
-    if (sRunning != nullptr)
+    if (sRunning)
         sRunning->RequestExit();
     EndWhenExhausted();
 }

@@ -1,6 +1,6 @@
 #include "device/Charger.h"
+#include "dlog/PortLog.h"
 #include <device/battery.h>
-#include <dlog.h>
 
 using namespace WatchPort;
 
@@ -8,7 +8,7 @@ namespace
 {
 int Refuse(device_error_e error, const char* text)
 {
-    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "%s", text);
+    PORT_LOG_ERROR("%s", text);
     return error;
 }
 
@@ -17,14 +17,13 @@ int CheckArguments(const char* function, int type, device_changed_cb callback)
 {
     if (type != DEVICE_CALLBACK_BATTERY_CHARGING)
     {
-        __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT",
-                     "%s: type %d is not known; only %d (battery charging) is", function, type,
-                     DEVICE_CALLBACK_BATTERY_CHARGING);
+        PORT_LOG_ERROR("%s: type %d is not known; only %d (battery charging) is", function, type,
+                       DEVICE_CALLBACK_BATTERY_CHARGING);
         return DEVICE_ERROR_UNKNOWN_TYPE;
     }
     if (callback)
         return DEVICE_ERROR_NONE;
-    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "%s: the callback is null", function);
+    PORT_LOG_ERROR("%s: the callback is null", function);
     return DEVICE_ERROR_INVALID_PARAMETER;
 }
 } // namespace

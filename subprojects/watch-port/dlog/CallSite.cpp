@@ -14,7 +14,7 @@ CallSite ReadCallSite(const char* format, va_list arguments)
     site.file = va_arg(arguments, const char*);
     site.function = va_arg(arguments, const char*);
     site.line = va_arg(arguments, int);
-    return site.file == nullptr || site.function == nullptr ? CallSite() : site;
+    return !site.file || !site.function ? CallSite() : site;
 }
 
 } // namespace WatchPort

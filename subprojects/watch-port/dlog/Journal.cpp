@@ -63,7 +63,7 @@ bool SendAsFile(int socket, std::string_view entry)
 bool IsJournalStream(const struct statx& stream)
 {
     const char* named = std::getenv("JOURNAL_STREAM");
-    if (named == nullptr)
+    if (!named)
         return false;
     const std::uintmax_t device = makedev(stream.stx_dev_major, stream.stx_dev_minor);
     const std::uintmax_t inode = stream.stx_ino;

@@ -74,7 +74,7 @@ void AppendJournalEntry(TextBuffer& out, int priority, std::string_view tag, std
     AppendField(out, "PRIORITY", {&"7643"[priority - DLOG_DEBUG], 1});
     if (!tag.empty())
         AppendField(out, "SYSLOG_IDENTIFIER", tag);
-    if (site.file != nullptr)
+    if (site.file)
     {
         AppendField(out, "CODE_FILE", site.file);
         AppendField(out, "CODE_FUNC", site.function);

@@ -49,7 +49,7 @@ void ReportUnknownLevel(std::string_view value)
 int ReadLevel()
 {
     const char* value = std::getenv("DLOG_LEVEL");
-    if (value == nullptr || *value == '\0')
+    if (!value || *value == '\0')
         return DLOG_DEBUG;
     const auto level = ParseLogLevel(value);
     if (!level)
@@ -82,7 +82,7 @@ int Print(int priority, const char* tag, const char* format, va_list arguments)
         return DLOG_ERROR_BAD_FORMAT;
     if (!text.IsWhole())
         return DLOG_ERROR_OUT_OF_MEMORY;
-    return WriteLine(priority, tag == nullptr ? "" : tag, text.View(), site);
+    return WriteLine(priority, tag ? tag : "", text.View(), site);
 }
 } // namespace
 

@@ -1,10 +1,10 @@
 #include <efl_extension.h>
 
+#include "dlog/PortLog.h"
 #include "efl-extension/BackKey.h"
 #include "efl-extension/CircleScroller.h"
 #include "efl-extension/CircleSurface.h"
 #include "efl-extension/Rotary.h"
-#include <dlog.h>
 
 using namespace WatchPort;
 
@@ -13,7 +13,7 @@ namespace
 
 void Refuse(const char* function, const char* what)
 {
-    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "%s: %s", function, what);
+    PORT_LOG_ERROR("%s: %s", function, what);
 }
 
 bool IsGiven(bool isGiven, const char* function, const char* what)
@@ -67,9 +67,8 @@ void eext_circle_object_scroller_policy_set(Evas_Object* object, Elm_Scroller_Po
     if (!IsGiven(circleScroller, __func__, "object is no circle scroller, only one is accepted"))
         return;
     if (!IsPolicy(horizontal) || !IsPolicy(vertical))
-        __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT",
-                     "%s: policies %d and %d, 0 (auto), 1 (on) and 2 (off) are accepted", __func__,
-                     static_cast<int>(horizontal), static_cast<int>(vertical));
+        PORT_LOG_ERROR("%s: policies %d and %d, 0 (auto), 1 (on) and 2 (off) are accepted",
+                       __func__, static_cast<int>(horizontal), static_cast<int>(vertical));
     else
         circleScroller->SetPolicy(horizontal, vertical);
 }

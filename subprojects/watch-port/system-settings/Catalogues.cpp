@@ -1,8 +1,8 @@
 #include "system-settings/Catalogues.h"
 
+#include "dlog/PortLog.h"
 #include "system-settings/Catalogue.h"
 #include "system-settings/LocaleName.h"
-#include <dlog.h>
 
 #include <algorithm>
 #include <clocale>
@@ -62,8 +62,8 @@ bool IsUsable(const fs::path& file)
     const CatalogueState state = CheckCatalogue(file);
     if (state == CatalogueState::Sound || state == CatalogueState::Unreadable)
         return true;
-    __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT", "catalogue \"%s\" is %s: it is not used",
-                 file.c_str(), state == CatalogueState::TooLarge ? "larger than 16 MiB" : "broken");
+    PORT_LOG_WARN("catalogue \"%s\" is %s: it is not used", file.c_str(),
+                  state == CatalogueState::TooLarge ? "larger than 16 MiB" : "broken");
     return false;
 }
 } // namespace

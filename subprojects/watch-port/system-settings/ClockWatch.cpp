@@ -1,6 +1,6 @@
 #include "system-settings/ClockWatch.h"
 
-#include <dlog.h>
+#include "dlog/PortLog.h"
 
 #include <cerrno>
 #include <cstdint>
@@ -45,8 +45,7 @@ ClockWatch::ClockWatch(std::function<void()> onChanged) : mOnChanged(std::move(o
         mHandler =
             ecore_main_fd_handler_add(mTimer, ECORE_FD_READ, SClockSetCB, this, nullptr, nullptr);
     if (!mHandler)
-        __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
-                     "A clock that is set will not be noticed: %s", std::strerror(errno));
+        PORT_LOG_WARN("A clock that is set will not be noticed: %s", std::strerror(errno));
 }
 
 ClockWatch::~ClockWatch()

@@ -1,8 +1,8 @@
 #include "system-settings/LocaleSettings.h"
 
+#include "dlog/PortLog.h"
 #include "system-settings/Catalogues.h"
 #include "system-settings/LocaleName.h"
-#include <dlog.h>
 
 #include <cstdlib>
 #include <initializer_list>
@@ -82,9 +82,8 @@ LocaleSettings::Validate(const std::map<std::string_view, std::string_view>& tex
         if (const std::optional<std::string> locale = NormaliseLocale(text->second))
             entries[variable] = *locale;
         else
-            __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
-                         "%s=%s is passed over: no locale's name such as ko_KR.UTF-8", variable,
-                         std::string(text->second.substr(0, 64)).c_str());
+            PORT_LOG_WARN("%s=%s is passed over: no locale's name such as ko_KR.UTF-8", variable,
+                          std::string(text->second.substr(0, 64)).c_str());
     }
     return entries;
 }

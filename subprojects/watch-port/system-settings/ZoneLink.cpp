@@ -1,6 +1,6 @@
 #include "system-settings/ZoneLink.h"
 
-#include <dlog.h>
+#include "dlog/PortLog.h"
 
 #include <cstring>
 #include <filesystem>
@@ -41,8 +41,7 @@ ZoneLink::ZoneLink(std::function<void()> onEvent) : mOnEvent(std::move(onEvent))
     ecore_file_init();
     mMonitor = ecore_file_monitor_add(kFolder, SFileEventCB, this);
     if (!mMonitor)
-        __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT",
-                     "%s cannot be watched: another time zone will not be noticed", kLink);
+        PORT_LOG_WARN("%s cannot be watched: another time zone will not be noticed", kLink);
 }
 
 ZoneLink::~ZoneLink()

@@ -1,6 +1,6 @@
 #include "system-settings/SystemSettings.h"
 
-#include <dlog.h>
+#include "dlog/PortLog.h"
 
 #include <cstring>
 
@@ -11,7 +11,7 @@ namespace
 // A caller in C may pass any number as a key: it is an int until it is known.
 int Refuse(system_settings_error_e error, const char* function, int key, const char* reason)
 {
-    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "%s: key %d: %s", function, key, reason);
+    PORT_LOG_ERROR("%s: key %d: %s", function, key, reason);
     return error;
 }
 

@@ -1,6 +1,6 @@
 #include "ui-extension/TableEntry.h"
 
-#include <dlog.h>
+#include "dlog/PortLog.h"
 
 #include <algorithm>
 #include <charconv>
@@ -32,7 +32,7 @@ std::string Quoted(std::string text)
 
 void ReportAt(const std::string& place, int priority, const std::string& what)
 {
-    __dlog_print(LOG_ID_MAIN, priority, "WATCH_PORT", "%s: %s", place.c_str(), what.c_str());
+    PORT_LOG(priority, "%s: %s", place.c_str(), what.c_str());
 }
 
 TableEntry::TableEntry(std::map<std::string, std::string> attributes, std::string place)

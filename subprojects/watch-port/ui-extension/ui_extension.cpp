@@ -1,9 +1,9 @@
 #include <ui_extension.h>
 
+#include "dlog/PortLog.h"
 #include "ui-extension/ColorTable.h"
 #include "ui-extension/FontTable.h"
 #include "ui-extension/ThemeTables.h"
-#include <dlog.h>
 
 using namespace WatchPort;
 
@@ -32,7 +32,7 @@ ThemeTables<uxt_theme_font_table_s>& FontTables()
 
 int Failed(uxt_theme_error error, const char* function, const char* what)
 {
-    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT", "%s: %s", function, what);
+    PORT_LOG_ERROR("%s: %s", function, what);
     return error;
 }
 
@@ -89,9 +89,8 @@ int uxt_theme_object_set_color(Evas_Object* object, const char* color_code)
     const Color* found = table->Find(color_code);
     if (!found)
     {
-        __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT",
-                     "%s: colour code \"%s\", only an id of the colour table is accepted", __func__,
-                     color_code);
+        PORT_LOG_ERROR("%s: colour code \"%s\", only an id of the colour table is accepted",
+                       __func__, color_code);
         return UXT_THEME_ERROR_UNKNOWN_CODE;
     }
     Color color = *found;

@@ -29,7 +29,7 @@ FcConfig* LoadAside()
 extern "C" FcPublic FcConfig* FcInitLoadConfigAndFonts()
 {
     FcConfig* kept = std::exchange(sKept, nullptr);
-    return kept != nullptr ? kept : Load();
+    return kept ? kept : Load();
 }
 
 // Where no thread can be had, Keep() loads.
@@ -42,7 +42,7 @@ EarlyFonts::~EarlyFonts()
 {
     if (mLoading.valid())
         Keep();
-    if (sKept != nullptr)
+    if (sKept)
         FcConfigDestroy(std::exchange(sKept, nullptr));
 }
 

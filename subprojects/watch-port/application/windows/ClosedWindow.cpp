@@ -27,7 +27,7 @@ ClosedWindow::~ClosedWindow()
         if (Evas_Object* object = WindowObject(window))
             evas_object_smart_callback_del_full(object, kDeleteRequest, SDeleteRequestCB, this);
     }
-    if (mKept != nullptr)
+    if (mKept)
         evas_object_unref(mKept);
 }
 
@@ -36,7 +36,7 @@ void ClosedWindow::Update()
     for (Ecore_Evas* window : ListWindows(mDisplay))
     {
         Evas_Object* object = WindowObject(window);
-        if (object == nullptr || ecore_evas_data_get(window, kWatched) != nullptr)
+        if (!object || ecore_evas_data_get(window, kWatched))
             continue;
         ecore_evas_data_set(window, kWatched, object);
         evas_object_smart_callback_add(object, kDeleteRequest, SDeleteRequestCB, this);
@@ -54,7 +54,7 @@ bool ClosedWindow::IsLast(const Evas_Object* window) const
 void ClosedWindow::SDeleteRequestCB(void* data, Evas_Object* window, void*)
 {
     auto* closed = static_cast<ClosedWindow*>(data);
-    if (closed->mKept != nullptr || !elm_win_autodel_get(window) || !closed->IsLast(window))
+    if (closed->mKept || !elm_win_autodel_get(window) || !closed->IsLast(window))
         return;
     closed->mKept = window;
     // The toolkit has made up its mind before this call; what it deletes stays while it is held.

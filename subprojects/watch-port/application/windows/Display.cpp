@@ -1,7 +1,7 @@
 #include "application/windows/Display.h"
 
 #include "base/Patience.h"
-#include <dlog.h>
+#include "dlog/PortLog.h"
 
 #include <Ecore_X.h>
 #include <cstdlib>
@@ -35,7 +35,7 @@ using XConnection = std::unique_ptr<xcb_connection_t, XCloser>;
 std::string Environment(const char* name)
 {
     const char* value = std::getenv(name);
-    return value == nullptr ? "" : value;
+    return value ? value : "";
 }
 
 bool IsEngineOffScreen()
@@ -64,7 +64,7 @@ bool IsAnswered(const std::string& socketPath)
 {
     const int fd = Connect(socketPath);
     wl_display* const compositor = fd < 0 ? nullptr : wl_display_connect_to_fd(fd);
-    if (compositor == nullptr)
+    if (!compositor)
         return false;
     const bool isAnswered = wl_display_roundtrip(compositor) >= 0;
     wl_display_disconnect(compositor);
@@ -73,8 +73,8 @@ bool IsAnswered(const std::string& socketPath)
 
 void WarnOfSilence(const char* server)
 {
-    __dlog_print(LOG_ID_MAIN, DLOG_WARN, "WATCH_PORT", "%s has not answered within %d seconds",
-                 server, static_cast<int>(kPatience.count()));
+    PORT_LOG_WARN("%s has not answered within %d seconds", server,
+                  static_cast<int>(kPatience.count()));
 }
 } // namespace
 

@@ -1,7 +1,7 @@
 #include "application/windows/DisplayWatch.h"
 
+#include "dlog/PortLog.h"
 #include <app.h>
-#include <dlog.h>
 
 #include <Ecore.h>
 #include <atomic>
@@ -38,8 +38,7 @@ Ecore_Select_Function sSelect = nullptr;
 
 [[noreturn]] void EndProcess(const Question& question)
 {
-    __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "WATCH_PORT",
-                 "%s does not answer any more: the application ends", question.server.c_str());
+    PORT_LOG_ERROR("%s does not answer any more: the application ends", question.server.c_str());
     constexpr int kStatusMask = 0xFF;
     _exit(APP_ERROR_NO_DISPLAY & kStatusMask);
 }
@@ -61,7 +60,7 @@ void STurnTakesLongCB(sigval data)
 
 int SSelectCB(int count, fd_set* readable, fd_set* writable, fd_set* special, timeval* timeout)
 {
-    if (timeout != nullptr && timeout->tv_sec == 0 && timeout->tv_usec == 0)
+    if (timeout && timeout->tv_sec == 0 && timeout->tv_usec == 0)
         return sSelect(count, readable, writable, special, timeout);
     timer_settime(*sTimer, 0, &kSleep, nullptr);
     const int ready = sSelect(count, readable, writable, special, timeout);

@@ -1,6 +1,6 @@
 #include "application/windows/FirstFrame.h"
 
-#include <dlog.h>
+#include "dlog/PortLog.h"
 
 #include <Evas.h>
 
@@ -13,7 +13,7 @@ void SFrameEndCB(void* data, Evas* canvas, void*)
 {
     evas_event_callback_del(canvas, EVAS_CALLBACK_RENDER_POST, SFrameEndCB);
     static_cast<const Display*>(data)->Sync();
-    __dlog_print(LOG_ID_MAIN, DLOG_INFO, "WATCH_PORT", "first frame");
+    PORT_LOG_INFO("first frame");
 }
 
 void SFrameBeginCB(void* data, Evas* canvas, void*)

@@ -25,16 +25,16 @@ public:
     HeldTheme()
     {
         char* path = elm_theme_list_item_path_get("default", nullptr);
-        mFile = path == nullptr ? nullptr : eina_file_open(path, EINA_FALSE);
+        mFile = !path ? nullptr : eina_file_open(path, EINA_FALSE);
         std::free(path);
-        if (mFile != nullptr)
+        if (mFile)
             mHold = edje_mmap_color_class_iterator_new(mFile);
     }
     ~HeldTheme()
     {
-        if (mHold != nullptr)
+        if (mHold)
             eina_iterator_free(mHold);
-        if (mFile != nullptr)
+        if (mFile)
             eina_file_close(mFile);
     }
     HeldTheme(const HeldTheme&) = delete;
@@ -67,7 +67,7 @@ int ScreenSize(const Display& display)
 void DropToolkitSettings()
 {
     std::vector<std::string> names;
-    for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable)
+    for (char** variable = environ; variable && *variable; ++variable)
     {
         const std::string name(*variable, std::strcspn(*variable, "="));
         if ((name.rfind("ELM_", 0) == 0 && name != "ELM_ENGINE") || name == "EVAS_FONT_DPI")

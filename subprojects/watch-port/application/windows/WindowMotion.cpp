@@ -33,7 +33,7 @@ public:
 private:
     ~WindowMotion()
     {
-        if (mEnd != nullptr)
+        if (mEnd)
             ecore_job_del(mEnd);
         efl_event_callback_del(mCanvas, EFL_EVENT_CALLBACK_ADD, SAddedCB, this);
         efl_event_callback_del(mCanvas, EFL_EVENT_CALLBACK_DEL, SRemovedCB, this);
@@ -42,7 +42,7 @@ private:
     static bool IsForTicks(const Efl_Event* event)
     {
         const auto* item = static_cast<const Efl_Callback_Array_Item_Full*>(event->info);
-        while (item->desc != nullptr && item->desc != EFL_CANVAS_OBJECT_EVENT_ANIMATOR_TICK)
+        while (item->desc && item->desc != EFL_CANVAS_OBJECT_EVENT_ANIMATOR_TICK)
             ++item;
         return item->desc != nullptr;
     }
@@ -61,7 +61,7 @@ private:
     static void SRemovedCB(void* data, const Efl_Event* event)
     {
         auto* self = static_cast<WindowMotion*>(data);
-        if (IsForTicks(event) && --self->mWaiting == 0 && self->mEnd == nullptr)
+        if (IsForTicks(event) && --self->mWaiting == 0 && !self->mEnd)
             self->mEnd = ecore_job_add(SEndCB, self);
     }
 

@@ -45,12 +45,12 @@ void SDrawnCB(void* data, Evas* canvas, void*)
 bool IsShown(const Ecore_Evas* window)
 {
     return ecore_evas_visibility_get(window) != 0 && !ecore_evas_iconified_get(window) &&
-           (WindowObject(window) == nullptr || !IsHidden(window));
+           (!WindowObject(window) || !IsHidden(window));
 }
 
 bool IsDeactivated(const Ecore_Evas* window)
 {
-    return ecore_evas_data_get(window, kActivated) != nullptr && !ecore_evas_focus_get(window);
+    return ecore_evas_data_get(window, kActivated) && !ecore_evas_focus_get(window);
 }
 
 void NoteActivation(Ecore_Evas* window)
@@ -62,7 +62,7 @@ void NoteActivation(Ecore_Evas* window)
         ecore_evas_data_set(window, kHiddenActive, isActive ? window : nullptr);
     if (isHidden)
         ecore_evas_data_set(window, kActivated, nullptr);
-    else if (isActive && ecore_evas_data_get(window, kHiddenActive) == nullptr)
+    else if (isActive && !ecore_evas_data_get(window, kHiddenActive))
         ecore_evas_data_set(window, kActivated, window);
 }
 
@@ -75,7 +75,7 @@ void AwaitFirstFrames(const Display& display)
 {
     for (Ecore_Evas* window : ListWindows(display))
     {
-        if (ecore_evas_data_get(window, kAwaited) != nullptr)
+        if (ecore_evas_data_get(window, kAwaited))
             continue;
         ecore_evas_data_set(window, kAwaited, window);
         evas_event_callback_add(ecore_evas_get(window), EVAS_CALLBACK_RENDER_POST, SDrawnCB,
@@ -98,7 +98,7 @@ WindowVisibility::~WindowVisibility()
     for (Ecore_Event_Handler* handler : mHandlers)
         ecore_event_handler_del(handler);
     ecore_idle_enterer_del(mIdleEnterer);
-    if (mTakeOverTimer != nullptr)
+    if (mTakeOverTimer)
         ecore_timer_del(mTakeOverTimer);
 }
 
@@ -135,7 +135,7 @@ bool WindowVisibility::IsWanted(Ecore_X_Window id) const
 void WindowVisibility::AwaitReturn(Ecore_X_Window window)
 {
     mTakenAway.insert(window);
-    if (mTakeOverTimer != nullptr)
+    if (mTakeOverTimer)
         ecore_timer_del(mTakeOverTimer);
     mTakeOverTimer = ecore_timer_add(kTakeOverSeconds, SNotReturnedCB, this);
 }
@@ -179,7 +179,7 @@ bool WindowVisibility::CanBeSeen(const Ecore_Evas* window) const
 {
     if (mStacking)
         return CanBeSeenOnX11(window);
-    const bool isDrawn = ecore_evas_data_get(window, kDrawn) != nullptr && IsShown(window);
+    const bool isDrawn = ecore_evas_data_get(window, kDrawn) && IsShown(window);
     return isDrawn && (mDisplay.GetKind() != Display::Kind::Wayland || !IsDeactivated(window));
 }
 

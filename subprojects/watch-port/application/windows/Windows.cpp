@@ -20,7 +20,7 @@ bool IsWindow(const Ecore_Evas* canvas, Display::Kind kind)
         return engine == "software_x11" || engine == "opengl_x11";
     case Display::Kind::Wayland:
         // There the pointer's picture is a canvas of this engine too, but no window's.
-        return engine.rfind("wayland_", 0) == 0 && WindowObject(canvas) != nullptr;
+        return engine.rfind("wayland_", 0) == 0 && WindowObject(canvas);
     default:
         return true;
     }
@@ -31,7 +31,7 @@ std::vector<Ecore_Evas*> ListWindows(const Display& display)
 {
     std::vector<Ecore_Evas*> windows;
     Eina_List* list = ecore_evas_ecore_evas_list_get();
-    for (; list != nullptr; list = eina_list_remove_list(list, list))
+    for (; list; list = eina_list_remove_list(list, list))
     {
         auto* window = static_cast<Ecore_Evas*>(eina_list_data_get(list));
         if (IsWindow(window, display.GetKind()))
@@ -49,7 +49,7 @@ Evas_Object* WindowObject(const Ecore_Evas* window)
 bool IsHidden(const Ecore_Evas* window)
 {
     const Evas_Object* object = WindowObject(window);
-    return object == nullptr || !evas_object_visible_get(object);
+    return !object || !evas_object_visible_get(object);
 }
 
 void SizeWindows(const Display& display)

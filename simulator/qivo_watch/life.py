@@ -27,7 +27,10 @@ _TURN_S = 0.01
 
 
 def start(folder: Folder, options: dict[str, Any]) -> None:
-    """Starts a watch, and returns when it can be used. Who is interrupted leaves none."""
+    """Starts a watch, and returns when it can be used. Who is interrupted leaves none.
+
+    REQUESTS are blocked on return, or a late one would end the command and leave the watch.
+    """
     before = signal.pthread_sigmask(signal.SIG_BLOCK, REQUESTS)
     try:
         answer = start_guard(folder, folder.create(), json.dumps(options))
@@ -37,6 +40,7 @@ def start(folder: Folder, options: dict[str, Any]) -> None:
     try:
         signal.pthread_sigmask(signal.SIG_SETMASK, before)
         line = _read_line(answer)
+        signal.pthread_sigmask(signal.SIG_BLOCK, REQUESTS)
     except BaseException:
         end(folder)
         raise

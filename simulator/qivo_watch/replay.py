@@ -8,6 +8,7 @@ import argparse
 import contextlib
 import pathlib
 import shlex
+import signal
 import unicodedata
 from typing import NamedTuple
 
@@ -15,6 +16,7 @@ from qivo_watch import life
 from qivo_watch.arguments import Grammar
 from qivo_watch.commands import Session
 from qivo_watch.errors import UsageError, WatchError
+from qivo_watch.guard import REQUESTS
 from qivo_watch.recorder import Recording, check_file
 
 MOST_BYTES = 1 << 20
@@ -151,6 +153,7 @@ class _Player:
             self._has_begun = True
         if verb in ("start", "stop"):
             self._has_started = verb == "start"
+            signal.pthread_sigmask(signal.SIG_UNBLOCK, REQUESTS)
 
     def _record(self, given: argparse.Namespace) -> None:
         if self._recording:

@@ -22,8 +22,9 @@ def _desk():
 
 
 def begin(desk, *words, **options):
-    return subprocess.Popen(desk.command(*words), env=desk.environment, text=True,
-                            stderr=subprocess.PIPE, **options)
+    # A shell that runs the tests in the background has them ignore interrupts.
+    return subprocess.Popen(["env", "--default-signal=INT", *desk.command(*words)],
+                            env=desk.environment, text=True, stderr=subprocess.PIPE, **options)
 
 
 def interrupt(process, number=signal.SIGINT):

@@ -36,8 +36,8 @@ def test_a_runtime_folder_that_others_can_write_to_is_refused(desk, precious, mo
 
 
 @pytest.mark.parametrize("place", ["", "qivo-watch", "qivo-watch/watch"])
-def test_a_link_where_a_folder_should_be_is_refused(desk, precious, tmp_path, place):
-    runtime = tmp_path / "runtime"
+def test_a_link_where_a_folder_should_be_is_refused(desk, precious, place):
+    runtime = desk.runtime / "runtime"
     link = runtime / place
     link.parent.mkdir(parents=True, mode=0o700, exist_ok=True)
     link.symlink_to(precious.parents[{"": 3, "qivo-watch": 2, "qivo-watch/watch": 1}[place]])

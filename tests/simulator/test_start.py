@@ -26,6 +26,14 @@ def _starting(desk):
         yield process
 
 
+def hold(desk, name):
+    """Stops a process of the watch where it is, once it is there; returns its id."""
+    found = wait_until(lambda: [process for process, command in desk.processes().items()
+                                if name in command], name)
+    os.kill(found[0], signal.SIGSTOP)
+    return found[0]
+
+
 def test_a_launch_waits_for_a_watch_that_is_being_started(desk, starting):
     desk.do("launch")
     assert starting.wait(60) == 0
@@ -38,19 +46,12 @@ def test_a_watch_that_is_being_started_is_not_started_twice(desk, starting):
 
 
 def test_a_stop_ends_a_watch_that_is_being_started(desk, starting):
+    hold(desk, b"qivo-watch-home")
     desk.do("stop")
     assert starting.wait(10) == 1
     assert starting.stderr.read() == "qivo-watch: the watch does not start: it was stopped\n"
     assert not desk.processes()
     assert not list(desk.runtime.iterdir())
-
-
-def hold(desk, name):
-    """Stops a process of the watch where it is, once it is there; returns its id."""
-    found = wait_until(lambda: [process for process, command in desk.processes().items()
-                                if name in command], name)
-    os.kill(found[0], signal.SIGSTOP)
-    return found[0]
 
 
 def test_commands_are_told_of_a_start_that_takes_long_and_work_after_it(desk, starting, tmp_path):

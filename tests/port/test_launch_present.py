@@ -5,7 +5,6 @@ import pytest
 from port import lifecycle
 from port.launch_apps import Apps
 from port.lifecycle import App, wait_until_active, window_of
-from support.bus import wait_until
 from support.display import Display
 
 

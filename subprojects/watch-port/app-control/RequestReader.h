@@ -5,15 +5,12 @@
 
 #include <dbus/dbus.h>
 
-namespace WatchPort
-{
-
 /**
  * Launch requests as they come from the bus. The bus sees to it that a message is well formed and
  * its texts are UTF-8, and to nothing else: arguments of any type and number arrive. Each function
  * fills in a new request, in which empty keys are left out, and stops where there is too much.
  */
-namespace RequestReader
+namespace WatchPort::RequestReader
 {
 
 enum class Result
@@ -38,8 +35,6 @@ Result ReadAction(DBusMessage* call, app_control_s& request);
 /** Launch(s, a{ss}): operation, which may be empty, and extra data. */
 Result ReadLaunch(DBusMessage* call, app_control_s& request);
 
-} // namespace RequestReader
-
-} // namespace WatchPort
+} // namespace WatchPort::RequestReader
 
 #endif

@@ -63,7 +63,7 @@ class Client:
         place, last = 0, self.log_count()
         while place < last:
             _, first, lines = self.call("ReadLog", "(t)", place)
-            yield from lines[:last - first]
+            yield from lines[:max(0, last - first)]
             place = first + len(lines)
 
     def wait_log(self, start: int, accept: Callable[[str], bool],
@@ -74,7 +74,9 @@ class Client:
         place = start
         with self._following():
             while True:
-                self._log_count, first, lines = self.call("ReadLog", "(t)", place)
+                count, first, lines = self.call("ReadLog", "(t)", place)
+                # The log may have been told to have grown since.
+                self._log_count = max(self._log_count, count)
                 for place, line in enumerate(lines, first + 1):
                     if accept(line):
                         return place

@@ -1,9 +1,12 @@
 """A log larger than a message of the bus may be, and a keeper that the bus has dropped."""
 
+import importlib
+
 import dbus.bus
 import pytest
+from gi.repository import GLib
 
-from simulator.desk import Desk
+from simulator.desk import BUILD, Desk
 from support.bus import wait_until
 
 LONGEST_LINE = 4096
@@ -43,3 +46,37 @@ def test_a_keeper_that_its_bus_has_dropped_ends_the_watch(desk):
     wait_until(lambda: not desk.processes(), "the end of all processes")
     assert "has ended: the message bus has dropped the keeper" in desk.refused("status")
     desk.do("start", "--headless")
+
+
+class GrowingLog:
+    """Stands for a watch whose log grows while the answer to the first call is on its way."""
+
+    def __init__(self):
+        self.lines = ["first", "awaited"]
+        self.answers = 0
+
+    def signal_subscribe(self, *arguments):
+        self.grow = arguments[-1]  # pylint: disable=attribute-defined-outside-init
+
+    def signal_unsubscribe(self, _subscription):
+        pass
+
+    def read(self, _method, _signature, place):
+        self.answers += 1
+        if self.answers == 1:
+            self.grow(None, "", "", "", "", GLib.Variant("(t)", (2,)))
+            return 1, place, self.lines[:1]
+        return 2, place, self.lines[place:]
+
+
+def test_a_line_that_comes_while_the_log_is_read_is_found(monkeypatch):
+    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
+    client_type = importlib.import_module("qivo_watch.client").Client
+    log = GrowingLog()
+    client = client_type.__new__(client_type)
+    monkeypatch.setattr(client, "connection", log, raising=False)
+    monkeypatch.setattr(client, "_loop", GLib.MainLoop(), raising=False)
+    monkeypatch.setattr(client, "_log_count", 0, raising=False)
+    monkeypatch.setattr(client, "call", log.read)
+    monkeypatch.setattr(client, "_wait", lambda is_over, _peer, _deadline: is_over())
+    assert client.wait_log(0, lambda line: line == "awaited", 1) == 2

@@ -34,6 +34,13 @@ class _Parser(argparse.ArgumentParser):
         raise UsageError(f"{message.splitlines()[0]} (see {self.prog} --help)")
 
 
+class _LineParser(_Parser):
+    """For a line of a replay, and so are the parsers of its subcommands: without --help."""
+
+    def __init__(self, **options: Any):
+        super().__init__(add_help=False, **options)
+
+
 def number(kind: Any, least: float, most: float) -> Any:
     """A type for argparse: a number within limits."""
     def convert(text: str) -> Any:
@@ -77,8 +84,8 @@ class Grammar:
     """Adds one subcommand a method to a parser. IS_REPLAY: as a line of a replay."""
 
     def __init__(self, is_replay: bool):
-        self.parser = _Parser(prog="qivo-watch",
-                              description=None if is_replay else _DESCRIPTION)
+        self.parser = (_LineParser(prog="qivo-watch") if is_replay
+                       else _Parser(prog="qivo-watch", description=_DESCRIPTION))
         self._verbs = self.parser.add_subparsers(dest="verb", metavar="COMMAND",
                                                  required=is_replay)
         self._is_replay = is_replay

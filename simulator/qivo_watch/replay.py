@@ -74,8 +74,6 @@ def _split(line: str) -> list[str]:
 def _parse(grammar: Grammar, words: list[str]) -> argparse.Namespace | None:
     if words == _END_RECORD:
         return None
-    if "-h" in words or "--help" in words:
-        raise UsageError("a replay has no use for --help")
     given = grammar.parse(words)
     if given.verb == "record":
         check_file(given.file)

@@ -34,7 +34,9 @@ def _replay(tmp_path):
     ("record run.bmp", "no kind that can be recorded (.gif .apng .png .webp .mp4)"),
     ("play other.replay", "invalid choice: 'play'"),
     ("status --name other", "unrecognized arguments: --name other"),
-    ("bezel --help", "no use for --help"),
+    ("status --help", "unrecognized arguments: --help"),
+    ("bezel cw -hi 5", "unrecognized arguments: -hi"),
+    ("wait log -h", "the following arguments are required: TEXT"),
 ])
 def test_a_mistake_is_told_with_its_line_before_anything_is_done(desk, replay, line, complaint):
     before = desk.status()["bezel"]

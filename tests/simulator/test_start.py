@@ -55,13 +55,13 @@ def test_a_stop_ends_a_watch_that_is_being_started(desk, starting):
 
 
 def test_commands_are_told_of_a_start_that_takes_long_and_work_after_it(desk, starting, tmp_path):
-    home = hold(desk, b"qivo-watch-home")
+    keeper = hold(desk, b"qivo_watch.keeper")
     commands = [["status"], ["status", "--json"], ["bezel", "cw"], ["launch"], ["log"],
                 ["screenshot", tmp_path / "a.png"], ["screenshot", "--body", tmp_path / "b.png"]]
-    with concurrent.futures.ThreadPoolExecutor() as pool:
+    with concurrent.futures.ThreadPoolExecutor(len(commands)) as pool:
         for complaint in pool.map(lambda words: desk.refused(*words), commands):
             assert 'the watch "watch" is still being started' in complaint
-    os.kill(home, signal.SIGCONT)
+    os.kill(keeper, signal.SIGCONT)
     assert starting.wait(60) == 0
     for words in commands:
         assert desk.run(*words).returncode == 0

@@ -43,16 +43,15 @@ def start_guard(folder: Folder, lock: int, options: str) -> int:
 
 
 def _become_guard(folder: Folder, lock: int, answer: int, options: str) -> NoReturn:
-    os.setsid()
-    if os.fork() != 0:
-        os._exit(0)
     status = 1
     try:
-        os.chdir("/")
-        with open(os.devnull, "r+b") as null:
-            for stream in (0, 1, 2):
-                os.dup2(null.fileno(), stream)
-        _guard(folder, lock, answer, options)
+        os.setsid()
+        if os.fork() == 0:
+            os.chdir("/")
+            with open(os.devnull, "r+b") as null:
+                for stream in (0, 1, 2):
+                    os.dup2(null.fileno(), stream)
+            _guard(folder, lock, answer, options)
         status = 0
     finally:
         os._exit(status)

@@ -13,7 +13,7 @@ from typing import Any
 
 from qivo_watch.errors import WatchEnded, WatchError
 from qivo_watch.guard import REQUESTS, start_guard
-from qivo_watch.processes import descendants
+from qivo_watch.processes import GRACE_S, descendants
 from qivo_watch.state import Folder
 
 START_PATIENCE_S = 60
@@ -33,7 +33,7 @@ def start(folder: Folder, options: dict[str, Any]) -> None:
     """
     before = signal.pthread_sigmask(signal.SIG_BLOCK, REQUESTS)
     try:
-        answer = start_guard(folder, folder.create(), json.dumps(options))
+        answer = _start_guard(folder, json.dumps(options))
     except BaseException:
         signal.pthread_sigmask(signal.SIG_SETMASK, before)
         raise
@@ -69,16 +69,26 @@ def end(folder: Folder) -> bool:
                 asked.add(holder)
                 _signal(signal.SIGTERM, holder)
                 _signal(signal.SIGCONT, holder)
+        if time.monotonic() > deadline + GRACE_S:
+            raise folder.held_unseen()
         time.sleep(_TURN_S)
-    return folder.clear_dead() or was_held
+    # Another stop takes who holds the lock for the watch, and asks it to end.
+    before = signal.signal(signal.SIGTERM, signal.SIG_IGN)
+    try:
+        return folder.clear_dead() or was_held
+    finally:
+        signal.signal(signal.SIGTERM, before)
 
 
 def wait_ready(folder: Folder) -> None:
     """Waits for a watch that is being started; fails when there is none."""
     deadline = time.monotonic() + READY_PATIENCE_S
-    while folder.display is None or not folder.is_held():
+    # Whose folder it is comes first: what another user has put there is not read.
+    while True:
         if not folder.is_held():
             raise WatchError(absence(folder))
+        if folder.display is not None:
+            return
         if time.monotonic() > deadline:
             raise WatchError(f'the watch "{folder.name}" is still being started')
         time.sleep(_TURN_S)
@@ -97,6 +107,16 @@ def absence(folder: Folder) -> str:
     if reason:
         return f'the watch "{folder.name}" has ended: {reason}'
     return f'the watch "{folder.name}" does not run (qivo-watch start starts it)'
+
+
+def _start_guard(folder: Folder, options: str) -> int:
+    lock = folder.create()
+    try:
+        return start_guard(folder, lock, options)
+    except OSError as error:
+        folder.clear()
+        os.close(lock)
+        raise WatchError(f"no process can be started: {error.strerror}") from None
 
 
 def _signal(number: int, *processes: int) -> None:

@@ -13,8 +13,9 @@ import pathlib
 import re
 import shutil
 import stat
+import time
 import urllib.parse
-from typing import Iterator
+from typing import Any, Iterator
 
 from qivo_watch.errors import UsageError, WatchError
 from qivo_watch.processes import kill_all_of, lock_holders
@@ -22,6 +23,9 @@ from qivo_watch.processes import kill_all_of, lock_holders
 DEFAULT_NAME = "watch"
 SOCKET_LIMIT = 100
 """Bytes that a socket's path may have; the kernel takes 107."""
+
+_LOOK_PATIENCE_S = 1.0
+"""Seconds for those to go who only look whether a watch runs."""
 
 _WRITABLE_BY_OTHERS = 0o022
 _OPEN_TO_OTHERS = 0o077
@@ -82,8 +86,11 @@ class Folder:
 
         Fails when the watch runs.
         """
+        deadline = time.monotonic() + _LOOK_PATIENCE_S
         while (lock := self._lock_made()) is None:
-            pass  # Another watch has just ended, and has removed the empty folder.
+            # Another watch has just ended, or a command looks whether this one runs.
+            if time.monotonic() > deadline:
+                raise self.held_unseen()
         kill_all_of(self.path)
         for leftover in os.listdir(lock):
             _remove(leftover, lock)
@@ -106,6 +113,10 @@ class Folder:
         """The processes that hold the folder: a watch's guard, and before it who starts it."""
         return lock_holders(self.path)
 
+    def held_unseen(self) -> WatchError:
+        return WatchError(f'the watch "{self.name}" is held by a process that cannot be seen or '
+                          'ended from here')
+
     def clear(self) -> None:
         """Ends what is left of a watch whose lock the caller has, and removes the folder."""
         kill_all_of(self.path)
@@ -118,6 +129,8 @@ class Folder:
         try:
             with self._opened() as lock:
                 fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+                if not self._is_at_place(lock):
+                    return False
                 self.clear()
         except (FileNotFoundError, BlockingIOError):
             return False
@@ -146,7 +159,7 @@ class Folder:
             return None
         try:
             fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
-            if os.path.samestat(os.fstat(lock), os.lstat(self.path)):
+            if self._is_at_place(lock):
                 return lock
         except BlockingIOError:
             # A command that only looks whether the folder is held has it for a moment.
@@ -157,6 +170,10 @@ class Folder:
             pass
         os.close(lock)
         return None
+
+    def _is_at_place(self, lock: int) -> bool:
+        """Whether the locked folder is still the watch's."""
+        return os.path.samestat(os.fstat(lock), os.lstat(self.path))
 
     def _state(self) -> str:
         if self.display is None:
@@ -175,14 +192,26 @@ class Folder:
 
 def running() -> list[str]:
     """The names of the watches that run."""
-    base = _base()
-    names = sorted(path.name for path in base.iterdir() if path.is_dir()) if base.is_dir() else []
-    return [name for name in names if Folder(name).is_held()]
+    try:
+        with _opened(_base(), _OPEN_TO_OTHERS) as base:
+            names = sorted(os.listdir(base))
+    except FileNotFoundError:
+        return []
+    return [name for name in names if _runs(name)]
+
+
+def _runs(name: str) -> bool:
+    """Whether NAME, which may be no watch's, is that of a watch that runs."""
+    with contextlib.suppress(UsageError, WatchError, OSError):
+        return Folder(name).is_held()
+    return False
 
 
 def _base() -> pathlib.Path:
     """The folder of all watches of this user, which need not be there."""
     runtime = os.environ.get("XDG_RUNTIME_DIR")
+    if runtime and not os.path.isabs(runtime):
+        raise WatchError(f'XDG_RUNTIME_DIR is no absolute path: "{runtime}"')
     if not runtime or not os.path.isdir(runtime):
         return pathlib.Path(f"/tmp/qivo-watch-{os.getuid()}")
     os.close(_open(pathlib.Path(runtime), _WRITABLE_BY_OTHERS))
@@ -217,13 +246,31 @@ def _opened(path: pathlib.Path, unwanted: int) -> Iterator[int]:
 
 def _remove(name: str, parent: int) -> None:
     """Removes an entry of the open folder PARENT, and never what a link points to."""
+    problem = ""
+
+    def note(_function: Any, path: str, error: Any) -> None:
+        nonlocal problem
+        problem = f"{os.readlink(f'/proc/self/fd/{parent}')}/{path}: {error[1].strerror}"
+
     # A program that is being ended may still write beside the hand that removes.
     for _ in range(100):
         try:
             if stat.S_ISDIR(os.lstat(name, dir_fd=parent).st_mode):
-                shutil.rmtree(name, ignore_errors=True, dir_fd=parent)
+                _make_writable(name, parent)
+                shutil.rmtree(name, onerror=note, dir_fd=parent)
             else:
                 os.unlink(name, dir_fd=parent)
         except FileNotFoundError:
             return
-    raise WatchError(f'cannot remove "{name}" of a watch that has ended')
+    raise WatchError(f"cannot remove what a watch has left: {problem}")
+
+
+def _make_writable(name: str, parent: int) -> None:
+    """Gives this user all rights on a folder and those below it; they may have been taken away."""
+    with contextlib.suppress(OSError):
+        os.chmod(name, 0o700, dir_fd=parent)
+        for _, below, _, folder in os.fwalk(name, dir_fd=parent):
+            for entry in below:
+                with contextlib.suppress(OSError):
+                    if stat.S_ISDIR(os.lstat(entry, dir_fd=folder).st_mode):
+                        os.chmod(entry, 0o700, dir_fd=folder)

@@ -1,5 +1,6 @@
 """Where a watch keeps what belongs to it: anywhere, and nobody else can have it exchanged."""
 
+import fcntl
 import os
 import pathlib
 import subprocess
@@ -91,3 +92,72 @@ def test_a_disk_that_is_full_is_the_reason_that_is_given(desk, tmp_path, room):
     place = pathlib.Path(tmp_path, "run", "qivo-watch", "watch")
     assert (started.returncode, started.stderr) == (
         1, f"qivo-watch: the watch does not start: {place}: No space left on device\n")
+
+
+def test_what_another_could_have_put_there_is_not_read(desk):
+    """A named pipe, at which who reads it waits for ever."""
+    folder = desk.runtime / "qivo-watch" / "watch"
+    folder.mkdir(parents=True)
+    os.mkfifo(folder / "display")
+    folder.parent.chmod(0o777)
+    for words in (["status"], ["list"], ["start", "--headless"]):
+        assert f"{folder.parent} is not a folder of this user alone" in desk.refused(*words)
+    folder.parent.chmod(0o700)
+    (folder / "display").unlink()
+
+
+def test_a_runtime_folder_without_an_absolute_path_is_refused(desk):
+    desk.environment["XDG_RUNTIME_DIR"] = "run"
+    assert 'XDG_RUNTIME_DIR is no absolute path: "run"' in desk.refused("start", "--headless")
+
+
+def test_what_is_no_watch_is_not_listed(desk, precious):
+    desk.do("start", "--headless")
+    base = desk.runtime / "qivo-watch"
+    for folder in ("no name", "-x", "dead"):
+        (base / folder).mkdir(mode=0o700)
+    (base / "open").mkdir()
+    (base / "open").chmod(0o777)
+    (base / "file").touch()
+    (base / "link").symlink_to(precious.parents[1])
+    assert desk.do("list") == "watch\n"
+    (base / "link").unlink()
+    (base / "file").unlink()
+    for folder in ("no name", "-x", "dead", "open"):
+        (base / folder).rmdir()
+
+
+def test_a_folder_whose_rights_were_taken_away_is_removed(desk):
+    locked = desk.runtime / "qivo-watch" / "watch" / "home" / "read-only"
+    (locked / "closed").mkdir(parents=True)
+    (locked / "file").touch()
+    for folder in (locked.parents[2], locked.parents[1]):
+        folder.chmod(0o700)
+    (locked / "closed").chmod(0)
+    locked.chmod(0o500)
+    # Root has all rights on every folder, unless it is another user to itself.
+    ended = subprocess.run(["unshare", "--map-user=1000", *desk.command("stop")],
+                           env=desk.environment, capture_output=True, text=True)
+    if "unshare" in ended.stderr:
+        pytest.skip(f"no user of one's own here: {ended.stderr.strip()}")
+    assert (ended.returncode, ended.stderr) == (0, "")
+    assert not list(desk.runtime.iterdir())
+
+
+def test_a_watch_that_cannot_be_seen_is_not_waited_for(desk):
+    folder = desk.runtime / "qivo-watch" / "watch"
+    folder.mkdir(parents=True)
+    for made in (folder, folder.parent):
+        made.chmod(0o700)
+    lock = os.open(folder, os.O_RDONLY)
+    fcntl.flock(lock, fcntl.LOCK_EX)
+    for words in (["start", "--headless"], ["stop"]):
+        told = subprocess.run(["unshare", "--map-root-user", "--pid", "--fork", "--mount-proc",
+                               *desk.command(*words)],
+                              env=desk.environment, capture_output=True, text=True, timeout=60)
+        if "unshare" in told.stderr:
+            pytest.skip(f"no processes of one's own here: {told.stderr.strip()}")
+        assert (told.returncode, told.stderr) == (
+            1, 'qivo-watch: the watch "watch" is held by a process that cannot be seen or ended '
+            'from here\n')
+    os.close(lock)

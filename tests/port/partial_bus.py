@@ -10,14 +10,17 @@ class PartialBus:
 
     first_client: the first one, counted from 1, of whom anything is swallowed.
     stops: with the word it reads no more of that client, for good.
+    holds: it hands the word over late, once `released` is set.
     """
 
-    def __init__(self, bus, folder, word, *, first_client=1, stops=False):
+    def __init__(self, bus, folder, word, *, first_client=1, stops=False, holds=False):
         self.address = f"unix:path={folder}/silent"
         self.swallowed = threading.Event()
         self._word = word
         self._first_client = first_client
+        self.released = threading.Event()
         self._stops = stops
+        self._holds = holds
         self._real = bus.address.split("path=")[1].split(",")[0]
         self._listener = socket.socket(socket.AF_UNIX)
         self._listener.bind(f"{folder}/silent")
@@ -47,6 +50,9 @@ class PartialBus:
                 self.swallowed.set()
                 if self._stops:
                     return
+                if self._holds:
+                    self.released.wait()
+                    target.sendall(data)
             target.shutdown(socket.SHUT_WR)
 
     @staticmethod

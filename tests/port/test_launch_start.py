@@ -134,6 +134,20 @@ def test_a_signal_ends_the_wait_for_a_bus_that_does_not_answer(apps, tmp_path, w
     assert_ends_at_once(app, -signal.SIGTERM)
 
 
+def test_a_name_that_comes_too_late_is_given_back(apps, tmp_path):
+    other = apps.run("other")
+    other.tell("at-once 0")
+    late = PartialBus(apps.bus, tmp_path, b"RequestName", holds=True)
+    app = apps.start("clock", env={"DBUS_SESSION_BUS_ADDRESS": late.address})
+    app.wait_for("app_control default")
+    late.released.set()
+    # On the same connection, so the bus has handled by then what was held.
+    app.tell(f"launch {id_of('other')} show")
+    other.wait_for("app_control show")
+    assert not apps.bus.has_owner(id_of("clock"))
+    apps.run("clock")
+
+
 def test_one_connection_is_all_that_a_start_needs(apps, tmp_path):
     """So no bus can fall silent before a second one; what asks later is given up in time."""
     silent = PartialBus(apps.bus, tmp_path, b"AUTH", first_client=2)
@@ -177,6 +191,16 @@ def test_an_application_outlives_its_bus(apps, clock):
     assert "sent -6" in clock.lines
     clock.tell("exit")
     assert clock.end()[0] == 0
+
+
+def test_a_start_runs_alone_when_the_bus_dies_while_it_hands_over(apps, clock, tmp_path):
+    stopping = PartialBus(apps.bus, tmp_path, b"Activate")
+    second = apps.start("clock", env={"DBUS_SESSION_BUS_ADDRESS": stopping.address})
+    assert stopping.swallowed.wait(timeout=20)
+    apps.bus.die()
+    second.wait_for("app_control default")
+    assert len([line for line in second.port_lines() if "session bus" in line]) == 1
+    assert requests(clock) == ["app_control default"]
 
 
 def test_an_id_that_is_none_is_one_warning(apps):

@@ -74,7 +74,11 @@ NameAnswer RequestName(BusConnection& bus, const std::string& name)
     dbus_uint32_t code = 0;
     if (IsError(answer) ||
         !dbus_message_get_args(answer.get(), nullptr, DBUS_TYPE_UINT32, &code, DBUS_TYPE_INVALID))
+    {
+        // The name may still come, to a process that would not hear what is sent to it.
+        bus.Post(NewQuestion("ReleaseName", {name}));
         return NameAnswer::NoAnswer;
+    }
     return code == DBUS_REQUEST_NAME_REPLY_PRIMARY_OWNER ||
                    code == DBUS_REQUEST_NAME_REPLY_ALREADY_OWNER
                ? NameAnswer::Owned

@@ -27,7 +27,10 @@ enum class NameAnswer
     Taken, /**< Another process owns it. */
 };
 
-/** Asks for a name on a bus and waits for the answer, a second at most. */
+/**
+ * Asks for a name on a bus and waits for the answer, a second at most. A name that comes later is
+ * given back.
+ */
 NameAnswer RequestName(BusConnection& bus, const std::string& name);
 
 } // namespace WatchPort

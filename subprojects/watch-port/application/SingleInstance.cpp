@@ -42,7 +42,9 @@ SingleInstance::Standing SingleInstance::Settle(BusConnection& bus, const std::s
     if (commandLine.isService || Forward(bus, id, commandLine))
         return Standing::Forwarded;
     // It may have been about to end.
-    return RequestName(bus, id) == NameAnswer::Owned ? Standing::Owner : Standing::NotTaken;
+    if (RequestName(bus, id) == NameAnswer::Owned)
+        return Standing::Owner;
+    return bus.IsConnected() ? Standing::NotTaken : Standing::Alone;
 }
 
 bool SingleInstance::Forward(BusConnection& bus, const std::string& id,

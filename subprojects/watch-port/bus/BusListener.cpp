@@ -60,7 +60,8 @@ void BusListener::SOwnerCB(DBusPendingCall* question, void* data)
     const BusMessage answer(dbus_pending_call_steal_reply(question));
     self->mOwnerQuestion.reset();
     const char* owner = nullptr;
-    if (dbus_message_get_args(answer.get(), nullptr, DBUS_TYPE_STRING, &owner, DBUS_TYPE_INVALID))
+    if (!IsError(answer) &&
+        dbus_message_get_args(answer.get(), nullptr, DBUS_TYPE_STRING, &owner, DBUS_TYPE_INVALID))
         self->mOwner = owner;
 }
 

@@ -165,6 +165,16 @@ def test_a_catalogue_that_is_not_used_is_not_looked_at(installation):
     assert not about_catalogues(lines)
 
 
+@pytest.mark.parametrize("broken", ["zh_TW", "zh_CN@x"])
+def test_a_broken_catalogue_of_another_territory_or_modifier_is_not_looked_at(installation, broken):
+    installation.translate("zh_CN", "你好")
+    installation.translate(broken, "您好")
+    break_count(installation.catalogue(broken))
+    text, lines = installation.run({"LANG": "zh_CN.UTF-8"})
+    assert text.startswith("text 你好 ")
+    assert not about_catalogues(lines)
+
+
 def test_without_another_catalogue_than_a_broken_one_texts_are_message_ids(installation):
     installation.translate("ko", "안녕")
     break_count(installation.catalogue("ko"))

@@ -49,11 +49,26 @@ std::string_view LanguageOf(std::string_view name)
     return name.substr(0, name.find_first_of("_.@"));
 }
 
-// For "sr_RS@latin" gettext also looks in "sr_RS" and "sr"; what is no locale's name may be an
-// alias of any.
+// From the sign on to the next part; empty when the name has none.
+std::string_view PartOf(std::string_view name, char sign)
+{
+    const size_t begin = std::min(name.find(sign), name.size());
+    return name.substr(begin, name.find_first_of(".@", begin + 1) - begin);
+}
+
+bool IsEmptyOrEqual(std::string_view part, std::string_view other)
+{
+    return part.empty() || part == other;
+}
+
+// For "sr_RS@latin" gettext also looks in "sr_RS" and "sr", but not in "sr_ME"; what is no locale's
+// name may be an alias of any.
 bool MayLeadTo(std::string_view folder, std::string_view name)
 {
-    return !NormaliseLocale(name) || LanguageOf(name) == LanguageOf(folder);
+    return !NormaliseLocale(name) ||
+           (LanguageOf(name) == LanguageOf(folder) &&
+            IsEmptyOrEqual(PartOf(folder, '_'), PartOf(name, '_')) &&
+            IsEmptyOrEqual(PartOf(folder, '@'), PartOf(name, '@')));
 }
 
 // Gettext can be given what it cannot open, but nothing that it would fall over.

@@ -38,7 +38,10 @@ def main(words: list[str]) -> int:
 
 def _run(words: list[str]) -> None:
     grammar = Grammar(is_replay=False)
-    given = grammar.parse(words)
+    try:
+        given = grammar.parse(words)
+    except SystemExit:
+        return  # The help has been printed.
     if given.verb is None:
         given = grammar.parse([*words, "start"])
     if given.verb == "play":

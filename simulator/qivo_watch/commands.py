@@ -89,7 +89,11 @@ class Session:
             options["password"] = given.password_file and read_password(given.password_file)
         life.start(self.folder, {**options, "name": self.folder.name})
         if given.web:
-            print(self.client.status()["web"])
+            try:
+                print(self.client.status()["web"], flush=True)
+            except BaseException:
+                life.end(self.folder)
+                raise
 
     def do_stop(self, _given: argparse.Namespace) -> None:
         self.close()

@@ -4,12 +4,13 @@ import contextlib
 import pathlib
 import signal
 import subprocess
+import sys
 import time
 
 import pytest
 from Xlib import X, display
 
-from simulator.desk import Desk
+from simulator.desk import BUILD, Desk
 from support.bus import wait_until
 
 INTERRUPTED = (130, -signal.SIGINT)
@@ -94,6 +95,38 @@ def test_a_followed_log_ends_in_silence_whenever_the_watch_does(desk):
             desk.do("launch", "--operation", "show")
             desk.do("stop")
             assert (following.wait(30), following.stderr.read()) == (0, "")
+
+
+@pytest.mark.parametrize("output, complaint", [
+    (">&-", "Bad file descriptor"), (">/dev/full", "No space left on device")])
+@pytest.mark.parametrize("words", [["--help"], ["bezel", "--help"]])
+def test_a_help_that_cannot_be_written_is_told(desk, words, output, complaint):
+    told = subprocess.run(["sh", "-c", f'exec "$@" {output}', "sh", *desk.command(*words)],
+                          env=desk.environment, capture_output=True, text=True)
+    assert (told.returncode, told.stderr) == (1, f"qivo-watch: output: {complaint}\n")
+
+
+def test_a_watch_whose_address_cannot_be_told_is_not_there(desk):
+    with open("/dev/full", "w", encoding="ascii") as full:
+        told = subprocess.run(desk.command("start", "--web"), env=desk.environment, stdout=full,
+                              stderr=subprocess.PIPE, text=True)
+    assert (told.returncode, told.stderr) == (1, "qivo-watch: output: No space left on device\n")
+    assert not desk.processes()
+    assert not list(desk.runtime.iterdir())
+
+
+def test_a_start_without_a_process_to_have_leaves_nothing(desk):
+    script = ("import errno, os, sys\n"
+              f"sys.path.insert(0, {str(BUILD / 'simulator')!r})\n"
+              "def fork(): raise BlockingIOError(errno.EAGAIN, os.strerror(errno.EAGAIN))\n"
+              "os.fork = fork\n"
+              "from qivo_watch.cli import main\n"
+              "sys.exit(main(['start', '--headless']))\n")
+    told = subprocess.run([sys.executable, "-c", script], env=desk.environment,
+                          capture_output=True, text=True)
+    assert (told.returncode, told.stderr) == (
+        1, "qivo-watch: no process can be started: Resource temporarily unavailable\n")
+    assert not list(desk.runtime.iterdir())
 
 
 @pytest.mark.parametrize("closed, status, complaint", [

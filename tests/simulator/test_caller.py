@@ -23,9 +23,11 @@ def _desk():
 
 
 def begin(desk, *words, **options):
-    # A shell that runs the tests in the background has them ignore interrupts.
-    return subprocess.Popen(["env", "--default-signal=INT", *desk.command(*words)],
-                            env=desk.environment, text=True, stderr=subprocess.PIPE, **options)
+    # A shell that runs the tests in the background has them ignore interrupts; the command must
+    # not, from its first moment on.
+    return subprocess.Popen(
+        desk.command(*words), env=desk.environment, text=True, stderr=subprocess.PIPE,
+        preexec_fn=lambda: signal.signal(signal.SIGINT, signal.SIG_DFL), **options)
 
 
 def interrupt(process, number=signal.SIGINT):

@@ -53,6 +53,10 @@ class App:
         try:
             self._process = spawn([str(program.path), *arguments], environment, stdout=into,
                                   stderr=into)
+        except (OSError, ValueError) as error:
+            os.close(self._out)
+            reason = getattr(error, "strerror", None) or error
+            raise WatchError(f"cannot start {program.name}: {reason}") from None
         finally:
             os.close(into)
         self.pid = self._process.pid

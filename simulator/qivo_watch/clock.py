@@ -54,7 +54,8 @@ def parse_time(text: str, now_ms: int | None = None, zone: str = "") -> int:
     zone: empty is this process's.
     """
     place = _place(zone)
-    today = datetime.datetime.fromtimestamp((now_ms or _machine_ms()) / 1000, place)
+    now_ms = _machine_ms() if now_ms is None else now_ms
+    today = datetime.datetime.fromtimestamp(now_ms / 1000, place)
     pattern = r"(?:(\d{4})-(\d\d)-(\d\d)T)?(\d\d):(\d\d)(?::(\d\d))?"
     found = re.fullmatch(pattern, text, re.ASCII)
     if not found:

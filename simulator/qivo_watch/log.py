@@ -17,6 +17,10 @@ LEVELS = ["debug", "info", "warn", "error"]
 _HEAD = re.compile(r"\d\d:\d\d:\d\d\.\d{3} ([DIWE]) ")
 _LETTERS = dict(zip("DIWE", LEVELS))
 _ESCAPE = re.compile(r"\033\[[0-9;]*m")
+# Control characters, surrogates, ends of lines and paragraphs, and what turns the reading
+# direction of the text around it. Spaces and joiners of all kinds are text.
+_UNBEARABLE = re.compile(
+    "[\0-\x08\x0a-\x1f\x7f-\x9f\ud800-\udfff\u2028-\u202e\u2066-\u2069]")
 _RESET = "\033[0m"
 _WAY = "\033[1;34m"
 _COLOURS = {"error": "\033[31m", "warn": "\033[1;33m", "info": "\033[1;35m", "debug": "\033[2m"}
@@ -59,9 +63,7 @@ class Log:
 
 def printable(line: str) -> str:
     """The line as a terminal can bear it: without escapes and control characters."""
-    plain = _ESCAPE.sub("", line)[:LONGEST_LINE]
-    return "".join(letter if letter.isprintable() or letter == "\t" else "\ufffd"
-                   for letter in plain)
+    return _UNBEARABLE.sub("\ufffd", _ESCAPE.sub("", line)[:LONGEST_LINE])
 
 
 def level_of(line: str) -> str | None:

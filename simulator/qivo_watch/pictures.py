@@ -8,6 +8,7 @@ import select
 import socket
 import threading
 import time
+import warnings
 from typing import Iterator
 
 from PIL import Image, ImageChops, ImageOps
@@ -181,9 +182,11 @@ def compare(seen: Image.Image, file: pathlib.Path, tolerance: int) -> None:
     """
     difference_file = file.with_name(f"{file.stem}-diff.png")
     try:
-        with Image.open(file) as opened:
+        with (warnings.catch_warnings(action="error", category=Image.DecompressionBombWarning),
+              Image.open(file) as opened):
             wanted = opened.convert("RGBA")
-    except (OSError, SyntaxError, ValueError) as problem:
+    except (OSError, SyntaxError, ValueError, Image.DecompressionBombError,
+            Image.DecompressionBombWarning) as problem:
         reason = getattr(problem, "strerror", None) or problem
         raise WatchError(f'cannot read the picture "{file}": {reason}') from None
     if wanted.size != seen.size:

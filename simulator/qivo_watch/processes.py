@@ -4,6 +4,7 @@ import contextlib
 import os
 import pathlib
 import re
+import shutil
 import signal
 import subprocess
 import time
@@ -14,6 +15,9 @@ STATE_VARIABLE = "QIVO_WATCH_FOLDER"
 
 OPTIONS_VARIABLE = "QIVO_WATCH_OPTIONS"
 """Tells the keeper how the watch was started, as JSON."""
+
+_SETPRIV = shutil.which("setpriv") or "setpriv"
+"""Found before a program's own PATH is in the way."""
 
 GRACE_S = 3.0
 """Seconds within which processes that were killed are gone."""
@@ -26,7 +30,7 @@ def spawn(command: list[str], environment: dict[str, str], end_signal: str = "KI
     end_signal: what it gets when that thread ends.
     """
     return subprocess.Popen(
-        ["setpriv", "--pdeathsig", end_signal, "--", *command], env=environment,
+        [_SETPRIV, "--pdeathsig", end_signal, "--", *command], env=environment,
         start_new_session=True, **{"stdin": subprocess.DEVNULL, **options})
 
 

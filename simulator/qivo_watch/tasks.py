@@ -64,12 +64,13 @@ class Tasks:
         if self._is_looking:
             return
         self._is_looking = True
-        while self._is_look_due:
-            self._is_look_due = False
-            for key in list(self._waiting):
-                if key in self._waiting and self._waiting[key][0].condition():
-                    self._waiting.pop(key)[1](None)
-        self._is_looking = False
+        try:
+            while self._is_look_due:
+                self._is_look_due = False
+                for key in list(self._waiting):
+                    self._ask(key)
+        finally:
+            self._is_looking = False
 
     def fail_all(self, error: Exception) -> None:
         """Ends all that waits."""
@@ -95,15 +96,27 @@ class Tasks:
         if isinstance(wanted, Pause):
             GLib.timeout_add(max(0, round(wanted.milliseconds)), lambda: go_on(None) or False)
             return
-        if wanted.condition():
-            go_on(None)
-            return
         key = object()
         self._waiting[key] = (wanted, go_on)
-        GLib.timeout_add(round(wanted.seconds * 1000), self._expire, key)
+        if not self._ask(key):
+            GLib.timeout_add(round(wanted.seconds * 1000), self._expire, key)
+
+    def _ask(self, key: object) -> bool:
+        """Goes on with work whose condition is true, or which cannot be told; returns whether
+        nothing waits there any more."""
+        if key not in self._waiting:
+            return True
+        problem: Exception | None = None
+        try:
+            if not self._waiting[key][0].condition():
+                return False
+        except Exception as failure:  # pylint: disable=broad-except
+            problem = failure
+        self._waiting.pop(key)[1](problem)
+        return True
 
     def _expire(self, key: object) -> bool:
-        if key in self._waiting:
+        if not self._ask(key):
             wanted, go_on = self._waiting.pop(key)
-            go_on(None if wanted.condition() else WatchError(wanted.complaint))
+            go_on(WatchError(wanted.complaint))
         return False

@@ -28,6 +28,9 @@ END_PATIENCE_S = 3.0
 
 FINGER_STEP_MS = 10
 MOST_DETENTS = 1000
+DETENTS_AT_ONCE = 50
+"""Detents that may follow each other before the watch attends to other callers."""
+
 MOST_CLICKS = 100
 LONGEST_MS = 60_000
 LONGEST_PATIENCE_MS = 3_600_000
@@ -95,12 +98,13 @@ class Watch:
         app = App(program, request_arguments(operation, extra),
                   self.environment | self._settings() | environment, self.log, self._on_news)
         try:
-            yield from (self._hand_over if first else self._show)(app, patience_ms / 1000)
-            if not first and before:
-                yield from self.settler.settle(before)
-        except WatchError:
-            yield from self._end_apps([app], END_PATIENCE_S)
-            raise
+            try:
+                yield from (self._hand_over if first else self._show)(app, patience_ms / 1000)
+                if not first and before:
+                    yield from self.settler.settle(before)
+            except WatchError:
+                yield from self._end_apps([app], END_PATIENCE_S)
+                raise
         except GeneratorExit:
             app.kill()
             raise
@@ -254,7 +258,7 @@ class Watch:
         _within("interval", interval, 0, LONGEST_MS)
         self._need_screen()
         for turn in range(count):
-            if turn and interval:
+            if turn and (interval or turn % DETENTS_AT_ONCE == 0):
                 yield Pause(interval)
             self.hand.detent(direction)
             self.bezel_position += 1 if direction == "cw" else -1

@@ -73,6 +73,19 @@ def test_the_finger_is_lifted_when_who_swipes_has_gone(desk, monkeypatch):
         wait_until(lambda: not is_down(), "the finger up")
 
 
+def test_a_program_that_does_not_end_goes_when_who_launches_it_has_gone(desk, tmp_path):
+    program = tmp_path / "stubborn"
+    program.write_text("#!/bin/sh\ntrap 'echo asked to end' TERM\n"
+                       "while :; do sleep 0.01; done\n", encoding="utf-8")
+    program.chmod(0o700)
+    desk.do("start", "--headless")
+    launching = begin(desk, "launch", program, "-t", "0.1")
+    desk.do("wait", "log", "asked to end")
+    assert not interrupt(launching)
+    wait_until(lambda: desk.status()["app"] is None, "the end of the program")
+    assert desk.status()["lastEnd"]["signal"] == signal.SIGKILL
+
+
 def test_a_key_that_was_pushed_stays_down_after_its_command(desk):
     desk.do("start", "--headless")
     desk.do("button", "push", "power")

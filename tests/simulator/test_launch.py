@@ -2,6 +2,7 @@
 
 import shutil
 
+import dbus.bus
 import pytest
 
 from simulator.desk import BUILD, GUIDE
@@ -145,6 +146,23 @@ def test_the_environment_of_a_program_is_the_callers_to_add_to(desk, script):
     program = script('echo "flavour $FLAVOUR of $LANG"', FRAME, "exec sleep 600")
     desk.do("launch", program, "--env", "FLAVOUR=a=b c", "--env", "LANG=eo")
     desk.do("wait", "log", "flavour a=b c of eo")
+
+
+def test_a_path_of_a_programs_own_hides_nothing_that_the_watch_needs(desk, script):
+    program = script('echo "path $PATH"', FRAME, "exec /bin/sleep 600")
+    desk.do("launch", program, "--env", "PATH=/nowhere")
+    desk.do("wait", "log", "path /nowhere")
+
+
+def test_an_environment_that_is_too_large_is_refused_in_one_line(desk):
+    bus = dbus.bus.BusConnection(f"unix:path={desk.status()['folder']}/bus")
+    watch = bus.get_object("com.velmora.QivoWatch", "/com/velmora/QivoWatch", introspect=False)
+    large = dbus.Dictionary({"A": "x" * 200_000}, signature="ss")
+    with pytest.raises(dbus.DBusException) as refused:
+        watch.Launch("/bin/true", "", dbus.Dictionary({}, signature="ss"), large,
+                     dbus.UInt32(1000), dbus_interface="com.velmora.QivoWatch1")
+    bus.close()
+    assert refused.value.get_dbus_message() == "cannot start true: Argument list too long"
 
 
 def test_an_environment_that_comes_too_late_or_hides_the_program_is_refused(desk, clock):

@@ -1,5 +1,8 @@
 """Replays: what a file may say, and what becomes of it."""
 
+import struct
+import zlib
+
 import pytest
 from PIL import Image, ImageDraw
 
@@ -112,6 +115,16 @@ def test_a_picture_of_another_size_and_one_that_is_none_are_refused(desk, tmp_pa
         "compare", tmp_path / "small.png")
     (tmp_path / "none.png").write_text("no picture", encoding="utf-8")
     assert "cannot read the picture" in desk.refused("compare", tmp_path / "none.png")
+
+
+@pytest.mark.parametrize("side", [10_000, 50_000])
+def test_a_picture_that_claims_to_be_huge_is_refused_in_one_line(desk, tmp_path, side):
+    header = b"IHDR" + struct.pack(">2I5B", side, side, 8, 6, 0, 0, 0)
+    (tmp_path / "huge.png").write_bytes(
+        b"\x89PNG\r\n\x1a\n" + struct.pack(">I", 13) + header
+        + struct.pack(">I", zlib.crc32(header)) + struct.pack(">I", 0) + b"IDAT"
+        + struct.pack(">I", zlib.crc32(b"IDAT")))
+    assert "cannot read the picture" in desk.refused("compare", tmp_path / "huge.png")
 
 
 def test_a_replay_records_itself(desk, replay, tmp_path):

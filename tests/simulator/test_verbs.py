@@ -310,6 +310,17 @@ def test_no_escape_of_a_program_or_a_caller_reaches_the_terminal(desk, tmp_path)
     assert not any(letter in text for text in told for letter in "\033\a\233")
 
 
+def test_text_of_all_languages_stands_in_the_log_and_what_turns_a_line_does_not(desk, tmp_path):
+    program = tmp_path / "talker"
+    program.write_text("#!/bin/sh\necho 'a\u00a0b\u202fc\u3000d\u200ce\u200df\u200fg'\n"
+                       "echo 'h\u202ei\u2066j\u2028k'\n", encoding="utf-8")
+    program.chmod(0o700)
+    assert "talker ended with status 0 before" in desk.refused("launch", program)
+    log = desk.do("log")
+    assert "a\u00a0b\u202fc\u3000d\u200ce\u200df\u200fg" in log
+    assert "h\ufffdi\ufffdj\ufffdk" in log
+
+
 def test_a_followed_log_goes_on_as_it_grows(desk):
     with subprocess.Popen(desk.command("log", "--follow"), env=desk.environment, text=True,
                           stdout=subprocess.PIPE) as following:

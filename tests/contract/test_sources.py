@@ -125,7 +125,7 @@ def checked_against(header_folder, source):
 
 
 def test_the_theme_library_may_name_its_handles_otherwise(tmp_path):
-    port = ROOT / "subprojects" / "watch-port" / "ui-extension" / "ui_extension.h"
+    port = ROOT / "subprojects" / "watch-port" / "ui-extension" / "include" / "ui_extension.h"
     renamed, count = re.subn(r"uxt_theme_(color|font)_table_h", r"other_\1_table", port.read_text())
     assert count
     (tmp_path / "ui_extension.h").write_text(renamed)

@@ -70,7 +70,7 @@ def test_a_screenshot_shows_the_first_complete_frame_and_leaves_nothing_running(
                                 text=True, env=desk.environment | {"TMPDIR": str(tmp_path)})
         assert result.returncode == 0, result.stderr
         assert "first frame" in result.stderr
-        assert not desk.processes() and not list(desk.runtime.iterdir())
+        assert not desk.processes() and not list(desk.runtime.glob("qivo-watch*"))
     assert list(tmp_path.iterdir()) == [picture]
     rgb = subprocess.run(["convert", picture, "-alpha", "off", "-depth", "8", "rgb:-"], check=True,
                          capture_output=True).stdout
@@ -107,7 +107,7 @@ def test_on_a_display_the_watch_ends_with_the_script():
         running.terminate()
         assert running.wait(60) == 143
         running.stdout.close()
-        assert not desk.processes() and not list(desk.runtime.iterdir())
+        assert not desk.processes() and not list(desk.runtime.glob("qivo-watch*"))
 
 
 @builds_guide
@@ -116,4 +116,4 @@ def test_a_request_that_the_guide_refuses_fails_the_run():
         result = subprocess.run([SCRIPT / "run", "--screenshot", "x.png", "--", "--bogus"],
                                 capture_output=True, text=True, env=desk.environment)
         assert result.returncode == 2 and "--bogus" in result.stderr
-        assert not desk.processes() and not list(desk.runtime.iterdir())
+        assert not desk.processes() and not list(desk.runtime.glob("qivo-watch*"))

@@ -1,6 +1,7 @@
 """How an application starts on a session bus: first, again, by the bus, and without one."""
 
 import signal
+import subprocess
 import time
 
 import pytest
@@ -100,6 +101,20 @@ def test_a_signal_ends_the_wait_for_a_bus_that_stops_to_read(apps, clock, tmp_pa
     assert stopping.swallowed.wait(timeout=20)
     assert_ends_at_once(second, -signal.SIGTERM)
     assert requests(clock) == ["app_control default"]
+
+
+def test_a_signal_that_is_ignored_ends_no_wait(apps, clock, tmp_path):
+    late = PartialBus(apps.bus, tmp_path, b"Activate", holds=True)
+    before = signal.signal(signal.SIGHUP, signal.SIG_IGN)
+    second = apps.start("clock", env={"DBUS_SESSION_BUS_ADDRESS": late.address})
+    signal.signal(signal.SIGHUP, before)
+    assert late.swallowed.wait(timeout=20)
+    second.process.send_signal(signal.SIGHUP)
+    with pytest.raises(subprocess.TimeoutExpired):
+        second.process.wait(timeout=0.5)
+    late.released.set()
+    assert second.end() == (0, [])
+    clock.wait_for("app_control default")
 
 
 # No bus

@@ -84,7 +84,8 @@ def test_a_recording_ends_well_with_the_watch(desk, tmp_path):
     with subprocess.Popen(desk.command("record", file, "--fps", "10"), env=desk.environment,
                           text=True, stderr=subprocess.PIPE) as recording:
         # The encoder gets a frame when the screen changes.
-        wait_until(lambda: desk.do("button", "click", "power") or list(tmp_path.iterdir()), "a first frame")
+        wait_until(lambda: desk.do("button", "click", "power") or list(tmp_path.iterdir()),
+                   "a first frame")
         desk.do("stop")
         assert (recording.wait(30), recording.stderr.read()) == (0, "")
     assert file.stat().st_size > 1000 and list(tmp_path.iterdir()) == [file]

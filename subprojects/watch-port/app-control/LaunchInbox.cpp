@@ -144,7 +144,8 @@ size_t LaunchInbox::CountBytes() const
                            std::accumulate(mArrived.begin(), mArrived.end(), size_t{0}, add), add);
 }
 
-DBusHandlerResult LaunchInbox::SMessageCB(DBusConnection*, DBusMessage* message, void* data)
+DBusHandlerResult LaunchInbox::SMessageCB(DBusConnection* connection, DBusMessage* message,
+                                          void* data)
 try
 {
     if (dbus_message_get_type(message) != DBUS_MESSAGE_TYPE_METHOD_CALL)
@@ -157,7 +158,11 @@ try
 }
 catch (const std::bad_alloc&)
 {
-    return DBUS_HANDLER_RESULT_NEED_MEMORY;
+    // Asked for memory, the bus library would hand the message over again at once, and for ever.
+    const BusMessage refusal(dbus_message_new_error(message, DBUS_ERROR_NO_MEMORY, "no memory"));
+    if (refusal && !dbus_message_get_no_reply(message))
+        dbus_connection_send(connection, refusal.get(), nullptr);
+    return DBUS_HANDLER_RESULT_HANDLED;
 }
 
 // Returns the answer, or nothing when the application is to give it.

@@ -65,10 +65,9 @@ bool IsEmptyOrEqual(std::string_view part, std::string_view other)
 // name may be an alias of any.
 bool MayLeadTo(std::string_view folder, std::string_view name)
 {
-    return !NormaliseLocale(name) ||
-           (LanguageOf(name) == LanguageOf(folder) &&
-            IsEmptyOrEqual(PartOf(folder, '_'), PartOf(name, '_')) &&
-            IsEmptyOrEqual(PartOf(folder, '@'), PartOf(name, '@')));
+    return !NormaliseLocale(name) || (LanguageOf(name) == LanguageOf(folder) &&
+                                      IsEmptyOrEqual(PartOf(folder, '_'), PartOf(name, '_')) &&
+                                      IsEmptyOrEqual(PartOf(folder, '@'), PartOf(name, '@')));
 }
 
 // Gettext can be given what it cannot open, but nothing that it would fall over.

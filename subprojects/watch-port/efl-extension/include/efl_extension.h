@@ -39,7 +39,7 @@ typedef void (*Eext_Event_Cb)(void* data, Evas_Object* object, void* event_info)
  * another one of a naviframe. While two screens of a naviframe change places both are in sight, and
  * the upper one gets the key. The key event's own window comes before other windows, and of those
  * the one with the newest callback. All callbacks of that one object are called, the newest first.
- * Other handlers get the key too; its presses no widget gets while any object has a callback.
+ * Other handlers get the key too; no widget gets its press while any object has a callback.
  *
  * The callback stays until its object is deleted. Callbacks may delete any object and add
  * callbacks; those of a deleted object are no longer called, added ones from the next key on.

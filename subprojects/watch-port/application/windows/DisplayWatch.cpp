@@ -33,6 +33,7 @@ struct Question
     std::atomic<Clock::time_point> since = Clock::time_point();
 };
 
+Question* sQuestion = nullptr;
 std::optional<timer_t> sTimer;
 Ecore_Select_Function sSelect = nullptr;
 
@@ -74,9 +75,10 @@ int SSelectCB(int count, fd_set* readable, fd_set* writable, fd_set* special, ti
 DisplayWatch::DisplayWatch(const std::string& server, std::function<void()> ask)
 {
     ecore_init();
+    sQuestion = new Question{server, std::move(ask)};
     sigevent event = {};
     event.sigev_notify = SIGEV_THREAD;
-    event.sigev_value.sival_ptr = new Question{server, std::move(ask)};
+    event.sigev_value.sival_ptr = sQuestion;
     event.sigev_notify_function = STurnTakesLongCB;
     timer_t timer = nullptr;
     // Without one, where no thread can be had, the process does as well as any other.

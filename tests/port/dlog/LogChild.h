@@ -1,16 +1,20 @@
-#ifndef TESTS_PORT_LOG_CHILD_H
-#define TESTS_PORT_LOG_CHILD_H
+#ifndef TESTS_PORT_DLOG_LOG_CHILD_H
+#define TESTS_PORT_DLOG_LOG_CHILD_H
 
 // The level is read once in a process, and a test may break its standard error stream: so each
 // line is written by a child process.
+
+#include <dlog.h>
 
 #include <cstdlib>
 #include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 constexpr unsigned kChildSeconds = 20;
 
@@ -64,6 +68,20 @@ inline Outcome RunChild(const Work& work, const char* level = nullptr)
     outcome.result = Finish(child);
     close(ends[0]);
     return outcome;
+}
+
+inline int Print(const char* text)
+{
+    return __dlog_print(LOG_ID_MAIN, DLOG_INFO, "TAG", "%s", text);
+}
+
+inline std::vector<std::string> Lines(const std::string& text)
+{
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
 }
 
 #endif

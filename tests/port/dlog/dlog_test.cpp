@@ -1,20 +1,12 @@
-#include "harness/Allocations.h"
-#include "port/LogChild.h"
+#include "port/dlog/LogChild.h"
 #include <dlog.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
-#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <new>
-#include <sstream>
 #include <string>
-#include <sys/resource.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -23,14 +15,8 @@ namespace
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::MatchesRegex;
-using testing::Not;
 
 constexpr char kTime[] = "[0-9][0-9]:[0-9][0-9]:[0-9][0-9]\\.[0-9][0-9][0-9] ";
-
-int Print(const char* text)
-{
-    return __dlog_print(LOG_ID_MAIN, DLOG_INFO, "TAG", "%s", text);
-}
 
 // The line without its time.
 std::string Written(const char* text)
@@ -50,24 +36,6 @@ std::string WrittenToTerminal(int master, const char* text)
     close(master);
     EXPECT_GT(length, 15);
     return std::string(line, static_cast<size_t>(length)).substr(13);
-}
-
-std::vector<std::string> Lines(const std::string& text)
-{
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
-    return lines;
-}
-
-void FillPipe(int stream)
-{
-    fcntl(stream, F_SETFL, O_NONBLOCK);
-    while (write(stream, "x", 1) == 1)
-    {
-    }
-    fcntl(stream, F_SETFL, 0);
 }
 } // namespace
 
@@ -149,70 +117,6 @@ TEST(DlogLine, LeavesErrnoAsItWas)
                   })
                   .result,
               ERANGE);
-}
-
-TEST(DlogMemory, IsNotTakenFromTheHeap)
-{
-    for (const size_t length : {4, 1000, 1023, 1024, 5000, 60000})
-    {
-        const std::string message(length, 'm');
-        const Outcome outcome = RunChild(
-            [&]
-            {
-                Allocations::Exhaust();
-                Print(message.c_str());
-                return Allocations::sCount == 0 ? 0 : 1;
-            });
-        EXPECT_EQ(outcome.result, 0) << length;
-        EXPECT_TRUE(outcome.text.substr(13) == "I TAG: " + message + "\n") << length;
-    }
-}
-
-TEST(DlogMemory, IsNotTakenFromTheHeapForTheReportOfAnUnknownLevel)
-{
-    const Outcome outcome = RunChild(
-        []
-        {
-            Allocations::Exhaust();
-            return Print("text");
-        },
-        "a level that nobody knows");
-    EXPECT_EQ(Lines(outcome.text).size(), 2u);
-}
-
-TEST(DlogMemory, IsNotWantedByAHandlerThatLogsItsEnd)
-{
-    const Outcome outcome = RunChild(
-        []
-        {
-            std::set_new_handler(
-                []
-                {
-                    Print("no memory");
-                    _exit(7);
-                });
-            Allocations::Exhaust();
-            ::operator delete(::operator new(1));
-            return 0;
-        });
-    EXPECT_EQ(outcome.result, 7);
-    EXPECT_EQ(outcome.text.substr(13), "I TAG: no memory\n");
-}
-
-TEST(DlogMemory, ThatNoPagesAreLeftOfCostsOnlyTheLongLines)
-{
-    const std::string message(1000000, 'm');
-    const Outcome outcome = RunChild(
-        [&]
-        {
-            const rlimit none = {1, 1};
-            setrlimit(RLIMIT_AS, &none);
-            const int result = Print(message.c_str());
-            Print("text");
-            return result;
-        });
-    EXPECT_EQ(outcome.result, DLOG_ERROR_OUT_OF_MEMORY);
-    EXPECT_EQ(outcome.text.substr(13), "I TAG: text\n");
 }
 
 TEST(DlogArguments, RejectAMissingFormat)
@@ -352,149 +256,4 @@ TEST(DlogLevel, ThatIsUnknownIsReportedOnceAndDropsNothing)
     EXPECT_THAT(lines[0], HasSubstr("debug, info, warn, error, silent"));
     EXPECT_THAT(lines[1], EndsWith("first"));
     EXPECT_THAT(lines[2], EndsWith("second"));
-}
-
-TEST(DlogStream, WhoseReaderIsGoneSendsNoSignal)
-{
-    EXPECT_EQ(RunChild(
-                  []
-                  {
-                      int ends[2];
-                      if (pipe(ends) != 0)
-                          return 1;
-                      dup2(ends[1], STDERR_FILENO);
-                      close(ends[0]);
-                      signal(SIGPIPE, SIG_DFL);
-                      return Print("text");
-                  })
-                  .result,
-              DLOG_ERROR_NOT_WRITTEN);
-}
-
-TEST(DlogStream, ThatIsClosedIsReported)
-{
-    EXPECT_EQ(RunChild(
-                  []
-                  {
-                      close(STDERR_FILENO);
-                      return Print("text");
-                  })
-                  .result,
-              DLOG_ERROR_NOT_WRITTEN);
-}
-
-TEST(DlogStream, WhoseReaderSleepsDoesNotHoldTheProgramUp)
-{
-    // A hundred lines cost one patience of 100 ms, not a hundred of them.
-    EXPECT_EQ(RunChild(
-                  []
-                  {
-                      int ends[2];
-                      if (pipe(ends) != 0)
-                          return 1;
-                      dup2(ends[1], STDERR_FILENO);
-                      FillPipe(STDERR_FILENO);
-                      timespec before{};
-                      timespec after{};
-                      clock_gettime(CLOCK_MONOTONIC, &before);
-                      for (int i = 0; i < 100; ++i)
-                      {
-                          if (Print("text") != DLOG_ERROR_NOT_WRITTEN)
-                              return 2;
-                      }
-                      clock_gettime(CLOCK_MONOTONIC, &after);
-                      return after.tv_sec - before.tv_sec < 5 ? 0 : 3;
-                  })
-                  .result,
-              0);
-}
-
-TEST(DlogStream, WhoseReaderWakesUpGetsWholeLinesAgain)
-{
-    const Outcome outcome = RunChild(
-        []
-        {
-            const int original = dup(STDERR_FILENO);
-            int ends[2];
-            if (pipe2(ends, O_NONBLOCK) != 0)
-                return 1;
-            dup2(ends[1], STDERR_FILENO);
-            Print(std::string(200000, 'm').c_str());
-            const std::string cut = ReadAll(ends[0]);
-            const int result = Print("whole");
-            const std::string next = ReadAll(ends[0]);
-            dup2(original, STDERR_FILENO);
-            Print(cut.back() == 'm' ? "the line was cut" : "the line was not cut");
-            Print(next.front() == '\n' ? "the next stands alone" : next.c_str());
-            return result > 0 ? 0 : 2;
-        });
-    EXPECT_EQ(outcome.result, 0);
-    EXPECT_THAT(outcome.text, HasSubstr("the line was cut"));
-    EXPECT_THAT(outcome.text, HasSubstr("the next stands alone"));
-}
-
-TEST(DlogStream, MayBeAFile)
-{
-    EXPECT_EQ(RunChild(
-                  []
-                  {
-                      char name[] = "/tmp/dlog-test-XXXXXX";
-                      const int file = mkostemp(name, O_CLOEXEC);
-                      unlink(name);
-                      dup2(file, STDERR_FILENO);
-                      Print("one");
-                      Print("two");
-                      lseek(file, 0, SEEK_SET);
-                      return Lines(ReadAll(file)).size() == 2 ? 0 : 1;
-                  })
-                  .result,
-              0);
-}
-
-TEST(DlogStream, MayBeASocket)
-{
-    EXPECT_EQ(RunChild(
-                  []
-                  {
-                      int ends[2];
-                      if (socketpair(AF_UNIX, SOCK_STREAM, 0, ends) != 0)
-                          return 1;
-                      dup2(ends[1], STDERR_FILENO);
-                      char line[128];
-                      const int written = Print("text");
-                      return read(ends[0], line, sizeof line) == written ? 0 : 2;
-                  })
-                  .result,
-              0);
-}
-
-TEST(DlogStream, OfAnotherUserIsWrittenTo)
-{
-    if (geteuid() != 0)
-        GTEST_SKIP() << "only root can become another user";
-    const Outcome outcome = RunChild(
-        []
-        {
-            if (setuid(65534) != 0 || open("/proc/self/fd/2", O_WRONLY) >= 0)
-                return 100;
-            return Print("text");
-        });
-    EXPECT_NE(outcome.result, 100);
-    EXPECT_THAT(outcome.text, EndsWith("I TAG: text\n"));
-}
-
-TEST(DlogStream, MayBeReplacedBetweenTwoLines)
-{
-    const Outcome outcome = RunChild(
-        []
-        {
-            const int original = dup(STDERR_FILENO);
-            const int nothing = open("/dev/null", O_WRONLY | O_CLOEXEC);
-            dup2(nothing, STDERR_FILENO);
-            Print("lost");
-            dup2(original, STDERR_FILENO);
-            return Print("kept");
-        });
-    EXPECT_THAT(outcome.text, HasSubstr("kept"));
-    EXPECT_THAT(outcome.text, Not(HasSubstr("lost")));
 }

@@ -2,7 +2,7 @@
 // for itself in a mount namespace of its own.
 
 #include "harness/Allocations.h"
-#include "port/LogChild.h"
+#include "port/dlog/LogChild.h"
 #include <dlog.h>
 
 #include <cerrno>
@@ -112,11 +112,6 @@ Work OnJournal(const Work& work)
         setenv("JOURNAL_STREAM", name.c_str(), 1);
         return work();
     };
-}
-
-int Print(const std::string& text)
-{
-    return __dlog_print(LOG_ID_MAIN, DLOG_INFO, "TAG", "%s", text.c_str());
 }
 
 class DlogJournal : public testing::Test
@@ -265,7 +260,7 @@ TEST_F(DlogJournal, GetsNoEscapesAndNothingUnprintable)
 TEST_F(DlogJournal, KeepsLineFeedsAndNoneMakesAField)
 {
     for (const std::string text : {"two\nlines", "a\nPRIORITY=0\n\nMESSAGE=forged\n", "\n", ""})
-        EXPECT_THAT(Written([=] { return Print(text); }),
+        EXPECT_THAT(Written([=] { return Print(text.c_str()); }),
                     UnorderedElementsAre(Pair("MESSAGE", text), Pair("PRIORITY", "6"),
                                          Pair("SYSLOG_IDENTIFIER", "TAG")));
 }
@@ -288,7 +283,7 @@ TEST_F(DlogJournal, HoldsAMessageOfAnyLength)
     for (const size_t length : {511, 512, 513, 100000, 1000000, 10000000})
     {
         const std::string text = "a\n" + std::string(length, 'm');
-        const Fields fields = Written([=] { return Print(text); });
+        const Fields fields = Written([=] { return Print(text.c_str()); });
         ASSERT_EQ(fields.count("MESSAGE"), 1u) << length;
         EXPECT_TRUE(fields.find("MESSAGE")->second == text) << length;
     }
@@ -380,7 +375,7 @@ TEST_F(DlogJournal, ThatIsGoneLeavesTheLineToTheStream)
     for (const size_t length : {4, 1000000})
     {
         const std::string text(length, 'm');
-        const Outcome outcome = RunChild(OnJournal([=] { return Print(text); }));
+        const Outcome outcome = RunChild(OnJournal([=] { return Print(text.c_str()); }));
         EXPECT_TRUE(outcome.text.substr(13) == "I TAG: " + text + "\n") << length;
     }
 }
@@ -396,7 +391,7 @@ TEST_F(DlogJournal, ThatSleepsHoldsNothingUpAndLeavesTheLineToTheStream)
     for (const size_t length : {4, 1000000})
     {
         const std::string text(length, 'm');
-        const Outcome outcome = RunChild(OnJournal([=] { return Print(text); }));
+        const Outcome outcome = RunChild(OnJournal([=] { return Print(text.c_str()); }));
         EXPECT_TRUE(outcome.text.substr(13) == "I TAG: " + text + "\n") << length;
     }
     close(filler);
@@ -425,7 +420,7 @@ TEST_F(DlogJournal, LeavesNoDescriptorOpen)
         const int before = dup(STDERR_FILENO);
         close(before);
         Print("text");
-        Print(std::string(1000000, 'm'));
+        Print(std::string(1000000, 'm').c_str());
         const int after = dup(STDERR_FILENO);
         return after - before;
     };

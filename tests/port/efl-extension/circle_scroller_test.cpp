@@ -1,4 +1,4 @@
-#include "port/CircleScrollerFixture.h"
+#include "port/efl-extension/CircleScrollerFixture.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,8 @@
 // The command line of a program; each line of the input is an argument.
 
 #include "application/CommandLine.h"
-#include "dlog/Printable.h"
+#include "base/Printable.h"
+#include "base/Utf8.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -7,7 +7,7 @@
 #include "app-control/ExtraData.h"
 #include "app-control/LaunchInbox.h"
 #include "app-control/LaunchInterface.h"
-#include "dlog/Printable.h"
+#include "base/Utf8.h"
 
 #include <Ecore.h>
 #include <cstddef>

@@ -1,6 +1,7 @@
 // What the log makes of any bytes.
 
-#include "dlog/Printable.h"
+#include "base/Printable.h"
+#include "base/Utf8.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #include "app-control/AppControl.h"
 #include "app-control/ApplicationId.h"
 #include "app-control/LaunchRequest.h"
+#include "base/Utf8.h"
 #include "dlog/PortLog.h"
-#include "dlog/Printable.h"
 
 #include <cstring>
 #include <new>

@@ -1,6 +1,7 @@
 #include "application/CommandLine.h"
 
-#include "dlog/Printable.h"
+#include "base/Printable.h"
+#include "base/Utf8.h"
 #include <app_control.h>
 
 #include <optional>
@@ -11,11 +12,6 @@ namespace WatchPort
 namespace
 {
 constexpr char kAccepted[] = "accepted are --operation OP, --extra KEY=VALUE, --service and --help";
-
-std::string Quoted(const std::string& text)
-{
-    return '"' + Printable(text) + '"';
-}
 
 // Reads options one by one into a command line.
 class Parser

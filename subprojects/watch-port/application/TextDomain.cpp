@@ -1,5 +1,6 @@
 #include "application/TextDomain.h"
 
+#include "base/FreeDeleter.h"
 #include "dlog/PortLog.h"
 #include "system-settings/Catalogue.h"
 #include "system-settings/Catalogues.h"
@@ -7,7 +8,6 @@
 #include <system_settings.h>
 
 #include <clocale>
-#include <cstdlib>
 #include <libintl.h>
 #include <memory>
 #include <string>
@@ -29,7 +29,7 @@ std::string SystemLanguage()
     char* value = nullptr;
     if (system_settings_get_value_string(SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE, &value) != 0)
         return kDefaultLocale;
-    const std::unique_ptr<char, decltype(&std::free)> owner(value, std::free);
+    const std::unique_ptr<char, FreeDeleter> owner(value);
     return value;
 }
 

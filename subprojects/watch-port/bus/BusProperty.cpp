@@ -1,5 +1,6 @@
 #include "bus/BusProperty.h"
 
+#include "base/CallBack.h"
 #include "bus/Buses.h"
 
 #include <cstring>
@@ -92,7 +93,7 @@ void BusProperty::OnAnswer(DBusMessage* answer)
 {
     DBusMessageIter value;
     if (GetValue(answer, mAddress.mSignature, value))
-        TellValue(&value);
+        CallBack(mOnValue, &value);
     else
         OnGone();
 }
@@ -110,19 +111,12 @@ void BusProperty::OnSignal(DBusMessage* signal)
         Ask(NewQuestion(mAddress));
     DBusMessageIter value;
     if (Find(changed, mAddress.mProperty, value) && HasSignature(&value, mAddress.mSignature))
-        TellValue(&value);
+        CallBack(mOnValue, &value);
 }
 
 void BusProperty::OnGone()
 {
-    const GoneCallback onGone = mOnGone;
-    onGone();
-}
-
-void BusProperty::TellValue(DBusMessageIter* value)
-{
-    const ValueCallback onValue = mOnValue;
-    onValue(value);
+    CallBack(mOnGone);
 }
 
 } // namespace WatchPort

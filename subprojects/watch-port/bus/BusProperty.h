@@ -66,7 +66,6 @@ private:
     void OnAnswer(DBusMessage* answer) override;
     void OnSignal(DBusMessage* signal) override;
     void OnGone() override;
-    void TellValue(DBusMessageIter* value);
 
     const BusPropertyAddress mAddress;
     const ValueCallback mOnValue;

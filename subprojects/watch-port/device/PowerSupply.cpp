@@ -1,5 +1,7 @@
 #include "device/PowerSupply.h"
 
+#include "base/CallBack.h"
+
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -60,24 +62,18 @@ PowerSupplyWatch::~PowerSupplyWatch()
     eeze_shutdown();
 }
 
-void PowerSupplyWatch::TellEvent()
-{
-    const std::function<void()> onEvent = mOnEvent;
-    onEvent();
-}
-
 void PowerSupplyWatch::SBeginCB(void* data)
 {
     auto* self = static_cast<PowerSupplyWatch*>(data);
     self->mBegin = nullptr;
-    self->TellEvent();
+    CallBack(self->mOnEvent);
 }
 
 void PowerSupplyWatch::SEventCB(const char* device, Eeze_Udev_Event /*event*/, void* data,
                                 Eeze_Udev_Watch* /*watch*/)
 {
     eina_stringshare_del(device);
-    static_cast<PowerSupplyWatch*>(data)->TellEvent();
+    CallBack(static_cast<PowerSupplyWatch*>(data)->mOnEvent);
 }
 
 } // namespace WatchPort

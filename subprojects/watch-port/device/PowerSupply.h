@@ -29,8 +29,6 @@ public:
     PowerSupplyWatch& operator=(const PowerSupplyWatch&) = delete;
 
 private:
-    void TellEvent();
-
     static void SBeginCB(void* data);
     static void SEventCB(const char* device, Eeze_Udev_Event event, void* data,
                          Eeze_Udev_Watch* watch);

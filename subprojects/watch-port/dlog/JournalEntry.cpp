@@ -1,6 +1,6 @@
 #include "dlog/JournalEntry.h"
 
-#include "dlog/Printable.h"
+#include "base/Printable.h"
 #include <dlog.h>
 
 #include <charconv>

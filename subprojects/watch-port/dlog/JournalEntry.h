@@ -1,8 +1,8 @@
 #ifndef WATCH_PORT_DLOG_JOURNAL_ENTRY_H
 #define WATCH_PORT_DLOG_JOURNAL_ENTRY_H
 
+#include "base/TextBuffer.h"
 #include "dlog/CallSite.h"
-#include "dlog/TextBuffer.h"
 
 #include <string_view>
 

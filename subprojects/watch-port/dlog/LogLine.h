@@ -1,7 +1,7 @@
 #ifndef WATCH_PORT_DLOG_LOG_LINE_H
 #define WATCH_PORT_DLOG_LOG_LINE_H
 
-#include "dlog/Printable.h"
+#include "base/Printable.h"
 
 #include <ctime>
 #include <string_view>

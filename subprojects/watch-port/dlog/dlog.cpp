@@ -1,12 +1,12 @@
 #include <dlog.h>
 
+#include "base/TextBuffer.h"
 #include "dlog/CallSite.h"
 #include "dlog/Journal.h"
 #include "dlog/JournalEntry.h"
 #include "dlog/LogLevel.h"
 #include "dlog/LogLine.h"
 #include "dlog/LogSink.h"
-#include "dlog/TextBuffer.h"
 
 #include <cerrno>
 #include <cstdarg>

@@ -1,5 +1,6 @@
 #include "system-settings/ClockWatch.h"
 
+#include "base/CallBack.h"
 #include "dlog/PortLog.h"
 
 #include <cerrno>
@@ -68,13 +69,7 @@ void ClockWatch::OnTimezone(const std::string& timezone)
 {
     const std::optional<std::string> before = std::exchange(mTimezone, timezone);
     if (before && *before != timezone)
-        TellChanged();
-}
-
-void ClockWatch::TellChanged()
-{
-    const std::function<void()> onChanged = mOnChanged;
-    onChanged();
+        CallBack(mOnChanged);
 }
 
 Eina_Bool ClockWatch::SClockSetCB(void* data, Ecore_Fd_Handler* /*handler*/)
@@ -83,7 +78,7 @@ Eina_Bool ClockWatch::SClockSetCB(void* data, Ecore_Fd_Handler* /*handler*/)
     uint64_t expirations = 0;
     // The cancelled timer goes on: its end is as far away as before.
     if (read(self->mTimer, &expirations, sizeof expirations) < 0 && errno == ECANCELED)
-        self->TellChanged();
+        CallBack(self->mOnChanged);
     return ECORE_CALLBACK_RENEW;
 }
 

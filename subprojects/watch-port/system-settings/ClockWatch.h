@@ -26,7 +26,6 @@ public:
 private:
     void FollowLink();
     void OnTimezone(const std::string& timezone);
-    void TellChanged();
 
     static Eina_Bool SClockSetCB(void* data, Ecore_Fd_Handler* handler);
 

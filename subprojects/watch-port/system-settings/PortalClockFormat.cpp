@@ -1,5 +1,6 @@
 #include "system-settings/PortalClockFormat.h"
 
+#include "base/CallBack.h"
 #include "bus/Buses.h"
 
 #include <cstring>
@@ -71,7 +72,7 @@ void PortalClockFormat::OnAnswer(DBusMessage* answer)
         !std::exchange(mHasAskedTheOldWay, true))
         Ask(NewQuestion("Read"));
     else
-        Tell(ParseAnswer(answer));
+        CallBack(mOnAnswer, ParseAnswer(answer));
 }
 
 void PortalClockFormat::OnSignal(DBusMessage* signal)
@@ -81,18 +82,12 @@ void PortalClockFormat::OnSignal(DBusMessage* signal)
         std::strcmp(ReadText(&iter), kNamespace) != 0 || std::strcmp(ReadText(&iter), kKey) != 0)
         return;
     DBusMessageIter value = Enter(&iter);
-    Tell(Parse(&value));
+    CallBack(mOnAnswer, Parse(&value));
 }
 
 void PortalClockFormat::OnGone()
 {
-    Tell(std::nullopt);
-}
-
-void PortalClockFormat::Tell(std::optional<bool> countsTo24)
-{
-    const Callback onAnswer = mOnAnswer;
-    onAnswer(countsTo24);
+    CallBack(mOnAnswer, std::nullopt);
 }
 
 } // namespace WatchPort

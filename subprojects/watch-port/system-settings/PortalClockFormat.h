@@ -38,7 +38,6 @@ private:
     void OnAnswer(DBusMessage* answer) override;
     void OnSignal(DBusMessage* signal) override;
     void OnGone() override;
-    void Tell(std::optional<bool> countsTo24);
 
     const Callback mOnAnswer;
     bool mHasAskedTheOldWay = false;

@@ -1,5 +1,6 @@
 #include "system-settings/ZoneLink.h"
 
+#include "base/CallBack.h"
 #include "dlog/PortLog.h"
 
 #include <cstring>
@@ -65,8 +66,7 @@ void ZoneLink::STellCB(void* data)
 {
     auto* self = static_cast<ZoneLink*>(data);
     self->mTelling = nullptr;
-    const std::function<void()> onEvent = self->mOnEvent;
-    onEvent();
+    CallBack(self->mOnEvent);
 }
 
 } // namespace WatchPort

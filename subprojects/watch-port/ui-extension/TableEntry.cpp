@@ -1,5 +1,6 @@
 #include "ui-extension/TableEntry.h"
 
+#include "base/Printable.h"
 #include "dlog/PortLog.h"
 
 #include <algorithm>
@@ -12,7 +13,6 @@ namespace
 {
 
 constexpr std::size_t kMaxTextLength = 255;
-constexpr std::size_t kMaxQuotedLength = 64;
 
 } // namespace
 
@@ -20,14 +20,6 @@ bool IsControl(char character)
 {
     auto byte = static_cast<unsigned char>(character);
     return byte < 0x20 || byte == 0x7f;
-}
-
-std::string Quoted(std::string text)
-{
-    if (text.size() > kMaxQuotedLength)
-        text = text.substr(0, kMaxQuotedLength) + "...";
-    std::replace_if(text.begin(), text.end(), IsControl, '?');
-    return "\"" + text + "\"";
 }
 
 void ReportAt(const std::string& place, int priority, const std::string& what)

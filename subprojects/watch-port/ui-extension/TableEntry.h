@@ -35,11 +35,6 @@ private:
     std::string mPlace;
 };
 
-/**
- * A file's text for a line of the log, cut and without control characters, which could forge
- * lines.
- */
-std::string Quoted(std::string text);
 /** Writes a line about a place in a file, with a priority of the log service. */
 void ReportAt(const std::string& place, int priority, const std::string& what);
 /** Whether a byte is a control character of ASCII. */

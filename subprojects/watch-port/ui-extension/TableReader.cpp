@@ -1,5 +1,6 @@
 #include "ui-extension/TableReader.h"
 
+#include "base/Printable.h"
 #include <dlog.h>
 
 #include <Eina.h>

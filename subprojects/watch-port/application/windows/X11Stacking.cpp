@@ -1,7 +1,8 @@
 #include "application/windows/X11Stacking.h"
 
+#include "base/FreeDeleter.h"
+
 #include <algorithm>
-#include <cstdlib>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -12,11 +13,6 @@ namespace WatchPort
 namespace
 {
 constexpr unsigned int kAllWorkspaces = 0xFFFFFFFF;
-
-struct FreeDeleter
-{
-    void operator()(void* memory) const { std::free(memory); }
-};
 
 int ScreenNumber()
 {

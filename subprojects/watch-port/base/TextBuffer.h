@@ -1,5 +1,5 @@
-#ifndef WATCH_PORT_DLOG_TEXT_BUFFER_H
-#define WATCH_PORT_DLOG_TEXT_BUFFER_H
+#ifndef WATCH_PORT_BASE_TEXT_BUFFER_H
+#define WATCH_PORT_BASE_TEXT_BUFFER_H
 
 #include <cstdarg>
 #include <cstddef>

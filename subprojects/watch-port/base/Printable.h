@@ -1,7 +1,7 @@
-#ifndef WATCH_PORT_DLOG_PRINTABLE_H
-#define WATCH_PORT_DLOG_PRINTABLE_H
+#ifndef WATCH_PORT_BASE_PRINTABLE_H
+#define WATCH_PORT_BASE_PRINTABLE_H
 
-#include "dlog/TextBuffer.h"
+#include "base/TextBuffer.h"
 
 #include <string>
 #include <string_view>
@@ -26,8 +26,11 @@ std::string Printable(std::string_view text, Colours colours = Colours::Escape);
 /** Appends the printable form of the text to what is there already. */
 void AppendPrintable(TextBuffer& out, std::string_view text, Colours colours = Colours::Escape);
 
-/** Tells whether the text is UTF-8 throughout: no overlong form, surrogate or cut sequence. */
-bool IsUtf8(std::string_view text);
+/**
+ * Returns the printable form of the text in quotation marks, for a message. Of more than 64 bytes
+ * the rest is "...": text from outside may be of any length, and a line of the log is read whole.
+ */
+std::string Quoted(std::string_view text);
 
 } // namespace WatchPort
 

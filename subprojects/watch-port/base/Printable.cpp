@@ -1,4 +1,6 @@
-#include "dlog/Printable.h"
+#include "base/Printable.h"
+
+#include "base/Utf8.h"
 
 #include <algorithm>
 
@@ -8,41 +10,7 @@ namespace WatchPort
 namespace
 {
 constexpr char kReset[] = "\033[0;m";
-
-// The number of bytes that the first byte of a sequence asks for; 0: it cannot be a first byte.
-size_t SequenceLength(unsigned char first)
-{
-    if (first < 0x80)
-        return 1;
-    if (first >= 0xc2 && first <= 0xdf)
-        return 2;
-    if (first >= 0xe0 && first <= 0xef)
-        return 3;
-    return first >= 0xf0 && first <= 0xf4 ? 4 : 0;
-}
-
-// Overlong forms, surrogates and values above U+10FFFF all show in the second byte.
-bool IsSecondByte(unsigned char first, unsigned char second)
-{
-    const unsigned char lowest = first == 0xe0 ? 0xa0 : first == 0xf0 ? 0x90 : 0x80;
-    const unsigned char highest = first == 0xed ? 0x9f : first == 0xf4 ? 0x8f : 0xbf;
-    return second >= lowest && second <= highest;
-}
-
-// The length of the character that the text starts with; 0: it starts with no valid one.
-size_t CharacterLength(std::string_view text)
-{
-    const auto byte = [text](size_t i) { return static_cast<unsigned char>(text[i]); };
-    const size_t length = SequenceLength(byte(0));
-    if (length > text.size() || (length > 1 && !IsSecondByte(byte(0), byte(1))))
-        return 0;
-    for (size_t i = 2; i < length; ++i)
-    {
-        if ((byte(i) & 0xc0) != 0x80)
-            return 0;
-    }
-    return length;
-}
+constexpr size_t kMostQuoted = 64;
 
 bool IsControl(std::string_view character)
 {
@@ -53,6 +21,11 @@ bool IsControl(std::string_view character)
     if (first == 0xc2)
         return static_cast<unsigned char>(character[1]) < 0xa0;
     return character == "\u2028" || character == "\u2029";
+}
+
+bool IsInsideOfCharacter(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xc0) == 0x80;
 }
 
 // The length of what the text starts with that is printable ASCII, as nearly all of a log is.
@@ -104,7 +77,7 @@ void AppendPrintable(TextBuffer& out, std::string_view text, Colours colours)
         size_t length = colours == Colours::Escape ? 0 : ColourLength(text);
         if (length == 0)
         {
-            length = CharacterLength(text);
+            length = Utf8CharacterLength(text);
             AppendCharacter(out, text, length);
         }
         else if (colours == Colours::Keep)
@@ -125,16 +98,14 @@ std::string Printable(std::string_view text, Colours colours)
     return std::string(out.View());
 }
 
-bool IsUtf8(std::string_view text)
+std::string Quoted(std::string_view text)
 {
-    while (!text.empty())
-    {
-        const size_t length = CharacterLength(text);
-        if (length == 0)
-            return false;
-        text.remove_prefix(length);
-    }
-    return true;
+    if (text.size() <= kMostQuoted)
+        return '"' + Printable(text) + '"';
+    size_t end = kMostQuoted;
+    while (end > kMostQuoted - 3 && IsInsideOfCharacter(text[end]))
+        --end;
+    return '"' + Printable(text.substr(0, end)) + "...\"";
 }
 
 } // namespace WatchPort

@@ -1,4 +1,4 @@
-#include "dlog/TextBuffer.h"
+#include "base/TextBuffer.h"
 
 #include <algorithm>
 #include <cstdio>

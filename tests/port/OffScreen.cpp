@@ -1,6 +1,7 @@
 #include "port/OffScreen.h"
 
 #include "dlog.h"
+#include "harness/Allocations.h"
 
 #include <Ecore_Evas.h>
 #include <Ecore_Input.h>
@@ -71,6 +72,7 @@ extern "C" int __wrap___dlog_print(log_id_t, int, const char* tag, const char* f
     va_start(arguments, format);
     vsnprintf(line, sizeof line, format, arguments);
     va_end(arguments);
+    const Allocations::Pause pause;
     if (!strcmp(tag, "WATCH_PORT"))
         gLogLines.emplace_back(line);
     return 0;

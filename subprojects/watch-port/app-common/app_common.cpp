@@ -29,7 +29,7 @@ try
 }
 catch (const std::bad_alloc&)
 {
-    return nullptr;
+    return PORT_REFUSE(nullptr, __func__, "out of memory");
 }
 
 char* app_get_data_path(void)
@@ -40,5 +40,5 @@ try
 }
 catch (const std::bad_alloc&)
 {
-    return nullptr;
+    return PORT_REFUSE(nullptr, __func__, "out of memory");
 }

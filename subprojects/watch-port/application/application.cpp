@@ -29,11 +29,7 @@ namespace
 {
 Lifecycle* sRunning = nullptr;
 
-int Fail(app_error_e error, const char* reason)
-{
-    PORT_LOG_ERROR("ui_app_main: %s", reason);
-    return error;
-}
+constexpr char kCall[] = "ui_app_main";
 
 // The toolkit, up as long as the object lives.
 class Toolkit
@@ -126,12 +122,12 @@ std::optional<int> AnswerInstance(const SingleInstance& instance, bool isService
     case SingleInstance::Standing::Forwarded:
         return APP_ERROR_NONE;
     case SingleInstance::Standing::NotTaken:
-        return Fail(APP_ERROR_NOT_FORWARDED,
-                    "the application runs already, but did not take the launch request");
+        return PORT_REFUSE(APP_ERROR_NOT_FORWARDED, kCall,
+                           "the application runs already, but did not take the launch request");
     case SingleInstance::Standing::Alone:
         if (isService)
-            return Fail(APP_ERROR_NO_SESSION_BUS,
-                        "--service needs an application id and a session bus");
+            return PORT_REFUSE(APP_ERROR_NO_SESSION_BUS, kCall,
+                               "--service needs an application id and a session bus");
         break;
     case SingleInstance::Standing::Owner:
         break;
@@ -144,14 +140,14 @@ int RunWithToolkit(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
 {
     const Display display;
     if (display.GetKind() == Display::Kind::None)
-        return Fail(APP_ERROR_NO_DISPLAY,
-                    "no display: set DISPLAY or WAYLAND_DISPLAY to one that answers, "
-                    "or ELM_ENGINE to \"buffer\"");
+        return PORT_REFUSE(APP_ERROR_NO_DISPLAY, kCall,
+                           "no display: set DISPLAY or WAYLAND_DISPLAY to one that answers, "
+                           "or ELM_ENGINE to \"buffer\"");
     SetProgramLocale();
     EarlyFonts fonts;
     const Toolkit toolkit(argc, argv);
     if (!toolkit.IsUp())
-        return Fail(APP_ERROR_NO_TOOLKIT, "the toolkit does not start");
+        return PORT_REFUSE(APP_ERROR_NO_TOOLKIT, kCall, "the toolkit does not start");
     fonts.Keep();
     SetUpToolkit(display);
     TellMotions(display);
@@ -185,7 +181,7 @@ int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
 {
     const std::string lack = FindLackOfThreads();
     if (!lack.empty())
-        return Fail(APP_ERROR_NO_TOOLKIT, lack.c_str());
+        return PORT_REFUSE(APP_ERROR_NO_TOOLKIT, kCall, "%s", lack.c_str());
     KeepToolkitAlone();
     const auto installation = FindOwnInstallation();
     const SingleInstance instance(installation ? ReadOwnId(*installation) : "", commandLine);
@@ -199,9 +195,9 @@ int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
 int ui_app_main(int argc, char** argv, ui_app_lifecycle_callback_s* callbacks, void* user_data)
 {
     if (argc < 1 || !argv || !callbacks)
-        return Fail(APP_ERROR_INVALID_PARAMETER, "no arguments or no callbacks");
+        return PORT_REFUSE(APP_ERROR_INVALID_PARAMETER, kCall, "no arguments or no callbacks");
     if (sRunning)
-        return Fail(APP_ERROR_ALREADY_RUNNING, "the application runs already");
+        return PORT_REFUSE(APP_ERROR_ALREADY_RUNNING, kCall, "the application runs already");
     const CommandLine commandLine = ParseCommandLine({argv + 1, argv + argc});
     const auto answer = AnswerCommandLine(commandLine, ProgramName(argv[0]));
     return answer ? *answer : RunApplication(argc, argv, *callbacks, user_data, commandLine);

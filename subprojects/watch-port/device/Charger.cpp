@@ -48,9 +48,10 @@ bool Charger::AddCallback(device_changed_cb callback, void* userData)
         return false;
     if (!mWasRead)
         Read();
-    mRegistrations.push_back({callback, userData});
-    if (mRegistrations.size() == 1)
+    mRegistrations.reserve(mRegistrations.size() + 1);
+    if (mRegistrations.empty())
         Follow();
+    mRegistrations.push_back({callback, userData});
     return true;
 }
 

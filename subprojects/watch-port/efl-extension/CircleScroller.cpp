@@ -1,5 +1,7 @@
 #include "efl-extension/CircleScroller.h"
 
+#include "efl-extension/Rotary.h"
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -47,11 +49,12 @@ CircleScroller::CircleScroller(Evas_Object* scroller, Evas_Object* conformant)
     : mScroller(scroller), mConformant(conformant),
       mCircleObject(evas_object_vg_add(evas_object_evas_get(scroller)))
 {
+    // The one thing here that can fail.
+    Rotary::GetInstance().AddCallback(mCircleObject, EVAS_CALLBACK_PRIORITY_DEFAULT, SRotaryCB,
+                                      this);
     evas_object_data_set(mCircleObject, kDataKey, this);
     evas_object_pass_events_set(mCircleObject, EINA_TRUE);
     evas_object_event_callback_add(mCircleObject, EVAS_CALLBACK_DEL, SCircleObjectDeletedCB, this);
-    eext_rotary_object_event_callback_priority_add(mCircleObject, EVAS_CALLBACK_PRIORITY_DEFAULT,
-                                                   SRotaryCB, this);
     evas_object_event_callback_add(mScroller, EVAS_CALLBACK_DEL, SScrollerDeletedCB, this);
     evas_object_smart_callback_add(mScroller, "scroll,anim,stop", STargetLostCB, this);
     evas_object_smart_callback_add(mScroller, "scroll,drag,start", STargetLostCB, this);

@@ -52,6 +52,7 @@ private:
     bool IsArcWanted(const ScrollPosition& position) const;
     void UpdateArc();
 
+    std::shared_ptr<bool> mLife = std::make_shared<bool>(); /**< Ends with this. */
     Evas_Object* mScroller;
     Evas_Object* mConformant;
     Evas_Object* mCircleObject;
@@ -59,7 +60,6 @@ private:
     Elm_Scroller_Policy mHorizontalPolicy = ELM_SCROLLER_POLICY_AUTO;
     Elm_Scroller_Policy mVerticalPolicy = ELM_SCROLLER_POLICY_AUTO;
     std::optional<int> mTarget;
-    std::shared_ptr<bool> mLife = std::make_shared<bool>(); ///< ends with this
     Ecore_Timer* mLingerTimer = nullptr;
     Eina_Rectangle mDrawnScreen{};
     ScrollPosition mDrawnPosition{};

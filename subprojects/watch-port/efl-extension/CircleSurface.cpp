@@ -26,9 +26,9 @@ void ConformantDeletedCB(void*, Evas*, Evas_Object* conformant, void*)
 
 Eext_Circle_Surface* Eext_Circle_Surface::Create(Evas_Object* conformant)
 {
-    evas_object_event_callback_add(conformant, EVAS_CALLBACK_DEL, ConformantDeletedCB, nullptr);
     LivingSurfaces().push_back(std::make_unique<Eext_Circle_Surface>());
     LivingSurfaces().back()->conformant = conformant;
+    evas_object_event_callback_add(conformant, EVAS_CALLBACK_DEL, ConformantDeletedCB, nullptr);
     return LivingSurfaces().back().get();
 }
 

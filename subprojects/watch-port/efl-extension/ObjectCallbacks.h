@@ -36,12 +36,13 @@ public:
 
     void Add(Evas_Object* object, Evas_Callback_Priority priority, Callback callback, void* data)
     {
-        if (!Has(object))
-            evas_object_event_callback_add(object, EVAS_CALLBACK_DEL, SObjectDeletedCB, this);
+        const bool isKnown = Has(object);
         auto isLater = [priority](const auto& entry) { return entry->priority >= priority; };
         auto place = std::find_if(mEntries.begin(), mEntries.end(), isLater);
         mEntries.insert(place,
                         std::make_shared<Entry>(Entry{object, priority, callback, data, false}));
+        if (!isKnown)
+            evas_object_event_callback_add(object, EVAS_CALLBACK_DEL, SObjectDeletedCB, this);
     }
 
     /** Removes the newest registration of a callback; the result is its data, null without any. */

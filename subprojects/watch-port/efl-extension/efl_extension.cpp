@@ -6,21 +6,16 @@
 #include "efl-extension/CircleSurface.h"
 #include "efl-extension/Rotary.h"
 
+#include <new>
+
 using namespace WatchPort;
 
 namespace
 {
 
-void Refuse(const char* function, const char* what)
-{
-    PORT_LOG_ERROR("%s: %s", function, what);
-}
-
 bool IsGiven(bool isGiven, const char* function, const char* what)
 {
-    if (!isGiven)
-        Refuse(function, what);
-    return isGiven;
+    return isGiven || PORT_REFUSE(false, function, "%s", what);
 }
 
 constexpr const char* kNoObject = "object is null, a canvas object is accepted";
@@ -35,29 +30,43 @@ bool IsPolicy(Elm_Scroller_Policy policy)
 
 void eext_object_event_callback_add(Evas_Object* object, Eext_Callback_Type type,
                                     Eext_Event_Cb callback, void* data)
+try
 {
     if (!IsGiven(object, __func__, kNoObject) || !IsGiven(callback, __func__, kNoCallback))
         return;
-    if (type != EEXT_CALLBACK_BACK)
-        Refuse(__func__, "unknown type, EEXT_CALLBACK_BACK is accepted");
-    else
+    if (IsGiven(type == EEXT_CALLBACK_BACK, __func__,
+                "unknown type, EEXT_CALLBACK_BACK is accepted"))
         BackKey::GetInstance().AddCallback(object, callback, data);
+}
+catch (const std::bad_alloc&)
+{
+    PORT_LOG_ERROR("%s: out of memory", __func__);
 }
 
 Eext_Circle_Surface* eext_circle_surface_conformant_add(Evas_Object* conformant)
+try
 {
     if (!IsGiven(conformant, __func__, "conformant is null, a conformant is accepted"))
         return nullptr;
     return Eext_Circle_Surface::Create(conformant);
 }
+catch (const std::bad_alloc&)
+{
+    return PORT_REFUSE(nullptr, __func__, "out of memory");
+}
 
 Evas_Object* eext_circle_object_scroller_add(Evas_Object* scroller, Eext_Circle_Surface* surface)
+try
 {
     if (!IsGiven(scroller, __func__, "scroller is null, a scroller is accepted"))
         return nullptr;
     bool isDrawn = surface && IsGiven(Eext_Circle_Surface::IsAlive(surface), __func__,
                                       "surface is gone, one whose conformant lives is accepted");
     return CircleScroller::Create(scroller, isDrawn ? surface->conformant : nullptr);
+}
+catch (const std::bad_alloc&)
+{
+    return PORT_REFUSE(nullptr, __func__, "out of memory");
 }
 
 void eext_circle_object_scroller_policy_set(Evas_Object* object, Elm_Scroller_Policy horizontal,
@@ -76,11 +85,16 @@ void eext_circle_object_scroller_policy_set(Evas_Object* object, Elm_Scroller_Po
 Eina_Bool eext_rotary_object_event_callback_priority_add(Evas_Object* object,
                                                          Evas_Callback_Priority priority,
                                                          Eext_Rotary_Event_Cb callback, void* data)
+try
 {
     if (!IsGiven(object, __func__, kNoObject) || !IsGiven(callback, __func__, kNoCallback))
         return EINA_FALSE;
     Rotary::GetInstance().AddCallback(object, priority, callback, data);
     return EINA_TRUE;
+}
+catch (const std::bad_alloc&)
+{
+    return PORT_REFUSE(EINA_FALSE, __func__, "out of memory");
 }
 
 void* eext_rotary_object_event_callback_del(Evas_Object* object, Eext_Rotary_Event_Cb callback)

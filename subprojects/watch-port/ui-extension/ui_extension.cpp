@@ -1,9 +1,12 @@
 #include <ui_extension.h>
 
+#include "base/Printable.h"
 #include "dlog/PortLog.h"
 #include "ui-extension/ColorTable.h"
 #include "ui-extension/FontTable.h"
 #include "ui-extension/ThemeTables.h"
+
+#include <new>
 
 using namespace WatchPort;
 
@@ -30,20 +33,14 @@ ThemeTables<uxt_theme_font_table_s>& FontTables()
     return tables;
 }
 
-int Failed(uxt_theme_error error, const char* function, const char* what)
-{
-    PORT_LOG_ERROR("%s: %s", function, what);
-    return error;
-}
-
 template <typename Table>
 int SetTable(ThemeTables<Table>& tables, const Table* table, const char* function)
 {
     if (tables.Set(table))
         return UXT_THEME_ERROR_NONE;
-    return Failed(UXT_THEME_ERROR_INVALID_PARAMETER, function,
-                  table ? "unknown table, only one that this library has read is accepted"
-                        : "table is null, only one that this library has read is accepted");
+    return PORT_REFUSE(UXT_THEME_ERROR_INVALID_PARAMETER, function,
+                       "%s, only one that this library has read is accepted",
+                       table ? "unknown table" : "table is null");
 }
 
 } // namespace
@@ -56,8 +53,13 @@ int uxt_theme_set_changeable_ui_enabled(Eina_Bool enabled)
 }
 
 uxt_theme_color_table_h uxt_theme_add_color_table(const char* path)
+try
 {
     return ColorTables().Add(path);
+}
+catch (const std::bad_alloc&)
+{
+    return PORT_REFUSE(nullptr, __func__, "out of memory");
 }
 
 int uxt_theme_set_color_table(uxt_theme_color_table_h table)
@@ -66,8 +68,13 @@ int uxt_theme_set_color_table(uxt_theme_color_table_h table)
 }
 
 uxt_theme_font_table_h uxt_theme_add_font_table(const char* path)
+try
 {
     return FontTables().Add(path);
+}
+catch (const std::bad_alloc&)
+{
+    return PORT_REFUSE(nullptr, __func__, "out of memory");
 }
 
 int uxt_theme_set_font_table(uxt_theme_font_table_h table)
@@ -76,25 +83,28 @@ int uxt_theme_set_font_table(uxt_theme_font_table_h table)
 }
 
 int uxt_theme_object_set_color(Evas_Object* object, const char* color_code)
+try
 {
     if (!object)
-        return Failed(UXT_THEME_ERROR_INVALID_PARAMETER, __func__,
-                      "object is null, a canvas object is accepted");
+        return PORT_REFUSE(UXT_THEME_ERROR_INVALID_PARAMETER, __func__,
+                           "object is null, a canvas object is accepted");
     if (!color_code)
-        return Failed(UXT_THEME_ERROR_INVALID_PARAMETER, __func__,
-                      "colour code is null, an id of the colour table is accepted");
+        return PORT_REFUSE(UXT_THEME_ERROR_INVALID_PARAMETER, __func__,
+                           "colour code is null, an id of the colour table is accepted");
     const uxt_theme_color_table_s* table = ColorTables().Current();
     if (!table)
-        return Failed(UXT_THEME_ERROR_NO_TABLE, __func__, "no colour table is set");
+        return PORT_REFUSE(UXT_THEME_ERROR_NO_TABLE, __func__, "no colour table is set");
     const Color* found = table->Find(color_code);
     if (!found)
-    {
-        PORT_LOG_ERROR("%s: colour code \"%s\", only an id of the colour table is accepted",
-                       __func__, color_code);
-        return UXT_THEME_ERROR_UNKNOWN_CODE;
-    }
+        return PORT_REFUSE(UXT_THEME_ERROR_UNKNOWN_CODE, __func__,
+                           "colour code %s, only an id of the colour table is accepted",
+                           Quoted(color_code).c_str());
     Color color = *found;
     evas_color_argb_premul(color.a, &color.r, &color.g, &color.b);
     evas_object_color_set(object, color.r, color.g, color.b, color.a);
     return UXT_THEME_ERROR_NONE;
+}
+catch (const std::bad_alloc&)
+{
+    return PORT_REFUSE(UXT_THEME_ERROR_OUT_OF_MEMORY, __func__, "out of memory");
 }

@@ -5,7 +5,7 @@
  * The circular-screen extension: the back key, the bezel, and a scroller that the bezel turns.
  *
  * All functions are for the main loop's thread, between elm_init() and elm_shutdown(). A wrong
- * argument is one line in the log (tag "WATCH_PORT") and changes nothing.
+ * argument and a lack of memory are one line in the log (tag "WATCH_PORT") and change nothing.
  */
 
 #include <Elementary.h>
@@ -60,7 +60,7 @@ typedef struct _Eext_Circle_Surface Eext_Circle_Surface;
  * with it; circle objects that are on it then draw no longer and work on without it.
  *
  * @param conformant the window's conformant, or any other object of the screen's size
- * @return the surface, or null for null
+ * @return the surface, or null for null and without memory
  */
 Eext_Circle_Surface* eext_circle_surface_conformant_add(Evas_Object* conformant);
 
@@ -85,7 +85,7 @@ Eext_Circle_Surface* eext_circle_surface_conformant_add(Evas_Object* conformant)
  * @param surface where to draw, or null to draw nothing; one whose conformant is gone is one line
  *                in the log and counts as null
  * @return the circle object, on the scroller's canvas and deleted with the scroller; null for a
- *         null scroller
+ *         null scroller and without memory
  */
 Evas_Object* eext_circle_object_scroller_add(Evas_Object* scroller, Eext_Circle_Surface* surface);
 
@@ -145,7 +145,7 @@ typedef Eina_Bool (*Eext_Rotary_Event_Cb)(void* data, Evas_Object* object,
  * @param priority EVAS_CALLBACK_PRIORITY_DEFAULT or any other value
  * @param callback the function to call
  * @param data passed to the callback
- * @return EINA_TRUE, or EINA_FALSE for a null object or callback
+ * @return EINA_TRUE, or EINA_FALSE for a null object or callback and without memory
  */
 Eina_Bool eext_rotary_object_event_callback_priority_add(Evas_Object* object,
                                                          Evas_Callback_Priority priority,

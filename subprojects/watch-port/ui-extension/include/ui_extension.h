@@ -40,6 +40,8 @@ enum uxt_theme_error
     UXT_THEME_ERROR_NO_TABLE = -61,
     /** The set colour table has no such colour code. */
     UXT_THEME_ERROR_UNKNOWN_CODE = -2,
+    /** No memory; nothing was changed. */
+    UXT_THEME_ERROR_OUT_OF_MEMORY = -12,
 };
 
 /**
@@ -59,8 +61,8 @@ int uxt_theme_set_changeable_ui_enabled(Eina_Bool enabled);
  * @param path the XML file: a regular file of at most 1 MiB
  * @return the table, also when some entries were left out; null, with one line in the log, when
  *         the file is no colour table as a whole: a null path, a file that is missing, unreadable
- *         or too long, another root element than ColorTable, or XML that breaks off before the
- *         first entry
+ *         or too long, another root element than ColorTable, XML that breaks off before the first
+ *         entry, or no memory
  */
 uxt_theme_color_table_h uxt_theme_add_color_table(const char* path);
 
@@ -104,8 +106,8 @@ int uxt_theme_set_font_table(uxt_theme_font_table_h table);
  * @param object any canvas object
  * @param color_code the id of an entry
  * @return UXT_THEME_ERROR_NONE; UXT_THEME_ERROR_INVALID_PARAMETER for a null argument;
- *         UXT_THEME_ERROR_NO_TABLE; UXT_THEME_ERROR_UNKNOWN_CODE. After an error the object is
- *         unchanged and the log has one line.
+ *         UXT_THEME_ERROR_NO_TABLE; UXT_THEME_ERROR_UNKNOWN_CODE; UXT_THEME_ERROR_OUT_OF_MEMORY.
+ *         After an error the object is unchanged and the log has one line.
  */
 int uxt_theme_object_set_color(Evas_Object* object, const char* color_code);
 

@@ -23,7 +23,8 @@ extern "C" {
  * @param charging Set to the answer on success, left as it is otherwise.
  * @return DEVICE_ERROR_NONE;
  *         DEVICE_ERROR_INVALID_PARAMETER for a null pointer;
- *         DEVICE_ERROR_NO_BATTERY when neither UPower nor the kernel has an answer.
+ *         DEVICE_ERROR_NO_BATTERY when neither UPower nor the kernel has an answer;
+ *         DEVICE_ERROR_OUT_OF_MEMORY.
  */
 int device_battery_is_charging(bool* charging);
 

@@ -38,7 +38,8 @@ typedef void (*device_changed_cb)(device_callback_e type, void* value, void* use
  * @return DEVICE_ERROR_NONE;
  *         DEVICE_ERROR_UNKNOWN_TYPE for another type;
  *         DEVICE_ERROR_INVALID_PARAMETER for a null callback;
- *         DEVICE_ERROR_ALREADY_ADDED for one that is added, which goes on as it was.
+ *         DEVICE_ERROR_ALREADY_ADDED for one that is added, which goes on as it was;
+ *         DEVICE_ERROR_OUT_OF_MEMORY.
  */
 int device_add_callback(device_callback_e type, device_changed_cb callback, void* user_data);
 

@@ -5,7 +5,8 @@
 extern "C" {
 #endif
 
-/** The results of the device calls. A call that fails for its arguments logs one error line. */
+/** The results of the device calls. A call that fails logs one error line, but for
+ * NO_BATTERY. */
 typedef enum
 {
     DEVICE_ERROR_NONE = 0,               /**< Success. */
@@ -14,6 +15,7 @@ typedef enum
     DEVICE_ERROR_ALREADY_ADDED = -3,     /**< The callback is added already. */
     DEVICE_ERROR_NOT_ADDED = -4,         /**< The callback is not added. */
     DEVICE_ERROR_NO_BATTERY = -5,        /**< Nobody knows of a battery that feeds the system. */
+    DEVICE_ERROR_OUT_OF_MEMORY = -6,     /**< No memory; no callback was added. */
 } device_error_e;
 
 #ifdef __cplusplus

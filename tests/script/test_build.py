@@ -47,7 +47,7 @@ def test_a_copied_or_moved_checkout_builds_in_its_own_place(checkout, tmp_path, 
     before = file.stat().st_mtime_ns
     second = tmp_path / "second"
     move(checkout, second)
-    assert "makes build/run anew" in build(second)
+    assert "making build/run again" in build(second)
     assert str(checkout) not in (second / "build" / "run" / "build.ninja").read_text()
     assert not file.exists() or file.stat().st_mtime_ns == before
 
@@ -56,19 +56,19 @@ def test_options_that_a_pull_has_changed_reach_an_old_folder(checkout):
     build(checkout)
     script = checkout / "script" / "build"
     script.write_text(script.read_text().replace("--buildtype=release", "--buildtype=debug"))
-    assert "makes build/run anew" in build(checkout)
+    assert "making build/run again" in build(checkout)
     build(checkout)
 
 
 def test_a_folder_that_was_never_wholly_configured_is_made_anew(checkout):
     (checkout / "build" / "run").mkdir(parents=True)
     (checkout / "build" / "run" / "build.ninja").write_text("nonsense")
-    assert "makes build/run anew" in build(checkout)
+    assert "making build/run again" in build(checkout)
 
 
 def test_a_compiler_that_is_chosen_is_an_option_too(checkout):
     build(checkout, CXX="g++")
-    assert "makes build/run anew" in build(checkout, CXX="clang++-14")
+    assert "making build/run again" in build(checkout, CXX="clang++-14")
 
 
 def test_no_other_script_configures_a_build_folder():
@@ -90,7 +90,7 @@ def wanted_by(command, environment):
     result = subprocess.run(command, env=environment, capture_output=True, text=True)
     assert result.returncode == 1 and "apt-get update failed" in result.stderr
     first = (result.stdout + result.stderr).splitlines()[0]
-    assert first.startswith("script/setup: installs ")
+    assert first.startswith("script/setup: installing ")
     return set(first.split()[2:])
 
 

@@ -1,19 +1,19 @@
-// Starts a program and tells, from outside, when its first complete frame is on the screen.
+// Starts a program and measures from outside when its first complete frame is on the screen.
 //
 //   frame-watch settle PICTURE PROGRAM [ARGUMENT...]
-//       waits until the screen has not changed for a second and keeps what is on it in PICTURE
+//       waits until the screen has not changed for a second and saves it in PICTURE
 //   frame-watch measure PICTURE PROGRAM [ARGUMENT...]
 //       waits until the screen shows PICTURE and prints "FRAME_MS CPU_MS PEAK_KIB MAPPED_KIB":
 //       the wall time and the processor time (of the program and its children that have ended)
-//       from just before the program is started to its first complete frame, its peak resident
+//       from just before the start to the first complete frame, its peak resident
 //       memory half a second later, and the part of it that is the program's own at that time
 //   frame-watch detents COUNT PROGRAM [ARGUMENT...]
-//       turns the wheel over the settled screen, 30 notches a second, and prints for each notch
-//       that the screen changed after, before the next one, how many milliseconds it took
+//       turns the wheel over the settled screen, 30 notches a second, and prints the milliseconds
+//       to the next change of the screen, for each notch that caused one before the next notch
 //
-// The program is ended with SIGTERM. DISPLAY names a screen on which nothing else draws.
-// The way is the same for every toolkit: the X server reports the damage, and each time the screen
-// is read and compared; a frame is complete when next to no pixel differs from the settled picture.
+// It ends the program with SIGTERM. DISPLAY names a screen on which nothing else draws. All
+// toolkits are measured in the same way: the X server reports damage, and each time the screen is
+// read and compared. A frame is complete when almost no pixel differs from the settled picture.
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -49,7 +49,7 @@ using Picture = std::vector<unsigned char>;
 constexpr milliseconds kDeadline(30000);
 constexpr milliseconds kStill(1000);
 constexpr milliseconds kAfterFrame(500);
-// One in a hundred: an arrow that moves does not make a page incomplete; a missing line does.
+// One in a hundred: a page with a moving arrow is complete, one with a missing line is not.
 constexpr size_t kDifferingPixels = 1296;
 constexpr int kSameColour = 16;
 constexpr size_t kBytesPerPixel = 4;
@@ -235,7 +235,7 @@ void AwaitRest(Watched& screen, const Program& program)
     while (screen.WaitForChange(kStill) || IsEmpty(screen.Read()))
     {
         if (Clock::now() > deadline || program.HasEnded())
-            Fail("the screen does not come to rest, or nothing is drawn");
+            Fail("the screen does not settle, or nothing is drawn");
     }
 }
 
@@ -257,7 +257,7 @@ void Measure(Watched& screen, const Picture& wanted, char** command)
     {
         screen.WaitForChange(milliseconds(1000));
         if (Clock::now() - start > kDeadline || program.HasEnded())
-            Fail("the settled picture does not come");
+            Fail("the settled picture did not appear");
     }
     const std::chrono::duration<double, std::milli> frame = Clock::now() - start;
     const double cpu = program.CpuMs();
@@ -267,8 +267,8 @@ void Measure(Watched& screen, const Picture& wanted, char** command)
                 program.StatusKib("smaps_rollup", "Pss"));
 }
 
-// Each notch back from the one before: the page then stays between its two goals, and every notch
-// has somewhere to go. Two there and two back, it would stay near the goal of every other notch.
+// Each notch goes back from the one before, so the page stays between its two targets and every
+// notch has somewhere to go. With two there and two back, it would rest near every other target.
 void TurnDetents(Watched& screen, int count, char** command)
 {
     const Program program(command);
@@ -327,7 +327,7 @@ try
     Watch(mode, argv);
     return 0;
 }
-// Only what is caught ends the program that is watched, and does not leave it on the screen.
+// Catching an exception runs the destructors, which end the watched program.
 catch (const std::exception& error)
 {
     std::fprintf(stderr, "frame-watch: %s\n", error.what());

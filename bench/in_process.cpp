@@ -1,5 +1,5 @@
-// What single operations cost, in the application's own objects on the real toolkit off screen.
-// Where there is a shortest way to the same end it is measured beside them, as NAME/bare.
+// Measures single operations of the application's own objects on the real toolkit, off screen, and
+// beside them, as NAME/bare, the shortest way to the same result.
 //
 // The log goes to standard error, which the caller sends to a file.
 
@@ -43,7 +43,7 @@ Evas_Object* Window()
     return sToolkit.Window();
 }
 
-// A turn of the loop with a frame, after which the toolkit lets go of what was deleted.
+// A turn of the loop with a frame, after which the toolkit frees what was deleted.
 void RunLoopOnce()
 {
     ecore_main_loop_iterate();
@@ -65,15 +65,14 @@ Evas_Object* NewLayout()
     return layout;
 }
 
-// What the toolkit has deleted waits in a queue, up to some 20 MB of it, and is then freed.
+// The toolkit queues what it has deleted, up to some 20 MB, before it frees it.
 size_t UsedMemory()
 {
     eina_freeq_clear(eina_freeq_main_get());
     return mallinfo2().uordblks;
 }
 
-// What each screen leaves behind, from the second round on, in which all that is made once has
-// been made.
+// What each screen leaves behind. The first round is not counted: it makes what is made once.
 void CountKept(benchmark::State& state, const std::vector<size_t>& used)
 {
     constexpr double kCounted = (kRounds - 2) * kScreens;
@@ -152,7 +151,7 @@ private:
     int mSum = 0;
 };
 
-// As many detents as one event of the wheel may be.
+// The most detents that one wheel event may be.
 constexpr int kDetents = 100;
 
 void TurnWheel()
@@ -197,7 +196,7 @@ void Detent(benchmark::State& state)
 }
 BENCHMARK(Detent)->Name("detent");
 
-// DLOG_LEVEL says which of the two it is.
+// DLOG_LEVEL decides which of the two is measured.
 void LogLine(benchmark::State& state)
 {
     for (auto _ : state)

@@ -1,4 +1,4 @@
-"""What is measured, how, and in which order; each function gives figures by name."""
+"""What is measured, how, and in which order. Each function returns figures by name."""
 
 import contextlib
 import ctypes
@@ -22,7 +22,7 @@ PR_SET_CHILD_SUBREAPER = 36
 
 
 class Bench:
-    """Context manager: a screen, a user with an empty home, and buses that hold no service."""
+    """Context manager: a screen, a user with an empty home, and buses without services."""
 
     def __init__(self, build, is_quick):
         self.build = pathlib.Path(build).resolve()
@@ -67,7 +67,7 @@ class Bench:
                 "Qt": [programs / "qt-page", qml, *page]}
 
     def watch(self, mode, *arguments):
-        """What frame-watch says."""
+        """What frame-watch prints."""
         run = subprocess.run([self.build / "bench" / "frame-watch", mode, *arguments],
                              env=self.env, capture_output=True, text=True)
         if run.returncode:
@@ -89,7 +89,7 @@ class Bench:
 
 
 def end_children(name=None):
-    """Ends what is left of the programs that were started, or of those of one name."""
+    """Ends the started programs that still run, or those with one name."""
     children = pathlib.Path(f"/proc/self/task/{os.getpid()}/children").read_text().split()
     for child in map(int, children):
         if name in (None, pathlib.Path(f"/proc/{child}/comm").read_text().strip()):
@@ -100,9 +100,9 @@ def end_children(name=None):
 def measure_start(bench):
     """Start to first complete frame and peak memory: medians of interleaved rounds.
 
-    Bare EFL waits for its cache daemon, which the first program of a session starts, and which
-    ends soon after the last one. So it is measured twice, without ("EFL first") and with it
-    ("EFL"): by chance, it would be now the one and now the other.
+    Bare EFL waits for its cache daemon, which the first program of a session starts and which ends
+    soon after the last one. So it is measured both without the daemon ("EFL first") and with it
+    ("EFL"): otherwise chance would decide.
     """
     pages = bench.pages()
     for name, command in pages.items():
@@ -116,7 +116,7 @@ def measure_start(bench):
                 end_children("efreetd")
                 figures["EFL first"].append(bench.watch(*command))
             figures[name].append(bench.watch(*command))
-        # None always runs after the same other one.
+        # So that none always runs after the same other one.
         order.append(order.pop(0))
     medians = {}
     for name, rounds in figures.items():
@@ -126,7 +126,7 @@ def measure_start(bench):
 
 
 def measure_share(bench):
-    """The instructions from main to the first frame, and those of qivo-ui/ among them."""
+    """The instructions from main to the first frame, and how many of them are in qivo-ui/."""
     output = bench.home / "callgrind"
     with bench.running_guide("valgrind", "--tool=callgrind", f"--callgrind-out-file={output}",
                              "--toggle-collect=main", "--dump-before=*SFrameEndCB*"):

@@ -14,7 +14,7 @@ import measure  # noqa: E402
 
 
 class Table:
-    """Lines of a figure each, with what it is held against."""
+    """Lines with a figure each, and what it is compared with."""
 
     def __init__(self):
         self._lines = []
@@ -24,13 +24,13 @@ class Table:
         self._lines.append((figure, own, other, reached, target, met))
 
     def add_ratio(self, figure, own, other, most, unit):
-        """Held against the same figure of something else."""
+        """Compares a figure with the same one of something else."""
         ratio = own / other
         self.add(figure, f"{own:.4g} {unit}", f"{other:.4g} {unit}", f"{ratio:.2f} x",
                  f"<= {most} x", round(ratio, 2) <= most)
 
     def add_limit(self, figure, own, most, unit):
-        """Held against a fixed limit."""
+        """Compares a figure with a fixed limit."""
         self.add(figure, f"{own:.4g} {unit}", "", f"{own:.4g} {unit}", f"<= {most} {unit}",
                  own <= most)
 
@@ -88,7 +88,7 @@ def add_operations(table, bench):
 
 
 def add_kept(table, own, bare):
-    """The smallest piece of memory is 32 bytes: half of it is kept by none."""
+    """The smallest allocation is 32 bytes, so less than half of that counts as nothing."""
     table.add("memory kept by each of them", f"{own:.0f} bytes", f"{bare:.0f} bytes",
               f"{own - bare:.0f} bytes", "none", own - bare < 16)
 

@@ -1,11 +1,11 @@
-"""Tells which lines, functions and branches of qivo-ui/ the contract tests never reach.
+"""Prints which lines, functions and branches of qivo-ui/ the contract tests never reach.
 
 coverage.py BUILD: a build folder made with -Db_coverage=true whose contract tests have run.
 
-What gcov counted is added up over all programs and objects. The several bodies that the compiler
-makes of one destructor or constructor count as one function. A branch that only an exception takes
-is left out, as each call has one. What else cannot be reached stands with its reason in
-unreachable.txt; an entry there that tells nothing (any more) is an error.
+gcov's counts are added up over all programs and objects. The bodies that the compiler makes of one
+destructor or constructor count as one function. Branches that only an exception takes are left out,
+as each call has one. unreachable.txt lists what else cannot be reached, with reasons; an entry
+there that no longer holds is an error.
 """
 
 import collections
@@ -79,7 +79,7 @@ def unreachable():
 
 def main():
     if len(sys.argv) != 2 or not (pathlib.Path(sys.argv[1]) / "build.ninja").is_file():
-        print(f'coverage.py: takes a build folder (got "{" ".join(sys.argv[1:])}")',
+        print(f'coverage.py: needs a build folder (got "{" ".join(sys.argv[1:])}")',
               file=sys.stderr)
         return 2
     counts = counted(pathlib.Path(sys.argv[1]).resolve())
@@ -99,7 +99,7 @@ def main():
             print(f"never reached ({name}:{number}):\n{entry}")
     for entry in [e for e in listed if e not in told]:
         fault = True
-        print(f"script/coverage: listed as unreachable, but it is reached or gone:\n{entry}")
+        print(f"script/coverage: listed as unreachable, but reached or gone:\n{entry}")
     figures = []
     for kind, plural in zip(KINDS, ("lines", "functions", "branches")):
         reachable = len(counts.runs[kind]) - excused[kind]

@@ -1,8 +1,8 @@
 """Many changes of one file in a single build; a run of the tests picks one of them.
 
-A function stands with all its changed bodies side by side, and the variable MUTANT of the
-environment tells which of them runs; without it the unchanged one does. So a file is built once
-or twice and not once a change.
+All changed bodies of a function are built side by side, and the environment variable MUTANT chooses
+which of them runs; without it, the unchanged one. So a file is built once or twice instead of once
+for each change.
 """
 
 import re
@@ -40,14 +40,14 @@ def combined(original, numbered):
 
 
 def broken(path, ranges, output):
-    """The numbers of the bodies in which the compiler found errors; nothing when it is not so."""
+    """The numbers of the bodies in which the compiler found errors."""
     lines = {int(n) for n in re.findall(rf"{re.escape(path)}:(\d+):\d+: error:", output)}
     return {number for first, last, number in ranges
             if any(first <= line <= last for line in lines)}
 
 
 def build(project, scratch, path, numbered):
-    """Builds the changes of a file that compile, and gives the numbers of those that do not."""
+    """Builds the changes of a file that compile; returns the numbers of those that do not."""
     original = (scratch / path).read_bytes().decode("latin-1")
     left, refused = dict(numbered), set()
     while True:

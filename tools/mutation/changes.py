@@ -179,7 +179,7 @@ def altered_text(source, begin, end):
 
 
 def arguments(source):
-    """Each call with the extents and the declared kinds of what it is given."""
+    """Each call with the extents and the declared kinds of its arguments."""
     for cursor in source.cursors:
         if cursor.kind != Kind.CALL_EXPR or is_macro_call(source, cursor):
             continue
@@ -215,7 +215,7 @@ def other_arguments(source):
 
 
 def other_objects(source, cursor, argument, begin, end):
-    """Another object of the same kind at hand in its place."""
+    """Another available object of the same kind in its place."""
     text = source.text[begin:end]
     function = function_of(source, cursor)
     if function is None or not text.isidentifier() or text in OTHER_WORD:
@@ -308,9 +308,9 @@ def copies_as_references(source):
 
 
 def added_checks(source):
-    """A silent null check where there was none, for parameters and for what a call gave.
+    """A silent null check where there was none, for parameters and results of calls.
 
-    Not for what the function looks into anyway: with null it has no defined behaviour.
+    Not for what the function dereferences anyway: null is undefined behaviour there.
     """
     for cursor in source.cursors:
         function = function_of(source, cursor)

@@ -1,8 +1,8 @@
 """The changes that nothing can notice, each with its reason.
 
-The list is made of blocks: one of lines that start with "#" gives the reason for the blocks that
-follow it, until the next reason. Another names a file and what encloses the change, and then the
-lines that the change takes away ("- ") and puts in their place ("+ "), without their indentation.
+The list is made of blocks. Lines that start with "#" give the reason for the blocks after them, up
+to the next reason. Each other block names a file and the function or class around the change, and
+then the lines that the change removes ("- ") and adds ("+ "), without their indentation.
 """
 
 
@@ -23,7 +23,7 @@ def read(file):
 
 
 def stale(explained, mutants, results):
-    """The entries that explain nothing: no such change is made, or it is noticed now."""
+    """The entries that explain nothing: no such change is made, or a test notices it now."""
     made = {}
     for mutant, result in zip(mutants, results):
         made.setdefault(mutant.key, set()).add(result)

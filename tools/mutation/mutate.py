@@ -1,10 +1,10 @@
-"""Changes qivo-ui/ one place at a time and tells which changes no contract test notices.
+"""Mutation testing: changes qivo-ui/ one place at a time and prints what no contract test notices.
 
-Each change is made in a scratch copy, built and tried: the tests that are named after the changed
-file first, then all others. What was tried is kept in build/mutation, so that a run that was
-ended goes on where it was; it starts anew when a source or a test has changed since. The status
-is 1 when a change went unnoticed without a reason in tools/mutation/explained.txt, or when an
-entry there explains nothing.
+Each change is made in a scratch copy, built and tried: first with the tests that are named after
+the changed file, then with all others. Results are kept in build/mutation, so an interrupted run
+goes on where it was; it starts again when a source or a test has changed since. The exit status is
+1 when a change went unnoticed without a reason in tools/mutation/explained.txt, or when an entry
+there explains nothing.
 """
 
 import argparse
@@ -38,19 +38,18 @@ class Parser(argparse.ArgumentParser):
 def arguments():
     parser = Parser(prog="script/mutate", description=__doc__, allow_abbrev=False,
                     formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--sample", type=positive, metavar="N", help="try N changes of all")
+    parser.add_argument("--sample", type=positive, metavar="N", help="try only N changes")
     parser.add_argument("--seed", type=positive, metavar="S", default=1,
-                        help="which changes a sample takes (1)")
+                        help="which changes the sample takes (default: 1)")
     parser.add_argument("--only", action="append", metavar="PATH",
                         help="change only this file or folder (repeatable)")
     parser.add_argument("--again", action="store_true",
-                        help="hold to what the last run saw noticed, and try the rest: after"
-                        " tests became sharper")
+                        help="skip what the last run noticed: for when tests were added")
     parser.add_argument("--jobs", type=positive, metavar="J", default=2,
-                        help="how many scratch copies work at once (2)")
-    parser.add_argument("--list", action="store_true", help="tell the changes and try none")
+                        help="how many scratch copies to work in (default: 2)")
+    parser.add_argument("--list", action="store_true", help="print the changes, try none")
     parser.add_argument("--report", action="store_true",
-                        help="tell what the last runs have seen of the changes and try none")
+                        help="print the results of the last runs, try none")
     return parser.parse_args()
 
 
@@ -69,7 +68,7 @@ def in_reach(source, path):
 
 
 def fingerprint(root):
-    """Of everything that a result depends on."""
+    """A digest of everything that a result depends on."""
     digest = hashlib.sha256()
     for folder in ("qivo-ui", "tests/contract", "tools/mutation", "subprojects", "res"):
         for file in sorted(f for f in (root / folder).rglob("*") if f.is_file()):
@@ -79,7 +78,7 @@ def fingerprint(root):
 
 
 def opened_record(options):
-    """The record of the last run, of which only what still holds is kept."""
+    """The record of the last run, without what no longer holds."""
     kept, mark = BUILD / "results.jsonl", BUILD / "fingerprint"
     if options.report:
         return trial.Record(kept)
@@ -99,7 +98,7 @@ def tell(mutant, result, left):
 
 
 def report(mutants, record, reasons):
-    """Prints what went unnoticed and the figures; whether all is well."""
+    """Prints what went unnoticed and the figures; returns whether all is well."""
     results = [record.results.get(trial.identity(m)) for m in mutants]
     unnoticed = [m for m, r in zip(mutants, results) if r == "unnoticed" and m.key not in reasons]
     for mutant in unnoticed:
@@ -118,7 +117,7 @@ def report(mutants, record, reasons):
 
 def main():
     options = arguments()
-    # An ended run, too, leaves the scratch copies as they were.
+    # So an interrupted run puts the scratch copies back as well.
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
     project = Guide()
     sources = chosen_sources(project, options.only)
@@ -135,7 +134,7 @@ def main():
     if options.sample:
         rng = random.Random(options.seed)
         taken = rng.sample(range(len(mutants)), min(options.sample, len(mutants)))
-        # In the order of the files, so that little is built again.
+        # In the order of the files, so little is built again.
         mutants = [mutants[i] for i in sorted(taken)]
     if not options.report:
         trial.try_all(project, scratches, mutants, record, tell)

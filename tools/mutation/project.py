@@ -14,7 +14,8 @@ BUILD_TIMEOUT = 3600
 LEFT_OUT = ("build", ".git", "__pycache__", ".pytest_cache")
 RESOURCES = ("res/edje/qivoui.edj", "subprojects/watch-port/theme/platform.edj")
 HEADERS = "#include <Elementary.h>\n#include <gmock/gmock.h>\n#include <gtest/gtest.h>\n"
-# The tests see into the classes, the sources do not, and headers read once are of one kind only.
+# Tests may access private members and sources may not, so each needs a precompiled header of its
+# own.
 COMPILER = """#!/bin/sh
 case " $* " in
 *" -fno-access-control "*" -MD "*) headers={tools}/tests.pch ;;
@@ -24,8 +25,7 @@ esac
 [ ! -f "$headers" ] || set -- -include-pch "$headers" "$@"
 exec clang++-14 "$@"
 """
-# What a header promises shows in its text; the sources, which take much longer to build, need not
-# be built for that.
+# The interface is in a header's text, so there is no need to build the sources, which takes longer.
 INTERFACE = """BUILD_DIR=build /usr/bin/python3 -B tests/contract/interface.py |
 cmp - tests/contract/interface.txt"""
 
@@ -51,7 +51,7 @@ def mirror(source, target):
 
 
 def run(command, folder, environment=None):
-    """Status and output of a command; the status is None when it had to be ended."""
+    """Status and output of a command; the status is None when it took too long."""
     try:
         done = subprocess.run(command, cwd=folder, env=environment, timeout=BUILD_TIMEOUT,
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
@@ -84,7 +84,7 @@ class Guide:
         self._need(["ninja", "-j2", "-C", str(build), *RESOURCES, *programs], scratch)
 
     def _configure(self, scratch, build):
-        """Sets the build up with a compiler that has read the toolkit's headers already."""
+        """Sets the build up with precompiled headers of the toolkit."""
         tools = scratch / "build-tools"
         shutil.rmtree(tools, ignore_errors=True)
         tools.mkdir()
@@ -107,7 +107,7 @@ class Guide:
             raise RuntimeError(f"{shlex.join(map(str, command))} failed:\n{output[-3000:]}")
 
     def arguments(self, scratch, path):
-        """How the build compiles a file, without what says where to; any source for a header."""
+        """How the build compiles a file, without the output's path; for a header, any source."""
         commands = json.loads((scratch / "build" / "compile_commands.json").read_text())
         stem = path if path.endswith(".cpp") else "qivo-ui/common/NaviFrame.cpp"
         command = next(c["command"] for c in commands if c["file"].endswith(stem))
@@ -117,7 +117,7 @@ class Guide:
                 for w in words]
 
     def first_suites(self, path):
-        """The suites of the test files that are named after a source, or nothing."""
+        """A filter for the suites in the test files that are named after a source, or nothing."""
         stem = pathlib.Path(path).stem
         suites = set()
         for file in (self.root / "tests" / "contract").rglob(f"{stem}*.cpp"):
@@ -125,7 +125,7 @@ class Guide:
         return ":".join(f"{suite}.*:*/{suite}.*" for suite in sorted(suites))
 
     def steps(self, path):
-        """What a change of this file has to pass: a build, or a program of tests."""
+        """The steps that a change of this file must pass: builds and test programs."""
         if path.endswith(".h"):
             yield self._build("layout-tests.p/ClassLayoutTest.cpp.o")
             yield ["timeout", "-s", "KILL", str(TIMEOUT), "sh", "-c", INTERFACE]
@@ -137,7 +137,7 @@ class Guide:
         return (*(("layout-tests",) if path.endswith(".h") else ()), *self.programs)
 
     def tests(self, path):
-        """What a change that is built already has to pass: what is quick to tell comes first."""
+        """The steps that a built change must pass, the quick ones first."""
         first = self.first_suites(path)
         if first:
             yield from (self._test(program, first) for program in self.programs)

@@ -1,4 +1,4 @@
-"""A source file as the changes see it: its text, its syntax tree, and who encloses a place."""
+"""A source file: its text, its syntax tree, and what encloses a place."""
 
 import bisect
 import dataclasses
@@ -16,8 +16,8 @@ LOG_INCLUDE = '#include "common/Log.h"\n'
 class Mutant:
     """One change of one file.
 
-    `text` is the whole of the changed file. When the change lies in the body of one function,
-    `body` tells where the unchanged body lies and what stands in its place.
+    `text` is the whole changed file. When the change is in the body of one function, `body` has
+    the place of the unchanged body and the text that replaces it.
     """
     path: str
     line: int
@@ -30,13 +30,13 @@ class Mutant:
 
     @property
     def key(self):
-        """Tells the change by its text, so that it is found again when lines move."""
+        """Identifies the change by its text, so that it is found again when lines move."""
         return "\n".join([f"{self.path}: {self.place}", *("- " + line for line in self.removed),
                           *("+ " + line for line in self.added)])
 
 
 class Source:
-    """A parsed file; offsets count bytes, so the text is held byte by byte."""
+    """A parsed file; offsets count bytes, so the text is held as bytes."""
 
     def __init__(self, root, path, arguments):
         self.path = path
@@ -66,7 +66,7 @@ class Source:
         return self.text[begin:end]
 
     def statement(self, node):
-        """The extent of a statement with its semicolon."""
+        """The extent of a statement, including its semicolon."""
         begin, end = self.extent(node)
         if not self.text[begin:end].endswith(("}", ";")):
             end = self.text.index(";", end) + 1
@@ -91,7 +91,7 @@ class Source:
         return "::".join(names) or "file"
 
     def mutant(self, kind, *edits):
-        """The file with these edits made, or nothing when they change nothing."""
+        """The file with these edits, or nothing when they change nothing."""
         text = self.text
         for begin, end, replacement in sorted(edits, reverse=True):
             text = text[:begin] + replacement + text[end:]

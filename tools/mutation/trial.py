@@ -1,4 +1,4 @@
-"""Tries changes, each in a scratch copy, and remembers what became of them."""
+"""Tries changes, each in a scratch copy, and records the results."""
 
 import concurrent.futures
 import hashlib
@@ -30,7 +30,7 @@ def mutants_of(project, scratch, paths):
 
 
 def identity(mutant):
-    """Tells the change by its file's code: what a comment says is no part of it."""
+    """Identifies the change by its file's code, without the comments."""
     code = re.sub(r'("(?:[^"\\\n]|\\.)*")|//[^\n]*|/\*.*?\*/', lambda found: found[1] or "",
                   mutant.text, flags=re.DOTALL)
     lines = [line.strip() for line in code.splitlines() if line.strip()]
@@ -38,7 +38,7 @@ def identity(mutant):
 
 
 class Record:
-    """What became of each change so far, kept in a file that a later run goes on with."""
+    """The result of each change so far, in a file that a later run goes on with."""
 
     def __init__(self, file):
         self._file = file
@@ -60,7 +60,7 @@ class Record:
 
 
 def meaning_of(command, output):
-    """What a step's failure means: a test, or no program at all."""
+    """What failed in a step: a test, or the build."""
     if command[0] in BUILDERS:
         return "did not compile", ""
     failed = re.search(r"\[  FAILED  \] (\S+)", output)
@@ -90,7 +90,7 @@ def try_one(project, scratch, mutant):
 
 
 def prepare_all(project, scratches, path):
-    """A suite that fails without any change would take every change for noticed."""
+    """If the suite fails without any change, every change would count as noticed."""
     for scratch in scratches:
         project.prepare(scratch)
         result = passes(project.steps(path), scratch, project.environment(scratch))
@@ -149,7 +149,7 @@ def is_chosen_late(mutant):
 
 
 def try_all(project, scratches, mutants, record, tell):
-    """Tries the changes that the record does not know."""
+    """Tries the changes that are not in the record."""
     waiting = [m for m in mutants if identity(m) not in record.results]
     alone = [m for m in waiting if not is_chosen_late(m)]
     left = iter(range(len(waiting) - 1, -1, -1))

@@ -6,7 +6,7 @@
 
 namespace
 {
-// In this time 63 % of the way is gone.
+// The time in which it goes 63 % of the way.
 constexpr double kEasingSeconds = 0.05;
 constexpr double kArrivedDegrees = 0.1;
 

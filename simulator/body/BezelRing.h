@@ -6,13 +6,13 @@
 #include <Ecore.h>
 
 /**
- * What is seen of the bezel ring's turning: its 24 detent marks, the pip at their zero, and the
- * knurled rim. They follow the ring's position with a soft motion.
+ * The turning parts of the bezel ring: its 24 detent marks, the pip at their zero, and the knurled
+ * rim. They follow the ring's position smoothly.
  */
 class BezelRing
 {
 public:
-    /** @param canvas Owns what is seen; this object must go before it. */
+    /** @param canvas Owns the objects that are drawn; must outlive this object. */
     explicit BezelRing(Evas* canvas);
     ~BezelRing();
     BezelRing(const BezelRing&) = delete;
@@ -23,7 +23,7 @@ public:
     /** Shows a position at once, in detents from the marks' zero, clockwise positive. */
     void JumpTo(int detents);
 
-    /** Turns to a position; nothing runs any more once it is there. */
+    /** Turns to a position; no animation runs once it is there. */
     void TurnTo(int detents);
 
 private:

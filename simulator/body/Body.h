@@ -13,17 +13,17 @@
 #include "common/Window.h"
 
 /**
- * The watch in a window: its picture, its screen's mirror, mouse and keyboard, and its service. It
- * is as large as fits into the window.
+ * The watch in a window: its picture, the mirror of its screen, mouse and keyboard, and its
+ * service. It is as large as fits into the window.
  */
 class Body
 {
 public:
     /**
-     * The window opens when the keeper has told the watch's state. The process takes its name on
+     * The window opens when the keeper has sent the watch's state. The process takes its name on
      * the bus when the first frame is drawn.
      *
-     * Throws std::exception with one line when the screen, the bus or the theme is not there.
+     * Throws std::exception with one line when the screen, the bus or the theme is missing.
      */
     explicit Body(const Options& options);
 

@@ -7,12 +7,12 @@
 #include <string>
 
 /**
- * What the body offers on the watch's bus: com.velmora.QivoWatch.Body1 at /com/velmora/QivoWatch,
- * of which there is one in a process.
+ * The body's interface on the watch's bus: com.velmora.QivoWatch.Body1 at /com/velmora/QivoWatch.
+ * A process has one.
  *
  *   Picture(s file, b body)   saves the whole watch; answers when the file is written, or with an
  *                             error. `body` must be true: the screen alone is the keeper's.
- *   Frames t                  how often the screen was shown anew
+ *   Frames t                  how often the screen was redrawn
  */
 class BodyService
 {

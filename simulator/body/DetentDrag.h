@@ -12,7 +12,7 @@ public:
     explicit DetentDrag(double angle) : mAngle(angle) {}
 
     /**
-     * Goes on to another angle, by the shorter way.
+     * Moves to another angle, the shorter way round.
      *
      * @return The detents passed since the last call, clockwise positive.
      */

@@ -10,7 +10,7 @@ constexpr unsigned int kDesktopModifiers =
 
 constexpr char kChargerKey[] = "c";
 
-// By the names that the X server gives to keys.
+// The X server's names of the keys.
 const std::map<std::string, const char*> kWatchKeys = {
     {"Escape", "back"}, {"BackSpace", "back"}, {"XF86Back", "back"}, {"p", "power"}};
 const std::map<std::string, int> kTurningKeys = {
@@ -32,7 +32,7 @@ KeyInput::~KeyInput()
     ecore_event_handler_del(mDownHandler);
 }
 
-// A key that is held comes again and again, without a release between.
+// A held key repeats its press without a release.
 void KeyInput::Press(const std::string& name)
 {
     const bool isFresh = mHeld.insert(name).second;

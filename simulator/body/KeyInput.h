@@ -13,11 +13,11 @@
  *
  *   Escape or Backspace            the back key, as long as it is held
  *   P                              the power key, as long as it is held
- *   Right and Down, Left and Up    a detent clockwise, counter-clockwise; on and on when held
+ *   Right and Down, Left and Up    a detent clockwise, counter-clockwise; repeats while held
  *   C                              plugs or unplugs the charger
  *
- * Together with Ctrl, Alt or the Windows key they belong to the desktop. A window that loses the
- * focus is not told of a release any more: the watch's keys are released then.
+ * With Ctrl, Alt or the Windows key they belong to the desktop. A window that loses the focus gets
+ * no release, so the watch's keys are released then.
  */
 class KeyInput
 {

@@ -8,7 +8,7 @@ struct Point
     int y;
 };
 
-/** What of the watch a point of the window belongs to. */
+/** The part of the watch at a point of the window. */
 enum class Target
 {
     Nothing,
@@ -22,9 +22,9 @@ enum class Target
 /**
  * Where everything of the watch is in its window.
  *
- * The theme is drawn for a square of 680 by 680 and a screen of 360, which is centred at 370,340.
- * In a window of another size the square is as large as it can be and lies in the middle; the
- * screen lies on whole pixels.
+ * The theme is drawn for a square of 680 by 680 and a screen of 360 with its centre at 370,340. In
+ * a window of another size the square is as large as fits, in the middle; the screen is on whole
+ * pixels.
  */
 class Layout
 {

@@ -5,7 +5,7 @@
 
 namespace
 {
-// The one client that may redirect what others ask of the root's children is the manager.
+// Only one client may redirect requests for the root's children: the manager.
 bool HasManager()
 {
     Ecore_X_Window_Attributes root{};

@@ -5,16 +5,17 @@
 #include <Evas.h>
 
 /**
- * Does for a window what a window manager would, on an X display that has none: puts it in the
- * middle, gives it the focus, and states that it is shown, without which the toolkit draws nothing.
+ * Stands in for the window manager on an X display that has none: puts a window in the middle,
+ * gives it the focus, and sets the state that says it is shown, without which the toolkit draws
+ * nothing.
  *
- * The window stays an ordinary one. A manager that comes later manages it, and when one goes its
- * work is taken over again.
+ * The window stays an ordinary one: a manager that starts later manages it. When a manager ends,
+ * the stand-in takes over again.
  */
 class ManagerStandIn
 {
 public:
-    /** @param window The toolkit's, which outlives this object; one off screen needs nothing. */
+    /** @param window The toolkit's; must outlive this object. An off-screen one needs nothing. */
     explicit ManagerStandIn(Evas_Object* window);
     ~ManagerStandIn();
     ManagerStandIn(const ManagerStandIn&) = delete;

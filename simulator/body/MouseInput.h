@@ -18,19 +18,19 @@
  *   a click on the charger         plugs or unplugs it
  *   the wheel, anywhere            a detent a notch, downwards clockwise
  *
- * What keys, ring and charger then look like is not decided here: the keeper tells.
+ * The keeper decides how keys, ring and charger then look, not this class.
  */
 class MouseInput
 {
 public:
     /**
-     * Listens to the canvas's mouse above everything on it; all arguments outlive this object.
+     * Listens to the mouse above everything on the canvas; all arguments must outlive this object.
      *
-     * @param layout Where the watch is, always as it is now.
+     * @param layout Where the watch is, kept up to date by the caller.
      */
     MouseInput(Evas* canvas, const Layout& layout, NestedScreen& screen, ControlClient& control);
 
-    /** To be called when the canvas has another size. */
+    /** Call when the canvas's size has changed. */
     void Resize(int width, int height);
 
 private:
@@ -43,7 +43,7 @@ private:
     static void SUpCB(void* data, Evas* canvas, Evas_Object* object, void* event);
     static void SWheelCB(void* data, Evas* canvas, Evas_Object* object, void* event);
 
-    Evas_Object* const mHand; ///< feels the mouse everywhere, and is not seen
+    Evas_Object* const mHand; ///< transparent; gets the mouse everywhere
     const Layout& mLayout;
     NestedScreen& mScreen;
     ControlClient& mControl;

@@ -27,8 +27,8 @@ template <typename Reply> Owned<Reply> Own(Reply* reply)
 }
 } // namespace
 
-// A segment that the server writes pictures into. Once both are attached it has no name any more,
-// so that nothing is left of it however the process ends.
+// A segment that the server writes pictures into. Once both sides are attached it is marked for
+// removal, so nothing is left of it however the process ends.
 class NestedScreen::SharedMemory
 {
 public:
@@ -83,12 +83,12 @@ NestedScreen::NestedScreen(const std::string& display, int size, ChangeCallback 
     RequireExtensions();
     mShared = std::make_unique<SharedMemory>(mConnection.get(), sizeof(uint32_t) * size * size);
     if (!mShared->IsAttached())
-        Refuse("shares no memory");
+        Refuse("does not share memory");
     WatchDamage();
 }
 
-// The server reports the whole screen as damaged to begin with. What is in the queue by now must be
-// taken before the first wait, as it does not make the connection readable any more.
+// The server first reports the whole screen as damaged. Events that are already in the queue must
+// be taken before the first wait: they no longer make the connection readable.
 void NestedScreen::Start()
 {
     mHandler = ecore_main_fd_handler_add(xcb_get_file_descriptor(mConnection.get()), ECORE_FD_READ,
@@ -117,7 +117,7 @@ void NestedScreen::RequireExtensions()
         if (!found || !found->present)
             Refuse("lacks an extension (DAMAGE, MIT-SHM, XFIXES, XTEST)");
     }
-    // The server serves these two only after it was told of which version they are wanted.
+    // The server serves these two only to clients that have asked for a version.
     Own(xcb_damage_query_version_reply(connection, xcb_damage_query_version(connection, 1, 1),
                                        nullptr));
     Own(xcb_xfixes_query_version_reply(connection, xcb_xfixes_query_version(connection, 5, 0),
@@ -134,7 +134,7 @@ void NestedScreen::WatchDamage()
     xcb_xfixes_create_region(connection, mRegion, 0, nullptr);
 }
 
-// The rectangle about all that was drawn since the last time.
+// The rectangle around everything drawn since the last time.
 Eina_Rectangle NestedScreen::TakeDamage()
 {
     xcb_connection_t* connection = mConnection.get();
@@ -163,7 +163,7 @@ void NestedScreen::Fetch(const Eina_Rectangle& area)
                     mPixels.get() + static_cast<size_t>(area.y + row) * mSize + area.x);
 }
 
-// Whether damage was among them. What is queued while a reply is awaited is taken as well.
+// Whether damage was among them. Events that were queued while waiting for a reply count too.
 bool NestedScreen::TakeEvents()
 {
     bool isDamaged = false;

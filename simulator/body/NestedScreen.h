@@ -14,23 +14,23 @@
 /**
  * The watch's screen: the X server that the applications draw on, over a connection of our own.
  *
- * Pixels are fetched when the server reports damage, and only the damaged rectangle; as long as
- * nothing is drawn nothing is sent in either direction.
+ * Pixels are fetched when the server reports damage, and only the damaged rectangle. While nothing
+ * is drawn, nothing is sent in either direction.
  */
 class NestedScreen
 {
 public:
-    /** Told of a rectangle whose pixels (see GetPixels()) are new. */
+    /** Called with a rectangle whose pixels (see GetPixels()) are new. */
     using ChangeCallback = std::function<void(const Eina_Rectangle& area)>;
 
-    /** Told once that the server has gone; nothing is told after it. */
+    /** Called once, when the server has gone; nothing is called after it. */
     using GoneCallback = std::function<void()>;
 
     /**
-     * Connects; nothing is told before Start().
+     * Connects; nothing is called before Start().
      *
-     * Throws std::runtime_error, with the display's name, when there is no such server, when its
-     * screen has not the size (pixels in each direction) and 24 bits, or an extension is missing.
+     * Throws std::runtime_error, with the display's name, when there is no such server, its screen
+     * has another size (in pixels) or depth than 24 bits, or an extension is missing.
      */
     NestedScreen(const std::string& display, int size, ChangeCallback onChange,
                  GoneCallback onGone);
@@ -38,15 +38,15 @@ public:
     NestedScreen(const NestedScreen&) = delete;
     NestedScreen& operator=(const NestedScreen&) = delete;
 
-    /** From now on what changes is told, to begin with the whole screen. */
+    /** Starts reporting changes, first the whole screen. */
     void Start();
 
     int GetSize() const { return mSize; }
 
-    /** All of the screen, row by row, 0x__RRGGBB; the first byte means nothing. */
+    /** All of the screen, row by row, 0x__RRGGBB; the first byte is undefined. */
     const uint32_t* GetPixels() const { return mPixels.get(); }
 
-    /** The finger, at a pixel of the screen. They do nothing when the server has gone. */
+    /** The finger, at a pixel of the screen. These do nothing once the server has gone. */
     void PressTouch(int x, int y);
     void MoveTouch(int x, int y);
     void ReleaseTouch(int x, int y);

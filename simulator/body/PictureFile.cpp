@@ -28,7 +28,7 @@ Canvas NewCanvas(int side)
     return canvas;
 }
 
-// The toolkit does not tell of a disk that is full at the end.
+// The toolkit does not report a disk that is full at the end.
 bool IsWhole(const std::string& file)
 {
     constexpr std::string_view kEnd("IEND\xae\x42\x60\x82", 8);
@@ -65,11 +65,11 @@ void SavePicture(const std::string& file, const WatchState& state, const NestedS
 {
     const std::filesystem::path path(file);
     if (!path.is_absolute() || path.extension() != ".png")
-        throw std::runtime_error("\"" + file + "\" is no absolute name of a .png file");
+        throw std::runtime_error("\"" + file + "\" is not an absolute path of a .png file");
     const int side = Layout::GetUsualSide(screen.GetSize());
     const Canvas canvas = Draw(side, state, screen);
     Evas_Object* image = AddImage(ecore_evas_get(canvas.get()), canvas.get(), side);
-    // Beside the file: what cannot be written whole leaves what was there.
+    // Beside the file, so that a failed write leaves the old file alone.
     const std::string part = file + ".part.png";
     std::error_code error;
     const bool isSaved =

@@ -8,8 +8,8 @@
 #include <string>
 
 /**
- * Saves the whole watch as a PNG picture at zoom 1, transparent where the watch is not. It is
- * drawn off screen from the state, with nothing in motion.
+ * Saves the whole watch as a PNG picture at zoom 1, transparent around the watch. It is drawn off
+ * screen from the state, without motion.
  *
  * Throws std::runtime_error with one line when the file's name is not absolute or does not end in
  * ".png", or the file cannot be written.

@@ -6,8 +6,8 @@ namespace
 {
 constexpr int64_t kGrid = 16;
 
-// In units of half a grid cell, from the circle's centre, so that all numbers are whole. `x` and
-// `y` are those of the pixel's corner that is nearer to the centre.
+// In units of half a grid cell from the circle's centre, so all numbers are integers. `x` and `y`
+// are the pixel's corner nearest to the centre.
 int64_t CountCovered(int64_t x, int64_t y, int64_t radius)
 {
     constexpr int64_t kPixel = 2 * kGrid;
@@ -31,8 +31,8 @@ int64_t CountCovered(int64_t x, int64_t y, int64_t radius)
 uint8_t CoverageAt(int x, int y, int side)
 {
     constexpr int64_t kPixel = 2 * kGrid;
-    // A pixel left of or above the centre is as its mirror image; the middle one of an odd side
-    // lies wholly inside, wherever its corner is taken.
+    // A pixel left of or above the centre equals its mirror image; the middle one of an odd side is
+    // wholly inside, whichever corner is taken.
     const int64_t radius = kGrid * side;
     const int64_t fromX = kPixel * std::max(x, side - 1 - x) - radius;
     const int64_t fromY = kPixel * std::max(y, side - 1 - y) - radius;

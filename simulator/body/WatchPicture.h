@@ -15,20 +15,20 @@ public:
     enum class Kind
     {
         OnDesk, ///< on a desk, in motion
-        Alone   ///< transparent where the watch is not; every state is shown at once
+        Alone   ///< transparent around the watch; every state is shown at once
     };
 
-    /** Adds all to the canvas, which owns it and must outlive this; the desk fills the window. */
+    /** Adds everything to the canvas, which must outlive this object. The desk fills the window. */
     WatchPicture(Evas* canvas, const Layout& layout, Kind kind);
 
-    /** Moves all to where it is in another layout of the same screen. */
+    /** Moves everything to another layout of the same screen. */
     void Place(const Layout& layout);
 
-    /** Shows the ring, the keys and the charger as they are. The first time nothing moves. */
+    /** Shows the ring, the keys and the charger. The first time there is no motion. */
     void Show(const WatchState& state);
 
     /**
-     * Shows a part of the screen anew.
+     * Redraws a part of the screen.
      *
      * @param pixels All of the screen, row by row, 0x__RRGGBB.
      * @param area Which of them are new, within the screen.

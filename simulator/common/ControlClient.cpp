@@ -16,7 +16,7 @@ constexpr char kInterface[] = "com.velmora.QivoWatch1";
 constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
 constexpr unsigned int kLaunchMilliseconds = 30000;
 
-// The keeper takes no more at a time.
+// The keeper accepts no more at a time.
 constexpr int kMostDetents = 1000;
 
 bool HasSignature(const Eldbus_Message* message, const char* signature)
@@ -32,7 +32,7 @@ bool HasSignature(Eldbus_Message_Iter* value, const char* signature)
     return isEqual;
 }
 
-// Not the session bus of the toolkit's own knowledge, whose death ends the process with an error.
+// A connection of its own: when the toolkit's own session bus dies, the process ends with an error.
 Eldbus_Connection* Connect()
 {
     const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
@@ -44,7 +44,7 @@ Eldbus_Connection* Connect()
     return bus;
 }
 
-// Whether it is no answer but the end of the connection.
+// Whether this is the end of the connection and not an answer.
 bool IsCanceled(const Eldbus_Message* answer)
 {
     const char* name = nullptr;
@@ -52,7 +52,8 @@ bool IsCanceled(const Eldbus_Message* answer)
            std::strcmp(name, ELDBUS_ERROR_PENDING_CANCELED) == 0;
 }
 
-// The text of an error; null for an answer, and for the end of the connection, which is told once.
+// The text of an error; null for an answer and for the end of the connection, which is reported
+// once.
 const char* ErrorText(const Eldbus_Message* answer)
 {
     const char* text = nullptr;
@@ -121,7 +122,7 @@ Eldbus_Message* ControlClient::NewCall(const char* method) const
     return eldbus_message_method_call_new(kName, kPath, kInterface, method);
 }
 
-// The method's name travels with the call, to be told should it fail.
+// The method's name travels with the call, for the message if it fails.
 void ControlClient::Send(Eldbus_Message* call)
 {
     const char* method = eina_stringshare_add(eldbus_message_member_get(call));
@@ -152,7 +153,7 @@ void ControlClient::SendTurn()
     eldbus_connection_send(mBus, call, STurnedCB, this, -1);
 }
 
-// What was turned before the key moves comes before it.
+// Detents turned before the key moves are sent before it.
 void ControlClient::MoveKey(const char* action, const char* key)
 {
     while (!mTurns.empty())
@@ -232,7 +233,7 @@ void ControlClient::SDisconnectedCB(void* /*data*/, Eldbus_Connection* /*bus*/, 
 void ControlClient::SStateCB(void* data, const Eldbus_Message* answer, Eldbus_Pending* /*pending*/)
 {
     auto* client = static_cast<ControlClient*>(data);
-    // A watch that ends before it can answer has no state to be read.
+    // A watch that ends before it answers has no state.
     if (client->mIsWatchGone)
         return;
     Eldbus_Message_Iter* values = nullptr;
@@ -282,7 +283,7 @@ void ControlClient::SNameCB(void* /*data*/, const Eldbus_Message* answer,
     const char* text = ErrorText(answer);
     if (HasSignature(answer, "u") && eldbus_message_arguments_get(answer, "u", &result) &&
         result != ELDBUS_NAME_REQUEST_REPLY_PRIMARY_OWNER)
-        text = "another one runs on this bus";
+        text = "another one is running on this bus";
     if (!text)
         return;
     Complain(text);

@@ -14,18 +14,17 @@
  * that DBUS_SESSION_BUS_ADDRESS names.
  *
  * The watch's state is read when the keeper appears, and follows its PropertiesChanged. When the
- * keeper goes, or the bus, the main loop is ended: nobody would end the process otherwise.
+ * keeper or the bus goes, the main loop ends: nobody would end the process otherwise.
  *
- * Calls do not wait for their answer. One that fails is told in one line on standard error, and
- * everything goes on. What the keeper sends is not trusted: properties of another type are passed
- * over in silence.
+ * Calls do not wait for their answer. One that fails is one line on standard error, and everything
+ * goes on. What the keeper sends is not trusted: properties of another type are ignored.
  */
 class ControlClient
 {
 public:
     /**
-     * Told of the state when the keeper has appeared, and whenever it is a new one; `isTimeTold`
-     * when its time is of this moment. A state that cannot be read is told as it was before.
+     * Called with the state when the keeper has appeared and at each change; `isTimeTold` when its
+     * time is of this moment. A state that cannot be read is reported as it was before.
      */
     using StateCallback = std::function<void(const WatchState& state, bool isTimeTold)>;
 
@@ -40,14 +39,14 @@ public:
     const WatchState& GetState() const { return mState; }
 
     /**
-     * Takes a name on the bus. Where it is taken already the process complains and ends its main
-     * loop, for a watch has one of each of its programs.
+     * Takes a name on the bus. If it is already taken, the process complains and ends its main
+     * loop: a watch has one of each of its programs.
      */
     void OwnName(const char* name);
 
     /**
-     * Turns the bezel by any number of detents, clockwise positive. While the keeper is at work on
-     * those before they wait, as the bus refuses calls when too many of them have no answer.
+     * Turns the bezel by any number of detents, clockwise positive. They wait while the keeper
+     * works on earlier ones: the bus refuses calls when too many are unanswered.
      */
     void TurnBezel(int detents);
     /** @param action "push" or "release"  @param key "back" or "power" */
@@ -82,8 +81,8 @@ private:
     Eldbus_Connection* mBus;
     const StateCallback mOnState;
     WatchState mState;
-    std::deque<int> mTurns; ///< detents that wait, a sum for each change of the direction
-    int mTurnsAtWork = 0;   ///< calls that are not answered
+    std::deque<int> mTurns; ///< detents that wait, one sum for each run in one direction
+    int mTurnsAtWork = 0;   ///< calls without an answer yet
     bool mIsWatchGone = false;
 };
 

@@ -6,18 +6,18 @@
 #include <string>
 
 /**
- * A command line of "--name value" pairs, as the watch's own programs take it from the keeper.
+ * A command line of "--name value" pairs, which the keeper gives to the watch's own programs.
  *
- * Every function below throws std::invalid_argument with one line that says what is wrong, which
- * value it has, and what is accepted.
+ * Every function below throws std::invalid_argument with one line that says what is wrong, the
+ * value, and what is accepted.
  */
 class Options
 {
 public:
-    /** @param names Those that are known, without the dashes; no other one is accepted. */
+    /** @param names The accepted names, without the dashes. */
     Options(int argumentCount, char** arguments, const std::set<std::string>& names);
 
-    /** The value of an option that must be given. */
+    /** The value of a required option. */
     const std::string& Get(const std::string& name) const;
 
     /** The value of an option, `usual` when it is not given. */

@@ -14,21 +14,21 @@
 constexpr int kWrongUse = 2;
 
 /**
- * Runs a program of the watch: reads its options, calls `run` with them between the toolkit's
- * beginning and end, and returns the status for main(), which is that of `run`.
+ * Runs a program of the watch: reads its options, starts the toolkit, calls `run` with the options,
+ * shuts the toolkit down, and returns the exit status, which is that of `run`.
  *
- * Wrong use ends it with status 2, any other std::exception with 1, and one line either way.
+ * Wrong arguments end it with status 2, any other std::exception with 1, and one line either way.
  */
 template <typename Run>
 int RunProgram(int argumentCount, char** arguments, const std::set<std::string>& names, Run run)
 {
     int status = EXIT_FAILURE;
-    // The watch's bus stands in for the system's, whose listeners in the toolkit are not wanted.
+    // The watch's bus takes the place of the system bus; the toolkit's listeners must not use it.
     ecore_app_no_system_modules();
     try
     {
         const Options options(argumentCount, arguments, names);
-        // No menu is shown here, and the daemon that looks after them would outlive the watch.
+        // No menus are shown here, and their daemon would outlive the watch.
         efreet_cache_disable();
         elm_init(1, arguments);
         status = run(options);

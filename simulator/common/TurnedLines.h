@@ -39,13 +39,13 @@ public:
     TurnedLines(const TurnedLines&) = delete;
     TurnedLines& operator=(const TurnedLines&) = delete;
 
-    /** To be placed by who holds it. */
+    /** The caller places it. */
     Evas_Object* GetObject() const { return mObject; }
 
-    /** Draws lines over those that are there. */
+    /** Draws lines over the existing ones. */
     void Add(const LineStyle& style, std::vector<RadialLine> lines);
 
-    /** @param degrees Clockwise from how it was drawn. */
+    /** @param degrees Clockwise from the drawing's own position. */
     void Turn(double degrees);
 
 private:

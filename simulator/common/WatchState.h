@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-/** What the keeper tells of the watch, as far as it is seen; the values before it told anything. */
+/** What the keeper says about the watch, as far as it is shown; first the values before that. */
 struct WatchState
 {
     bool isScreenOn = true;
@@ -12,9 +12,9 @@ struct WatchState
     bool isBackPressed = false;
     bool isPowerPressed = false;
     bool isPlugged = false;
-    bool isCharging = false; ///< not when the battery is full
+    bool isCharging = false; ///< false when the battery is full
     double percentage = 100;
-    int64_t time = 0; ///< the watch's, in milliseconds since the epoch, when it was told
+    int64_t time = 0; ///< the watch's, in milliseconds since the epoch, at the last report
     bool isTimeFrozen = false;
     std::string zone; ///< such as "Asia/Seoul"; empty: the machine's
 };

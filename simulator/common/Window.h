@@ -27,7 +27,7 @@ public:
     /** The toolkit's window, owned by this object. */
     Evas_Object* GetObject() const { return mWindow; }
 
-    /** What is to be done once, when the first frame is drawn. */
+    /** Sets what to do once, when the first frame is drawn. */
     void OnDrawn(Callback onDrawn) { mOnDrawn = std::move(onDrawn); }
 
     void Show();
@@ -36,17 +36,17 @@ public:
      * Lets the window have any size.
      *
      * @param leastSide In both directions.
-     * @param onResized Told of each new size.
+     * @param onResized Called with each new size.
      */
     void SetResizable(int leastSide, SizeCallback onResized);
 
     /** @param image Owned by the canvas; its pixels are taken as they are now. */
     void SetIcon(Evas_Object* image);
 
-    /** What is to be done when the window is closed; the window stays. */
+    /** Sets what to do when the window is closed; the window stays. */
     void OnClose(Callback onClose) { mOnClose = std::move(onClose); }
 
-    /** Puts the window above all others. */
+    /** Raises the window above all others. */
     void Raise();
 
 private:

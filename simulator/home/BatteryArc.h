@@ -3,14 +3,14 @@
 
 #include <Evas.h>
 
-/** The battery as a small open ring: a dim track, and on it how much is left. */
+/** The battery as a small open ring: a dim track with the remaining charge on it. */
 class BatteryArc
 {
 public:
     /** Adds it to the canvas, which owns it and must outlive this object. */
     explicit BatteryArc(Evas* canvas);
 
-    /** To be placed over the whole face by who holds it. */
+    /** The caller places it over the whole face. */
     Evas_Object* GetObject() const { return mObject; }
 
     /** @param faceSide The side of the face in pixels  @param percentage 0 to 100 */

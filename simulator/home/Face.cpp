@@ -11,7 +11,7 @@ namespace
 {
 constexpr double kUsualSide = 360;
 
-// A thin stem, and a stout blade on it; the dark rim sets both off from what they pass over.
+// A thin stem with a thick blade; the dark rim sets both off from what is below.
 void AddHand(TurnedLines& hand, double width, double length)
 {
     hand.Add({width + 4, 0, 0, 0, 190}, {{0, 0, length}});

@@ -9,7 +9,7 @@
 #include <Evas.h>
 #include <functional>
 
-/** What the home face shows: dial and hands, the battery, the guide's icon; or darkness. */
+/** What the home face shows: dial and hands, the battery, the guide's icon; or a dark screen. */
 class Face
 {
 public:

@@ -15,7 +15,7 @@ int64_t Now()
     return int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
 }
 
-// An empty one is the machine's, which the process has from its start.
+// An empty zone is the machine's, which the process has from its start.
 void SetZone(const std::string& zone)
 {
     if (zone.empty())

@@ -10,20 +10,20 @@
 #include <Ecore.h>
 
 /**
- * The watch's home: a window as large as the screen, which the applications come to lie on.
+ * The watch's home: a window as large as the screen, below the applications.
  *
- * It is woken once a minute, when the watch's own minute is full; not at all while the watch's time
- * is frozen or its screen off. When the screen goes off the window turns black and covers all
- * others, and stays above them when the screen is on again.
+ * It wakes once a minute, at the watch's full minute, and never while the watch's time is frozen or
+ * its screen off. When the screen goes off, the window turns black and covers all others, and stays
+ * above them when the screen is on again.
  */
 class Home
 {
 public:
     /**
-     * The window opens when the keeper has told the watch's state. The process takes its name on
+     * The window opens when the keeper has sent the watch's state. The process takes its name on
      * the bus when the first frame is drawn.
      *
-     * Throws std::exception with one line when the bus, the display or the theme is not there.
+     * Throws std::exception with one line when the bus, the display or the theme is missing.
      */
     explicit Home(const Options& options);
     ~Home();

@@ -7,7 +7,7 @@ namespace
 constexpr int64_t kSecond = 1000;
 constexpr int64_t kMinute = 60 * kSecond;
 
-// Also before the epoch the minute began earlier.
+// Before the epoch, too, the minute began earlier.
 int64_t SinceMinute(int64_t time)
 {
     return (time % kMinute + kMinute) % kMinute;

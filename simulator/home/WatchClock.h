@@ -4,7 +4,8 @@
 #include <cstdint>
 
 /**
- * The watch's own time, which need not be the machine's: told now and then, it goes on by itself.
+ * The watch's own time, which may differ from the machine's. Set now and then, it goes on by
+ * itself.
  *
  * All moments are in milliseconds of a clock that is never set, all times in milliseconds since
  * the epoch.
@@ -15,7 +16,7 @@ public:
     /** The time was `time` at the moment `now`. */
     void Set(int64_t time, int64_t now);
 
-    /** A frozen clock stands at its time of this moment; a thawed one goes on from there. */
+    /** A frozen clock stops at its time of this moment; a thawed one goes on from there. */
     void Freeze(bool isFrozen, int64_t now);
 
     int64_t GetTime(int64_t now) const;

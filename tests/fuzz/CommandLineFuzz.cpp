@@ -22,9 +22,9 @@ void CheckError(const std::string& error)
 
 void CheckRequest(const CommandLine& line)
 {
-    if (line.operation.empty() || !IsUtf8(line.operation))
+    if (line.request.operation.empty() || !IsUtf8(line.request.operation))
         std::abort();
-    for (const auto& [key, value] : line.extraData)
+    for (const auto& [key, value] : line.request.extraData)
     {
         if (key.empty() || !IsUtf8(key) || !IsUtf8(value))
             std::abort();

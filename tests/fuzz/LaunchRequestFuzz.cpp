@@ -4,9 +4,10 @@
 #include "CallWriter.h"
 #include "LocalBus.h"
 #include "app-control/ApplicationId.h"
-#include "app-control/ExtraData.h"
+#include "app-control/LaunchCall.h"
 #include "app-control/LaunchInbox.h"
-#include "app-control/LaunchInterface.h"
+#include "app-control/messages/ExtraData.h"
+#include "app-control/messages/LaunchInterface.h"
 #include "base/Utf8.h"
 
 #include <Ecore.h>
@@ -47,7 +48,7 @@ DBusMessage* NewCall(const std::string& method)
 }
 
 // Whatever arrived was sent: Open alone makes texts of its own.
-void CheckRequest(const app_control_s& request, const std::set<std::string>& sent)
+void CheckRequest(const LaunchRequest& request, const std::set<std::string>& sent)
 {
     Require(!request.operation.empty() && IsUtf8(request.operation) && !IsTooBig(request));
     for (const auto& [key, value] : request.extraData)
@@ -83,7 +84,7 @@ void Exchange(DBusMessage* call, const std::set<std::string>& sent)
             [&sent](app_control_h request)
             {
                 CheckRequest(*request, sent);
-                if (request->sender->WishesReply())
+                if (request->call->WishesReply())
                     app_control_reply_to_launch_request(request, request,
                                                         APP_CONTROL_RESULT_SUCCEEDED);
             });

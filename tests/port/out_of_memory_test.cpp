@@ -2,6 +2,7 @@
 #include "port/OffScreen.h"
 
 #include <app_common.h>
+#include <app_control.h>
 #include <device/battery.h>
 #include <device/callback.h>
 #include <efl_extension.h>
@@ -65,6 +66,31 @@ TEST_F(OutOfMemory, OfTheFoldersIsNoFolder)
     EXPECT_TRUE(IsNull(app_get_data_path()));
     Allocations::Stop();
     EXPECT_EQ(LogLines().back(), "app_get_data_path: out of memory");
+}
+
+TEST_F(OutOfMemory, OfALaunchRequestChangesNothing)
+{
+    constexpr char kText[] = "org.example.a_text_that_a_string_does_not_hold_in_itself";
+    app_control_h request = nullptr;
+    char* value = nullptr;
+    const auto expect = [](const char* name, auto call)
+    { ExpectRefusals(name, [&] { return call() == APP_CONTROL_ERROR_OUT_OF_MEMORY; }); };
+    expect("app_control_create", [&] { return app_control_create(&request); });
+    expect("app_control_set_operation", [&] { return app_control_set_operation(request, kText); });
+    expect("app_control_set_app_id", [&] { return app_control_set_app_id(request, kText); });
+    expect("app_control_add_extra_data",
+           [&] { return app_control_add_extra_data(request, kText, kText); });
+    expect("app_control_get_extra_data",
+           [&] { return app_control_get_extra_data(request, kText, &value); });
+    expect("app_control_foreach_extra_data",
+           [&]
+           {
+               return app_control_foreach_extra_data(
+                   request, [](app_control_h, const char*, void*) { return false; }, nullptr);
+           });
+    EXPECT_STREQ(value, kText);
+    std::free(value);
+    app_control_destroy(request);
 }
 
 TEST_F(OutOfMemory, OfTheChargerAddsNoCallback)

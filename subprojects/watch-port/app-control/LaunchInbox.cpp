@@ -1,9 +1,9 @@
 #include "app-control/LaunchInbox.h"
 
 #include "app-control/ApplicationId.h"
-#include "app-control/ExtraData.h"
-#include "app-control/LaunchInterface.h"
-#include "app-control/RequestReader.h"
+#include "app-control/messages/ExtraData.h"
+#include "app-control/messages/LaunchInterface.h"
+#include "app-control/messages/RequestReader.h"
 
 #include <algorithm>
 #include <new>
@@ -15,7 +15,7 @@ namespace WatchPort
 namespace
 {
 using Clock = std::chrono::steady_clock;
-using Request = std::unique_ptr<app_control_s>;
+using Request = std::unique_ptr<LaunchRequest>;
 
 // What a request and an entry of its extra data take beside their texts, roughly.
 constexpr size_t kRequestBytes = 1024;
@@ -25,23 +25,23 @@ struct Method
 {
     const char* interface;
     const char* member;
-    RequestReader::Result (*read)(DBusMessage* call, app_control_s& request);
-    LaunchSender::Wish wish;
+    RequestReader::Result (*read)(DBusMessage* call, LaunchRequest& request);
+    LaunchCall::Wish wish;
     const char* usage;
 };
 
 constexpr Method kMethods[] = {
-    {kApplicationInterface, "Activate", RequestReader::ReadActivate, LaunchSender::Wish::Receipt,
+    {kApplicationInterface, "Activate", RequestReader::ReadActivate, LaunchCall::Wish::Receipt,
      "Activate takes a{sv}"},
-    {kApplicationInterface, "Open", RequestReader::ReadOpen, LaunchSender::Wish::Receipt,
+    {kApplicationInterface, "Open", RequestReader::ReadOpen, LaunchCall::Wish::Receipt,
      "Open takes as, a{sv}"},
-    {kApplicationInterface, "ActivateAction", RequestReader::ReadAction,
-     LaunchSender::Wish::Receipt, "ActivateAction takes s, av with no or one a{sv}, a{sv}"},
-    {kLaunchInterface, "Launch", RequestReader::ReadLaunch, LaunchSender::Wish::Reply,
+    {kApplicationInterface, "ActivateAction", RequestReader::ReadAction, LaunchCall::Wish::Receipt,
+     "ActivateAction takes s, av with no or one a{sv}, a{sv}"},
+    {kLaunchInterface, "Launch", RequestReader::ReadLaunch, LaunchCall::Wish::Reply,
      "Launch takes s, a{ss}"},
 };
 
-BusMessage Refuse(DBusMessage* call, const char* error, const char* reason)
+BusMessage NewError(DBusMessage* call, const char* error, const char* reason)
 {
     BusMessage refusal(dbus_message_new_error(call, error, reason));
     RequireMemory(refusal != nullptr);
@@ -68,7 +68,7 @@ const Method* FindMethod(DBusMessage* call)
     return found == std::end(kMethods) ? nullptr : found;
 }
 
-size_t CountMemory(const app_control_s& request)
+size_t CountMemory(const LaunchRequest& request)
 {
     return kRequestBytes + request.operation.size() + CountBytes(request.extraData) +
            kEntryBytes * request.extraData.size();
@@ -92,14 +92,14 @@ LaunchInbox::~LaunchInbox()
 
 void LaunchInbox::HandOver(const std::function<void(app_control_h)>& receive)
 {
-    Entry entry = std::move(mArrived.front());
-    mArrived.pop_front();
-    LaunchSender& sender = *entry.request->sender;
-    receive(entry.request.get());
-    if (!sender.WishesReply())
-        sender.SendReceipt();
-    else if (!sender.IsAnswered())
-        mWaiting.push_back(std::move(entry));
+    std::list<Entry> received;
+    received.splice(received.end(), mArrived, mArrived.begin());
+    LaunchRequest& request = *received.front().request;
+    receive(&request);
+    if (!request.call->WishesReply())
+        request.call->SendReceipt();
+    else if (!request.call->IsAnswered())
+        mWaiting.splice(mWaiting.end(), received);
     ReleaseWaiting();
 }
 
@@ -108,7 +108,7 @@ void LaunchInbox::ReleaseWaiting()
     const Clock::time_point now = Clock::now();
     mWaiting.remove_if(
         [now](const Entry& waiting)
-        { return waiting.request->sender->IsAnswered() || now - waiting.since >= kReplyPatience; });
+        { return waiting.request->call->IsAnswered() || now - waiting.since >= kReplyPatience; });
     if (mTimer && mWaiting.empty())
     {
         ecore_timer_del(mTimer);
@@ -134,7 +134,7 @@ size_t LaunchInbox::CountWaiting() const
     return mWaiting.size() +
            static_cast<size_t>(std::count_if(mArrived.begin(), mArrived.end(),
                                              [](const Entry& entry)
-                                             { return entry.request->sender->WishesReply(); }));
+                                             { return entry.request->call->WishesReply(); }));
 }
 
 size_t LaunchInbox::CountBytes() const
@@ -172,26 +172,26 @@ BusMessage LaunchInbox::Take(DBusMessage* call)
         return Introspect(call);
     const Method* const method = FindMethod(call);
     if (!method)
-        return Refuse(call, DBUS_ERROR_UNKNOWN_METHOD, "no such method of a launch request");
-    auto request = std::make_unique<app_control_s>();
+        return NewError(call, DBUS_ERROR_UNKNOWN_METHOD, "no such method of a launch request");
+    auto request = std::make_unique<LaunchRequest>();
     const RequestReader::Result result = method->read(call, *request);
     if (result == RequestReader::Result::Malformed)
-        return Refuse(call, DBUS_ERROR_INVALID_ARGS, method->usage);
+        return NewError(call, DBUS_ERROR_INVALID_ARGS, method->usage);
     if (result == RequestReader::Result::TooBig || IsTooBig(*request))
-        return Refuse(call, DBUS_ERROR_LIMITS_EXCEEDED, kTooBig);
-    request->sender = std::make_shared<LaunchSender>(mBus, call, method->wish);
+        return NewError(call, DBUS_ERROR_LIMITS_EXCEEDED, kTooBig);
+    request->call = std::make_shared<LaunchCall>(mBus, call, method->wish);
     return Keep(call, std::move(request));
 }
 
 BusMessage LaunchInbox::Keep(DBusMessage* call, Request request)
 {
     if (request->operation.empty())
-        return Refuse(call, DBUS_ERROR_INVALID_ARGS, "the operation is empty");
-    if (request->sender->WishesReply() && CountWaiting() >= kMostWaiting)
-        return Refuse(call, DBUS_ERROR_LIMITS_EXCEEDED, "too many requests wait for a reply");
+        return NewError(call, DBUS_ERROR_INVALID_ARGS, "the operation is empty");
+    if (request->call->WishesReply() && CountWaiting() >= kMostWaiting)
+        return NewError(call, DBUS_ERROR_LIMITS_EXCEEDED, "too many requests wait for a reply");
     const size_t bytes = CountMemory(*request);
     if (CountBytes() + bytes > kMostBytes)
-        return Refuse(call, DBUS_ERROR_LIMITS_EXCEEDED, "more than 16 MiB of requests wait");
+        return NewError(call, DBUS_ERROR_LIMITS_EXCEEDED, "more than 16 MiB of requests wait");
     mArrived.push_back({std::move(request), bytes, Clock::now()});
     return nullptr;
 }

@@ -1,11 +1,11 @@
 #ifndef WATCH_PORT_APP_CONTROL_LAUNCH_INBOX_H
 #define WATCH_PORT_APP_CONTROL_LAUNCH_INBOX_H
 
-#include "app-control/AppControl.h"
+#include "app-control/LaunchRequest.h"
+#include "bus/BusConnection.h"
 
 #include <Ecore.h>
 #include <chrono>
-#include <deque>
 #include <functional>
 #include <list>
 #include <memory>
@@ -57,7 +57,7 @@ public:
 private:
     struct Entry
     {
-        std::unique_ptr<app_control_s> request;
+        std::unique_ptr<LaunchRequest> request;
         size_t bytes;
         std::chrono::steady_clock::time_point since;
     };
@@ -67,13 +67,13 @@ private:
     static Eina_Bool STimerCB(void* data);
 
     BusMessage Take(DBusMessage* call);
-    BusMessage Keep(DBusMessage* call, std::unique_ptr<app_control_s> request);
+    BusMessage Keep(DBusMessage* call, std::unique_ptr<LaunchRequest> request);
     size_t CountWaiting() const;
     size_t CountBytes() const;
 
     BusConnection& mBus;
     const std::string mPath;
-    std::deque<Entry> mArrived;
+    std::list<Entry> mArrived;
     std::list<Entry> mWaiting;
     Ecore_Timer* mTimer = nullptr;
 };

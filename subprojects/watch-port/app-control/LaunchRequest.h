@@ -1,25 +1,29 @@
 #ifndef WATCH_PORT_APP_CONTROL_LAUNCH_REQUEST_H
 #define WATCH_PORT_APP_CONTROL_LAUNCH_REQUEST_H
 
-#include "bus/BusConnection.h"
 #include <app_control.h>
+
+#include <map>
+#include <memory>
+#include <string>
 
 namespace WatchPort
 {
+class LaunchCall;
+} // namespace WatchPort
 
-/** Does what app_control_send_launch_request() describes; logs what fails. */
-int SendLaunchRequest(const app_control_s& request, app_control_reply_cb callback, void* userData);
+/** What an app_control_h points to. Every text in it is UTF-8 without null bytes. */
+struct app_control_s
+{
+    std::string operation = APP_CONTROL_OPERATION_DEFAULT;
+    std::string appId;
+    std::map<std::string, std::string> extraData;
+    std::shared_ptr<WatchPort::LaunchCall> call; /**< Null unless the request came over the bus. */
+};
 
-/**
- * Hands a request to the process that owns the request's application id, and waits until it has
- * been received, five seconds at most. Nothing is logged.
- */
-bool ForwardLaunchRequest(BusConnection& bus, const app_control_s& request);
-
-/** Does what app_control_reply_to_launch_request() describes; logs what fails. */
-int ReplyToLaunchRequest(const app_control_s& reply, app_control_s& request,
-                         app_control_result_e result);
-
+namespace WatchPort
+{
+using LaunchRequest = app_control_s;
 } // namespace WatchPort
 
 #endif

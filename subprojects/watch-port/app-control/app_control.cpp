@@ -1,7 +1,12 @@
-#include "app-control/AppControl.h"
 #include "app-control/ApplicationId.h"
+#include "app-control/LaunchCall.h"
+#include "app-control/LaunchOutbox.h"
 #include "app-control/LaunchRequest.h"
+#include "app-control/NameLookup.h"
+#include "app-control/messages/ExtraData.h"
+#include "base/Printable.h"
 #include "base/Utf8.h"
+#include "bus/Buses.h"
 #include "dlog/PortLog.h"
 
 #include <cstring>
@@ -12,25 +17,14 @@ using namespace WatchPort;
 
 namespace
 {
-int Fail(app_control_error_e error, const char* function, const char* reason)
-{
-    PORT_LOG_ERROR("%s: %s", function, reason);
-    return error;
-}
-
 int Reject(const char* function, const char* reason)
 {
-    return Fail(APP_CONTROL_ERROR_INVALID_PARAMETER, function, reason);
+    return PORT_REFUSE(APP_CONTROL_ERROR_INVALID_PARAMETER, function, "%s", reason);
 }
 
-template <typename Work> int WithinMemory(const char* function, Work work)
-try
+int RefuseForMemory(const char* function)
 {
-    return work();
-}
-catch (const std::bad_alloc&)
-{
-    return Fail(APP_CONTROL_ERROR_OUT_OF_MEMORY, function, "out of memory");
+    return PORT_REFUSE(APP_CONTROL_ERROR_OUT_OF_MEMORY, function, "out of memory");
 }
 
 bool IsText(const char* text)
@@ -47,22 +41,33 @@ int CopyOut(const char* function, const std::string& text, char** copy)
 {
     char* const made = strdup(text.c_str());
     if (!made)
-        return Fail(APP_CONTROL_ERROR_OUT_OF_MEMORY, function, "out of memory");
+        return RefuseForMemory(function);
     *copy = made;
     return APP_CONTROL_ERROR_NONE;
+}
+
+// Null when the session bus has gone. Never released, as its bus is not.
+LaunchOutbox* SessionOutbox()
+{
+    BusConnection* const bus = SessionBus();
+    if (!bus)
+        return nullptr;
+    static auto& sOutbox = *new LaunchOutbox(*bus);
+    return &sOutbox;
 }
 } // namespace
 
 int app_control_create(app_control_h* app_control)
+try
 {
     if (!app_control)
         return Reject(__func__, "no place for the handle");
-    return WithinMemory(__func__,
-                        [app_control]
-                        {
-                            *app_control = new app_control_s;
-                            return APP_CONTROL_ERROR_NONE;
-                        });
+    *app_control = new LaunchRequest;
+    return APP_CONTROL_ERROR_NONE;
+}
+catch (const std::bad_alloc&)
+{
+    return RefuseForMemory(__func__);
 }
 
 int app_control_destroy(app_control_h app_control)
@@ -81,54 +86,53 @@ int app_control_get_operation(app_control_h app_control, char** operation)
 }
 
 int app_control_set_operation(app_control_h app_control, const char* operation)
+try
 {
     if (!app_control)
         return Reject(__func__, "the handle is null");
     if (!IsNonEmptyText(operation))
         return Reject(__func__, "the operation is null, empty or not UTF-8");
-    return WithinMemory(__func__,
-                        [=]
-                        {
-                            app_control->operation = operation;
-                            return APP_CONTROL_ERROR_NONE;
-                        });
+    app_control->operation = operation;
+    return APP_CONTROL_ERROR_NONE;
+}
+catch (const std::bad_alloc&)
+{
+    return RefuseForMemory(__func__);
 }
 
 int app_control_set_app_id(app_control_h app_control, const char* app_id)
+try
 {
     if (!app_control || !app_id)
         return Reject(__func__, "the handle or the application id is null");
-    return WithinMemory(
-        __func__,
-        [=]
-        {
-            if (!IsApplicationId(app_id))
-            {
-                const std::string shown = '"' + std::string(app_id) + '"';
-                return Reject(
-                    "app_control_set_app_id",
-                    (shown + " is no application id such as \"org.example.Clock\"").c_str());
-            }
-            app_control->appId = app_id;
-            return static_cast<int>(APP_CONTROL_ERROR_NONE);
-        });
+    if (!IsApplicationId(app_id))
+        return PORT_REFUSE(APP_CONTROL_ERROR_INVALID_PARAMETER, __func__,
+                           "%s is no application id such as \"org.example.Clock\"",
+                           Quoted(app_id).c_str());
+    app_control->appId = app_id;
+    return APP_CONTROL_ERROR_NONE;
+}
+catch (const std::bad_alloc&)
+{
+    return RefuseForMemory(__func__);
 }
 
 int app_control_get_extra_data(app_control_h app_control, const char* key, char** value)
+try
 {
     if (!app_control || !key || !value)
         return Reject(__func__, "the handle, the key or the place for the value is null");
-    return WithinMemory(__func__,
-                        [=]
-                        {
-                            const auto entry = app_control->extraData.find(key);
-                            if (entry == app_control->extraData.end())
-                                return static_cast<int>(APP_CONTROL_ERROR_KEY_NOT_FOUND);
-                            return CopyOut("app_control_get_extra_data", entry->second, value);
-                        });
+    const auto entry = app_control->extraData.find(key);
+    return entry == app_control->extraData.end() ? APP_CONTROL_ERROR_KEY_NOT_FOUND
+                                                 : CopyOut(__func__, entry->second, value);
+}
+catch (const std::bad_alloc&)
+{
+    return RefuseForMemory(__func__);
 }
 
 int app_control_add_extra_data(app_control_h app_control, const char* key, const char* value)
+try
 {
     if (!app_control)
         return Reject(__func__, "the handle is null");
@@ -136,52 +140,90 @@ int app_control_add_extra_data(app_control_h app_control, const char* key, const
         return Reject(__func__, "the key is null, empty or not UTF-8");
     if (!IsText(value))
         return Reject(__func__, "the value is null or not UTF-8");
-    return WithinMemory(__func__,
-                        [=]
-                        {
-                            app_control->extraData.insert_or_assign(key, value);
-                            return APP_CONTROL_ERROR_NONE;
-                        });
+    app_control->extraData.insert_or_assign(key, value);
+    return APP_CONTROL_ERROR_NONE;
+}
+catch (const std::bad_alloc&)
+{
+    return RefuseForMemory(__func__);
 }
 
 int app_control_foreach_extra_data(app_control_h app_control, app_control_extra_data_cb callback,
                                    void* user_data)
+try
 {
     if (!app_control || !callback)
         return Reject(__func__, "the handle or the callback is null");
     std::vector<std::string> keys;
-    const int result = WithinMemory(__func__,
-                                    [&]
-                                    {
-                                        for (const auto& entry : app_control->extraData)
-                                            keys.push_back(entry.first);
-                                        return APP_CONTROL_ERROR_NONE;
-                                    });
+    for (const auto& entry : app_control->extraData)
+        keys.push_back(entry.first);
     for (const std::string& key : keys)
     {
-        if (result != APP_CONTROL_ERROR_NONE || !callback(app_control, key.c_str(), user_data))
+        if (!callback(app_control, key.c_str(), user_data))
             break;
     }
-    return result;
+    return APP_CONTROL_ERROR_NONE;
+}
+catch (const std::bad_alloc&)
+{
+    return RefuseForMemory(__func__);
 }
 
 int app_control_send_launch_request(app_control_h app_control, app_control_reply_cb callback,
                                     void* user_data)
+try
 {
     if (!app_control)
         return Reject(__func__, "the handle is null");
-    return WithinMemory(__func__,
-                        [=] { return SendLaunchRequest(*app_control, callback, user_data); });
+    if (app_control->appId.empty())
+        return PORT_REFUSE(APP_CONTROL_ERROR_APP_ID_NOT_SET, __func__, "no application id is set");
+    if (IsTooBig(*app_control))
+        return Reject(__func__, kTooBig);
+    const char* const id = app_control->appId.c_str();
+    switch (AskSessionBus(id))
+    {
+    case BusAnswer::NoBus:
+        return PORT_REFUSE(APP_CONTROL_ERROR_NO_SESSION_BUS, __func__,
+                           "\"%s\": there is no session bus, or it does not answer", id);
+    case BusAnswer::Unknown:
+        return PORT_REFUSE(APP_CONTROL_ERROR_APP_NOT_FOUND, __func__,
+                           "\"%s\" does not run, and the session bus cannot start it", id);
+    case BusAnswer::Known:
+        break;
+    }
+    LaunchOutbox* const outbox = SessionOutbox();
+    if (!outbox || !outbox->Send(*app_control, callback, user_data))
+        return PORT_REFUSE(APP_CONTROL_ERROR_NOT_SENT, __func__,
+                           "\"%s\": the connection to the session bus broke", id);
+    return APP_CONTROL_ERROR_NONE;
+}
+catch (const std::bad_alloc&)
+{
+    return RefuseForMemory(__func__);
 }
 
 // A caller in C may pass any number as a result.
 __attribute__((no_sanitize("enum"))) int
 app_control_reply_to_launch_request(app_control_h reply, app_control_h request,
                                     app_control_result_e result)
+try
 {
     if (!reply || !request)
         return Reject(__func__, "the reply or the request is null");
     if (result != APP_CONTROL_RESULT_SUCCEEDED && result != APP_CONTROL_RESULT_FAILED)
         return Reject(__func__, "the result is neither SUCCEEDED (0) nor FAILED (-1)");
-    return WithinMemory(__func__, [=] { return ReplyToLaunchRequest(*reply, *request, result); });
+    LaunchCall* const call = request->call.get();
+    if (!call || !call->WishesReply() || !call->IsThere())
+        return PORT_REFUSE(APP_CONTROL_ERROR_NO_SENDER, __func__, "nobody waits for an answer");
+    if (call->IsAnswered())
+        return PORT_REFUSE(APP_CONTROL_ERROR_ALREADY_REPLIED, __func__,
+                           "the request has had its reply");
+    if (IsTooBig(*reply))
+        return Reject(__func__, kTooBig);
+    call->SendReply(*reply, result);
+    return APP_CONTROL_ERROR_NONE;
+}
+catch (const std::bad_alloc&)
+{
+    return RefuseForMemory(__func__);
 }

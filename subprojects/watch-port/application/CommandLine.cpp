@@ -2,7 +2,6 @@
 
 #include "base/Printable.h"
 #include "base/Utf8.h"
-#include <app_control.h>
 
 #include <optional>
 
@@ -17,10 +16,7 @@ constexpr char kAccepted[] = "accepted are --operation OP, --extra KEY=VALUE, --
 class Parser
 {
 public:
-    explicit Parser(const std::vector<std::string>& arguments) : mArguments(arguments)
-    {
-        mResult.operation = APP_CONTROL_OPERATION_DEFAULT;
-    }
+    explicit Parser(const std::vector<std::string>& arguments) : mArguments(arguments) {}
 
     CommandLine Parse()
     {
@@ -66,9 +62,9 @@ private:
         if (!value)
             return;
         if (value->empty() || !IsUtf8(*value))
-            mResult.error = "--operation " + Quoted(*value) +
-                            ": a text in UTF-8 is accepted that " + "is not empty";
-        mResult.operation = *value;
+            mResult.error =
+                "--operation " + Quoted(*value) + ": a text in UTF-8 that is not empty is accepted";
+        mResult.request.operation = *value;
         mHasRequest = true;
     }
 
@@ -81,7 +77,7 @@ private:
             mResult.error = "--extra " + Quoted(*value) + ": KEY=VALUE in UTF-8 is accepted, " +
                             "with a key that is not empty";
         else
-            mResult.extraData[value->substr(0, equals)] = value->substr(equals + 1);
+            mResult.request.extraData[value->substr(0, equals)] = value->substr(equals + 1);
         mHasRequest = true;
     }
 

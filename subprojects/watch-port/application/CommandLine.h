@@ -1,7 +1,8 @@
 #ifndef WATCH_PORT_APPLICATION_COMMAND_LINE_H
 #define WATCH_PORT_APPLICATION_COMMAND_LINE_H
 
-#include <map>
+#include "app-control/LaunchRequest.h"
+
 #include <string>
 #include <vector>
 
@@ -13,8 +14,7 @@ struct CommandLine
 {
     bool isHelpWanted = false;
     bool isService = false; /**< The first request comes over the bus. */
-    std::string operation;  /**< Never empty; UTF-8. */
-    std::map<std::string, std::string> extraData;
+    LaunchRequest request;
     std::string error; /**< What is wrong, in one line; empty: nothing, the rest holds. */
 };
 

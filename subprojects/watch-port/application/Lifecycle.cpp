@@ -77,9 +77,7 @@ void Lifecycle::DeliverFirst(const CommandLine& commandLine)
         mInbox->HandOver([this](app_control_h request) { Deliver(request); });
         return;
     }
-    app_control_s request;
-    request.operation = commandLine.operation;
-    request.extraData = commandLine.extraData;
+    LaunchRequest request = commandLine.request;
     Deliver(&request);
 }
 

@@ -1,12 +1,12 @@
 #include <app.h>
 
 #include "app-common/Installation.h"
+#include "app-control/SingleInstance.h"
 #include "application/CommandLine.h"
 #include "application/Exhaustion.h"
 #include "application/Lifecycle.h"
 #include "application/OwnId.h"
 #include "application/PlatformTheme.h"
-#include "application/SingleInstance.h"
 #include "application/TextDomain.h"
 #include "application/fast-start/EarlyFonts.h"
 #include "application/windows/Display.h"
@@ -184,7 +184,8 @@ int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
         return PORT_REFUSE(APP_ERROR_NO_TOOLKIT, kCall, "%s", lack.c_str());
     KeepToolkitAlone();
     const auto installation = FindOwnInstallation();
-    const SingleInstance instance(installation ? ReadOwnId(*installation) : "", commandLine);
+    const SingleInstance instance(installation ? ReadOwnId(*installation) : "",
+                                  commandLine.isService ? nullptr : &commandLine.request);
     const auto answer = AnswerInstance(instance, commandLine.isService);
     return answer ? *answer
                   : RunWithToolkit(argc, argv, callbacks, userData, commandLine,

@@ -28,23 +28,23 @@ TEST(CommandLine, WithoutArgumentsIsTheDefaultRequest)
 {
     const CommandLine line = ParseCommandLine({});
     EXPECT_EQ(line.error, "");
-    EXPECT_EQ(line.operation, "default");
-    EXPECT_THAT(line.extraData, IsEmpty());
+    EXPECT_EQ(line.request.operation, "default");
+    EXPECT_THAT(line.request.extraData, IsEmpty());
     EXPECT_FALSE(line.isHelpWanted);
     EXPECT_FALSE(line.isService);
 }
 
 TEST(CommandLine, TakesTheOperationInBothForms)
 {
-    EXPECT_EQ(ParseCommandLine({"--operation", "open"}).operation, "open");
-    EXPECT_EQ(ParseCommandLine({"--operation=open"}).operation, "open");
-    EXPECT_EQ(ParseCommandLine({"--operation=--help"}).operation, "--help");
-    EXPECT_EQ(ParseCommandLine({"--operation=a=b"}).operation, "a=b");
+    EXPECT_EQ(ParseCommandLine({"--operation", "open"}).request.operation, "open");
+    EXPECT_EQ(ParseCommandLine({"--operation=open"}).request.operation, "open");
+    EXPECT_EQ(ParseCommandLine({"--operation=--help"}).request.operation, "--help");
+    EXPECT_EQ(ParseCommandLine({"--operation=a=b"}).request.operation, "a=b");
 }
 
 TEST(CommandLine, TakesTheLastOperation)
 {
-    EXPECT_EQ(ParseCommandLine({"--operation", "one", "--operation=two"}).operation, "two");
+    EXPECT_EQ(ParseCommandLine({"--operation", "one", "--operation=two"}).request.operation, "two");
 }
 
 TEST(CommandLine, TakesExtraDataInBothForms)
@@ -52,15 +52,15 @@ TEST(CommandLine, TakesExtraDataInBothForms)
     const CommandLine line = ParseCommandLine(
         {"--extra", "a=1", "--extra=b=2", "--extra", "c=", "--extra", "d=x=y", "--extra", "a=3"});
     EXPECT_EQ(line.error, "");
-    EXPECT_THAT(line.extraData,
+    EXPECT_THAT(line.request.extraData,
                 ElementsAre(Pair("a", "3"), Pair("b", "2"), Pair("c", ""), Pair("d", "x=y")));
 }
 
 TEST(CommandLine, TakesTextInAnyScript)
 {
     const CommandLine line = ParseCommandLine({"--operation", "뒤로", "--extra", "ä=\n"});
-    EXPECT_EQ(line.operation, "뒤로");
-    EXPECT_THAT(line.extraData, ElementsAre(Pair("ä", "\n")));
+    EXPECT_EQ(line.request.operation, "뒤로");
+    EXPECT_THAT(line.request.extraData, ElementsAre(Pair("ä", "\n")));
 }
 
 TEST(CommandLine, AsksForHelp)

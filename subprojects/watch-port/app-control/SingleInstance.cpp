@@ -1,14 +1,19 @@
-#include "application/SingleInstance.h"
+#include "app-control/SingleInstance.h"
 
-#include "app-control/LaunchRequest.h"
 #include "app-control/NameLookup.h"
+#include "app-control/messages/RequestWriter.h"
 #include "bus/Buses.h"
 #include "dlog/PortLog.h"
 
 namespace WatchPort
 {
 
-SingleInstance::SingleInstance(const std::string& applicationId, const CommandLine& commandLine)
+namespace
+{
+constexpr std::chrono::seconds kForwardPatience(5);
+} // namespace
+
+SingleInstance::SingleInstance(const std::string& applicationId, const LaunchRequest* request)
 {
     if (applicationId.empty())
         return;
@@ -16,7 +21,7 @@ SingleInstance::SingleInstance(const std::string& applicationId, const CommandLi
     if (bus)
     {
         mInbox = std::make_unique<LaunchInbox>(*bus, applicationId);
-        mStanding = Settle(*bus, applicationId, commandLine);
+        mStanding = Settle(*bus, applicationId, request);
     }
     if (mStanding == Standing::Owner)
         bus->FollowLoop();
@@ -28,7 +33,7 @@ SingleInstance::SingleInstance(const std::string& applicationId, const CommandLi
 }
 
 SingleInstance::Standing SingleInstance::Settle(BusConnection& bus, const std::string& id,
-                                                const CommandLine& commandLine)
+                                                const LaunchRequest* request)
 {
     switch (RequestName(bus, id))
     {
@@ -39,7 +44,7 @@ SingleInstance::Standing SingleInstance::Settle(BusConnection& bus, const std::s
     case NameAnswer::Taken:
         break;
     }
-    if (commandLine.isService || Forward(bus, id, commandLine))
+    if (!request || Forward(bus, id, *request))
         return Standing::Forwarded;
     // It may have been about to end.
     if (RequestName(bus, id) == NameAnswer::Owned)
@@ -47,14 +52,12 @@ SingleInstance::Standing SingleInstance::Settle(BusConnection& bus, const std::s
     return bus.IsConnected() ? Standing::NotTaken : Standing::Alone;
 }
 
-bool SingleInstance::Forward(BusConnection& bus, const std::string& id,
-                             const CommandLine& commandLine)
+// Waits until the request has been received.
+bool SingleInstance::Forward(BusConnection& bus, const std::string& id, LaunchRequest request)
 {
-    app_control_s request;
-    request.operation = commandLine.operation;
-    request.extraData = commandLine.extraData;
     request.appId = id;
-    return ForwardLaunchRequest(bus, request);
+    const auto deadline = BusConnection::Clock::now() + kForwardPatience;
+    return !IsError(bus.Ask(RequestWriter::WriteForDesktop(request), deadline));
 }
 
 } // namespace WatchPort

@@ -1,6 +1,5 @@
-#include "app-control/ExtraData.h"
+#include "app-control/messages/ExtraData.h"
 
-#include "app-control/AppControl.h"
 #include "bus/BusMessage.h"
 
 #include <string_view>
@@ -85,7 +84,7 @@ size_t CountBytes(const ExtraData& extraData)
     return bytes;
 }
 
-bool IsTooBig(const app_control_s& request)
+bool IsTooBig(const LaunchRequest& request)
 {
     return request.operation.size() + CountBytes(request.extraData) > kMostBytes ||
            request.extraData.size() > kMostEntries;

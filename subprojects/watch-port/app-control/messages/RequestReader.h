@@ -1,7 +1,7 @@
-#ifndef WATCH_PORT_APP_CONTROL_REQUEST_READER_H
-#define WATCH_PORT_APP_CONTROL_REQUEST_READER_H
+#ifndef WATCH_PORT_APP_CONTROL_MESSAGES_REQUEST_READER_H
+#define WATCH_PORT_APP_CONTROL_MESSAGES_REQUEST_READER_H
 
-#include "app-control/AppControl.h"
+#include "app-control/LaunchRequest.h"
 
 #include <dbus/dbus.h>
 
@@ -21,19 +21,19 @@ enum class Result
 };
 
 /** Activate(a{sv}): an empty request. */
-Result ReadActivate(DBusMessage* call, app_control_s& request);
+Result ReadActivate(DBusMessage* call, LaunchRequest& request);
 
 /** Open(as, a{sv}): the URIs are one text, one a line. */
-Result ReadOpen(DBusMessage* call, app_control_s& request);
+Result ReadOpen(DBusMessage* call, LaunchRequest& request);
 
 /**
  * ActivateAction(s, av, a{sv}): the action is the operation, which may be empty. No parameter, or
  * one a{sv} whose texts are the extra data; values of other types are left out.
  */
-Result ReadAction(DBusMessage* call, app_control_s& request);
+Result ReadAction(DBusMessage* call, LaunchRequest& request);
 
 /** Launch(s, a{ss}): operation, which may be empty, and extra data. */
-Result ReadLaunch(DBusMessage* call, app_control_s& request);
+Result ReadLaunch(DBusMessage* call, LaunchRequest& request);
 
 } // namespace WatchPort::RequestReader
 

@@ -1,11 +1,11 @@
-#ifndef WATCH_PORT_APP_CONTROL_EXTRA_DATA_H
-#define WATCH_PORT_APP_CONTROL_EXTRA_DATA_H
+#ifndef WATCH_PORT_APP_CONTROL_MESSAGES_EXTRA_DATA_H
+#define WATCH_PORT_APP_CONTROL_MESSAGES_EXTRA_DATA_H
+
+#include "app-control/LaunchRequest.h"
 
 #include <dbus/dbus.h>
 #include <map>
 #include <string>
-
-struct app_control_s;
 
 namespace WatchPort
 {
@@ -41,7 +41,7 @@ size_t CountBytes(const ExtraData& extraData);
  * Tells whether the operation and the extra data are more than 1 MiB of text together, or
  * kMostEntries are exceeded.
  */
-bool IsTooBig(const app_control_s& request);
+bool IsTooBig(const LaunchRequest& request);
 
 } // namespace WatchPort
 

@@ -1,6 +1,6 @@
-#include "app-control/RequestReader.h"
+#include "app-control/messages/RequestReader.h"
 
-#include "app-control/ExtraData.h"
+#include "app-control/messages/ExtraData.h"
 #include "bus/BusMessage.h"
 
 namespace WatchPort
@@ -28,12 +28,12 @@ Result ReadParameter(DBusMessageIter parameters, ExtraData& extraData)
 }
 } // namespace
 
-Result RequestReader::ReadActivate(DBusMessage* call, app_control_s&)
+Result RequestReader::ReadActivate(DBusMessage* call, LaunchRequest&)
 {
     return dbus_message_has_signature(call, "a{sv}") ? Result::Read : Result::Malformed;
 }
 
-Result RequestReader::ReadOpen(DBusMessage* call, app_control_s& request)
+Result RequestReader::ReadOpen(DBusMessage* call, LaunchRequest& request)
 {
     DBusMessageIter iter;
     if (!dbus_message_has_signature(call, "asa{sv}") || !dbus_message_iter_init(call, &iter))
@@ -52,7 +52,7 @@ Result RequestReader::ReadOpen(DBusMessage* call, app_control_s& request)
     return Result::Read;
 }
 
-Result RequestReader::ReadAction(DBusMessage* call, app_control_s& request)
+Result RequestReader::ReadAction(DBusMessage* call, LaunchRequest& request)
 {
     DBusMessageIter iter;
     if (!dbus_message_has_signature(call, "sava{sv}") || !dbus_message_iter_init(call, &iter))
@@ -61,7 +61,7 @@ Result RequestReader::ReadAction(DBusMessage* call, app_control_s& request)
     return ReadParameter(Enter(&iter), request.extraData);
 }
 
-Result RequestReader::ReadLaunch(DBusMessage* call, app_control_s& request)
+Result RequestReader::ReadLaunch(DBusMessage* call, LaunchRequest& request)
 {
     DBusMessageIter iter;
     if (!dbus_message_has_signature(call, "sa{ss}") || !dbus_message_iter_init(call, &iter))

@@ -1,8 +1,7 @@
-#ifndef WATCH_PORT_APPLICATION_SINGLE_INSTANCE_H
-#define WATCH_PORT_APPLICATION_SINGLE_INSTANCE_H
+#ifndef WATCH_PORT_APP_CONTROL_SINGLE_INSTANCE_H
+#define WATCH_PORT_APP_CONTROL_SINGLE_INSTANCE_H
 
 #include "app-control/LaunchInbox.h"
-#include "application/CommandLine.h"
 
 #include <memory>
 #include <string>
@@ -22,8 +21,13 @@ public:
         NotTaken,  /**< Another process runs, and did not take the request. */
     };
 
-    /** Asks for the application's name on the bus; a request goes to the process that has it. */
-    SingleInstance(const std::string& applicationId, const CommandLine& commandLine);
+    /**
+     * Asks for the application's name on the bus.
+     *
+     * @param request Goes to the process that has the name; null: none, for the bus started this
+     *        process.
+     */
+    SingleInstance(const std::string& applicationId, const LaunchRequest* request);
 
     Standing GetStanding() const { return mStanding; }
 
@@ -31,9 +35,8 @@ public:
     LaunchInbox* Inbox() const { return mInbox.get(); }
 
 private:
-    static Standing Settle(BusConnection& bus, const std::string& id,
-                           const CommandLine& commandLine);
-    static bool Forward(BusConnection& bus, const std::string& id, const CommandLine& commandLine);
+    static Standing Settle(BusConnection& bus, const std::string& id, const LaunchRequest* request);
+    static bool Forward(BusConnection& bus, const std::string& id, LaunchRequest request);
 
     std::unique_ptr<LaunchInbox> mInbox;
     Standing mStanding = Standing::Alone;

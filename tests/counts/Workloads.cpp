@@ -5,8 +5,8 @@
 #include "common/NaviFrameItemPopHandler.h"
 #include "common/RotaryEventManager.h"
 #include "common/util/StringUtil.h"
+#include "support/Toolkit.h"
 
-#include <Efreet.h>
 #include <cstdlib>
 #include <memory>
 #include <valgrind/callgrind.h>
@@ -83,14 +83,10 @@ template <typename Work> void CountTimes(Work work)
 }
 } // namespace
 
-int main(int argc, char** argv)
+int main()
 {
-    setenv("ELM_ENGINE", "buffer", 1);
-    ecore_app_no_system_modules();
-    efreet_cache_disable();
-    elm_init(argc, argv);
-    elm_theme_overlay_add(nullptr, PLATFORM_THEME);
-    sWindow = elm_win_add(nullptr, "workloads", ELM_WIN_BASIC);
+    Toolkit::Start(PLATFORM_THEME);
+    sWindow = Toolkit::AddWindow();
     Listener listener(evas_object_rectangle_add(evas_object_evas_get(sWindow)));
     QivoUi::RotaryEventManager::GetInstance()->RegisterEventListener(&listener);
     QivoUi::NaviFrame::GetInstance()->CreateNaviFrame(elm_layout_add(sWindow));

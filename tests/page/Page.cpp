@@ -4,12 +4,11 @@
 #include "common/NaviFrame.h"
 #include "common/RotaryEventManager.h"
 #include "page/Clock.h"
+#include "support/Toolkit.h"
 #include "system-settings/Catalogues.h"
 #include "system-settings/LocaleName.h"
 
 #include <Ecore_Evas.h>
-#include <Ecore_Input.h>
-#include <Ecore_Input_Evas.h>
 #include <algorithm>
 #include <app_common.h>
 #include <cstdlib>
@@ -28,7 +27,6 @@ namespace
 {
 
 constexpr const char* kTextDomain = "qivo-guide-app";
-constexpr Ecore_Window kWindowId = 4242;
 constexpr double kScale = 1.3 / 360;
 constexpr double kMotion = 4.0;
 
@@ -53,17 +51,13 @@ void StartToolkit()
     if (sIsStarted)
         return;
     sIsStarted = true;
-    setenv("ELM_ENGINE", "buffer", 1);
     // A thread would draw in real time, and motions, which wait for it, would begin late.
     setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", 1);
-    efreet_cache_disable();
-    ecore_app_no_system_modules();
-    elm_init(0, nullptr);
+    Toolkit::Start(PLATFORM_THEME);
     LeaveLocaleC();
     bindtextdomain(kTextDomain, LocaleFolder().c_str());
     bind_textdomain_codeset(kTextDomain, "UTF-8");
     textdomain(kTextDomain);
-    elm_theme_overlay_add(nullptr, PLATFORM_THEME);
     SetUpToolkit(Display());
     elm_app_base_scale_set(1.3);
     uxt_theme_set_changeable_ui_enabled(EINA_TRUE);
@@ -118,13 +112,8 @@ Page::Page(int side) : mSide(side)
 {
     StartToolkit();
     elm_config_scale_set(kScale * side);
-    mWindow = elm_win_add(nullptr, "page", ELM_WIN_BASIC);
-    evas_object_resize(mWindow, side, side);
-    evas_object_show(mWindow);
-    Evas* canvas = evas_object_evas_get(mWindow);
-    ecore_event_window_register(kWindowId, ecore_evas_ecore_evas_get(canvas), canvas, nullptr,
-                                nullptr, nullptr, nullptr);
-    evas_event_feed_mouse_in(canvas, 0, nullptr);
+    mWindow = Toolkit::AddWindow(side);
+    Toolkit::TakeInput(mWindow);
     ShowView();
     SetLanguage("en");
     Clock::Advance(kMotion);
@@ -150,7 +139,7 @@ Page::~Page()
 {
     UseCatalogues();
     mView.reset();
-    ecore_event_window_unregister(kWindowId);
+    Toolkit::LeaveInput();
     QivoUi::NaviFrame::Destroy();
     evas_object_del(mWindow);
     Clock::Flush();
@@ -206,10 +195,7 @@ void Page::UseOwnTables()
 
 void Page::TurnBezel(int detents)
 {
-    auto* wheel = static_cast<Ecore_Event_Mouse_Wheel*>(calloc(1, sizeof(Ecore_Event_Mouse_Wheel)));
-    wheel->window = wheel->event_window = kWindowId;
-    wheel->z = detents;
-    ecore_event_add(ECORE_EVENT_MOUSE_WHEEL, wheel, nullptr, nullptr);
+    Toolkit::TurnWheel(detents);
     Clock::Flush();
 }
 

@@ -1,12 +1,10 @@
 #include "port/OffScreen.h"
 
 #include "dlog.h"
-#include "harness/Allocations.h"
+#include "support/Allocations.h"
 
 #include <Ecore_Evas.h>
 #include <Ecore_Input.h>
-#include <Ecore_Input_Evas.h>
-#include <Efreet.h>
 
 #include <cstdarg>
 #include <cstdio>
@@ -16,33 +14,21 @@
 namespace
 {
 
-constexpr double kDeadline = 5.0;
-constexpr double kTick = 0.005;
-
 std::vector<std::string> gLogLines;
 int gMarkerEvent = 0;
 
-class Toolkit : public testing::Environment
+class Running : public testing::Environment
 {
 public:
     void SetUp() override
     {
-        setenv("ELM_ENGINE", "buffer", 1);
-        setenv("EINA_LOG_BACKTRACE", "-1", 1);
-        Start();
-    }
-    void TearDown() override { elm_shutdown(); }
-
-    static void Start()
-    {
-        ecore_app_no_system_modules();
-        efreet_cache_disable();
-        elm_init(0, nullptr);
+        Toolkit::Start();
         gMarkerEvent = ecore_event_type_new();
     }
+    void TearDown() override { Toolkit::Stop(); }
 };
 
-const auto* const gToolkit = testing::AddGlobalTestEnvironment(new Toolkit);
+auto* const gRunning = testing::AddGlobalTestEnvironment(new Running);
 
 Eina_Bool MarkerCB(void* data, int, void*)
 {
@@ -50,16 +36,11 @@ Eina_Bool MarkerCB(void* data, int, void*)
     return ECORE_CALLBACK_PASS_ON;
 }
 
-template <typename Event> Event* NewEvent()
+Ecore_Event_Key* NewKeyEvent(const char* keyname)
 {
-    return static_cast<Event*>(calloc(1, sizeof(Event)));
-}
-
-Ecore_Event_Key* NewKeyEvent(Ecore_Window window, const char* keyname)
-{
-    auto* key = NewEvent<Ecore_Event_Key>();
+    auto* key = static_cast<Ecore_Event_Key*>(calloc(1, sizeof(Ecore_Event_Key)));
     key->keyname = key->key = keyname;
-    key->window = key->event_window = window;
+    key->window = key->event_window = Toolkit::kWindowId;
     return key;
 }
 
@@ -81,29 +62,24 @@ extern "C" int __wrap___dlog_print(log_id_t, int, const char* tag, const char* f
 void OffScreenTest::SetUp()
 {
     gLogLines.clear();
-    mWindow = elm_win_add(nullptr, "watch", ELM_WIN_BASIC);
+    mWindow = Toolkit::AddWindow();
     mCanvas = evas_object_evas_get(mWindow);
-    evas_object_resize(mWindow, kSize, kSize);
-    evas_object_show(mWindow);
     // The engine does not clear what no object covers.
     evas_object_color_set(AddRectangle(), 0, 0, 0, 255);
-    ecore_event_window_register(kWindowId, ecore_evas_ecore_evas_get(mCanvas), mCanvas, nullptr,
-                                nullptr, nullptr, nullptr);
-    evas_event_feed_mouse_in(mCanvas, 0, nullptr);
-    evas_event_feed_mouse_move(mCanvas, kSize / 2, kSize / 2, 0, nullptr);
+    Toolkit::TakeInput(mWindow);
 }
 
 void OffScreenTest::TearDown()
 {
-    ecore_event_window_unregister(kWindowId);
+    Toolkit::LeaveInput();
     evas_object_del(mWindow);
     DeliverEvents();
 }
 
 void OffScreenTest::RestartToolkit()
 {
-    elm_shutdown();
-    Toolkit::Start();
+    gRunning->TearDown();
+    gRunning->SetUp();
 }
 
 Evas_Object* OffScreenTest::AddRectangle()
@@ -124,7 +100,7 @@ Evas_Object* OffScreenTest::AddScroller(int contentWidth, int contentHeight, con
     elm_object_content_set(scroller, content);
     evas_object_resize(scroller, kSize, kSize);
     evas_object_show(scroller);
-    EXPECT_TRUE(RunUntil(
+    EXPECT_TRUE(Toolkit::RunUntil(
         [=]
         {
             int width = 0;
@@ -137,24 +113,19 @@ Evas_Object* OffScreenTest::AddScroller(int contentWidth, int contentHeight, con
 
 void OffScreenTest::PressKey(const char* keyname)
 {
-    ecore_event_add(ECORE_EVENT_KEY_DOWN, NewKeyEvent(kWindowId, keyname), nullptr, nullptr);
+    ecore_event_add(ECORE_EVENT_KEY_DOWN, NewKeyEvent(keyname), nullptr, nullptr);
     DeliverEvents();
 }
 
 void OffScreenTest::ReleaseKey(const char* keyname)
 {
-    ecore_event_add(ECORE_EVENT_KEY_UP, NewKeyEvent(kWindowId, keyname), nullptr, nullptr);
+    ecore_event_add(ECORE_EVENT_KEY_UP, NewKeyEvent(keyname), nullptr, nullptr);
     DeliverEvents();
 }
 
 void OffScreenTest::TurnWheel(int notches, unsigned int timestamp, int direction)
 {
-    auto* wheel = NewEvent<Ecore_Event_Mouse_Wheel>();
-    wheel->window = wheel->event_window = kWindowId;
-    wheel->z = notches;
-    wheel->timestamp = timestamp;
-    wheel->direction = direction;
-    ecore_event_add(ECORE_EVENT_MOUSE_WHEEL, wheel, nullptr, nullptr);
+    Toolkit::TurnWheel(notches, timestamp, direction);
     DeliverEvents();
 }
 
@@ -163,19 +134,8 @@ void OffScreenTest::DeliverEvents()
     bool isDelivered = false;
     Ecore_Event_Handler* handler = ecore_event_handler_add(gMarkerEvent, MarkerCB, &isDelivered);
     ecore_event_add(gMarkerEvent, malloc(1), nullptr, nullptr);
-    EXPECT_TRUE(RunUntil([&] { return isDelivered; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return isDelivered; }));
     ecore_event_handler_del(handler);
-}
-
-bool OffScreenTest::RunUntil(const std::function<bool()>& condition)
-{
-    Ecore_Timer* tick = ecore_timer_add(
-        kTick, [](void*) -> Eina_Bool { return ECORE_CALLBACK_RENEW; }, nullptr);
-    double end = ecore_time_get() + kDeadline;
-    while (!condition() && ecore_time_get() < end)
-        ecore_main_loop_iterate_may_block(EINA_TRUE);
-    ecore_timer_del(tick);
-    return condition();
 }
 
 unsigned int OffScreenTest::PixelAt(int x, int y) const

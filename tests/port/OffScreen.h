@@ -1,11 +1,10 @@
 #ifndef TESTS_PORT_OFF_SCREEN_H
 #define TESTS_PORT_OFF_SCREEN_H
 
-#include <Elementary.h>
+#include "support/Toolkit.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,9 +16,7 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    static constexpr int kSize = 360;
-    /// The window's id in input events.
-    static constexpr Ecore_Window kWindowId = 4242;
+    static constexpr int kSize = Toolkit::kSide;
 
     /// Ends the toolkit and starts it anew, between a TearDown() and a SetUp().
     static void RestartToolkit();
@@ -34,9 +31,6 @@ protected:
     static void ReleaseKey(const char* keyname);
     static void TurnWheel(int notches, unsigned int timestamp = 0, int direction = 0);
     static void DeliverEvents();
-
-    /// Runs the main loop until the condition holds; false when it does not within five seconds.
-    static bool RunUntil(const std::function<bool()>& condition);
 
     /// The pixel of the window's picture as it now is, 0xAARRGGBB.
     unsigned int PixelAt(int x, int y) const;

@@ -1,5 +1,5 @@
-#include "harness/Allocations.h"
 #include "port/OffScreen.h"
+#include "support/Allocations.h"
 
 #include <app_common.h>
 #include <app_control.h>

@@ -1,7 +1,7 @@
 #include "common/BaseViewController.h"
 
 #include "common/FakeView.h"
-#include "common/NaviFrameFixture.h"
+#include "common/navi-frame/NaviFrameFixture.h"
 
 using QivoUi::BaseViewController;
 using QivoUi::NaviFrameItemPopHandler;
@@ -352,7 +352,7 @@ TEST_F(BaseViewControllerTest, MayDieInAJobAfterItDeInitialized)
 
     Platform::PressBack(layout);
 
-    EXPECT_TRUE(Toolkit::SpinUntil([&] { return !controller; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return !controller; }));
     EXPECT_EQ(Stack(), Lines({"item1"}));
 }
 

@@ -3,7 +3,7 @@
 
 #include "common/BaseViewEventListener.h"
 #include "common/FakeView.h"
-#include "common/NaviFrameFixture.h"
+#include "common/navi-frame/NaviFrameFixture.h"
 #include <memory>
 
 /** Records what it hears as "controller.Call". */

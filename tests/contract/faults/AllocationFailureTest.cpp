@@ -1,8 +1,8 @@
 #include "common/NaviFrame.h"
-#include "faults/Stage.h"
-#include "harness/Allocations.h"
+#include "faults/scenes/Stage.h"
 #include "harness/Toolkit.h"
 #include "qivo-ui-guide/GuideApplication.h"
+#include "support/Allocations.h"
 #include <algorithm>
 #include <cstdio>
 #include <new>
@@ -44,7 +44,7 @@ bool IsAbandonedWithWord(const Lines& lines, const Lines& ordinary)
 class AllocationFailureTest : public testing::Test
 {
 protected:
-    void SetUp() override { Toolkit::Start(); }
+    void SetUp() override { StartToolkit(); }
 };
 
 TEST_F(AllocationFailureTest, AsksTheWatchToEndTheApplicationAndGoesOn)

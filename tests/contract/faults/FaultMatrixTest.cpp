@@ -1,6 +1,6 @@
 #include "faults/Difference.h"
-#include "faults/Stage.h"
 #include "faults/Ways.h"
+#include "faults/scenes/Stage.h"
 #include "harness/Toolkit.h"
 #include <algorithm>
 #include <cstdlib>
@@ -68,7 +68,7 @@ const Matrix& PlayedMatrix()
 {
     static const Matrix kMatrix = []
     {
-        Toolkit::Start();
+        StartToolkit();
         Matrix matrix;
         for (const Scene& scene : AllScenes())
         {

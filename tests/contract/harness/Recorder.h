@@ -1,7 +1,7 @@
 #ifndef TESTS_CONTRACT_HARNESS_RECORDER_H
 #define TESTS_CONTRACT_HARNESS_RECORDER_H
 
-#include "harness/Allocations.h"
+#include "support/Allocations.h"
 #include <cstdint>
 #include <map>
 #include <string>

@@ -3,31 +3,18 @@
 
 #include "harness/Platform.h"
 #include "harness/Recorder.h"
-#include <Elementary.h>
-#include <functional>
+#include "support/Toolkit.h"
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-/** The real toolkit, off screen. */
-namespace Toolkit
-{
-
-/** Starts the toolkit once for the process, with the watch's own theme. */
-void Start();
-
-/** Runs the main loop until the condition holds; false after five seconds without. */
-bool SpinUntil(const std::function<bool()>& condition);
-
-/** A shown window of the watch's size; the caller deletes it. */
-Evas_Object* AddWindow();
+/** Starts the toolkit with the watch's own theme and scale. */
+void StartToolkit();
 
 /**
  * Deletes a window and waits for its end: the toolkit frees the canvas, and what is left on it,
  * on the main loop.
  */
 void DeleteWindow(Evas_Object* window);
-
-} // namespace Toolkit
 
 /**
  * A test with a fresh recorder, watch and window.

@@ -113,7 +113,7 @@ void EndProcess()
     QivoUi::NaviFrame::Destroy();
     if (Application::mWindow)
     {
-        Toolkit::DeleteWindow(Application::mWindow);
+        DeleteWindow(Application::mWindow);
         Application::mWindow = nullptr;
     }
     QivoUi::NaviFrame::Destroy();

@@ -34,7 +34,7 @@ class LifeTest : public testing::Test
 protected:
     void SetUp() override
     {
-        Toolkit::Start();
+        StartToolkit();
         Recorder::Reset();
         Platform::Reset();
     }

@@ -1,4 +1,4 @@
-#include "common/NaviFrameFixture.h"
+#include "common/navi-frame/NaviFrameFixture.h"
 #include "qivo-ui-guide/GuideViewController.h"
 #include <Ecore_Input.h>
 
@@ -27,7 +27,7 @@ protected:
             },
             &isDelivered);
         ecore_event_add(ECORE_EVENT_KEY_UP, key, nullptr, nullptr);
-        EXPECT_TRUE(Toolkit::SpinUntil([&] { return isDelivered; }));
+        EXPECT_TRUE(Toolkit::RunUntil([&] { return isDelivered; }));
         ecore_event_handler_del(handler);
         return static_cast<int>(Recorder::TakeOnly({"elm_win_lower(window)"}).size());
     }

@@ -3,7 +3,7 @@
 #include "common/NaviFrame.h"
 #include "common/NaviFrameItemData.h"
 #include "harness/Toolkit.h"
-#include "qivo-ui-guide/TestApplication.h"
+#include "qivo-ui-guide/application/TestApplication.h"
 #include <cstring>
 #include <memory>
 #include <new>

@@ -122,11 +122,11 @@ TEST_F(GuideThemeTest, FadesTheArrowOutAndIn)
     elm_layout_content_set(page, "help_image", help);
 
     elm_layout_signal_emit(page, "hide_arrow", "*");
-    EXPECT_TRUE(Toolkit::SpinUntil([&] { return Alpha(arrow) == 0; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return Alpha(arrow) == 0; }));
     EXPECT_EQ(Alpha(help), 255);
 
     elm_layout_signal_emit(page, "show_arrow", "*");
-    EXPECT_TRUE(Toolkit::SpinUntil([&] { return Alpha(arrow) == 255; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return Alpha(arrow) == 255; }));
 }
 
 TEST_F(GuideThemeTest, HearsTheArrowsSignalsFromAnySource)
@@ -136,10 +136,10 @@ TEST_F(GuideThemeTest, HearsTheArrowsSignalsFromAnySource)
     elm_layout_content_set(page, "arrow_image", arrow);
 
     elm_layout_signal_emit(page, "hide_arrow", "anyone");
-    EXPECT_TRUE(Toolkit::SpinUntil([&] { return Alpha(arrow) == 0; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return Alpha(arrow) == 0; }));
 
     elm_layout_signal_emit(page, "show_arrow", "");
-    EXPECT_TRUE(Toolkit::SpinUntil([&] { return Alpha(arrow) == 255; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return Alpha(arrow) == 255; }));
 }
 
 } // namespace

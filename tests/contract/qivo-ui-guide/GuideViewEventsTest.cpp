@@ -267,7 +267,7 @@ TEST_F(GuideViewScrollTest, AppendsOnePadWhenTheRealScrollerMoves)
         evas_object_geometry_get(mView.mGuideLayout, nullptr, nullptr, nullptr, &h);
         return h;
     };
-    ASSERT_TRUE(Toolkit::SpinUntil([&] { return height() > 360; }));
+    ASSERT_TRUE(Toolkit::RunUntil([&] { return height() > 360; }));
     EXPECT_EQ(CountBoxed(), 1);
 
     for (const int y : {20, 40})
@@ -279,8 +279,8 @@ TEST_F(GuideViewScrollTest, AppendsOnePadWhenTheRealScrollerMoves)
             elm_scroller_region_get(mView.mScroller, nullptr, &shown, nullptr, nullptr);
             return shown;
         };
-        ASSERT_TRUE(Toolkit::SpinUntil([&] { return position() == y; }));
-        ASSERT_TRUE(Toolkit::SpinUntil([&] { return CountBoxed() > 1; }));
+        ASSERT_TRUE(Toolkit::RunUntil([&] { return position() == y; }));
+        ASSERT_TRUE(Toolkit::RunUntil([&] { return CountBoxed() > 1; }));
         EXPECT_EQ(CountBoxed(), 2);
     }
 }

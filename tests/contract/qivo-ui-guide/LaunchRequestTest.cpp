@@ -2,7 +2,7 @@
 #include "harness/Toolkit.h"
 #include "qivo-ui-guide/Application.h"
 #include "qivo-ui-guide/FreshProcess.h"
-#include "qivo-ui-guide/TestApplication.h"
+#include "qivo-ui-guide/application/TestApplication.h"
 
 using QivoUi::Application;
 using QivoUi::ExtraDataMap;
@@ -277,7 +277,7 @@ TEST(LaunchRequestTest, BuildsTheTreeOnce)
     RunInFreshProcess(
         []
         {
-            Toolkit::Start();
+            StartToolkit();
             ScreenApplication app;
             Application::mWindow = Toolkit::AddWindow();
 
@@ -287,7 +287,7 @@ TEST(LaunchRequestTest, BuildsTheTreeOnce)
             EXPECT_EQ(Recorder::TakeOnly({"elm_bg_add", "elm_naviframe_add", "ShowView", "App"}),
                       Lines({"elm_bg_add(window1)", "elm_naviframe_add(layout1)", "ShowView()",
                              "AppControllOperationImpl()"}));
-            Toolkit::DeleteWindow(Application::mWindow);
+            DeleteWindow(Application::mWindow);
         });
 }
 
@@ -296,7 +296,7 @@ TEST(LaunchRequestTest, RunsTheOperationWithoutAScreen)
     RunInFreshProcess(
         []
         {
-            Toolkit::Start();
+            StartToolkit();
             ScreenApplication app;
             Application::mWindow = Toolkit::AddWindow();
             Recorder::Fail("elm_bg_add");
@@ -306,7 +306,7 @@ TEST(LaunchRequestTest, RunsTheOperationWithoutAScreen)
             EXPECT_EQ(Recorder::TakeOnly({"error", "App"}),
                       Lines({"error(OnSetupLayout) [Failed] Create BackGround",
                              "AppControllOperationImpl()"}));
-            Toolkit::DeleteWindow(Application::mWindow);
+            DeleteWindow(Application::mWindow);
         });
 }
 

@@ -2,7 +2,7 @@
 #include "qivo-ui-guide/Application.h"
 #include "qivo-ui-guide/FreshProcess.h"
 #include "qivo-ui-guide/GuideApplication.h"
-#include "qivo-ui-guide/TestApplication.h"
+#include "qivo-ui-guide/application/TestApplication.h"
 #include <new>
 #include <stdexcept>
 
@@ -215,7 +215,7 @@ TEST(MainTest, LeadsTheGuideThroughItsLife)
     RunInFreshProcess(
         []
         {
-            Toolkit::Start();
+            StartToolkit();
             Platform::sMainLoop = LiveOnce;
 
             EXPECT_EQ(RunMain(), 0);
@@ -228,7 +228,7 @@ TEST(MainTest, LeadsTheGuideThroughItsLife)
                        kGuidePushed, "mark(SOnAppResume)", "mark(SOnAppControl)",
                        "info(SOnAppControl) operation:[again]", "mark(SOnAppPause)",
                        "ui_app_exit()", "mark(OnAppTerminateImpl)", "mark(SOnAppTerminate)"}));
-            Toolkit::DeleteWindow(Application::mWindow);
+            DeleteWindow(Application::mWindow);
         });
 }
 

@@ -1,6 +1,6 @@
 #include "common/AppEventListener.h"
-#include "common/NaviFrameFixture.h"
-#include "common/RotaryFixture.h"
+#include "common/navi-frame/NaviFrameFixture.h"
+#include "common/rotary/RotaryFixture.h"
 #include "harness/PlatformState.h"
 #include "qivo-ui-guide/GuideApplication.h"
 #include "walks/Model.h"

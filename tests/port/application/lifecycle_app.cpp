@@ -2,7 +2,7 @@
 // standard input. LIFECYCLE holds what its callbacks do besides, such as "create:exit,pause:throw".
 
 #include "AppTalk.h"
-#include "harness/Allocations.h"
+#include "support/Allocations.h"
 
 #include <Ecore_X.h>
 #include <Elementary.h>

@@ -1,8 +1,8 @@
 // A datagram socket stands for the journal, at the journal's own path: the test has the folder /run
 // for itself in a mount namespace of its own.
 
-#include "harness/Allocations.h"
 #include "port/dlog/LogChild.h"
+#include "support/Allocations.h"
 #include <dlog.h>
 
 #include <cerrno>

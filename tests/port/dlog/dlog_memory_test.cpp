@@ -1,5 +1,5 @@
-#include "harness/Allocations.h"
 #include "port/dlog/LogChild.h"
+#include "support/Allocations.h"
 #include <dlog.h>
 
 #include <gtest/gtest.h>

@@ -40,7 +40,7 @@ protected:
     {
         TurnWheel(detents);
         EXPECT_GT(mStarts, mStops);
-        EXPECT_TRUE(RunUntil([&] { return mStarts == mStops; }));
+        EXPECT_TRUE(Toolkit::RunUntil([&] { return mStarts == mStops; }));
     }
 
     Eext_Circle_Surface* AddSurface()

@@ -71,7 +71,7 @@ protected:
         bool isFinished = !elm_naviframe_top_item_get(naviframe);
         evas_object_smart_callback_add(naviframe, "transition,finished", FinishedCB, &isFinished);
         elm_naviframe_item_push(naviframe, "", nullptr, nullptr, layout, "basic");
-        EXPECT_TRUE(RunUntil([&] { return isFinished; }));
+        EXPECT_TRUE(Toolkit::RunUntil([&] { return isFinished; }));
         DeliverEvents();
         evas_object_smart_callback_del(naviframe, "transition,finished", FinishedCB);
         return layout;
@@ -279,7 +279,7 @@ TEST_F(BackKey, FollowsTheScreensOfANaviframe)
     bool isDeleted = false;
     evas_object_event_callback_add(second, EVAS_CALLBACK_DEL, DeletedCB, &isDeleted);
     elm_naviframe_item_pop(naviframe);
-    ASSERT_TRUE(RunUntil([&] { return isDeleted; }));
+    ASSERT_TRUE(Toolkit::RunUntil([&] { return isDeleted; }));
     ReleaseKey("XF86Back");
     EXPECT_THAT(gCalls, ElementsAre("second", "first"));
 }

@@ -42,7 +42,7 @@ TEST_F(CircleScroller, MovesWithAnAnimation)
     evas_object_smart_callback_add(scroller, "scroll", CountCB, &moves);
     TurnWheel(1);
     EXPECT_LT(TopOf(scroller), kStep);
-    EXPECT_TRUE(RunUntil([&] { return TopOf(scroller) == kStep; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return TopOf(scroller) == kStep; }));
     EXPECT_GT(moves, 2);
 }
 
@@ -65,9 +65,9 @@ TEST_F(CircleScroller, AddsUpDetentsThatComeWhileItMoves)
     Evas_Object* scroller = AddScroller(kSize, 2000);
     AddActivated(scroller);
     TurnWheel(1);
-    ASSERT_TRUE(RunUntil([&] { return TopOf(scroller) > 0; }));
+    ASSERT_TRUE(Toolkit::RunUntil([&] { return TopOf(scroller) > 0; }));
     TurnWheel(1);
-    ASSERT_TRUE(RunUntil([&] { return TopOf(scroller) > kStep / 2; }));
+    ASSERT_TRUE(Toolkit::RunUntil([&] { return TopOf(scroller) > kStep / 2; }));
     TurnAndWait(2);
     EXPECT_EQ(TopOf(scroller), 4 * kStep);
 }
@@ -77,7 +77,7 @@ TEST_F(CircleScroller, TurnsBackInMidMotion)
     Evas_Object* scroller = AddScroller(kSize, 2000);
     AddActivated(scroller);
     TurnWheel(2);
-    ASSERT_TRUE(RunUntil([&] { return TopOf(scroller) > 0; }));
+    ASSERT_TRUE(Toolkit::RunUntil([&] { return TopOf(scroller) > 0; }));
     TurnAndWait(-1);
     EXPECT_EQ(TopOf(scroller), kStep);
 }
@@ -88,7 +88,7 @@ TEST_F(CircleScroller, GoesOnFromWhereTheContentWasMovedMeanwhile)
     AddActivated(scroller);
     TurnAndWait(1);
     elm_scroller_region_show(scroller, 0, 500, kSize, kSize);
-    ASSERT_TRUE(RunUntil([&] { return TopOf(scroller) == 500; }));
+    ASSERT_TRUE(Toolkit::RunUntil([&] { return TopOf(scroller) == 500; }));
     TurnAndWait(1);
     EXPECT_EQ(TopOf(scroller), 500 + kStep);
 }
@@ -124,7 +124,7 @@ TEST_F(CircleScroller, GoesOnToAnEndThatHasMoved)
     TurnAndWait(1);
     EXPECT_EQ(TopOf(scroller), 10);
     evas_object_size_hint_min_set(elm_object_content_get(scroller), kSize, kSize + 50);
-    ASSERT_TRUE(RunUntil(
+    ASSERT_TRUE(Toolkit::RunUntil(
         [&]
         {
             int height = 0;
@@ -237,10 +237,10 @@ protected:
     void TurnUntilDeleted()
     {
         TurnWheel(1);
-        EXPECT_TRUE(RunUntil([&] { return mIsDeleted || TopOf(mScroller) > 0; }));
+        EXPECT_TRUE(Toolkit::RunUntil([&] { return mIsDeleted || TopOf(mScroller) > 0; }));
         mIsArmed = true;
         TurnWheel(2);
-        EXPECT_TRUE(RunUntil([&] { return mIsDeleted; }));
+        EXPECT_TRUE(Toolkit::RunUntil([&] { return mIsDeleted; }));
         TurnWheel(1);
     }
 

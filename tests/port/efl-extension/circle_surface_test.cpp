@@ -58,7 +58,7 @@ TEST_F(CircleSurface, HasItsConformantsGeometryAndFollowsIt)
     EXPECT_TRUE(HasGeometry(circleObject, {10, 20, 300, 300}));
 
     evas_object_geometry_set(conformant, 0, 0, kSize, kSize);
-    EXPECT_TRUE(RunUntil([&] { return HasGeometry(circleObject, {0, 0, kSize, kSize}); }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return HasGeometry(circleObject, {0, 0, kSize, kSize}); }));
 }
 
 TEST_F(CircleSurface, LeavesItsCircleObjectsScrollingWhenItsConformantIsDeleted)
@@ -73,7 +73,7 @@ TEST_F(CircleSurface, LeavesItsCircleObjectsScrollingWhenItsConformantIsDeleted)
     evas_object_del(conformant);
     EXPECT_FALSE(evas_object_visible_get(circleObject));
     TurnWheel(1);
-    EXPECT_TRUE(RunUntil(
+    EXPECT_TRUE(Toolkit::RunUntil(
         [&]
         {
             int top = 0;

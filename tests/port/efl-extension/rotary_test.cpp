@@ -137,7 +137,7 @@ TEST_F(Rotary, TakesTheWheelFromScrollersWhileAnObjectIsRegistered)
     // The same wheel does scroll it once nobody asks for the bezel.
     evas_object_del(object);
     TurnWheel(1);
-    EXPECT_TRUE(RunUntil([&] { return isScrolled && top() > 0; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return isScrolled && top() > 0; }));
 }
 
 TEST_F(Rotary, ReachesTheLastActivatedObjectAlone)

@@ -73,8 +73,8 @@ TEST_F(ScrollArc, DrawsWhileItScrollsWhenPolicyIsAuto)
     Evas_Object* circleObject = AddActivated(scroller, AddSurface());
     EXPECT_EQ(ArcAt(15), 0);
     TurnWheel(1);
-    EXPECT_TRUE(RunUntil([&] { return ArcAt(15) > 0; }));
-    EXPECT_TRUE(RunUntil([&] { return !evas_object_visible_get(circleObject); }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return ArcAt(15) > 0; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return !evas_object_visible_get(circleObject); }));
     EXPECT_EQ(TopOf(scroller), kStep);
     EXPECT_EQ(ArcAt(15), 0);
 }
@@ -98,7 +98,7 @@ protected:
         mCircleObject = AddActivated(mScroller, AddSurface());
         eext_circle_object_scroller_policy_set(mCircleObject, ELM_SCROLLER_POLICY_ON,
                                                ELM_SCROLLER_POLICY_ON);
-        EXPECT_TRUE(RunUntil([&] { return ArcAt(-15) > 200; }));
+        EXPECT_TRUE(Toolkit::RunUntil([&] { return ArcAt(-15) > 200; }));
     }
 
     Evas_Object* mBox = nullptr;
@@ -131,7 +131,7 @@ TEST_F(ScrollArcInABox, IsHiddenAndShownTogetherWithItsScroller)
     evas_object_hide(mScroller);
     EXPECT_EQ(ArcAt(-15), 0);
     evas_object_show(mScroller);
-    EXPECT_TRUE(RunUntil([&] { return ArcAt(-15) > 200; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return ArcAt(-15) > 200; }));
 }
 
 TEST_F(ScrollArcInABox, IsStackedWithItsScroller)

@@ -51,7 +51,7 @@ protected:
     bool IsSeen(unsigned int color) const { return (PixelAt(180, 180) & 0xffffff) == color; }
     bool IsSeenSoon(unsigned int color) const
     {
-        return RunUntil([=] { return IsSeen(color); });
+        return Toolkit::RunUntil([=] { return IsSeen(color); });
     }
 
     static constexpr unsigned int kRed = 0xff0000;
@@ -102,8 +102,8 @@ TEST_F(PlatformTheme, PushesWithATransitionThatFinishes)
     DeliverEvents();
     double start = ecore_time_get();
     Push(kGreen);
-    EXPECT_TRUE(RunUntil([&] { return !IsSeen(kRed) && !IsSeen(kGreen); })) << "fades";
-    EXPECT_TRUE(RunUntil([&] { return mFinished == 1; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return !IsSeen(kRed) && !IsSeen(kGreen); })) << "fades";
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return mFinished == 1; }));
     EXPECT_GT(ecore_time_get() - start, 0.15);
     EXPECT_TRUE(IsSeenSoon(kGreen));
     EXPECT_EQ(mFinished, 1);
@@ -114,14 +114,14 @@ TEST_F(PlatformTheme, PopsWithATransitionThatFinishesAndDeletesTheScreen)
     Elm_Object_Item* first = Push(kRed);
     DeliverEvents();
     Elm_Object_Item* second = Push(kGreen);
-    ASSERT_TRUE(RunUntil([&] { return mFinished == 1; }));
+    ASSERT_TRUE(Toolkit::RunUntil([&] { return mFinished == 1; }));
     int deletions = 0;
     evas_object_event_callback_add(
         elm_object_item_content_get(second), EVAS_CALLBACK_DEL,
         [](void* data, Evas*, Evas_Object*, void*) { ++*static_cast<int*>(data); }, &deletions);
 
     elm_naviframe_item_pop(mNaviframe);
-    EXPECT_TRUE(RunUntil([&] { return mFinished == 2 && deletions == 1; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return mFinished == 2 && deletions == 1; }));
     EXPECT_EQ(elm_naviframe_top_item_get(mNaviframe), first);
     EXPECT_TRUE(IsSeenSoon(kRed));
 }
@@ -143,7 +143,7 @@ TEST_F(PlatformTheme, ShowsTheScreenBelowAtOnceWhenTheTopOneIsDeleted)
     Push(kRed);
     DeliverEvents();
     Elm_Object_Item* second = Push(kGreen);
-    ASSERT_TRUE(RunUntil([&] { return mFinished == 1; }));
+    ASSERT_TRUE(Toolkit::RunUntil([&] { return mFinished == 1; }));
     elm_object_item_del(second);
     DeliverEvents();
     EXPECT_TRUE(IsSeen(kRed));
@@ -173,7 +173,7 @@ TEST_F(PlatformTheme, ShowsTheScreenBelowWhenOneIsDeletedInMidPush)
     Push(kRed);
     DeliverEvents();
     Elm_Object_Item* second = Push(kGreen);
-    ASSERT_TRUE(RunUntil([&] { return !IsSeen(kRed); }));
+    ASSERT_TRUE(Toolkit::RunUntil([&] { return !IsSeen(kRed); }));
     elm_object_item_del(second);
     EXPECT_TRUE(IsSeenSoon(kRed));
 }
@@ -185,9 +185,9 @@ TEST_F(PlatformTheme, EndsATitleTransitionThoughThereIsNoTitle)
     Elm_Object_Item* item = Push(kRed);
     DeliverEvents();
     elm_naviframe_item_title_enabled_set(item, EINA_FALSE, EINA_TRUE);
-    EXPECT_TRUE(RunUntil([&] { return titles == 1; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return titles == 1; }));
     elm_naviframe_item_title_enabled_set(item, EINA_TRUE, EINA_TRUE);
-    EXPECT_TRUE(RunUntil([&] { return titles == 2; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return titles == 2; }));
     EXPECT_TRUE(IsSeen(kRed));
 }
 
@@ -238,7 +238,7 @@ TEST_F(EffectScroller, DrawsNothingButItsClippedContent)
     Evas_Object* scroller = AddScroller(kSize, 4 * kSize, "effect");
     evas_object_geometry_set(scroller, 0, 60, kSize, 240);
     elm_scroller_region_show(scroller, 0, 500, kSize, 240);
-    ASSERT_TRUE(RunUntil([&] { return TopOf(scroller) == 500; }));
+    ASSERT_TRUE(Toolkit::RunUntil([&] { return TopOf(scroller) == 500; }));
     for (int y = 60; y < 300; ++y)
         for (int x : {0, 180, kSize - 10, kSize - 1})
             ASSERT_EQ(PixelAt(x, y) & 0xffffff, kContent) << x << " " << y;
@@ -252,14 +252,14 @@ TEST_F(EffectScroller, FollowsATouchAndBouncesBack)
     int drags = 0;
     evas_object_smart_callback_add(scroller, "scroll,drag,start", CountCB, &drags);
     Touch(300, 100);
-    EXPECT_TRUE(RunUntil([&] { return TopOf(scroller) > 100; }));
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return TopOf(scroller) > 100; }));
     EXPECT_EQ(drags, 1);
     Release();
 
     elm_scroller_region_show(scroller, 0, 0, kSize, kSize);
-    ASSERT_TRUE(RunUntil([&] { return TopOf(scroller) == 0; }));
+    ASSERT_TRUE(Toolkit::RunUntil([&] { return TopOf(scroller) == 0; }));
     Touch(100, 300);
-    EXPECT_TRUE(RunUntil(
+    EXPECT_TRUE(Toolkit::RunUntil(
         [&]
         {
             int y = 0;
@@ -269,7 +269,7 @@ TEST_F(EffectScroller, FollowsATouchAndBouncesBack)
         }))
         << "bounces";
     Release();
-    EXPECT_TRUE(RunUntil(
+    EXPECT_TRUE(Toolkit::RunUntil(
         [&]
         {
             int y = 0;

@@ -136,7 +136,7 @@ TEST_F(UiTheme, ColoursThePartsOfTheTheme)
         R"(<ColorTable>
             <Color id="/bg/normal/background" r="255" g="0" b="0" a="128"/></ColorTable>)"));
     // Half transparent red over the black of an empty window, as Edje multiplies it itself.
-    EXPECT_TRUE(RunUntil([&] { return (PixelAt(180, 180) & 0xffffff) == 0x800000; }))
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return (PixelAt(180, 180) & 0xffffff) == 0x800000; }))
         << std::hex << PixelAt(180, 180);
 }
 

@@ -5,8 +5,9 @@
 #include "common/RotaryEventManager.h"
 #include "page/Clock.h"
 #include "support/Toolkit.h"
-#include "system-settings/Catalogues.h"
-#include "system-settings/LocaleName.h"
+#include "texts/CatalogueList.h"
+#include "texts/LocaleName.h"
+#include "texts/TextLocale.h"
 
 #include <Ecore_Evas.h>
 #include <algorithm>
@@ -54,7 +55,7 @@ void StartToolkit()
     // A thread would draw in real time, and motions, which wait for it, would begin late.
     setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", 1);
     Toolkit::Start(PLATFORM_THEME);
-    LeaveLocaleC();
+    SetTextLocale();
     bindtextdomain(kTextDomain, LocaleFolder().c_str());
     bind_textdomain_codeset(kTextDomain, "UTF-8");
     textdomain(kTextDomain);

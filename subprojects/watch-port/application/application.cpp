@@ -7,13 +7,15 @@
 #include "application/Lifecycle.h"
 #include "application/OwnId.h"
 #include "application/PlatformTheme.h"
-#include "application/TextDomain.h"
 #include "application/fast-start/EarlyFonts.h"
 #include "application/windows/Display.h"
 #include "application/windows/Screen.h"
 #include "application/windows/WindowMotion.h"
 #include "base/ApplicationCalls.h"
 #include "dlog/PortLog.h"
+#include "system-settings/Settings.h"
+#include "texts/TextDomain.h"
+#include "texts/TextLocale.h"
 
 #include <Efreet.h>
 #include <Elementary.h>
@@ -143,7 +145,7 @@ int RunWithToolkit(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
         return PORT_REFUSE(APP_ERROR_NO_DISPLAY, kCall,
                            "no display: set DISPLAY or WAYLAND_DISPLAY to one that answers, "
                            "or ELM_ENGINE to \"buffer\"");
-    SetProgramLocale();
+    SetTextLocale();
     EarlyFonts fonts;
     const Toolkit toolkit(argc, argv);
     if (!toolkit.IsUp())
@@ -152,11 +154,11 @@ int RunWithToolkit(int argc, char** argv, const ui_app_lifecycle_callback_s& cal
     SetUpToolkit(display);
     TellMotions(display);
     // The toolkit has set the character type of the environment, which may be that of C.
-    SetProgramLocale();
+    SetTextLocale();
     std::optional<PlatformTheme> theme;
     if (surroundings.installation)
     {
-        BindTextDomain(*surroundings.installation);
+        BindTextDomain(*surroundings.installation, Settings::GetInstance().ReadLocales().language);
         theme.emplace(surroundings.installation->platformTheme);
     }
     Lifecycle lifecycle(callbacks, userData, display, surroundings.inbox);

@@ -1,8 +1,8 @@
 #include "system-settings/LocaleSettings.h"
 
 #include "dlog/PortLog.h"
-#include "system-settings/Catalogues.h"
-#include "system-settings/LocaleName.h"
+#include "texts/CatalogueList.h"
+#include "texts/LocaleName.h"
 
 #include <cstdlib>
 #include <initializer_list>
@@ -22,27 +22,17 @@ constexpr const char* kVariables[] = {"LC_ALL", "LC_MESSAGES", "LC_TIME", "LANG"
 LocaleSettings::LocaleSettings(ChangedCallback onChanged)
     : mOnChanged(std::move(onChanged)),
       mEnvironment(Choose(ReadEnvironment(), {kDefaultLocale, kDefaultLocale})),
-      mLocales(mEnvironment)
+      mLocales(mEnvironment), mService([this] { return FollowService(); })
 {
-    BeginCatalogues(mLocales.mLanguage);
+    BeginCatalogues(mLocales.language);
 }
 
-void LocaleSettings::Refresh()
+std::unique_ptr<BusProperty> LocaleSettings::FollowService()
 {
-    if (!mService)
-        mService = BusProperty::Follow(
-            kLocale,
-            [this](DBusMessageIter* value) { OnAnswer(Choose(ReadService(value), mEnvironment)); },
-            [this] { OnAnswer(mLocales); });
-}
-
-void LocaleSettings::Follow(bool isWanted)
-{
-    if (isWanted)
-        Refresh();
-    else if (mIsFollowed)
-        mService.reset();
-    mIsFollowed = isWanted;
+    return BusProperty::Follow(
+        kLocale,
+        [this](DBusMessageIter* value) { OnAnswer(Choose(ReadService(value), mEnvironment)); },
+        [this] { OnAnswer(mLocales); });
 }
 
 LocaleSettings::Entries LocaleSettings::ReadEnvironment()
@@ -104,20 +94,18 @@ Locales LocaleSettings::Choose(const Entries& entries, const Locales& otherwise)
     const auto region = first({"LC_ALL", "LC_TIME"});
     if (!language && !region)
         return otherwise;
-    const std::string chosen = language.value_or(otherwise.mLanguage);
+    const std::string chosen = language.value_or(otherwise.language);
     return {chosen, region.value_or(chosen)};
 }
 
 void LocaleSettings::OnAnswer(Locales locales)
 {
-    if (!mIsFollowed)
-        mService.reset();
+    mService.OnAnswer();
     const Locales before = std::exchange(mLocales, std::move(locales));
-    const bool isOtherLanguage = mLocales.mLanguage != before.mLanguage;
-    const bool isOtherRegion = mLocales.mRegion != before.mRegion;
+    const bool isOtherLanguage = mLocales.language != before.language;
+    const bool isOtherRegion = mLocales.region != before.region;
     if (isOtherLanguage)
-        ChangeCatalogues(mLocales.mLanguage);
-    LeaveLocaleC();
+        ChangeCatalogues(mLocales.language);
     if (isOtherLanguage)
         mOnChanged(SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE);
     if (isOtherRegion)

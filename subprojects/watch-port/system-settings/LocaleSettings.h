@@ -2,6 +2,7 @@
 #define WATCH_PORT_SYSTEM_SETTINGS_LOCALE_SETTINGS_H
 
 #include "bus/BusProperty.h"
+#include "system-settings/Following.h"
 #include <system_settings.h>
 
 #include <functional>
@@ -16,8 +17,8 @@ namespace WatchPort
 /** The names of the two settings that are locales. */
 struct Locales
 {
-    std::string mLanguage;
-    std::string mRegion;
+    std::string language;
+    std::string region;
 };
 
 /** Language and region: those of the environment, then the language service's. */
@@ -34,11 +35,9 @@ public:
 
     const Locales& Get() const { return mLocales; }
 
-    /** Asks the service in the background, if no question is out and it is not followed. */
-    void Refresh();
-
-    /** Follows the service, or stops to. */
-    void Follow(bool isWanted);
+    /** See Following. */
+    void Refresh() { mService.Refresh(); }
+    void Follow(bool isWanted) { mService.Follow(isWanted); }
 
 private:
     /** Valid, normalised locale names by their variables' names. */
@@ -49,13 +48,13 @@ private:
     static Entries Validate(const std::map<std::string_view, std::string_view>& texts);
     static Locales Choose(const Entries& entries, const Locales& otherwise);
 
+    std::unique_ptr<BusProperty> FollowService();
     void OnAnswer(Locales locales);
 
     const ChangedCallback mOnChanged;
     const Locales mEnvironment;
     Locales mLocales;
-    std::unique_ptr<BusProperty> mService;
-    bool mIsFollowed = false;
+    Following<BusProperty> mService;
 };
 
 } // namespace WatchPort

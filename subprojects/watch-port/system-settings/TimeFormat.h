@@ -1,10 +1,10 @@
 #ifndef WATCH_PORT_SYSTEM_SETTINGS_TIME_FORMAT_H
 #define WATCH_PORT_SYSTEM_SETTINGS_TIME_FORMAT_H
 
+#include "system-settings/Following.h"
 #include "system-settings/PortalClockFormat.h"
 
 #include <functional>
-#include <memory>
 #include <optional>
 
 namespace WatchPort
@@ -22,19 +22,16 @@ public:
     /** Whether clocks count to 24; nothing while the desktop has said nothing. */
     std::optional<bool> Get() const { return mCountsTo24; }
 
-    /** Asks the desktop in the background, if no question is out and it is not followed. */
-    void Refresh();
-
-    /** Follows the desktop, or stops to. */
-    void Follow(bool isWanted);
+    /** See Following. */
+    void Refresh() { mPortal.Refresh(); }
+    void Follow(bool isWanted) { mPortal.Follow(isWanted); }
 
 private:
     void OnAnswer(std::optional<bool> countsTo24);
 
     const std::function<void()> mOnAnswer;
     std::optional<bool> mCountsTo24;
-    std::unique_ptr<PortalClockFormat> mPortal;
-    bool mIsFollowed = false;
+    Following<PortalClockFormat> mPortal;
 };
 
 } // namespace WatchPort

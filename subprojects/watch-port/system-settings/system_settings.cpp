@@ -1,4 +1,4 @@
-#include "system-settings/SystemSettings.h"
+#include "system-settings/Settings.h"
 
 #include "dlog/PortLog.h"
 
@@ -40,7 +40,7 @@ system_settings_set_changed_cb(system_settings_key_e key, system_settings_change
     if (!callback)
         return Refuse(SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER, __func__, key,
                       "the callback is null");
-    SystemSettings::GetInstance().SetCallback(key, callback, user_data);
+    Settings::GetInstance().SetCallback(key, callback, user_data);
     return SYSTEM_SETTINGS_ERROR_NONE;
 }
 
@@ -48,7 +48,7 @@ __attribute__((no_sanitize("enum"))) int system_settings_unset_changed_cb(system
 {
     if (!IsKnown(key))
         return RefuseUnknownKey(__func__, key);
-    SystemSettings::GetInstance().SetCallback(key, nullptr, nullptr);
+    Settings::GetInstance().SetCallback(key, nullptr, nullptr);
     return SYSTEM_SETTINGS_ERROR_NONE;
 }
 
@@ -64,8 +64,8 @@ __attribute__((no_sanitize("enum"))) int system_settings_get_value_string(system
     if (!isLanguage && key != SYSTEM_SETTINGS_KEY_LOCALE_COUNTRY)
         return Refuse(SYSTEM_SETTINGS_ERROR_NO_STRING, __func__, key,
                       "has no text; 12 (region) and 13 (language) have");
-    const Locales locales = SystemSettings::GetInstance().ReadLocales();
-    char* copy = strdup((isLanguage ? locales.mLanguage : locales.mRegion).c_str());
+    const Locales locales = Settings::GetInstance().ReadLocales();
+    char* copy = strdup((isLanguage ? locales.language : locales.region).c_str());
     if (!copy)
         return Refuse(SYSTEM_SETTINGS_ERROR_OUT_OF_MEMORY, __func__, key, "no memory");
     *value = copy;
@@ -83,6 +83,6 @@ __attribute__((no_sanitize("enum"))) int system_settings_get_value_bool(system_s
     if (key != SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR)
         return Refuse(SYSTEM_SETTINGS_ERROR_NO_BOOL, __func__, key,
                       "is no truth value; 14 (24-hour format) is");
-    *value = SystemSettings::GetInstance().ReadTimeFormat();
+    *value = Settings::GetInstance().ReadTimeFormat();
     return SYSTEM_SETTINGS_ERROR_NONE;
 }

@@ -1,7 +1,7 @@
 // Drives the system settings from standard input and prints what comes of it, line by line:
 //
 //   get KEY [null] | is KEY [null] | set KEY [ACTION] | unset KEY | bind DIRECTORY
-//   translate ID | setlocale NAME | catalogues
+//   translate ID | catalogues
 //
 // An answer that "is" finds untouched reads 1. KEY is a name below or a number; ACTION is what the
 // callback does each time it is called, after it has printed "changed KEY": other commands, with
@@ -9,9 +9,9 @@
 
 #include "port/ProbeLoop.h"
 #include "system_settings.h"
+#include "texts/TextLocale.h"
 
 #include <algorithm>
-#include <clocale>
 #include <cstdlib>
 #include <libintl.h>
 
@@ -81,12 +81,6 @@ void Translate(const std::string& id, const std::string&)
     std::cout << "translate: " << dgettext("probe", id.c_str()) << std::endl;
 }
 
-void SetLocale(const std::string& name, const std::string&)
-{
-    std::cout << "setlocale: " << (std::setlocale(LC_ALL, name.c_str()) ? "done" : "failed")
-              << std::endl;
-}
-
 void ShowCatalogues(const std::string&, const std::string&)
 {
     const char* list = std::getenv("LANGUAGE");
@@ -96,13 +90,12 @@ void ShowCatalogues(const std::string&, const std::string&)
 
 int main()
 {
-    std::setlocale(LC_ALL, "");
+    SetTextLocale();
     return RunProbe({{"get", Get},
                      {"is", Is},
                      {"set", Set},
                      {"unset", Unset},
                      {"bind", Bind},
                      {"translate", Translate},
-                     {"setlocale", SetLocale},
                      {"catalogues", ShowCatalogues}});
 }

@@ -119,9 +119,10 @@ typedef struct
  * Runs the application until ui_app_exit(), SIGTERM, SIGINT, SIGHUP, the toolkit's own exit or the
  * end of its last window by the user's hand.
  *
- * Before create: the command line is read, the display is looked for, the locale is set (C.UTF-8
- * where the environment's is not installed), the text domain PROGRAM (the executable's base name)
- * is bound to the installation's catalogues, and the watch's theme is laid over the toolkit's.
+ * Before create: the command line is read, the display is looked for, the locale is set (with
+ * UTF-8 where the environment's is not installed, and never one in which gettext looks at no
+ * catalogue), the text domain PROGRAM (the executable's base name) is bound to the installation's
+ * catalogues, and the watch's theme is laid over the toolkit's.
  * A window that has no size of its own gets that of the watch's screen, unless the window manager
  * gives it another: that of the X screen where it is square, else 360 by 360 pixels. The toolkit's
  * scale follows that size, 1.3 at 360 pixels, and a finger drags what scrolls.

@@ -19,14 +19,11 @@
  * Accepted is [A-Za-z]{2,3}(_[A-Z]{2})?(.codeset)?(@modifier)?; another value is passed over with
  * one warning line (tag "WATCH_PORT"). A value without a codeset gets ".UTF-8".
  *
- * Message catalogues follow the language:
- *  - At the first use of a language or region key, and at each change before any callback, the
- *    environment variable LANGUAGE is set, for "ko_KR.UTF-8" to "ko_KR:ko:en": a language without
- *    catalogue reads English. One that the user has set is honoured until the first change.
- *    Gettext notices the change at its next look-up.
- *  - At each reading and each change, a process whose locale is "C" for messages or characters
- *    gets "C.UTF-8" for them: gettext looks at no catalogue in "C", and a locale that the machine
- *    does not have leaves a process there.
+ * Message catalogues follow the language: at the first use of a language or region key, and at each
+ * change before any callback, the environment variable LANGUAGE is set, for "ko_KR.UTF-8" to
+ * "ko_KR:ko:en": a language without catalogue reads English. One that the user has set is honoured
+ * until the first change. Gettext notices the change at its next look-up. It looks at no catalogue
+ * in the locale "C", which ui_app_main() leaves.
  *
  * Whether clocks count to 24 is the region's habit at first: that of its locale where the machine
  * has it (T_FMT), else 12 hours in AU, CA, CO, EG, IN, MY, NZ, PH, PK, SA and US and 24 hours

@@ -1,4 +1,4 @@
-#include "system-settings/Catalogue.h"
+#include "texts/Catalogue.h"
 
 #include <cstdint>
 #include <cstring>

@@ -1,12 +1,15 @@
-#ifndef WATCH_PORT_SYSTEM_SETTINGS_CATALOGUES_H
-#define WATCH_PORT_SYSTEM_SETTINGS_CATALOGUES_H
+#ifndef WATCH_PORT_TEXTS_CATALOGUE_LIST_H
+#define WATCH_PORT_TEXTS_CATALOGUE_LIST_H
 
 #include <string>
 
 namespace WatchPort
 {
 
-/** Begins with a language: LANGUAGE is set, unless the user has set it. */
+/**
+ * Begins with a language: LANGUAGE, the list of catalogues that gettext looks in, is set, unless
+ * the user has set it.
+ */
 void BeginCatalogues(const std::string& language);
 
 /**
@@ -22,12 +25,6 @@ void ChangeCatalogues(const std::string& language);
  * @return Whether there was one.
  */
 bool LeaveOutBrokenCatalogues();
-
-/**
- * Gives a process in the "C" locale "C.UTF-8" for messages and characters, as gettext looks at
- * no catalogue in the former. To be repeated: the toolkit's initialisation sets the locale anew.
- */
-void LeaveLocaleC();
 
 } // namespace WatchPort
 

@@ -1,4 +1,4 @@
-#include "system-settings/LocaleName.h"
+#include "texts/LocaleName.h"
 
 #include <algorithm>
 #include <iterator>
@@ -12,18 +12,18 @@ namespace
 {
 struct LocaleParts
 {
-    std::string_view mLanguage;
-    std::optional<std::string_view> mTerritory;
-    std::optional<std::string_view> mCodeset;
-    std::optional<std::string_view> mModifier;
+    std::string_view language;
+    std::optional<std::string_view> territory;
+    std::optional<std::string_view> codeset;
+    std::optional<std::string_view> modifier;
 };
 
 /** A catalogue that serves readers of a language for want of one of their territory. */
 struct NearCatalogue
 {
-    std::string_view mLanguage;
-    std::string_view mTerritories; /**< Empty: all of them. */
-    std::string_view mName;
+    std::string_view language;
+    std::string_view territories; /**< Empty: all of them. */
+    std::string_view name;
 };
 
 // Better ones before worse. Norwegian, Tagalog, Hebrew and Indonesian have a second, older code.
@@ -98,14 +98,14 @@ bool IsTerritory(std::string_view text)
 
 bool IsUnset(const LocaleParts& parts)
 {
-    return !parts.mTerritory && (parts.mLanguage == "C" || parts.mLanguage == "POSIX");
+    return !parts.territory && (parts.language == "C" || parts.language == "POSIX");
 }
 
 bool IsLocale(const LocaleParts& parts)
 {
-    return (IsLanguage(parts.mLanguage) || IsUnset(parts)) &&
-           IsTerritory(parts.mTerritory.value_or("XX")) && IsWord(parts.mCodeset.value_or("x")) &&
-           IsWord(parts.mModifier.value_or("x"));
+    return (IsLanguage(parts.language) || IsUnset(parts)) &&
+           IsTerritory(parts.territory.value_or("XX")) && IsWord(parts.codeset.value_or("x")) &&
+           IsWord(parts.modifier.value_or("x"));
 }
 
 std::string Lower(std::string_view text)
@@ -124,21 +124,21 @@ std::string NormaliseCodeset(std::string_view codeset)
 
 std::string Join(const LocaleParts& parts)
 {
-    std::string name(parts.mLanguage);
-    if (parts.mTerritory)
-        name.append("_").append(*parts.mTerritory);
-    if (parts.mCodeset)
-        name.append(".").append(*parts.mCodeset);
-    if (parts.mModifier)
-        name.append("@").append(*parts.mModifier);
+    std::string name(parts.language);
+    if (parts.territory)
+        name.append("_").append(*parts.territory);
+    if (parts.codeset)
+        name.append(".").append(*parts.codeset);
+    if (parts.modifier)
+        name.append("@").append(*parts.modifier);
     return name;
 }
 
 bool IsNear(const NearCatalogue& catalogue, const LocaleParts& parts)
 {
-    return catalogue.mLanguage == parts.mLanguage &&
-           (catalogue.mTerritories.empty() ||
-            catalogue.mTerritories.find(parts.mTerritory.value_or("-")) != std::string_view::npos);
+    return catalogue.language == parts.language &&
+           (catalogue.territories.empty() ||
+            catalogue.territories.find(parts.territory.value_or("-")) != std::string_view::npos);
 }
 
 void AddOnce(std::vector<std::string>& names, std::string_view name)
@@ -155,24 +155,24 @@ std::optional<std::string> NormaliseLocale(std::string_view name)
         return std::nullopt;
     if (IsUnset(parts))
         return kDefaultLocale;
-    const std::string codeset = NormaliseCodeset(parts.mCodeset.value_or("UTF-8"));
-    parts.mCodeset = codeset;
+    const std::string codeset = NormaliseCodeset(parts.codeset.value_or("UTF-8"));
+    parts.codeset = codeset;
     return Join(parts);
 }
 
 std::vector<std::string> ListCatalogues(std::string_view locale)
 {
     LocaleParts parts = Split(locale);
-    parts.mCodeset.reset();
+    parts.codeset.reset();
     std::vector<std::string> names = {Join(parts)};
     for (const NearCatalogue& catalogue : kNearCatalogues)
     {
         if (IsNear(catalogue, parts))
-            AddOnce(names, catalogue.mName);
+            AddOnce(names, catalogue.name);
     }
-    parts.mTerritory.reset();
+    parts.territory.reset();
     AddOnce(names, Join(parts));
-    AddOnce(names, parts.mLanguage);
+    AddOnce(names, parts.language);
     AddOnce(names, "en");
     return names;
 }
@@ -190,7 +190,7 @@ bool CountsTo24(const std::string& locale)
     }
     constexpr std::string_view kHalfDays[] = {"AU", "CA", "CO", "EG", "IN", "MY",
                                               "NZ", "PH", "PK", "SA", "US"};
-    const std::string_view territory = Split(locale).mTerritory.value_or("");
+    const std::string_view territory = Split(locale).territory.value_or("");
     return std::find(std::begin(kHalfDays), std::end(kHalfDays), territory) == std::end(kHalfDays);
 }
 

@@ -1,5 +1,5 @@
-#ifndef WATCH_PORT_SYSTEM_SETTINGS_CATALOGUE_H
-#define WATCH_PORT_SYSTEM_SETTINGS_CATALOGUE_H
+#ifndef WATCH_PORT_TEXTS_CATALOGUE_H
+#define WATCH_PORT_TEXTS_CATALOGUE_H
 
 #include <filesystem>
 #include <string_view>

@@ -1,22 +1,21 @@
-#include "system-settings/SystemSettings.h"
+#include "system-settings/Settings.h"
 
 #include "base/ApplicationCalls.h"
-#include "system-settings/Catalogues.h"
-#include "system-settings/LocaleName.h"
+#include "texts/LocaleName.h"
 
 #include <utility>
 
 namespace WatchPort
 {
 
-SystemSettings& SystemSettings::GetInstance()
+Settings& Settings::GetInstance()
 {
-    static auto& sInstance = *new SystemSettings;
+    static auto& sInstance = *new Settings;
     return sInstance;
 }
 
-void SystemSettings::SetCallback(system_settings_key_e key, system_settings_changed_cb callback,
-                                 void* userData)
+void Settings::SetCallback(system_settings_key_e key, system_settings_changed_cb callback,
+                           void* userData)
 {
     if (callback)
         mRegistrations[key] = {callback, userData};
@@ -25,22 +24,21 @@ void SystemSettings::SetCallback(system_settings_key_e key, system_settings_chan
     WatchWhatIsWanted();
 }
 
-Locales SystemSettings::ReadLocales()
+Locales Settings::ReadLocales()
 {
     LocaleSettings& locales = GetLocales();
-    LeaveLocaleC();
     locales.Refresh();
     return locales.Get();
 }
 
-bool SystemSettings::ReadTimeFormat()
+bool Settings::ReadTimeFormat()
 {
     ReadLocales();
     mFormat.Refresh();
     return CountsTo24();
 }
 
-LocaleSettings& SystemSettings::GetLocales()
+LocaleSettings& Settings::GetLocales()
 {
     if (mLocales)
         return *mLocales;
@@ -55,12 +53,12 @@ LocaleSettings& SystemSettings::GetLocales()
     return *mLocales;
 }
 
-bool SystemSettings::HasCallback(system_settings_key_e key) const
+bool Settings::HasCallback(system_settings_key_e key) const
 {
     return mRegistrations.count(key) != 0;
 }
 
-void SystemSettings::WatchWhatIsWanted()
+void Settings::WatchWhatIsWanted()
 {
     const bool wantsFormat = HasCallback(SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR);
     const bool wantsLocales = wantsFormat || HasCallback(SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE) ||
@@ -77,25 +75,25 @@ void SystemSettings::WatchWhatIsWanted()
         mClock.emplace([this] { Notify(SYSTEM_SETTINGS_KEY_TIME_CHANGED); });
 }
 
-bool SystemSettings::CountsTo24() const
+bool Settings::CountsTo24() const
 {
-    return mFormat.Get().value_or(WatchPort::CountsTo24(mLocales->Get().mRegion));
+    return mFormat.Get().value_or(WatchPort::CountsTo24(mLocales->Get().region));
 }
 
-void SystemSettings::TellTimeFormat()
+void Settings::TellTimeFormat()
 {
     const bool countsTo24 = CountsTo24();
     if (std::exchange(mToldCountsTo24, countsTo24) != countsTo24)
         Notify(SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR);
 }
 
-void SystemSettings::Notify(system_settings_key_e key)
+void Settings::Notify(system_settings_key_e key)
 {
     const auto registration = mRegistrations.find(key);
     if (registration == mRegistrations.end() || !MayCallApplication())
         return;
     const Registration called = registration->second;
-    called.mCallback(key, called.mUserData);
+    called.callback(key, called.userData);
 }
 
 } // namespace WatchPort

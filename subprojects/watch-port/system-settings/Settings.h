@@ -1,5 +1,5 @@
-#ifndef WATCH_PORT_SYSTEM_SETTINGS_SYSTEM_SETTINGS_H
-#define WATCH_PORT_SYSTEM_SETTINGS_SYSTEM_SETTINGS_H
+#ifndef WATCH_PORT_SYSTEM_SETTINGS_SETTINGS_H
+#define WATCH_PORT_SYSTEM_SETTINGS_SETTINGS_H
 
 #include "system-settings/ClockWatch.h"
 #include "system-settings/LocaleSettings.h"
@@ -14,16 +14,16 @@ namespace WatchPort
 {
 
 /** The settings and the callbacks of their changes. Lives as long as the process. */
-class SystemSettings
+class Settings
 {
 public:
-    static SystemSettings& GetInstance();
+    static Settings& GetInstance();
 
     /** @param callback Null: the key is no longer followed. */
     void SetCallback(system_settings_key_e key, system_settings_changed_cb callback,
                      void* userData);
 
-    /** Also asks for news, and keeps the process able to read catalogues. */
+    /** Also asks for news. */
     Locales ReadLocales();
 
     /** Tells whether clocks count to 24; also asks for news. */
@@ -32,11 +32,11 @@ public:
 private:
     struct Registration
     {
-        system_settings_changed_cb mCallback;
-        void* mUserData;
+        system_settings_changed_cb callback;
+        void* userData;
     };
 
-    SystemSettings() = default;
+    Settings() = default;
 
     LocaleSettings& GetLocales();
 

@@ -1,16 +1,11 @@
-#include "application/TextDomain.h"
+#include "texts/TextDomain.h"
 
-#include "base/FreeDeleter.h"
 #include "dlog/PortLog.h"
-#include "system-settings/Catalogue.h"
-#include "system-settings/Catalogues.h"
-#include "system-settings/LocaleName.h"
-#include <system_settings.h>
+#include "texts/Catalogue.h"
+#include "texts/CatalogueList.h"
+#include "texts/LocaleName.h"
 
-#include <clocale>
 #include <libintl.h>
-#include <memory>
-#include <string>
 
 namespace WatchPort
 {
@@ -22,15 +17,6 @@ namespace
 fs::path CatalogueFile(const Installation& installation, const std::string& language)
 {
     return installation.locales / language / "LC_MESSAGES" / (installation.program + ".mo");
-}
-
-std::string SystemLanguage()
-{
-    char* value = nullptr;
-    if (system_settings_get_value_string(SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE, &value) != 0)
-        return kDefaultLocale;
-    const std::unique_ptr<char, FreeDeleter> owner(value);
-    return value;
 }
 
 // Nothing when no catalogue is there.
@@ -57,23 +43,13 @@ void ReportMissingCatalogue(const Installation& installation, const std::string&
 }
 } // namespace
 
-void SetProgramLocale()
+void BindTextDomain(const Installation& installation, const std::string& language)
 {
-    const char* locale = std::setlocale(LC_ALL, "");
-    const std::string messages = !locale ? "C" : std::setlocale(LC_MESSAGES, nullptr);
-    if (messages == "C" || messages == "POSIX")
-        std::setlocale(LC_ALL, "C.UTF-8");
-}
-
-void BindTextDomain(const Installation& installation)
-{
-    // Asked for first: it sets the list of catalogues up.
-    const std::string locale = SystemLanguage();
     bindtextdomain(installation.program.c_str(), installation.locales.c_str());
     bind_textdomain_codeset(installation.program.c_str(), "UTF-8");
     textdomain(installation.program.c_str());
     if (!LeaveOutBrokenCatalogues())
-        ReportMissingCatalogue(installation, locale);
+        ReportMissingCatalogue(installation, language);
 }
 
 } // namespace WatchPort

@@ -1,13 +1,11 @@
-#include "system-settings/Catalogues.h"
+#include "texts/CatalogueList.h"
 
 #include "dlog/PortLog.h"
-#include "system-settings/Catalogue.h"
-#include "system-settings/LocaleName.h"
+#include "texts/Catalogue.h"
+#include "texts/LocaleName.h"
 
 #include <algorithm>
-#include <clocale>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <libintl.h>
 #include <string_view>
@@ -114,15 +112,6 @@ bool LeaveOutBrokenCatalogues()
         return false;
     SetList(names);
     return true;
-}
-
-void LeaveLocaleC()
-{
-    for (const int category : {LC_MESSAGES, LC_CTYPE})
-    {
-        if (std::strcmp(std::setlocale(category, nullptr), "C") == 0)
-            std::setlocale(category, "C.UTF-8");
-    }
 }
 
 } // namespace WatchPort

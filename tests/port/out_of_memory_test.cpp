@@ -6,6 +6,7 @@
 #include <device/battery.h>
 #include <device/callback.h>
 #include <efl_extension.h>
+#include <system_settings.h>
 #include <ui_extension.h>
 
 #include <cstdio>
@@ -18,6 +19,10 @@ namespace
 {
 
 void DeviceChangedCB(device_callback_e, void*, void*)
+{
+}
+
+void SettingChangedCB(system_settings_key_e, void*)
 {
 }
 
@@ -110,6 +115,42 @@ TEST_F(OutOfMemory, OfTheChargerAddsNoCallback)
                    });
     EXPECT_EQ(device_remove_callback(DEVICE_CALLBACK_BATTERY_CHARGING, DeviceChangedCB),
               DEVICE_ERROR_NONE);
+}
+
+TEST_F(OutOfMemory, OfASettingHasNoValue)
+{
+    const auto isRefused = [](int result) { return result == SYSTEM_SETTINGS_ERROR_OUT_OF_MEMORY; };
+    ExpectRefusals("system_settings_get_value_bool",
+                   [&]
+                   {
+                       bool value = false;
+                       return isRefused(system_settings_get_value_bool(
+                           SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR, &value));
+                   });
+    ExpectRefusals("system_settings_get_value_string",
+                   [&]
+                   {
+                       char* value = nullptr;
+                       const int result = system_settings_get_value_string(
+                           SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE, &value);
+                       std::free(value);
+                       return isRefused(result);
+                   });
+}
+
+TEST_F(OutOfMemory, OfASettingSetsNoCallback)
+{
+    for (const auto key : {SYSTEM_SETTINGS_KEY_TIME_CHANGED, SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE,
+                           SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR})
+    {
+        ExpectRefusals("system_settings_set_changed_cb",
+                       [&]
+                       {
+                           return system_settings_set_changed_cb(key, SettingChangedCB, nullptr) ==
+                                  SYSTEM_SETTINGS_ERROR_OUT_OF_MEMORY;
+                       });
+        EXPECT_EQ(system_settings_unset_changed_cb(key), SYSTEM_SETTINGS_ERROR_NONE);
+    }
 }
 
 TEST_F(OutOfMemory, OfATableIsNoTable)

@@ -17,11 +17,19 @@ Settings& Settings::GetInstance()
 void Settings::SetCallback(system_settings_key_e key, system_settings_changed_cb callback,
                            void* userData)
 {
-    if (callback)
-        mRegistrations[key] = {callback, userData};
-    else
-        mRegistrations.erase(key);
-    WatchWhatIsWanted();
+    Follow(key);
+    mRegistrations[key] = {callback, userData};
+}
+
+void Settings::UnsetCallback(system_settings_key_e key)
+{
+    mRegistrations.erase(key);
+    if (mLocales && !WantsLocales())
+        mLocales->Follow(false);
+    if (!WantsTimeFormat())
+        mFormat.Follow(false);
+    if (!HasCallback(SYSTEM_SETTINGS_KEY_TIME_CHANGED))
+        mClock.reset();
 }
 
 Locales Settings::ReadLocales()
@@ -58,21 +66,25 @@ bool Settings::HasCallback(system_settings_key_e key) const
     return mRegistrations.count(key) != 0;
 }
 
-void Settings::WatchWhatIsWanted()
+bool Settings::WantsTimeFormat() const
 {
-    const bool wantsFormat = HasCallback(SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR);
-    const bool wantsLocales = wantsFormat || HasCallback(SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE) ||
-                              HasCallback(SYSTEM_SETTINGS_KEY_LOCALE_COUNTRY);
-    if (wantsLocales)
-        GetLocales().Follow(true);
-    else if (mLocales)
-        mLocales->Follow(false);
-    mFormat.Follow(wantsFormat);
+    return HasCallback(SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR);
+}
 
-    if (!HasCallback(SYSTEM_SETTINGS_KEY_TIME_CHANGED))
-        mClock.reset();
+bool Settings::WantsLocales() const
+{
+    return WantsTimeFormat() || HasCallback(SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE) ||
+           HasCallback(SYSTEM_SETTINGS_KEY_LOCALE_COUNTRY);
+}
+
+void Settings::Follow(system_settings_key_e key)
+{
+    if (key != SYSTEM_SETTINGS_KEY_TIME_CHANGED)
+        GetLocales().Follow(true);
     else if (!mClock)
         mClock.emplace([this] { Notify(SYSTEM_SETTINGS_KEY_TIME_CHANGED); });
+    if (key == SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR)
+        mFormat.Follow(true);
 }
 
 bool Settings::CountsTo24() const

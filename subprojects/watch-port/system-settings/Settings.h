@@ -19,9 +19,12 @@ class Settings
 public:
     static Settings& GetInstance();
 
-    /** @param callback Null: the key is no longer followed. */
+    /** Sets the one callback of a key. Without memory the one of before stays. */
     void SetCallback(system_settings_key_e key, system_settings_changed_cb callback,
                      void* userData);
+
+    /** Stops to follow what no callback wants any more. */
+    void UnsetCallback(system_settings_key_e key);
 
     /** Also asks for news. */
     Locales ReadLocales();
@@ -41,7 +44,9 @@ private:
     LocaleSettings& GetLocales();
 
     bool HasCallback(system_settings_key_e key) const;
-    void WatchWhatIsWanted();
+    bool WantsTimeFormat() const;
+    bool WantsLocales() const;
+    void Follow(system_settings_key_e key);
     bool CountsTo24() const;
     void TellTimeFormat();
     void Notify(system_settings_key_e key);

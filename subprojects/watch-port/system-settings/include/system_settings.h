@@ -71,7 +71,7 @@ typedef enum
     SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER = -1, /**< A null pointer. */
     SYSTEM_SETTINGS_ERROR_UNKNOWN_KEY = -2,       /**< No system_settings_key_e. */
     SYSTEM_SETTINGS_ERROR_NO_STRING = -3,         /**< The key's value is no text. */
-    SYSTEM_SETTINGS_ERROR_OUT_OF_MEMORY = -4,     /**< No room for the copy. */
+    SYSTEM_SETTINGS_ERROR_OUT_OF_MEMORY = -4,     /**< Nothing was changed. */
     SYSTEM_SETTINGS_ERROR_NO_BOOL = -5,           /**< The key's value is no truth value. */
 } system_settings_error_e;
 
@@ -94,7 +94,8 @@ typedef void (*system_settings_changed_cb)(system_settings_key_e key, void* user
  * @param user_data Handed to the callback; not looked at.
  * @return SYSTEM_SETTINGS_ERROR_NONE;
  *         SYSTEM_SETTINGS_ERROR_UNKNOWN_KEY for another key than those above;
- *         SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER for a null callback.
+ *         SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER for a null callback;
+ *         SYSTEM_SETTINGS_ERROR_OUT_OF_MEMORY: the callback of before stays.
  */
 int system_settings_set_changed_cb(system_settings_key_e key, system_settings_changed_cb callback,
                                    void* user_data);
@@ -129,7 +130,8 @@ int system_settings_get_value_string(system_settings_key_e key, char** value);
  * @return SYSTEM_SETTINGS_ERROR_NONE;
  *         SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER for a null pointer;
  *         SYSTEM_SETTINGS_ERROR_NO_BOOL for a key that can be followed, but is no truth value;
- *         SYSTEM_SETTINGS_ERROR_UNKNOWN_KEY for any other key.
+ *         SYSTEM_SETTINGS_ERROR_UNKNOWN_KEY for any other key;
+ *         SYSTEM_SETTINGS_ERROR_OUT_OF_MEMORY.
  */
 int system_settings_get_value_bool(system_settings_key_e key, bool* value);
 

@@ -41,7 +41,7 @@ void KeyInput::Press(const std::string& name)
     if (detents != kTurningKeys.end())
         mControl.TurnBezel(detents->second);
     else if (isFresh && key != kWatchKeys.end())
-        mControl.MoveKey("push", key->second);
+        mControl.PushKey(key->second);
     else if (isFresh && name == kChargerKey)
         mControl.SetPlugged(!mControl.GetState().isPlugged);
 }
@@ -51,7 +51,7 @@ void KeyInput::Release(const std::string& name)
     const bool wasHeld = mHeld.erase(name) > 0;
     const auto key = kWatchKeys.find(name);
     if (wasHeld && key != kWatchKeys.end())
-        mControl.MoveKey("release", key->second);
+        mControl.ReleaseKey(key->second);
 }
 
 void KeyInput::ReleaseAll()

@@ -35,10 +35,10 @@ void MouseInput::Press(Point point)
         mDrag.emplace(mLayout.GetAngleAt(point));
         break;
     case Target::BackKey:
-        mControl.MoveKey("push", "back");
+        mControl.PushKey("back");
         break;
     case Target::PowerKey:
-        mControl.MoveKey("push", "power");
+        mControl.PushKey("power");
         break;
     case Target::Charger:
     case Target::Nothing:
@@ -61,9 +61,9 @@ void MouseInput::Release(Point point)
     if (mHeld == Target::Screen)
         mScreen.ReleaseTouch(pixel.x, pixel.y);
     else if (mHeld == Target::BackKey)
-        mControl.MoveKey("release", "back");
+        mControl.ReleaseKey("back");
     else if (mHeld == Target::PowerKey)
-        mControl.MoveKey("release", "power");
+        mControl.ReleaseKey("power");
     else if (mHeld == Target::Charger && mLayout.GetTargetAt(point) == Target::Charger)
         mControl.SetPlugged(!mControl.GetState().isPlugged);
     mHeld = Target::Nothing;

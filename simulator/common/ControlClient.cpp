@@ -7,6 +7,8 @@
 #include <cstring>
 #include <stdexcept>
 #include <utility>
+#include <variant>
+#include <vector>
 
 namespace
 {
@@ -14,8 +16,6 @@ constexpr char kName[] = "com.velmora.QivoWatch";
 constexpr char kPath[] = "/com/velmora/QivoWatch";
 constexpr char kInterface[] = "com.velmora.QivoWatch1";
 constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
-constexpr unsigned int kLaunchMilliseconds = 30000;
-
 // The keeper accepts no more at a time.
 constexpr int kMostDetents = 1000;
 
@@ -42,6 +42,29 @@ Eldbus_Connection* Connect()
     if (!bus)
         throw std::runtime_error(std::string("no bus at ") + address);
     return bus;
+}
+
+// What a verb takes beside the arguments that it needs.
+using Options = std::vector<std::pair<const char*, std::variant<uint32_t, const char*>>>;
+
+void AppendOptions(Eldbus_Message_Iter* arguments, const Options& options)
+{
+    Eldbus_Message_Iter* all = eldbus_message_iter_container_new(arguments, 'a', "{sv}");
+    for (const auto& [name, value] : options)
+    {
+        const auto* number = std::get_if<uint32_t>(&value);
+        const char* type = number ? "u" : "s";
+        Eldbus_Message_Iter* entry = eldbus_message_iter_container_new(all, 'e', nullptr);
+        eldbus_message_iter_basic_append(entry, 's', name);
+        Eldbus_Message_Iter* variant = eldbus_message_iter_container_new(entry, 'v', type);
+        if (number)
+            eldbus_message_iter_basic_append(variant, 'u', *number);
+        else
+            eldbus_message_iter_basic_append(variant, 's', std::get<const char*>(value));
+        eldbus_message_iter_container_close(entry, variant);
+        eldbus_message_iter_container_close(all, entry);
+    }
+    eldbus_message_iter_container_close(arguments, all);
 }
 
 // Whether this is the end of the connection and not an answer.
@@ -148,37 +171,45 @@ void ControlClient::SendTurn()
     mTurns.pop_front();
     ++mTurnsAtWork;
     Eldbus_Message* call = NewCall("Bezel");
-    eldbus_message_arguments_append(call, "suu", detents > 0 ? "cw" : "ccw",
-                                    static_cast<unsigned int>(std::abs(detents)), 0u);
+    Eldbus_Message_Iter* arguments = eldbus_message_iter_get(call);
+    eldbus_message_iter_basic_append(arguments, 's', detents > 0 ? "cw" : "ccw");
+    AppendOptions(arguments,
+                  {{"count", static_cast<uint32_t>(std::abs(detents))}, {"interval", 0U}});
     eldbus_connection_send(mBus, call, STurnedCB, this, -1);
 }
 
 // Detents turned before the key moves are sent before it.
-void ControlClient::MoveKey(const char* action, const char* key)
+void ControlClient::MoveKey(const char* method, const char* key)
 {
     while (!mTurns.empty())
         SendTurn();
-    Eldbus_Message* call = NewCall("Button");
-    eldbus_message_arguments_append(call, "ssuuu", action, key, 0u, 1u, 0u);
+    Eldbus_Message* call = NewCall(method);
+    eldbus_message_arguments_append(call, "s", key);
     Send(call);
+}
+
+void ControlClient::PushKey(const char* key)
+{
+    MoveKey("PushKey", key);
+}
+
+void ControlClient::ReleaseKey(const char* key)
+{
+    MoveKey("ReleaseKey", key);
 }
 
 void ControlClient::SetPlugged(bool isPlugged)
 {
-    Eldbus_Message* call = NewCall("SetPlugged");
-    eldbus_message_arguments_append(call, "b", isPlugged);
+    Eldbus_Message* call = NewCall("SetBattery");
+    AppendOptions(eldbus_message_iter_get(call),
+                  {{"state", isPlugged ? "charging" : "discharging"}});
     Send(call);
 }
 
 void ControlClient::Launch(const char* application)
 {
     Eldbus_Message* call = NewCall("Launch");
-    Eldbus_Message_Iter* arguments = eldbus_message_iter_get(call);
-    eldbus_message_iter_arguments_append(arguments, "ss", application, "");
-    for (int texts = 0; texts < 2; ++texts) // extra data, environment
-        eldbus_message_iter_container_close(
-            arguments, eldbus_message_iter_container_new(arguments, 'a', "{ss}"));
-    eldbus_message_iter_basic_append(arguments, 'u', kLaunchMilliseconds);
+    AppendOptions(eldbus_message_iter_get(call), {{"app", application}});
     Send(call);
 }
 

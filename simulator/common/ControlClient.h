@@ -49,8 +49,9 @@ public:
      * works on earlier ones: the bus refuses calls when too many are unanswered.
      */
     void TurnBezel(int detents);
-    /** @param action "push" or "release"  @param key "back" or "power" */
-    void MoveKey(const char* action, const char* key);
+    /** @param key "back" or "power" */
+    void PushKey(const char* key);
+    void ReleaseKey(const char* key);
     void SetPlugged(bool isPlugged);
     void Launch(const char* application);
     void Stop();
@@ -67,6 +68,7 @@ private:
     Eldbus_Message* NewCall(const char* method) const;
     void Send(Eldbus_Message* call);
     void SendTurn();
+    void MoveKey(const char* method, const char* key);
     void ReadState();
     void TakeProperties(Eldbus_Message_Iter* values);
 

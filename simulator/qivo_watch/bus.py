@@ -1,11 +1,10 @@
-"""The watch's message bus: a private daemon, and objects with properties on it."""
+"""The watch's message bus, as all who are on it see it."""
 
 import contextlib
-import pathlib
 import threading
-from typing import Any, Callable, Iterator
+from typing import Iterator
 
-from gi.repository import Gio, GLib
+from gi.repository import Gio
 
 PROPERTIES = "org.freedesktop.DBus.Properties"
 DAEMON = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
@@ -14,27 +13,6 @@ PATIENCE_S = 4.0
 """Seconds for a bus to answer."""
 
 PATIENCE_MS = round(PATIENCE_S * 1000)
-
-_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
- "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
-  <listen>{address}</listen>
-  <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow send_destination="*"/>
-    <allow receive_sender="*"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-"""
-
-
-def daemon_command(folder: pathlib.Path, address: str, ready: int) -> list[str]:
-    """The command of a bus that writes a line to the descriptor READY when it listens."""
-    configuration = folder / "bus.conf"
-    configuration.write_text(_CONFIGURATION.format(address=address), encoding="utf-8")
-    return ["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile",
-            "--nosyslog", f"--print-address={ready}"]
 
 
 def connect(address: str) -> Gio.DBusConnection:
@@ -56,84 +34,3 @@ def _patience() -> Iterator[Gio.Cancellable]:
         yield end
     finally:
         timer.cancel()
-
-
-def own_name(connection: Gio.DBusConnection, name: str) -> None:
-    """Takes a name; on a fresh bus nobody else has it."""
-    connection.call_sync(*DAEMON, "RequestName", GLib.Variant("(su)", (name, 0)), None,
-                         Gio.DBusCallFlags.NONE, PATIENCE_MS, None)
-
-
-def process_of(connection: Gio.DBusConnection, name: str) -> int | None:
-    """The process behind a name; None when it has gone."""
-    try:
-        return connection.call_sync(
-            *DAEMON, "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,)), None,
-            Gio.DBusCallFlags.NONE, PATIENCE_MS, None).unpack()[0]
-    except GLib.Error:
-        return None
-
-
-Handler = Callable[[str, tuple, Gio.DBusMethodInvocation], None]
-
-
-class BusObject:
-    """One interface at one path, with its properties and who serves its methods.
-
-    PropertiesChanged is sent for each change by set(). METHODS gets a method's name, its
-    arguments and the call to be answered.
-    """
-
-    def __init__(self, connection: Gio.DBusConnection, path: str, description: str,
-                 values: dict[str, Any], methods: Handler | None = None):
-        """description: introspection XML with one interface; values: the properties' first."""
-        self._connection = connection
-        self._path = path
-        self._interface = Gio.DBusNodeInfo.new_for_xml(description).interfaces[0]
-        self._types = {known.name: known.signature for known in self._interface.properties}
-        self._values = dict(values)
-        self._methods = methods
-        connection.register_object(path, self._interface, self._on_call, self._on_read, None)
-
-    def get(self, name: str) -> Any:
-        value = self._values[name]
-        return value() if callable(value) else value
-
-    def set(self, **values: Any) -> None:
-        """Sets properties; tells of those that are not what they were."""
-        self.tell(**{name: value for name, value in values.items()
-                     if self._values[name] != value})
-
-    def tell(self, **values: Any) -> None:
-        """Tells of properties, changed or not. One that is computed stays so."""
-        for name, value in values.items():
-            if not callable(self._values[name]):
-                self._values[name] = value
-        if not values:
-            return
-        changed = {name: self._variant(name, value) for name, value in values.items()}
-        self._send(PROPERTIES, "PropertiesChanged",
-                   GLib.Variant("(sa{sv}as)", (self._interface.name, changed, [])))
-
-    def emit(self, signal: str, arguments: GLib.Variant) -> None:
-        self._send(self._interface.name, signal, arguments)
-
-    def _send(self, interface: str, signal: str, arguments: GLib.Variant) -> None:
-        # Nobody hears it on a bus that has just died, and its end is told elsewhere.
-        if not self._connection.is_closed():
-            self._connection.emit_signal(None, self._path, interface, signal, arguments)
-
-    def _variant(self, name: str, value: Any) -> GLib.Variant:
-        return GLib.Variant(self._types[name], value)
-
-    def _on_read(self, _connection: Any, _sender: str, _path: str, _interface: str,
-                 name: str) -> GLib.Variant:
-        return self._variant(name, self.get(name))
-
-    def _on_call(self, _connection: Any, _sender: str, _path: str, _interface: str, method: str,
-                 arguments: GLib.Variant, call: Gio.DBusMethodInvocation) -> None:
-        if self._methods is None:
-            call.return_dbus_error("org.freedesktop.DBus.Error.NotSupported",
-                                   f"a watch has no {method}")
-            return
-        self._methods(method, arguments.unpack(), call)

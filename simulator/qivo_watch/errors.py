@@ -11,3 +11,7 @@ class WatchEnded(WatchError):
 
 class UsageError(Exception):
     """Nothing that could be tried: its one line is for the user, the status is 2."""
+
+
+class ScreenGone(Exception):
+    """The watch's screen has gone while it was looked at: the watch has ended, or is ending."""

@@ -14,15 +14,15 @@ import subprocess
 import sys
 from typing import Any, NoReturn
 
-from qivo_watch.processes import OPTIONS_VARIABLE, STATE_VARIABLE, descendants, spawn
+from qivo_watch.processes import REQUESTS, STATE_VARIABLE, descendants
+from qivo_watch.spawn import OPTIONS_VARIABLE, spawn
 from qivo_watch.state import Folder
 
 PR_SET_CHILD_SUBREAPER = 36
-REQUESTS = (signal.SIGTERM, signal.SIGINT)
 END_PATIENCE_S = 4
 """Seconds for a keeper to end, which grants three of them to the applications."""
 
-KEEPER = "import sys; from qivo_watch.keeper import main; sys.exit(main(sys.argv[1:]))"
+KEEPER = "import sys; from qivo_watch.keeper.keeper import main; sys.exit(main(sys.argv[1:]))"
 
 
 def start_guard(folder: Folder, lock: int, options: str) -> int:

@@ -1,37 +1,21 @@
-"""Processes that do not outlive the watch: started so, found again, ended."""
+"""The processes of a watch: found, and ended."""
 
 import contextlib
 import os
 import pathlib
 import re
-import shutil
 import signal
-import subprocess
 import time
 from typing import Iterator
 
 STATE_VARIABLE = "QIVO_WATCH_FOLDER"
 """Names the watch's folder in the environment of each process that belongs to the watch."""
 
-OPTIONS_VARIABLE = "QIVO_WATCH_OPTIONS"
-"""Tells the keeper how the watch was started, as JSON."""
-
-_SETPRIV = shutil.which("setpriv") or "setpriv"
-"""Found before a program's own PATH is in the way."""
+REQUESTS = (signal.SIGTERM, signal.SIGINT)
+"""What asks a watch, and who starts one, to end."""
 
 GRACE_S = 3.0
 """Seconds within which processes that were killed are gone."""
-
-
-def spawn(command: list[str], environment: dict[str, str], end_signal: str = "KILL",
-          **options) -> subprocess.Popen:
-    """Starts a process in a group of its own, which ends with the thread that calls.
-
-    end_signal: what it gets when that thread ends.
-    """
-    return subprocess.Popen(
-        [_SETPRIV, "--pdeathsig", end_signal, "--", *command], env=environment,
-        start_new_session=True, **{"stdin": subprocess.DEVNULL, **options})
 
 
 def end_of(status: int) -> str:

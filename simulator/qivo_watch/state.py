@@ -11,7 +11,6 @@ import fcntl
 import os
 import pathlib
 import re
-import shutil
 import stat
 import time
 import urllib.parse
@@ -246,6 +245,7 @@ def _opened(path: pathlib.Path, unwanted: int) -> Iterator[int]:
 
 def _remove(name: str, parent: int) -> None:
     """Removes an entry of the open folder PARENT, and never what a link points to."""
+    import shutil  # pylint: disable=import-outside-toplevel  # for who removes alone
     problem = ""
 
     def note(_function: Any, path: str, error: Any) -> None:

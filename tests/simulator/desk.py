@@ -40,7 +40,7 @@ class Desk:
     def __exit__(self, *_):
         segments = segments_of(self.processes())
         # A watch that ends by itself takes the folder along.
-        with contextlib.suppress(FileNotFoundError):
+        with contextlib.suppress(FileNotFoundError, NotADirectoryError):
             for name in os.listdir(self.runtime / "qivo-watch"):
                 self.run("--name", name, "stop")
         left = self.processes()

@@ -9,16 +9,16 @@ SYSTEM_BUS = False
 
 _SET = f'self.Set("{MAIN_IFACE}", "%s", %s)'
 _BEZEL = _SET % ("BezelPosition", 'dbus.Int32(self.props["com.velmora.QivoWatch1"]'
-                 '["BezelPosition"] + (1 if args[0] == "cw" else -1) * int(args[1]))')
-_BUTTON = f"""self.Set("{MAIN_IFACE}", args[1].capitalize() + "Pressed",
-                       dbus.Boolean(args[0] == "push"))"""
+                 '["BezelPosition"] + (1 if args[0] == "cw" else -1) * int(args[1]["count"]))')
+_KEY = f"""self.Set("{MAIN_IFACE}", args[0].capitalize() + "Pressed", dbus.Boolean(%s))"""
 
 
 def load(mock, parameters):
     for name, signature, effect in (
-            ("Launch", "ssa{ss}a{ss}u", ""), ("Stop", "", ""),
-            ("Bezel", "suu", _BEZEL), ("Button", "ssuuu", _BUTTON),
-            ("SetPlugged", "b", _SET % ("Plugged", "dbus.Boolean(args[0])"))):
+            ("Launch", "a{sv}", ""), ("Stop", "", ""), ("Bezel", "sa{sv}", _BEZEL),
+            ("PushKey", "s", _KEY % True), ("ReleaseKey", "s", _KEY % False),
+            ("SetBattery", "a{sv}",
+             _SET % ("Plugged", 'dbus.Boolean(args[0]["state"] == "charging")'))):
         mock.AddMethod(MAIN_IFACE, name, signature, "", effect)
     for name, value in (
             ("ScreenOn", True), ("BezelPosition", dbus.Int32(0)), ("BackPressed", False),

@@ -21,6 +21,10 @@ PLUG = (40, 340)
 PLUG_BEHIND = (112, 340)
 """Where only a plugged charger is."""
 
+ONE = {"count": 1, "interval": 0}
+CLOCKWISE = ("cw", ONE)
+PLUGGED, UNPLUGGED = ({"state": "charging"},), ({"state": "discharging"},)
+
 RED, WHITE = 0xFF0000, 0xFFFFFF
 
 
@@ -119,21 +123,21 @@ def test_a_finger_that_is_dragged_beyond_the_screen_stays_at_its_edge(watch):
                    seen[-1][0] == X.ButtonRelease, "the finger lifted")
         assert seen[0] == (X.ButtonPress, 180, 180)
         assert seen[-1] == (X.ButtonRelease, 0, 180)
-    assert watch.calls("SetPlugged") == []
+    assert watch.calls("SetBattery") == []
 
 
 @pytest.mark.parametrize("place, key", [(BACK_KEY, "back"), (POWER_KEY, "power")])
 def test_a_key_is_pushed_as_long_as_the_button_is_held(watch, place, key):
     watch.start_body()
     watch.host.xdotool("mousemove", *place, "mousedown", 1)
-    watch.wait_calls("Button", [("push", key, 0, 1, 0)])
+    watch.wait_keys(("PushKey", key))
     watch.host.xdotool("mousemove", *CENTRE, "mouseup", 1)
-    watch.wait_calls("Button", [("push", key, 0, 1, 0), ("release", key, 0, 1, 0)])
+    watch.wait_keys(("PushKey", key), ("ReleaseKey", key))
 
 
 def turns(watch):
     """The ways of all detents so far."""
-    return [way for way, count, _ in watch.calls("Bezel") for _ in range(count)]
+    return [way for way, options in watch.calls("Bezel") for _ in range(options["count"])]
 
 
 def test_a_notch_of_the_wheel_is_a_detent_anywhere(watch):
@@ -149,10 +153,10 @@ def test_a_burst_of_notches_is_told_in_order_and_before_the_key_that_follows(wat
     watch.host.xdotool("mousemove", *CENTRE, "click", "--repeat", 300, "--delay", 0, 5,
                        "click", "--repeat", 40, "--delay", 0, 4, "mousemove", *BACK_KEY,
                        "click", 1)
-    wait_until(lambda: len(watch.calls("Button")) == 2, "the key")
+    wait_until(lambda: len(watch.keys()) == 2, "the key")
     assert turns(watch) == ["cw"] * 300 + ["ccw"] * 40
     names = [name for name, _ in watch.all_calls()]
-    assert names[-2:] == ["Button", "Button"]
+    assert names[-2:] == ["PushKey", "ReleaseKey"]
 
 
 @pytest.mark.parametrize("key, named", [("Escape", "back"), ("BackSpace", "back"), ("p", "power"),
@@ -160,9 +164,9 @@ def test_a_burst_of_notches_is_told_in_order_and_before_the_key_that_follows(wat
 def test_a_key_of_the_keyboard_is_a_key_of_the_watch_as_long_as_it_is_held(watch, key, named):
     watch.start_body()
     watch.host.xdotool("keydown", key)
-    watch.wait_calls("Button", [("push", named, 0, 1, 0)])
+    watch.wait_keys(("PushKey", named))
     watch.host.xdotool("keyup", key)
-    watch.wait_calls("Button", [("push", named, 0, 1, 0), ("release", named, 0, 1, 0)])
+    watch.wait_keys(("PushKey", named), ("ReleaseKey", named))
 
 
 def test_the_arrow_keys_turn_the_bezel_and_c_plugs_the_charger(watch):
@@ -170,28 +174,28 @@ def test_the_arrow_keys_turn_the_bezel_and_c_plugs_the_charger(watch):
     passed = []
     for key, direction in (("Right", "cw"), ("Down", "cw"), ("Left", "ccw"), ("Up", "ccw")):
         watch.host.xdotool("key", key)
-        passed.append((direction, 1, 0))
+        passed.append((direction, ONE))
         watch.wait_calls("Bezel", passed)
     for plugged in (True, False):
         watch.host.xdotool("key", "c")
         wait_until(lambda wanted=plugged: watch.get("Plugged") == wanted, "the charger")
-    assert watch.calls("SetPlugged") == [(True,), (False,)]
+    assert watch.calls("SetBattery") == [PLUGGED, UNPLUGGED]
 
 
 def test_keys_together_with_ctrl_or_alt_are_the_desktops(watch):
     watch.start_body()
     watch.host.xdotool("key", "ctrl+p", "key", "alt+Escape", "key", "super+c", "key", "Right")
-    watch.wait_calls("Bezel", [("cw", 1, 0)])
-    assert watch.calls("Button") == [] and watch.calls("SetPlugged") == []
+    watch.wait_calls("Bezel", [CLOCKWISE])
+    assert watch.keys() == [] and watch.calls("SetBattery") == []
 
 
 def test_a_key_that_is_held_when_the_window_loses_the_focus_is_released(watch):
     watch.start_body()
     with Painter(watch.host) as other:
         watch.host.xdotool("keydown", "p")
-        watch.wait_calls("Button", [("push", "power", 0, 1, 0)])
+        watch.wait_keys(("PushKey", "power"))
         other.take_focus()
-        watch.wait_calls("Button", [("push", "power", 0, 1, 0), ("release", "power", 0, 1, 0)])
+        watch.wait_keys(("PushKey", "power"), ("ReleaseKey", "power"))
         watch.host.xdotool("keyup", "p")
 
 
@@ -201,18 +205,18 @@ def test_dragging_the_ring_passes_a_detent_every_15_degrees(watch):
     passed = []
     for angle, direction in (107, "cw"), (122, "cw"), (100, "ccw"):
         watch.host.xdotool("mousemove", *on_ring(angle))
-        passed.append((direction, 1, 0))
+        passed.append((direction, ONE))
         watch.wait_calls("Bezel", passed)
     watch.host.xdotool("mouseup", 1, "mousemove", *on_ring(200), "click", 5)
-    watch.wait_calls("Bezel", [*passed, ("cw", 1, 0)])
+    watch.wait_calls("Bezel", [*passed, CLOCKWISE])
 
 
 def test_a_click_on_the_charger_plugs_and_unplugs_it(watch):
     watch.start_body()
     watch.host.xdotool("mousemove", *PLUG, "click", 1)
-    watch.wait_calls("SetPlugged", [(True,)])
+    watch.wait_calls("SetBattery", [PLUGGED])
     watch.host.xdotool("click", 1)
-    watch.wait_calls("SetPlugged", [(True,), (False,)])
+    watch.wait_calls("SetBattery", [PLUGGED, UNPLUGGED])
 
 
 def test_a_window_of_another_shape_shows_the_watch_as_large_as_it_can_in_the_middle(watch):
@@ -227,7 +231,7 @@ def test_a_window_of_another_shape_shows_the_watch_as_large_as_it_can_in_the_mid
                            "click", 1)
         wait_until(lambda: any(kind == X.ButtonRelease and abs(x - 180) <= 1 and abs(y - 180) <= 1
                                for kind, x, y in painter.gestures()), "a touch")
-        watch.wait_calls("Button", [("push", "back", 0, 1, 0), ("release", "back", 0, 1, 0)])
+        watch.wait_keys(("PushKey", "back"), ("ReleaseKey", "back"))
 
 
 def test_the_watch_follows_each_new_size_of_its_window(watch):
@@ -253,9 +257,9 @@ def test_without_a_window_manager_the_watch_is_in_the_middle_and_has_the_keyboar
         painter.paint(RED)
         wait_pixel(watch.host, (160 + CENTRE[0], 60 + CENTRE[1]), RED)
     watch.host.xdotool("mousemove", 5, 5, "key", "Escape")
-    watch.wait_calls("Button", [("push", "back", 0, 1, 0), ("release", "back", 0, 1, 0)])
+    watch.wait_keys(("PushKey", "back"), ("ReleaseKey", "back"))
     watch.host.xdotool("mousemove", 160 + 5, 60 + 5, "click", 5)
-    watch.wait_calls("Bezel", [("cw", 1, 0)])
+    watch.wait_calls("Bezel", [CLOCKWISE])
 
 
 @pytest.mark.parametrize("manager", ["openbox", "xfwm4"])
@@ -358,7 +362,7 @@ def test_a_call_that_fails_is_told_in_one_line_and_the_body_goes_on(own_watch):
     line = next(line for line in body.stderr if line.startswith("qivo-watch-body"))
     assert line == "qivo-watch-body: Bezel: no window is there to turn\n"
     own_watch.host.xdotool("mousemove", *PLUG, "click", 1)
-    own_watch.wait_calls("SetPlugged", [(True,)])
+    own_watch.wait_calls("SetBattery", [PLUGGED])
 
 
 def test_properties_of_a_wrong_type_are_passed_over(watch):

@@ -135,7 +135,7 @@ def test_a_start_without_a_process_to_have_leaves_nothing(desk):
               f"sys.path.insert(0, {str(BUILD / 'simulator')!r})\n"
               "def fork(): raise BlockingIOError(errno.EAGAIN, os.strerror(errno.EAGAIN))\n"
               "os.fork = fork\n"
-              "from qivo_watch.cli import main\n"
+              "from qivo_watch.command.cli import main\n"
               "sys.exit(main(['start', '--headless']))\n")
     told = subprocess.run([sys.executable, "-c", script], env=desk.environment,
                           capture_output=True, text=True)

@@ -31,7 +31,7 @@ def test_a_tap_on_the_icon_launches_the_guide(size):
         watch.start_home()
         place = [coordinate * size // 360 for coordinate in ICON]
         watch.screen.xdotool("mousemove", *place, "click", 1)
-        watch.wait_calls("Launch", [("com.velmora.qivo-guide-app", "", {}, {}, 30000)])
+        watch.wait_calls("Launch", [({"app": "com.velmora.qivo-guide-app"},)])
 
 
 def test_follows_time_battery_and_charger():
@@ -79,7 +79,7 @@ def test_takes_no_tap_while_the_screen_is_off():
         watch.set(ScreenOn=True)
         wait_until(lambda: any(look(watch.screen)), "light")
         watch.screen.xdotool(*tap)
-        watch.wait_calls("Launch", [("com.velmora.qivo-guide-app", "", {}, {}, 30000)])
+        watch.wait_calls("Launch", [({"app": "com.velmora.qivo-guide-app"},)])
 
 
 def test_sleeps_between_full_minutes_and_the_body_with_it():

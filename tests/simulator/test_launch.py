@@ -159,8 +159,8 @@ def test_an_environment_that_is_too_large_is_refused_in_one_line(desk):
     watch = bus.get_object("com.velmora.QivoWatch", "/com/velmora/QivoWatch", introspect=False)
     large = dbus.Dictionary({"A": "x" * 200_000}, signature="ss")
     with pytest.raises(dbus.DBusException) as refused:
-        watch.Launch("/bin/true", "", dbus.Dictionary({}, signature="ss"), large,
-                     dbus.UInt32(1000), dbus_interface="com.velmora.QivoWatch1")
+        watch.Launch(dbus.Dictionary({"app": "/bin/true", "env": large}, signature="sv"),
+                     dbus_interface="com.velmora.QivoWatch1")
     bus.close()
     assert refused.value.get_dbus_message() == "cannot start true: Argument list too long"
 

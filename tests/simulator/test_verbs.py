@@ -15,7 +15,7 @@ from support.bus import wait_until
 def _call(capsys, monkeypatch):
     """Carries out a command line in this process, which needs no watch."""
     monkeypatch.syspath_prepend(str(BUILD / "simulator"))
-    main = importlib.import_module("qivo_watch.cli").main
+    main = importlib.import_module("qivo_watch.command.cli").main
 
     def call(*words):
         try:
@@ -361,8 +361,8 @@ def test_status_is_described_for_people(desk):
     (["dance"], "invalid choice: 'dance'"),
     (["bezel", "up"], "invalid choice: 'up'"),
     (["bezel", "cw", "0"], '"0" is not from 1 to 1000'),
-    (["button", "push", "back", "-d", "50"], "-d, -n and -i are for click, not for push"),
-    (["button", "release", "back", "-n", "1"], "-d, -n and -i are for click, not for release"),
+    (["button", "push", "back", "-d", "50"], "arguments: -d 50 (see qivo-watch button push -"),
+    (["button", "release", "back", "-n", "1"], "arguments: -n 1 (see qivo-watch button release -"),
     (["launch", "--env", "A"], '"A" is not KEY=VALUE'),
     (["time", "hours", "13"], "invalid choice: 13"),
     (["button", "click"], "the following arguments are required: key"),
@@ -388,10 +388,10 @@ def test_wrong_use_is_one_line_with_status_2(call, words, complaint):
 
 
 @pytest.mark.parametrize("verb", [
-    [], ["start"], ["launch"], ["terminate"], ["bezel"], ["button"], ["touch"],
-    ["swipe"], ["battery"], ["language"], ["region"], ["time"], ["time", "set"], ["time", "zone"],
-    ["time", "hours"], ["list"], ["screenshot"], ["record"], ["log"], ["wait"],
-    ["wait", "log"], ["compare"], ["play"], ["status"], ["stop"]])
+    [], ["start"], ["launch"], ["terminate"], ["bezel"], ["button"], ["button", "click"],
+    ["button", "push"], ["touch"], ["swipe"], ["battery"], ["language"], ["region"], ["time"],
+    ["time", "set"], ["time", "zone"], ["time", "hours"], ["list"], ["screenshot"], ["record"],
+    ["log"], ["wait"], ["wait", "log"], ["compare"], ["play"], ["status"], ["stop"]])
 def test_every_command_explains_itself(call, verb):
     status, out, error = call(*verb, "--help")
     assert (status, error) == (0, "") and out.startswith("usage: qivo-watch")

@@ -117,6 +117,15 @@ class Watch:
         return [(str(name), tuple(map(_plain, arguments))) for _, name, arguments in
                 self._object(KEEPER).GetCalls(dbus_interface=MOCK)]
 
+    def keys(self):
+        """The pushes and releases of keys so far, in their order."""
+        return [(name, *arguments) for name, arguments in self.all_calls()
+                if name in ("PushKey", "ReleaseKey")]
+
+    def wait_keys(self, *expected):
+        wait_until(lambda: len(self.keys()) >= len(expected), f"the keys {expected}")
+        assert self.keys() == list(expected)
+
     def wait_calls(self, method, expected):
         wait_until(lambda: len(self.calls(method)) >= len(expected), f"{method} {expected}")
         assert self.calls(method) == expected
@@ -124,7 +133,7 @@ class Watch:
     def fail(self, method, text):
         """From now on the method answers with an error."""
         self._object(KEEPER).AddMethod(
-            CONTROL, method, "suu", "", f"raise dbus.exceptions.DBusException({text!r}, "
+            CONTROL, method, "sa{sv}", "", f"raise dbus.exceptions.DBusException({text!r}, "
             f"name='com.velmora.QivoWatch.Error.Failed')", dbus_interface=MOCK)
 
     def emit_changed(self, values):

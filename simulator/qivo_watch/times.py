@@ -1,4 +1,4 @@
-"""The watch's own clock: the machine's, set apart from it, or standing."""
+"""Times and time zones in words."""
 
 import datetime
 import os
@@ -6,46 +6,7 @@ import re
 import time
 import zoneinfo
 
-from qivo_watch.errors import UsageError, WatchError
-
-EARLIEST_MS = 0
-LATEST_MS = 32_503_680_000_000
-"""The year 3000: a clock that goes on from there is still far from the last year of a date."""
-
-
-class Clock:
-    """Tells the watch's time in milliseconds since the epoch."""
-
-    def __init__(self) -> None:
-        self._offset_ms = 0
-        self._frozen_ms: int | None = None
-
-    @property
-    def is_frozen(self) -> bool:
-        return self._frozen_ms is not None
-
-    def now_ms(self) -> int:
-        if self._frozen_ms is not None:
-            return self._frozen_ms
-        return _machine_ms() + self._offset_ms
-
-    def set(self, milliseconds: int) -> None:
-        """A clock that stands, stands at the new time."""
-        if not EARLIEST_MS <= milliseconds <= LATEST_MS:
-            raise WatchError(f"{milliseconds} ms since 1970 is no time for a watch "
-                             "(the years 1970 to 2999)")
-        if self.is_frozen:
-            self._frozen_ms = milliseconds
-        self._offset_ms = milliseconds - _machine_ms()
-
-    def freeze(self) -> None:
-        self._frozen_ms = self.now_ms()
-
-    def thaw(self) -> None:
-        """Goes on from where it stood."""
-        if self._frozen_ms is not None:
-            self._offset_ms = self._frozen_ms - _machine_ms()
-            self._frozen_ms = None
+from qivo_watch.errors import UsageError
 
 
 def parse_time(text: str, now_ms: int | None = None, zone: str = "") -> int:
@@ -54,7 +15,7 @@ def parse_time(text: str, now_ms: int | None = None, zone: str = "") -> int:
     zone: empty is this process's.
     """
     place = _place(zone)
-    now_ms = _machine_ms() if now_ms is None else now_ms
+    now_ms = machine_ms() if now_ms is None else now_ms
     today = datetime.datetime.fromtimestamp(now_ms / 1000, place)
     pattern = r"(?:(\d{4})-(\d\d)-(\d\d)T)?(\d\d):(\d\d)(?::(\d\d))?"
     found = re.fullmatch(pattern, text, re.ASCII)
@@ -97,5 +58,5 @@ def _place(zone: str) -> zoneinfo.ZoneInfo | None:
         return None
 
 
-def _machine_ms() -> int:
+def machine_ms() -> int:
     return time.time_ns() // 1_000_000

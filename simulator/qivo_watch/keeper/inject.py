@@ -4,8 +4,8 @@ from Xlib import X, XK
 
 XK.load_keysym_group("xf86")
 
-KEYS = {"back": XK.string_to_keysym("XF86_Back"), "power": XK.string_to_keysym("XF86_PowerOff")}
-WHEEL = {"ccw": 4, "cw": 5}
+_KEYS = {"back": XK.string_to_keysym("XF86_Back"), "power": XK.string_to_keysym("XF86_PowerOff")}
+_WHEEL = {"ccw": 4, "cw": 5}
 _FINGER = 1
 
 
@@ -14,7 +14,7 @@ class Hand:
 
     def __init__(self, display):
         self._display = display
-        self._codes = {name: self._code_of(keysym) for name, keysym in KEYS.items()}
+        self._codes = {name: self._code_of(keysym) for name, keysym in _KEYS.items()}
         display.sync()
 
     def key(self, name: str, is_down: bool) -> None:
@@ -22,8 +22,8 @@ class Hand:
 
     def detent(self, direction: str) -> None:
         """One notch of the bezel, which is the wheel of the pointer where that is."""
-        self._fake(X.ButtonPress, WHEEL[direction])
-        self._fake(X.ButtonRelease, WHEEL[direction])
+        self._fake(X.ButtonPress, _WHEEL[direction])
+        self._fake(X.ButtonRelease, _WHEEL[direction])
 
     def move(self, x: int, y: int) -> None:
         self._fake(X.MotionNotify, 0, x, y)

@@ -11,11 +11,11 @@ from Xlib import Xatom, display, error
 from Xlib.ext import randr
 
 from qivo_watch.errors import WatchError
+from qivo_watch.interface import LEAST_ZOOM, MOST_ZOOM
 
 ANSWER_S = 4.0
 """Seconds for the desktop's X server to answer."""
 
-LEAST_ZOOM, MOST_ZOOM = 0.25, 4.0
 _MARGIN = 680 / 360
 """The window's side, in sides of the watch's screen."""
 

@@ -8,14 +8,14 @@ from typing import Any, Callable, Iterator
 from gi.repository import Gio, GLib
 
 from qivo_watch.bus import PROPERTIES, connect
-from qivo_watch.control import INTERFACE, NAME, PATH
+from qivo_watch.command.life import absence, ended, wait_ready
+from qivo_watch.command.pulse import Peer, Pulse, hang, silent_part
 from qivo_watch.errors import WatchError
-from qivo_watch.life import absence, ended, wait_ready
-from qivo_watch.pulse import Peer, Pulse, hang, silent_part
+from qivo_watch.interface import (BODY_INTERFACE, BODY_NAME, INTERFACE, NAME, PATH, Verb)
 from qivo_watch.state import Folder
 
 CONTROL = Peer("the keeper", NAME, PATH, INTERFACE)
-BODY = Peer("the body", "com.velmora.QivoWatch.Body", PATH, "com.velmora.QivoWatch.Body1")
+BODY = Peer("the body", BODY_NAME, PATH, BODY_INTERFACE)
 
 _GONE = ("org.freedesktop.DBus.Error.NoReply", "org.freedesktop.DBus.Error.ServiceUnknown",
          "org.freedesktop.DBus.Error.NameHasNoOwner")
@@ -44,6 +44,17 @@ class Client:
     def call(self, method: str, signature: str = "()", *arguments: Any) -> tuple:
         """Calls the control interface; a refusal becomes a WatchError with its line."""
         return self._call(CONTROL, INTERFACE, method, GLib.Variant(signature, arguments))
+
+    def carry_out(self, verb: Verb, values: dict[str, Any]) -> None:
+        """Calls a verb; what is not among VALUES is left to the keeper."""
+        signature = "".join(argument.kind.signature for argument in verb.needed)
+        arguments: list[Any] = [values[argument.name] for argument in verb.needed]
+        if verb.optional:
+            signature += "a{sv}"
+            arguments.append({argument.name: GLib.Variant(argument.kind.signature,
+                                                          values[argument.name])
+                              for argument in verb.optional if argument.name in values})
+        self.call(verb.method, f"({signature})", *arguments)
 
     def call_body(self, method: str, signature: str, *arguments: Any) -> tuple:
         return self._call(BODY, BODY.interface, method, GLib.Variant(signature, arguments))

@@ -5,16 +5,17 @@ order of its messages. The second is read in a later turn of its loop than the f
 program that answers both has done what the first had queued: callbacks, a pause, an exit.
 """
 
-from typing import Any
+from typing import Any, Callable
 
 from gi.repository import Gio, GLib
 
-from qivo_watch.apps import App
-from qivo_watch.bus import DAEMON, PATIENCE_MS, process_of
+from qivo_watch.bus import DAEMON, PATIENCE_MS
 from qivo_watch.errors import WatchError
+from qivo_watch.keeper.apps import App
+from qivo_watch.keeper.objects import process_of
+from qivo_watch.keeper.screen import Screen
+from qivo_watch.keeper.tasks import Until, Work
 from qivo_watch.processes import end_of
-from qivo_watch.screen import Screen
-from qivo_watch.tasks import Until, Work
 
 PATIENCE_S = 4.5
 """Seconds that a program may be silent; a command that waits for it gives up within 5."""
@@ -25,9 +26,10 @@ _PEER = "org.freedesktop.DBus.Peer"
 class Settler:
     """Follows who is on the bus, and asks programs for their answers."""
 
-    def __init__(self, connection: Gio.DBusConnection, screen: Screen, on_news):
-        self.processes: dict[str, int] = {}
-        """What the watch has started, by name; the keeper's to fill."""
+    def __init__(self, connection: Gio.DBusConnection, screen: Screen, processes: dict[str, int],
+                 on_news: Callable[[], None]):
+        """processes: home and body."""
+        self._processes = processes
         self._connection = connection
         self._screen = screen
         self._on_news = on_news
@@ -36,7 +38,7 @@ class Settler:
         """Waits for the application, or without one for the home face. An application that ends
         well has taken it too; one that crashes makes the verb fail."""
         if app is None:
-            yield from self._settle_process(self.processes["home"], "the home face", None)
+            yield from self._settle_process(self._processes["home"], "the home face", None)
         elif app.is_running:
             yield from self._settle_process(app.pid, app.name, app)
 
@@ -53,7 +55,7 @@ class Settler:
 
     def settle_services(self) -> Work:
         """Waits until every program on the watch has read what the services have told."""
-        wanted = set(self.processes.values())
+        wanted = set(self._processes.values())
         yield from self._ping_bus(lambda process: process in wanted, "a program on the watch", None)
 
     def _settle_process(self, process: int, who: str, app: App | None) -> Work:

@@ -12,8 +12,7 @@ import time
 from typing import Any
 
 from qivo_watch.errors import WatchEnded, WatchError
-from qivo_watch.guard import REQUESTS, start_guard
-from qivo_watch.processes import GRACE_S, descendants
+from qivo_watch.processes import GRACE_S, REQUESTS, descendants
 from qivo_watch.state import Folder
 
 START_PATIENCE_S = 60
@@ -110,6 +109,7 @@ def absence(folder: Folder) -> str:
 
 
 def _start_guard(folder: Folder, options: str) -> int:
+    from qivo_watch.guard import start_guard  # pylint: disable=import-outside-toplevel
     lock = folder.create()
     try:
         return start_guard(folder, lock, options)

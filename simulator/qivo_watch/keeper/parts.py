@@ -8,12 +8,13 @@ from typing import IO, Any, Callable
 
 from gi.repository import GLib
 
-from qivo_watch.bus import daemon_command
-from qivo_watch.environment import HERE, Admission
 from qivo_watch.errors import WatchError
-from qivo_watch.processes import end_of, kill_group, spawn
+from qivo_watch.keeper.environment import HERE, Admission
+from qivo_watch.keeper.objects import daemon_command
+from qivo_watch.keeper.tasks import Until, Work
+from qivo_watch.processes import end_of, kill_group
+from qivo_watch.spawn import spawn
 from qivo_watch.state import Folder
-from qivo_watch.tasks import Until, Work
 
 PATIENCE_S = 20.0
 """Seconds for each part to be ready; normally 0.2 are enough."""

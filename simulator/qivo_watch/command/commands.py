@@ -10,15 +10,10 @@ import sys
 import time
 from typing import Any
 
-from Xlib.error import ConnectionClosedError, DisplayConnectionError
-
-from qivo_watch import life
-from qivo_watch.arguments import CLICK_PAUSE_MS, HOLD_MS
-from qivo_watch.client import Client
-from qivo_watch.clock import format_time, parse_time
-from qivo_watch.desktop import window_zoom
-from qivo_watch.errors import UsageError, WatchEnded, WatchError
-from qivo_watch.log import coloured, is_at_least, printable
+from qivo_watch.command import life
+from qivo_watch.command.client import Client
+from qivo_watch.errors import ScreenGone, UsageError, WatchEnded, WatchError
+from qivo_watch.lines import coloured, is_at_least, printable
 from qivo_watch.state import Folder, running
 
 
@@ -50,7 +45,7 @@ class Session:
     def open_eye(self) -> Any:
         """Another look at the screen; the caller closes it."""
         # Nothing but pictures needs the imaging library, which takes its time to load.
-        from qivo_watch.pictures import Eye  # pylint: disable=import-outside-toplevel
+        from qivo_watch.command.eye import Eye  # pylint: disable=import-outside-toplevel
         return Eye(self.client.status()["display"], self.folder.authority)
 
     def remember_picture(self) -> None:
@@ -63,9 +58,16 @@ class Session:
 
     def run(self, given: argparse.Namespace) -> None:
         try:
-            getattr(self, f"do_{given.verb}")(given)
-        except (ConnectionClosedError, DisplayConnectionError):
+            getattr(self, f"do_{given.verb}", self.call)(given)
+        except ScreenGone:
             raise life.ended(self.folder) from None
+
+    def call(self, given: argparse.Namespace) -> None:
+        """Has the keeper carry out a verb."""
+        values = {argument.name: getattr(given, argument.name)
+                  for argument in given.call.arguments}
+        self.client.carry_out(given.call, {
+            name: value for name, value in values.items() if value is not None})
 
     def close(self) -> None:
         if self._eye:
@@ -79,15 +81,15 @@ class Session:
             raise UsageError("--headless and --web exclude each other")
         if (given.port or given.password_file) and not given.web:
             raise UsageError("--port and --password-file are for --web")
+        from qivo_watch.command import desktop  # pylint: disable=import-outside-toplevel
+        zoom = given.zoom or 1.0
+        if not (given.headless or given.web):
+            zoom = desktop.window_zoom(given.size, given.zoom)
         options = {key: getattr(given, key) for key in (
             "headless", "web", "port", "size", "language", "percent", "battery", "at")}
-        options["zoom"] = given.zoom or 1.0
-        if not (given.headless or given.web):
-            options["zoom"] = window_zoom(given.size, given.zoom)
-        if given.web:
-            from qivo_watch.web import read_password  # pylint: disable=import-outside-toplevel
-            options["password"] = given.password_file and read_password(given.password_file)
-        life.start(self.folder, {**options, "name": self.folder.name})
+        life.start(self.folder, options | {
+            "name": self.folder.name, "zoom": zoom, "side": desktop.side_of(given.size, zoom),
+            "password": _password(given.password_file)})
         if given.web:
             try:
                 print(self.client.status()["web"], flush=True)
@@ -110,61 +112,18 @@ class Session:
         for name in running():
             print(name)
 
-    def do_launch(self, given: argparse.Namespace) -> None:
-        self.client.call("Launch", "(ssa{ss}a{ss}u)", _app(given.app), given.operation,
-                         dict(given.extra), dict(given.env), round(given.timeout * 1000))
-
-    def do_terminate(self, given: argparse.Namespace) -> None:
-        self.client.call("Terminate", "(su)", _app(given.app), round(given.timeout * 1000))
-
-    # Hands
-
-    def do_bezel(self, given: argparse.Namespace) -> None:
-        self.client.call("Bezel", "(suu)", given.direction, given.count, given.interval)
-
-    def do_button(self, given: argparse.Namespace) -> None:
-        details = given.duration, given.count, given.interval
-        if given.action != "click" and details != (None, None, None):
-            raise UsageError(f"-d, -n and -i are for click, not for {given.action}")
-        duration, count, interval = (
-            default if detail is None else detail
-            for detail, default in zip(details, (HOLD_MS, 1, CLICK_PAUSE_MS)))
-        self.client.call("Button", "(ssuuu)", given.action, given.key, duration, count,
-                         interval)
-
-    def do_touch(self, given: argparse.Namespace) -> None:
-        self.client.call("Touch", "(ii)", given.x, given.y)
-
-    def do_swipe(self, given: argparse.Namespace) -> None:
-        self.client.call("Swipe", "(iiiiu)", given.x1, given.y1, given.x2, given.y2,
-                         given.duration)
-
-    # Services
+    # Verbs of the watch that take more than the call
 
     def do_battery(self, given: argparse.Namespace) -> None:
         if given.percent is None and given.state is None:
             raise UsageError("battery takes --percent, or one of --charging, --discharging, --full")
-        self.client.call("SetBattery", "(ds)", -1 if given.percent is None else given.percent,
-                         given.state or "")
-
-    def do_language(self, given: argparse.Namespace) -> None:
-        self.client.call("SetLanguage", "(s)", given.language)
-
-    def do_region(self, given: argparse.Namespace) -> None:
-        self.client.call("SetRegion", "(s)", "" if given.region == "auto" else given.region)
+        self.call(given)
 
     def do_time(self, given: argparse.Namespace) -> None:
-        if given.action is None:
-            print(format_time(self.client.get("Time"), self.client.get("Zone")))
-        elif given.action == "set":
-            self.client.call("SetTime", "(x)", parse_time(
-                given.time, self.client.get("Time"), self.client.get("Zone")))
-        elif given.action == "zone":
-            self.client.call("SetZone", "(s)", given.zone)
-        elif given.action == "hours":
-            self.client.call("SetHours", "(u)", given.hours)
+        if given.call:
+            self.call(given)
         else:
-            self.client.call("SetTimeFrozen", "(b)", given.action == "freeze")
+            print(self.client.status()["time"]["now"])
 
     # Eyes
 
@@ -172,11 +131,11 @@ class Session:
         if given.body:
             self.client.call_body("Picture", "(sb)", os.path.abspath(given.file), True)
             return
-        from qivo_watch.pictures import save  # pylint: disable=import-outside-toplevel
+        from qivo_watch.command.pictures import save  # pylint: disable=import-outside-toplevel
         save(self._round_picture(), given.file)
 
     def do_compare(self, given: argparse.Namespace) -> None:
-        from qivo_watch import pictures  # pylint: disable=import-outside-toplevel
+        from qivo_watch.command import pictures  # pylint: disable=import-outside-toplevel
         file = self.here / given.file
         # One that is named twice is compared with what it has just become.
         if self.is_update and file.resolve() not in self._updated:
@@ -186,7 +145,7 @@ class Session:
             pictures.compare(self._round_picture(), file, given.tolerance)
 
     def do_record(self, given: argparse.Namespace) -> None:
-        from qivo_watch import recorder  # pylint: disable=import-outside-toplevel
+        from qivo_watch.command import recorder  # pylint: disable=import-outside-toplevel
         recorder.check_file(given.file)
         requests: list[int] = []
         for number in (signal.SIGINT, signal.SIGTERM):
@@ -197,7 +156,7 @@ class Session:
         recorder.record(self.eye(), given.file, given.fps, is_over)
 
     def _round_picture(self) -> Any:
-        from qivo_watch import pictures  # pylint: disable=import-outside-toplevel
+        from qivo_watch.command import pictures  # pylint: disable=import-outside-toplevel
         eye = self.eye()
         return pictures.make_round(eye.look(), pictures.disc_mask(eye.size))
 
@@ -253,8 +212,11 @@ class Session:
                 else f"ended with status {end['status']}"))
 
 
-def _app(given: str) -> str:
-    return os.path.abspath(given) if "/" in given else given
+def _password(file: str | None) -> str | None:
+    if file is None:
+        return None
+    from qivo_watch.command.password import read  # pylint: disable=import-outside-toplevel
+    return read(file)
 
 
 def _described(status: dict[str, Any]) -> list[str]:

@@ -13,17 +13,14 @@ import socket
 import string
 from typing import Any
 
-from qivo_watch.desktop import side_of
 from qivo_watch.errors import WatchError
-from qivo_watch.parts import LABELS, PATIENCE_S, Parts
+from qivo_watch.interface import PASSWORD_LENGTH
+from qivo_watch.keeper.parts import LABELS, PATIENCE_S, Parts
+from qivo_watch.keeper.tasks import Pause, Work
 from qivo_watch.state import Folder
-from qivo_watch.tasks import Pause, Work
 
 NOVNC = pathlib.Path("/usr/share/novnc")
 LOOPBACK = "127.0.0.1"
-PASSWORD_LENGTH = 8
-"""The VNC protocol looks at no more, and less is guessed soon."""
-
 BRIDGE_FILES = 128
 """Descriptors for the bridge, which takes two for each connection. They are far fewer than the
 1024 of the VNC server, which dies when they are used up."""
@@ -41,7 +38,7 @@ class Web:
     def __init__(self, parts: Parts, folder: Folder, options: dict[str, Any]):
         self._parts = parts
         self._folder = folder
-        self._side = side_of(options["size"], options["zoom"])
+        self._side = options["side"]
         self._password = options["password"] or _fresh_password()
         self._socket = folder.path / "vnc"
         self._listener = _listen(options["port"] or 0)
@@ -90,21 +87,6 @@ class Web:
                 return
             yield Pause(LOOK_MS)
         raise WatchError(f"{LABELS['vnc']} does not start")
-
-
-def read_password(file: str) -> str:
-    """The first line of a file, "-" for standard input: PASSWORD_LENGTH letters and digits."""
-    try:
-        is_input = file == "-"
-        with open(0 if is_input else file, encoding="ascii", errors="replace",
-                  closefd=not is_input) as opened:
-            password = opened.readline(PASSWORD_LENGTH + 2).rstrip("\n")
-    except OSError as error:
-        raise WatchError(f'cannot read the password from "{file}": {error.strerror}') from None
-    if not (len(password) == PASSWORD_LENGTH and password.isascii() and password.isalnum()):
-        raise WatchError(f'the first line of "{file}" is no password '
-                         f"({PASSWORD_LENGTH} of A-Z a-z 0-9)")
-    return password
 
 
 def _is_listening(path: pathlib.Path) -> bool:

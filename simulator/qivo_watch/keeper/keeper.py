@@ -12,23 +12,19 @@ from gi.repository import Gio, GLib
 from Xlib.error import ConnectionClosedError
 
 from qivo_watch import bus
-from qivo_watch.clock import parse_time
-from qivo_watch.control import Control
-from qivo_watch.desktop import side_of
-from qivo_watch.environment import bare_environment, program
 from qivo_watch.errors import UsageError, WatchError
-from qivo_watch.guard import REQUESTS
-from qivo_watch.inject import Hand
-from qivo_watch.log import Log
-from qivo_watch.parts import LABELS, PATIENCE_S, Parts
-from qivo_watch.processes import OPTIONS_VARIABLE
-from qivo_watch.screen import Screen
-from qivo_watch.services import Battery, ClockFormat, Locale, TimeZone
-from qivo_watch.settle import Settler
+from qivo_watch.interface import BODY_NAME, HOME_NAME
+from qivo_watch.keeper.control import Control
+from qivo_watch.keeper.environment import bare_environment, program
+from qivo_watch.keeper.log import Log
+from qivo_watch.keeper.parts import LABELS, PATIENCE_S, Parts
+from qivo_watch.keeper.screen import Screen
+from qivo_watch.keeper.tasks import Tasks, Until, Work
+from qivo_watch.keeper.watch import Watch
+from qivo_watch.keeper.web import Web
+from qivo_watch.processes import REQUESTS
+from qivo_watch.spawn import OPTIONS_VARIABLE
 from qivo_watch.state import DEFAULT_NAME, Folder
-from qivo_watch.tasks import Tasks, Until, Work
-from qivo_watch.watch import Watch
-from qivo_watch.web import Web
 
 FLUSH_PATIENCE_S = 2
 """Seconds for the last answers to reach the bus."""
@@ -38,7 +34,7 @@ LOSS_PATIENCE_MS = 1000
 
 _NO_ROOM = (errno.ENOSPC, errno.EDQUOT)
 
-OWNED = {"home": "com.velmora.QivoWatch.Home", "body": "com.velmora.QivoWatch.Body"}
+OWNED = {"home": HOME_NAME, "body": BODY_NAME}
 
 
 class Keeper:
@@ -54,11 +50,11 @@ class Keeper:
         self._environment = bare_environment(folder)
         self._host_display = os.environ.get("DISPLAY", "")
         self._connection: Gio.DBusConnection | None = None
-        self._control: Control | None = None
+        self._screen: Screen | None = None
+        self._watch: Watch | None = None
         self._owned: set[str] = set()
         self._is_ending = False
         self._log = Log(self._on_log)
-        self._watch = Watch(options, self._environment, self._log, self._on_news, self._end)
         self._parts = Parts(folder, self._environment, self._on_news, self._on_part_end)
 
     def run(self) -> None:
@@ -93,41 +89,31 @@ class Keeper:
         # This process is a client of the display as well.
         os.environ["XAUTHORITY"] = str(self._folder.authority)
         manager = self._parts.start_manager("manager", display)
-        self._equip(display)
+        self._connection = self._connect()
+        self._screen = Screen(display, self._on_news)
         yield from self._parts.wait_line("manager", manager)
         self._parts.start_own("home", [str(program("qivo-watch-home")), "--size", str(size)],
                               self._environment)
         web = Web(self._parts, self._folder, self._options) if self._options["web"] else None
         outer = (yield from web.start_display()) if web else self._host_display
         self._start_body(display, outer)
-        self._watch.settler.processes = {name: self._parts.processes[name] for name in OWNED}
+        address = (yield from web.serve()) if web else None
+        self._watch = Watch(self._options, {
+            "display": display, "web": address, "folder": str(self._folder.path),
+            "processes": {"guard": self._guard, "keeper": os.getpid(), **self._parts.processes}},
+            self._connection, self._screen, self._environment, self._log, self._on_news, self._end)
+        Control(self._connection, self._watch, self._tasks)
         for name, owned in OWNED.items():
             yield Until(lambda owned=owned: owned in self._owned, PATIENCE_S,
                         f"{LABELS[name]} does not start")
-        facts = {"display": display, "web": (yield from web.serve()) if web else None}
-        self._watch.facts = facts | {"folder": str(self._folder.path), "processes": {
-            "guard": self._guard, "keeper": os.getpid(), **self._parts.processes}}
         self._folder.set_ready(display)
 
-    def _equip(self, display: str) -> None:
-        """What can be had once screen and bus are there."""
-        watch, options = self._watch, self._options
-        self._connection = connection = bus.connect(self._folder.bus_address)
+    def _connect(self) -> Gio.DBusConnection:
+        connection = bus.connect(self._folder.bus_address)
         connection.connect("closed", self._on_closed)
         connection.signal_subscribe(bus.DAEMON[0], bus.DAEMON[2], "NameOwnerChanged", None, None,
                                     Gio.DBusSignalFlags.NONE, self._on_owner, None)
-        watch.screen = Screen(display, self._on_news)
-        watch.hand = Hand(watch.screen.display)
-        watch.settler = Settler(connection, watch.screen, self._on_news)
-        watch.battery = Battery(connection, options["percent"], options["battery"])
-        watch.locale = Locale(connection, options["language"])
-        watch.clock_format = ClockFormat(connection)
-        if options["at"]:
-            watch.clock.set(parse_time(options["at"]))
-        watch.zone = TimeZone(connection, lambda: watch.clock.now_ms() * 1000)
-        self._control = Control(connection, watch, self._tasks)
-        watch.object = self._control.object
-        self._control.open()
+        return connection
 
     def _start_body(self, display: str, outer: str) -> None:
         environment = dict(self._environment)
@@ -137,7 +123,7 @@ class Keeper:
             environment["ELM_ENGINE"] = "buffer"
         else:
             environment["DISPLAY"] = outer
-            command += ["--side", str(side_of(size, self._options["zoom"]))]
+            command += ["--side", str(self._options["side"])]
             if name != DEFAULT_NAME:
                 command += ["--title", f"Qivo Watch: {name}"]
         self._parts.start_own("body", command, environment)
@@ -163,12 +149,13 @@ class Keeper:
     # Run
 
     def _on_news(self) -> None:
-        self._watch.look_after_apps()
+        if self._watch:
+            self._watch.applications.look()
         self._tasks.look()
 
     def _on_log(self) -> None:
-        if self._control:
-            self._control.object.emit("LogGrown", GLib.Variant("(t)", (self._log.count,)))
+        if self._watch:
+            self._watch.object.emit("LogGrown", GLib.Variant("(t)", (self._log.count,)))
 
     def _on_owner(self, _bus: Any, _sender: str, _path: str, _interface: str, _signal: str,
                   arguments: GLib.Variant, _data: Any) -> None:
@@ -184,7 +171,10 @@ class Keeper:
 
     def _on_signal(self) -> bool:
         self._answer_start("it was stopped")
-        self._tasks.run(self._watch.stop(), lambda *_: None)
+        if self._watch:
+            self._tasks.run(self._watch.stop(), lambda *_: None)
+        else:
+            self._end()
         return True
 
     def _on_error(self, error: BaseException) -> None:
@@ -203,10 +193,10 @@ class Keeper:
 
     def _has_lost_server(self) -> bool:
         """Whether the X server or the bus is gone, as its own end will tell."""
-        if self._connection is None or self._control is None:
+        if self._connection is None or self._screen is None:
             return False
         try:
-            self._watch.screen.display.sync()
+            self._screen.display.sync()
             self._connection.call_sync(*bus.DAEMON, "GetId", None, None,
                                        Gio.DBusCallFlags.NONE, bus.PATIENCE_MS, None)
         except (ConnectionClosedError, OSError, GLib.Error):

@@ -5,10 +5,10 @@ import pathlib
 import signal
 import sys
 
-from qivo_watch.arguments import Grammar
-from qivo_watch.commands import Session
+from qivo_watch.command.arguments import Grammar
+from qivo_watch.command.commands import Session
 from qivo_watch.errors import UsageError, WatchError
-from qivo_watch.log import printable
+from qivo_watch.lines import printable
 
 _INTERRUPTED = 130
 
@@ -45,7 +45,7 @@ def _run(words: list[str]) -> None:
     if given.verb is None:
         given = grammar.parse([*words, "start"])
     if given.verb == "play":
-        from qivo_watch.replay import play  # pylint: disable=import-outside-toplevel
+        from qivo_watch.command.replay import play  # pylint: disable=import-outside-toplevel
         play(pathlib.Path(given.file), given.name, given.update)
         return
     session = Session(given.name)

@@ -8,12 +8,12 @@ from typing import Callable, NamedTuple
 
 from gi.repository import GLib
 
-from qivo_watch.environment import program as find_program
 from qivo_watch.errors import WatchError
-from qivo_watch.log import Log
-from qivo_watch.processes import end_of, kill_group, spawn
-
-GUIDE = "com.velmora.qivo-guide-app"
+from qivo_watch.interface import GUIDE
+from qivo_watch.keeper.environment import program as find_program
+from qivo_watch.keeper.log import Log
+from qivo_watch.processes import end_of, kill_group
+from qivo_watch.spawn import spawn
 
 _FIRST_FRAME = re.compile(r"WATCH_PORT: first frame$")
 _LONGEST_REST = 65536

@@ -12,12 +12,12 @@ import signal
 import unicodedata
 from typing import NamedTuple
 
-from qivo_watch import life
-from qivo_watch.arguments import Grammar
-from qivo_watch.commands import Session
+from qivo_watch.command import life
+from qivo_watch.command.arguments import Grammar
+from qivo_watch.command.commands import Session
+from qivo_watch.command.recorder import Recording, check_file
 from qivo_watch.errors import UsageError, WatchError
-from qivo_watch.guard import REQUESTS
-from qivo_watch.recorder import Recording, check_file
+from qivo_watch.processes import REQUESTS
 
 MOST_BYTES = 1 << 20
 LONGEST_LINE = 8192

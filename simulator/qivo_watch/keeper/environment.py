@@ -15,7 +15,7 @@ _KEPT = ["PATH", "TZ", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"]
 _FAMILY_LOCAL = 256
 _COOKIE = "MIT-MAGIC-COOKIE-1"
 
-HERE = pathlib.Path(__file__).resolve().parents[1]
+HERE = pathlib.Path(__file__).resolve().parents[2]
 """The folder of the command in a build tree, PREFIX/share/qivo-watch when installed."""
 
 _PLACES = [HERE / "body", HERE / "home", HERE.parent / "qivo-ui",

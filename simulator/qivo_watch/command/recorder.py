@@ -11,10 +11,9 @@ import threading
 import time
 from typing import Callable
 
-import Xlib.error
-
-from qivo_watch.errors import UsageError, WatchError
-from qivo_watch.pictures import Eye, disc_mask, make_round
+from qivo_watch.command.eye import Eye
+from qivo_watch.command.pictures import disc_mask, make_round
+from qivo_watch.errors import ScreenGone, UsageError, WatchError
 
 FORMATS = {
     ".gif": ["-filter_complex",
@@ -104,7 +103,7 @@ def _look(eye: Eye, rate: int, is_over: Callable[[float], bool], frames: queue.Q
             _sleep_until(begin + (int((time.monotonic() - begin) * rate) + 1) / rate)
             try:
                 seen = eye.look()
-            except Xlib.error.ConnectionClosedError:
+            except ScreenGone:
                 is_last = True  # The watch's end is the recording's.
         count = max(1, int((time.monotonic() - begin) * rate) - told)
         frames.put((frame, count))
@@ -145,7 +144,7 @@ class Recording:
     def _record(self, eye: Eye, file: str, rate: int) -> None:
         try:
             record(eye, file, rate, self._is_over)
-        except (WatchError, Xlib.error.ConnectionClosedError) as error:
+        except (WatchError, ScreenGone) as error:
             self._error = error if isinstance(error, WatchError) else WatchError(
                 "the watch ended while it was recorded")
         finally:

@@ -1,0 +1,226 @@
+"""The grammar of the command line, which is that of a replay's lines too."""
+
+import argparse
+import pathlib
+from typing import Any, Callable, NoReturn
+
+from qivo_watch.errors import UsageError
+from qivo_watch.interface import (GROUPS, LEAST_ZOOM, MOST_ZOOM, PERCENT, SECONDS, SIZES, TIMES,
+                                  VERBS, Argument, Choice, Kind, Number, Pairs, Time, Verb)
+from qivo_watch.lines import LEVELS
+from qivo_watch.state import DEFAULT_NAME
+
+WAIT_PATIENCE_S = 10.0
+
+
+class _Parser(argparse.ArgumentParser):
+    """One line for a mistake."""
+
+    def __init__(self, **options: Any):
+        super().__init__(allow_abbrev=False,
+                         formatter_class=argparse.RawDescriptionHelpFormatter, **options)
+
+    def error(self, message: str) -> NoReturn:
+        raise UsageError(f"{message.splitlines()[0]} (see {self.prog} --help)")
+
+
+class _LineParser(_Parser):
+    """For a line of a replay, and so are the parsers of its subcommands: without --help."""
+
+    def __init__(self, **options: Any):
+        super().__init__(add_help=False, **options)
+
+
+class _Merge(argparse.Action):
+    """Gathers what is given again and again in one dictionary."""
+
+    def __call__(self, _parser: Any, namespace: argparse.Namespace, values: Any,
+                 _option: str | None = None) -> None:
+        setattr(namespace, self.dest, (getattr(namespace, self.dest) or {}) | values)
+
+
+def _reader(kind: Kind) -> Callable[[str], Any]:
+    """A type for argparse of one for arguments of verbs."""
+    def convert(word: str) -> Any:
+        try:
+            return kind.read(word)
+        except UsageError as error:
+            raise argparse.ArgumentTypeError(str(error)) from None
+    return convert
+
+
+def _picture(text: str) -> str:
+    if pathlib.Path(text).suffix != ".png":
+        raise argparse.ArgumentTypeError(f'"{text}" does not end in .png')
+    return text
+
+
+_SECONDS = _reader(SECONDS)
+
+
+class Grammar:
+    """The verbs of the watch, and those of the command alone, one a method.
+
+    IS_REPLAY: as a line of a replay. What is parsed has as VERB the first word, and as CALL the
+    Verb to be called, or None.
+    """
+
+    def __init__(self, is_replay: bool):
+        self.parser = (_LineParser(prog="qivo-watch") if is_replay
+                       else _Parser(prog="qivo-watch", description=_DESCRIPTION))
+        self._verbs = self.parser.add_subparsers(dest="verb", metavar="COMMAND",
+                                                 required=is_replay)
+        self._groups: dict[str, Any] = {"": self._verbs}
+        self._is_replay = is_replay
+        if not is_replay:
+            self.parser.add_argument("--name", default=DEFAULT_NAME, help=_NAME_HELP)
+        self._start()
+        for verb in VERBS.values():
+            if verb.words:
+                self._add_call(verb)
+        for add in (self._screenshot, self._wait, self._compare, self._record, self._log,
+                    self._play, self._status, self._list, self._stop):
+            add()
+
+    def parse(self, words: list[str]) -> argparse.Namespace:
+        given, unknown = self.parser.parse_known_args(words)
+        if unknown:
+            getattr(given, "parser", self.parser).error(
+                f"unrecognized arguments: {' '.join(unknown)}")
+        return given
+
+    def _add(self, words: str, text: str, call: Verb | None = None) -> argparse.ArgumentParser:
+        group, _, word = words.rpartition(" ")
+        parser = self._groups[group].add_parser(word, help=text, description=text)
+        parser.set_defaults(parser=parser, call=call)
+        if not self._is_replay:
+            parser.add_argument("--name", default=argparse.SUPPRESS, help=_NAME_HELP)
+        return parser
+
+    def _add_group(self, word: str, text: str, members: str, is_needed: bool) -> None:
+        self._groups[word] = self._add(word, text).add_subparsers(
+            dest="what", metavar=members, required=is_needed)
+
+    def _add_call(self, verb: Verb) -> None:
+        group = verb.words.rpartition(" ")[0]
+        if group and group not in self._groups:
+            members = [other.words.split()[1] for other in VERBS.values()
+                       if other.words.startswith(f"{group} ")]
+            self._add_group(group, GROUPS[group], "|".join(members), group != "time")
+        parser = self._add(verb.words, verb.help, verb)
+        for argument in verb.arguments:
+            _add_argument(parser, argument)
+
+    def _start(self) -> None:
+        add = self._add("start", "Start a watch; return when it is ready.").add_argument
+        add("--headless", action="store_true", help="without a window")
+        add("--web", action="store_true", help="in a browser of this machine; prints the address")
+        add("--port", type=_reader(Number("u", 1, 65535)),
+            help="of --web (default: a free one)")
+        add("--password-file", metavar="FILE",
+            help="holds the password of --web, 8 of A-Z a-z 0-9; - is standard input "
+            "(default: a fresh password)")
+        add("--size", type=int, choices=SIZES, default=SIZES[0], help="pixels of the screen's side")
+        add("--zoom", type=_reader(Number("d", LEAST_ZOOM, MOST_ZOOM)), metavar="Z",
+            help=f"of the window alone, {LEAST_ZOOM:g} to {MOST_ZOOM:g} (default: the desktop's "
+            "scale, as far as the screen allows it)")
+        add("--language", default="en_US", help="such as ko_KR (default: %(default)s)")
+        add("--percent", type=_reader(PERCENT), default=80.0, help="charge of the battery")
+        add("--charging", dest="battery", action="store_const", const="charging",
+            default="discharging", help="with the charger plugged")
+        add("--at", type=_reader(Time()), metavar="TIME", help=f"the watch's time: {TIMES}")
+
+    def _screenshot(self) -> None:
+        add = self._add("screenshot", "Save a picture of the round screen.").add_argument
+        add("file", type=_picture, metavar="FILE", help="a PNG")
+        add("--body", action="store_true", help="with the whole watch around it")
+
+    def _wait(self) -> None:
+        self._add_group("wait", "Wait for something to happen.", "|".join(_WAITS), True)
+        for what, text in _WAITS.items():
+            add = self._add(f"wait {what}", text).add_argument
+            if what == "log":
+                add("text", metavar="TEXT")
+                add("--new", action="store_true",
+                    help="pass over the lines that are there already")
+            add("-t", "--timeout", type=_SECONDS, default=WAIT_PATIENCE_S, metavar="SECONDS",
+                help="how long at most (default: %(default)g)")
+
+    def _compare(self) -> None:
+        add = self._add("compare", "Fail unless the screen is as in a picture.").add_argument
+        add("file", type=_picture, metavar="FILE")
+        add("--tolerance", type=_reader(Number("u", 0, 255)), default=16, metavar="N",
+            help="how much a channel of a pixel may be off (default: %(default)s)")
+
+    def _record(self) -> None:
+        add = self._add("record", "Record the screen: for the time given, else until Ctrl-C or the "
+                        "watch's end; in a replay until its end or `record stop`.").add_argument
+        add("file", metavar="FILE", help="ends in .gif, .apng, .png, .webp or .mp4")
+        add("-d", "--duration", type=_SECONDS, metavar="SECONDS")
+        add("--fps", type=_reader(Number("u", 1, 60)), default=30, metavar="N",
+            help="frames a second")
+
+    def _log(self) -> None:
+        add = self._add("log", "Show what the watch's programs have logged.").add_argument
+        add("--level", choices=LEVELS, default=LEVELS[0], help="and what is graver")
+        add("--color", choices=["auto", "always", "never"], default="auto")
+        add("--follow", action="store_true", help="go on until the watch ends")
+
+    def _play(self) -> None:
+        if self._is_replay:
+            return
+        add = self._add("play", "Carry out a file of these commands, one a line.").add_argument
+        add("file", metavar="FILE")
+        add("--update", action="store_true", help="write the pictures to compare with anew")
+
+    def _status(self) -> None:
+        self._add("status", "Show the state of the watch.").add_argument(
+            "--json", action="store_true", help="for programs")
+
+    def _list(self) -> None:
+        self._add("list", "List the watches that run.")
+
+    def _stop(self) -> None:
+        self._add("stop", "End the watch; return when nothing of it is left.")
+
+
+def _add_argument(parser: argparse.ArgumentParser, argument: Argument) -> None:
+    """What is left out is None: the keeper has the defaults."""
+    kind = argument.kind
+    if isinstance(kind, Choice) and kind.are_flags:
+        flags = parser.add_mutually_exclusive_group()
+        for value in kind.values:
+            flags.add_argument(f"--{value}", dest=argument.name, action="store_const", const=value)
+        return
+    text = f"{argument.help} (default: {argument.default})" if argument.default else argument.help
+    options: dict[str, Any] = {"type": _reader(kind), "help": text}
+    if isinstance(kind, Choice):
+        options["choices"] = kind.values
+    if isinstance(kind, Pairs):
+        options["action"] = _Merge
+    if argument.metavar:
+        options["metavar"] = argument.metavar
+    names = [name for name in (argument.short, argument.flag) if name]
+    if names:
+        options["dest"] = argument.name
+    elif not argument.is_needed:
+        options["nargs"] = "?"
+    parser.add_argument(*(names or [argument.name]), **options)
+
+
+_NAME_HELP = "which watch (default: watch)"
+_WAITS = {
+    "log": "for a line of the log that holds TEXT",
+    "still": "for a screen on which nothing moves",
+    "frame": "for a change of the screen",
+    "exit": "for the end of the application; fails when it crashed or failed",
+}
+_DESCRIPTION = """A watch on the desk. Without a command it starts one.
+
+In the window:
+  wheel, dragged ring, or arrow keys       bezel
+  mouse on the screen                      finger
+  a click on a key; Escape or Backspace    back key
+  a click on a key; P                      power key
+  a click on the charger; C                plug, unplug
+  closing the window                       end the watch"""

@@ -1,0 +1,84 @@
+"""Pictures of the watch's screen: made round, saved, compared."""
+
+import math
+import os
+import pathlib
+import warnings
+
+from PIL import Image, ImageChops, ImageOps
+
+from qivo_watch.errors import WatchError
+
+ALLOWED_SHARE = 0.002
+"""The part of the disc's pixels that may differ: a glyph's edge that rounds the other way."""
+
+
+def disc_mask(size: int) -> Image.Image:
+    """How much of each pixel the round screen covers. One quadrant is computed and mirrored, so
+    that all four are alike."""
+    half = size // 2
+    radius = size / 2
+    values = bytes(
+        round(255 * min(1.0, max(0.0, radius + 0.5 - math.hypot(x + 0.5, y + 0.5))))
+        for y in range(half) for x in range(half))
+    quadrant = Image.frombytes("L", (half, half), values)
+    mask = Image.new("L", (size, size))
+    for box, part in (
+            ((half, half), quadrant), ((0, half), ImageOps.mirror(quadrant)),
+            ((half, 0), ImageOps.flip(quadrant)),
+            ((0, 0), ImageOps.flip(ImageOps.mirror(quadrant)))):
+        mask.paste(part, box)
+    return mask
+
+
+def make_round(picture: Image.Image, mask: Image.Image) -> Image.Image:
+    """The picture with nothing outside of the disc."""
+    result = picture.convert("RGBA")
+    result.putalpha(mask)
+    # What is not seen is not in the file either.
+    return Image.composite(result, Image.new("RGBA", picture.size), mask.point(bool, "1"))
+
+
+def save(picture: Image.Image, file: str) -> None:
+    """Writes beside the file first: a full disk leaves what was there."""
+    part = pathlib.Path(f"{file}.part")
+    try:
+        picture.save(part, "PNG")
+        os.replace(part, file)
+    except OSError as problem:
+        part.unlink(missing_ok=True)
+        raise WatchError(f'cannot write "{file}": {problem.strerror or problem}') from None
+
+
+def compare(seen: Image.Image, file: pathlib.Path, tolerance: int) -> None:
+    """Fails when the picture is not as in the file, and then leaves FILE-diff.png beside it.
+
+    tolerance: how much a pixel's channel may be off, 0 to 255.
+    """
+    difference_file = file.with_name(f"{file.stem}-diff.png")
+    try:
+        with (warnings.catch_warnings(action="error", category=Image.DecompressionBombWarning),
+              Image.open(file) as opened):
+            wanted = opened.convert("RGBA")
+    except (OSError, SyntaxError, ValueError, Image.DecompressionBombError,
+            Image.DecompressionBombWarning) as problem:
+        reason = getattr(problem, "strerror", None) or problem
+        raise WatchError(f'cannot read the picture "{file}": {reason}') from None
+    if wanted.size != seen.size:
+        raise WatchError(f'"{file}" has {wanted.size[0]}x{wanted.size[1]} pixels, '
+                         f"the screen {seen.size[0]}x{seen.size[1]}")
+    channels = ImageChops.difference(wanted, seen).split()
+    worst = channels[0]
+    for channel in channels[1:]:
+        worst = ImageChops.lighter(worst, channel)
+    wrong = worst.point(lambda value: 255 if value > tolerance else 0)
+    count = wrong.histogram()[255]
+    allowed = int(ALLOWED_SHARE * math.pi * (seen.size[0] / 2) ** 2)
+    if count <= allowed:
+        difference_file.unlink(missing_ok=True)
+        return
+    dimmed = seen.point([value // 3 for value in range(256)] * 3 + list(range(256)))
+    red = Image.new("RGBA", seen.size, (255, 0, 0, 255))
+    save(Image.composite(red, dimmed, wrong), str(difference_file))
+    raise WatchError(f'{count} pixels are not as in "{file}" ({allowed} may be): '
+                     f'see "{difference_file}"')

@@ -1,0 +1,289 @@
+"""What the command and the keeper have agreed on: names, limits, and each verb with its arguments.
+
+A verb is declared here once. The command's grammar (command/arguments.py), its call
+(command/client.py), the interface on the bus and the check of what comes over it
+(keeper/control.py) follow from that; Watch (keeper/watch.py) has a method of its name.
+"""
+
+import os
+import re
+from typing import Any, NamedTuple
+
+from qivo_watch.errors import UsageError
+
+PATH = "/com/velmora/QivoWatch"
+NAME, INTERFACE = "com.velmora.QivoWatch", "com.velmora.QivoWatch1"
+BODY_NAME, BODY_INTERFACE = "com.velmora.QivoWatch.Body", "com.velmora.QivoWatch.Body1"
+HOME_NAME = "com.velmora.QivoWatch.Home"
+REFUSED = "com.velmora.QivoWatch.Error.Refused"
+
+GUIDE = "com.velmora.qivo-guide-app"
+SIZES = [360, 390, 454]
+LEAST_ZOOM, MOST_ZOOM = 0.25, 4.0
+PASSWORD_LENGTH = 8
+"""The VNC protocol looks at no more, and less is guessed soon."""
+
+TIMES = "HH:MM, HH:MM:SS or YYYY-MM-DDTHH:MM[:SS]"
+
+
+class Number(NamedTuple):
+    """Whole, or with a SIGNATURE of "d" any."""
+
+    signature: str
+    least: float
+    most: float
+
+    def read(self, word: str) -> float:
+        """The value that a word of the command line means."""
+        try:
+            return self.check((float if self.signature == "d" else int)(word))
+        except (ValueError, UsageError):
+            raise self._refusal(word) from None
+
+    def check(self, value: Any) -> Any:
+        """The value, if it is one of this kind."""
+        kinds = (int, float) if self.signature == "d" else int
+        if not isinstance(value, kinds) or not self.least <= value <= self.most:
+            raise self._refusal(value)
+        return value
+
+    def _refusal(self, value: Any) -> UsageError:
+        return UsageError(f'"{value}" is not from {self.least:g} to {self.most:g}')
+
+
+class Choice(NamedTuple):
+    """One of a few values. ARE_FLAGS: on the command line each is an option of its name."""
+
+    values: tuple
+    are_flags: bool = False
+
+    @property
+    def signature(self) -> str:
+        return "s" if isinstance(self.values[0], str) else "u"
+
+    def read(self, word: str) -> Any:
+        try:
+            return type(self.values[0])(word)
+        except ValueError:
+            return word
+
+    def check(self, value: Any) -> Any:
+        if value not in self.values or not isinstance(value, type(self.values[0])):
+            raise UsageError(f'"{value}" is none of {", ".join(map(str, self.values))}')
+        return value
+
+
+class Text:
+    """Any text, which who takes it looks at."""
+
+    signature = "s"
+
+    def read(self, word: str) -> str:
+        return word
+
+    def check(self, value: Any) -> str:
+        if not isinstance(value, str):
+            raise UsageError(f'"{value}" is no text')
+        return value
+
+
+class Time(Text):
+    def read(self, word: str) -> str:
+        """A mistake is told before there is a watch to ask."""
+        from qivo_watch.times import parse_time  # pylint: disable=import-outside-toplevel
+        parse_time(word)
+        return word
+
+
+class Program(Text):
+    """An application's id, or the path of a program."""
+
+    def read(self, word: str) -> str:
+        return os.path.abspath(word) if "/" in word else word
+
+
+class Pairs:
+    """Texts by their keys; on the command line one KEY=VALUE at a time."""
+
+    signature = "a{ss}"
+
+    def read(self, word: str) -> dict[str, str]:
+        key, equals, value = word.partition("=")
+        if not equals or not key:
+            raise UsageError(f'"{word}" is not KEY=VALUE')
+        return {key: value}
+
+    def check(self, value: Any) -> dict[str, str]:
+        if not (isinstance(value, dict)
+                and all(isinstance(text, str) for pair in value.items() for text in pair)):
+            raise UsageError(f'"{value}" is no texts by their keys')
+        return value
+
+
+Kind = Number | Choice | Text | Pairs
+
+
+class Argument(NamedTuple):
+    """A needed one is in a verb's signature; the others go into the a{sv} at its end.
+
+    FLAG and SHORT are how it is given on the command line; without a flag, by its place.
+    """
+
+    name: str
+    kind: Kind
+    help: str = ""
+    metavar: str | None = None
+    flag: str | None = None
+    short: str | None = None
+    is_needed: bool = False
+    default: Any = None
+
+
+class Verb(NamedTuple):
+    """WORDS are the command line's; empty: only programs of the watch call it."""
+
+    method: str
+    words: str
+    help: str
+    arguments: tuple[Argument, ...] = ()
+
+    @property
+    def needed(self) -> list[Argument]:
+        return [argument for argument in self.arguments if argument.is_needed]
+
+    @property
+    def optional(self) -> list[Argument]:
+        return [argument for argument in self.arguments if not argument.is_needed]
+
+    @property
+    def function(self) -> str:
+        """The name of Watch's method."""
+        return re.sub(r"(?<=[a-z])(?=[A-Z])", "_", self.method).lower()
+
+    def bind(self, values: tuple) -> dict[str, Any]:
+        """The arguments by name of a call on the bus, checked, with defaults for those left out."""
+        options = values[-1] if self.optional else {}
+        bound = {argument.name: value for argument, value in zip(self.needed, values)}
+        bound |= {argument.name: argument.default for argument in self.optional} | options
+        known = {argument.name: argument for argument in self.arguments}
+        for name in bound.keys() - known.keys():
+            raise UsageError(f'{self.method} has no argument "{name}"')
+        for name, value in bound.items():
+            if name in options or known[name].is_needed:
+                try:
+                    known[name].kind.check(value)
+                except UsageError as error:
+                    raise UsageError(f"{name}: {error}") from None
+        return bound
+
+
+PERCENT = Number("d", 0, 100)
+SECONDS = Number("d", 0, 3600)
+MILLISECONDS = Number("u", 0, 60_000)
+_PLACE = Number("i", 0, max(SIZES) - 1)
+_KEY = Argument("key", Choice(("back", "power")), is_needed=True)
+
+
+def _interval(default: int, text: str) -> Argument:
+    return Argument("interval", MILLISECONDS, text, "MS", "--interval", "-i", default=default)
+
+
+def _duration(default: int, text: str) -> Argument:
+    return Argument("duration", MILLISECONDS, text, "MS", "--duration", "-d", default=default)
+
+
+def _timeout(default: float, text: str) -> Argument:
+    return Argument("timeout", SECONDS, text, "SECONDS", "--timeout", "-t", default=default)
+
+
+def _places(*names: str) -> tuple[Argument, ...]:
+    return tuple(Argument(name, _PLACE, metavar=name.upper(), is_needed=True) for name in names)
+
+
+GROUPS = {
+    "button": "Press a key; return when its effect is seen.",
+    "time": "Show the watch's time, set it, let it stand or go; set its zone and how clocks count.",
+}
+"""What the first of two words means."""
+
+VERBS = {verb.method: verb for verb in (
+    Verb("Launch", "launch",
+         "Start an application, or hand it a request when it runs; return when its first frame is "
+         "drawn.", (
+             Argument("app", Program(), "its id, or the path of its program", "APP", default=GUIDE),
+             Argument("operation", Text(), "the operation of the request", flag="--operation",
+                      default=""),
+             Argument("extra", Pairs(), "a value of the request; repeatable", "KEY=VALUE",
+                      "--extra", default={}),
+             Argument("env", Pairs(), "a variable of the program's environment; repeatable",
+                      "KEY=VALUE", "--env", default={}),
+             _timeout(30, "how long it may take; a program that takes longer is ended"))),
+    Verb("Terminate", "terminate", "Ask an application to end; return when it has ended.", (
+        Argument("app", Program(), "its id, or the path of its program (default: the one that was "
+                 "launched last)", "APP", default=""),
+        _timeout(5, "how long it may take; then it is killed"))),
+    Verb("Bezel", "bezel", "Turn the bezel; return when all detents are taken.", (
+        Argument("direction", Choice(("cw", "ccw")), "clockwise or counter-clockwise",
+                 is_needed=True),
+        Argument("count", Number("u", 1, 1000), "detents", "N", default=1),
+        _interval(20, "from one to the next"))),
+    Verb("ClickKey", "button click", "Push a key and release it.", (
+        _KEY, _duration(50, "how long it is held"),
+        Argument("count", Number("u", 1, 100), "clicks", "N", "--count", "-n", default=1),
+        _interval(100, "between two clicks"))),
+    Verb("PushKey", "button push", "Push a key, which stays down.", (_KEY,)),
+    Verb("ReleaseKey", "button release", "Release a key that was pushed.", (_KEY,)),
+    Verb("Touch", "touch", "Tap the screen at a place in its pixels.", _places("x", "y")),
+    Verb("Swipe", "swipe", "Draw a finger over the screen.", (
+        *_places("x1", "y1", "x2", "y2"), _duration(200, "from end to end"))),
+    Verb("SetBattery", "battery", "Set the battery; what is not given stays.", (
+        Argument("percent", PERCENT, metavar="P", flag="--percent"),
+        Argument("state", Choice(("charging", "discharging", "full"), are_flags=True)))),
+    Verb("SetLanguage", "language", "Set the language.", (
+        Argument("language", Text(), "such as ko_KR", "LANGUAGE", is_needed=True),)),
+    Verb("SetRegion", "region", "Set the region, whose habits dates and times follow.", (
+        Argument("region", Text(), 'such as de_DE, or "auto" for that of the language', "REGION",
+                 is_needed=True),)),
+    Verb("SetTime", "time set", "Set it.", (
+        Argument("time", Time(), TIMES, "TIME", is_needed=True),)),
+    Verb("FreezeTime", "time freeze", "Let it stand."),
+    Verb("ThawTime", "time thaw", "Let it go on."),
+    Verb("SetZone", "time zone", "Set the time zone.", (
+        Argument("zone", Text(), "such as Asia/Seoul", "ZONE", is_needed=True),)),
+    Verb("SetHours", "time hours", "Let clocks count to 12 or 24.", (
+        Argument("hours", Choice((12, 24)), is_needed=True),)),
+    Verb("Stop", "", "End the watch."),
+)}
+
+PROPERTIES = {
+    "ScreenOn": "b", "BezelPosition": "i", "BackPressed": "b", "PowerPressed": "b",
+    "Plugged": "b", "Charging": "b", "Percentage": "d", "Language": "s", "App": "s", "Time": "x",
+    "TimeFrozen": "b", "Zone": "s",
+}
+"""What the keeper tells of a watch, each with its type on the bus."""
+
+
+def describe() -> str:
+    """The keeper's interface as a message bus describes it."""
+    return f"""<node><interface name="{INTERFACE}">
+  {"".join(map(_describe_verb, VERBS.values()))}
+  <method name="ReadLog">
+    <arg name="start" type="t" direction="in"/>
+    <arg name="count" type="t" direction="out"/>
+    <arg name="first" type="t" direction="out"/>
+    <arg name="lines" type="as" direction="out"/>
+  </method>
+  <method name="Status"><arg name="json" type="s" direction="out"/></method>
+  <signal name="LogGrown"><arg name="count" type="t"/></signal>
+  {"".join(f'<property name="{name}" type="{kind}" access="read"/>'
+           for name, kind in PROPERTIES.items())}
+</interface></node>"""
+
+
+def _describe_verb(verb: Verb) -> str:
+    arguments = [(argument.name, argument.kind.signature) for argument in verb.needed]
+    if verb.optional:
+        arguments.append(("options", "a{sv}"))
+    described = "".join(f'<arg name="{name}" type="{kind}" direction="in"/>'
+                        for name, kind in arguments)
+    return f'<method name="{verb.method}">{described}</method>'

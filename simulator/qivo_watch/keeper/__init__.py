@@ -1,0 +1,1 @@
+"""The keeper: the process that is the watch."""

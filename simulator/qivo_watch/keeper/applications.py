@@ -1,0 +1,131 @@
+"""The applications on the watch together: launched, handed requests, ended."""
+
+import pathlib
+from signal import SIGTERM
+from typing import Any, Callable
+
+from qivo_watch.errors import WatchError
+from qivo_watch.keeper.apps import App, Program, locate
+from qivo_watch.keeper.log import Log
+from qivo_watch.keeper.settle import Settler
+from qivo_watch.keeper.tasks import Until, Work
+from qivo_watch.processes import STATE_VARIABLE, end_of
+
+END_PATIENCE_S = 3.0
+"""Seconds that an application gets to end by itself before it is killed."""
+
+
+class Applications:
+    """ON_CHANGE is called when another application is the last one, or none is."""
+
+    def __init__(self, environment: dict[str, str], log: Log, settler: Settler,
+                 on_news: Callable[[], None], on_change: Callable[[], None]):
+        self.last_end: dict[str, Any] | None = None
+        self._apps: list[App] = []
+        self._environment = environment
+        self._log = log
+        self._settler = settler
+        self._on_news = on_news
+        self._on_change = on_change
+
+    @property
+    def last(self) -> App | None:
+        """The application that was started last, of those that run."""
+        return self._apps[-1] if self._apps else None
+
+    def look(self) -> None:
+        """Forgets the applications that have ended."""
+        for app in [known for known in self._apps if not known.is_running]:
+            self._apps.remove(app)
+            status = app.status or 0
+            self.last_end = {"app": app.name, "status": max(status, 0),
+                             "signal": max(-status, 0)}
+            self._on_change()
+
+    def settle(self) -> Work:
+        """Waits until each of them has taken what was sent to it."""
+        for app in list(self._apps):
+            yield from self._settler.settle(app)
+
+    def find_program(self, name: str) -> Program:
+        """Of an id that runs, the program is the one that runs, wherever it lies."""
+        return next((app.program for app in self._apps if app.program.has_id and app.name == name),
+                    None) or locate(name)
+
+    def launch(self, program: Program, arguments: list[str], settings: dict[str, str],
+               additions: dict[str, str], patience_s: float) -> Work:
+        """SETTINGS and ADDITIONS, which the caller wants, go into the program's environment."""
+        if STATE_VARIABLE in additions:
+            raise WatchError(f"{STATE_VARIABLE} is the watch's own")
+        before = self.last
+        first = next((app for app in self._apps if app.program.is_same(program)), None)
+        if first and not program.has_id:
+            raise WatchError(f"{program.name} runs already, and takes no request: "
+                             "it has no application id")
+        if first and additions:
+            raise WatchError(f"{program.name} runs already: its environment stays as it is")
+        app = App(program, arguments, self._environment | settings | additions, self._log,
+                  self._on_news)
+        try:
+            try:
+                yield from (self._hand_over if first else self._show)(app, patience_s)
+                if not first and before:
+                    yield from self._settler.settle(before)
+            except WatchError:
+                yield from self._end([app], END_PATIENCE_S)
+                raise
+        except GeneratorExit:
+            app.kill()
+            raise
+
+    def _show(self, app: App, patience_s: float) -> Work:
+        self._apps.append(app)
+        self._on_change()
+        yield Until(lambda: app.has_frame or not app.is_running, patience_s,
+                    f"{app.name} has told of no first frame within {patience_s:g} s")
+        if not app.has_frame:
+            raise WatchError(f"{app.name} {end_of(app.status or 0)} before it had drawn anything")
+
+    def _hand_over(self, second: App, patience_s: float) -> Work:
+        """A second process of an application hands its request to the first, and ends."""
+        complaint = f"{second.name} runs, and has not taken the request"
+        yield Until(lambda: second.has_frame or not second.is_running, patience_s, complaint)
+        if second.status != 0:
+            raise WatchError(complaint)
+
+    def terminate(self, name: str, patience_s: float) -> Work:
+        """NAME is empty for the application that was started last."""
+        app = self._find(name)
+        if (yield from self._end([app], patience_s)):
+            raise WatchError(f"{app.name} has not ended within {patience_s:g} s, and was killed")
+        if app.status not in (0, -SIGTERM):
+            raise WatchError(f"{app.name} {end_of(app.status or 0)}")
+        yield from self._settler.settle(self.last)
+
+    def end_all(self) -> Work:
+        yield from self._end(list(self._apps), END_PATIENCE_S)
+
+    def _find(self, name: str) -> App:
+        if not self._apps:
+            raise WatchError("no application runs")
+        if not name:
+            return self._apps[-1]
+        path = pathlib.Path(name).resolve() if "/" in name else None
+        for app in reversed(self._apps):
+            if app.program.path.resolve() == path or app.name == name:
+                return app
+        raise WatchError(f"no application {name} runs")
+
+    def _end(self, apps: list[App], patience_s: float) -> Work:
+        """Asks them to end, and kills those that do not in time; returns whether it had to."""
+        for app in apps:
+            app.ask_to_end()
+        gone = Until(lambda: not any(app.is_running for app in apps), patience_s, "")
+        try:
+            yield gone
+        except WatchError:
+            for app in apps:
+                app.kill()
+            yield Until(gone.condition, END_PATIENCE_S, "an application does not end")
+            return True
+        return False

@@ -1,0 +1,52 @@
+"""The control interface on the bus: each method answers when its effect is seen."""
+
+import json
+from typing import Any
+
+from gi.repository import Gio, GLib
+from Xlib.error import ConnectionClosedError
+
+from qivo_watch.errors import UsageError, WatchError
+from qivo_watch.interface import NAME, REFUSED, VERBS
+from qivo_watch.keeper.objects import own_name
+from qivo_watch.keeper.tasks import Tasks, Work
+from qivo_watch.keeper.watch import Watch
+
+
+class Control:
+    """Answers for a watch. The name is owned when everything can be answered."""
+
+    def __init__(self, connection: Gio.DBusConnection, watch: Watch, tasks: Tasks):
+        self._watch = watch
+        self._tasks = tasks
+        watch.object.serve(self._on_call)
+        own_name(connection, NAME)
+
+    def _on_call(self, method: str, arguments: tuple, call: Gio.DBusMethodInvocation) -> None:
+        def done(result: Any, error: Exception | None) -> None:
+            if error is None:
+                call.return_value(result)
+            else:
+                call.return_dbus_error(REFUSED, _line_of(error))
+        # The watch's end outlives who wanted it, as the body does not.
+        owner = "" if method == "Stop" else call.get_sender()
+        self._tasks.run(self._work(method, arguments), done, owner)
+
+    def _work(self, method: str, arguments: tuple) -> Work:
+        if method in VERBS:
+            verb = VERBS[method]
+            yield from getattr(self._watch, verb.function)(**verb.bind(arguments))
+            return None
+        if method == "ReadLog":
+            return GLib.Variant("(ttas)", self._watch.log.read(*arguments))
+        if method == "Status":
+            return GLib.Variant("(s)", (json.dumps(self._watch.status()),))
+        raise WatchError(f"a watch has no {method}")
+
+
+def _line_of(error: Exception) -> str:
+    if isinstance(error, (WatchError, UsageError)):
+        return str(error)
+    if isinstance(error, ConnectionClosedError):
+        return "the watch has ended: the X server has gone"
+    return f"{type(error).__name__}: {error}".splitlines()[0]

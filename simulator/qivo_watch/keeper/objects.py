@@ -1,0 +1,114 @@
+"""What the keeper has on the watch's bus: the daemon, names, objects with properties."""
+
+import pathlib
+from typing import Any, Callable
+
+from gi.repository import Gio, GLib
+
+from qivo_watch.bus import DAEMON, PATIENCE_MS, PROPERTIES
+
+_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <listen>{address}</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*"/>
+    <allow receive_sender="*"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+
+
+def daemon_command(folder: pathlib.Path, address: str, ready: int) -> list[str]:
+    """The command of a bus that writes a line to the descriptor READY when it listens."""
+    configuration = folder / "bus.conf"
+    configuration.write_text(_CONFIGURATION.format(address=address), encoding="utf-8")
+    return ["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile",
+            "--nosyslog", f"--print-address={ready}"]
+
+
+def own_name(connection: Gio.DBusConnection, name: str) -> None:
+    """Takes a name; on a fresh bus nobody else has it."""
+    connection.call_sync(*DAEMON, "RequestName", GLib.Variant("(su)", (name, 0)), None,
+                         Gio.DBusCallFlags.NONE, PATIENCE_MS, None)
+
+
+def process_of(connection: Gio.DBusConnection, name: str) -> int | None:
+    """The process behind a name; None when it has gone."""
+    try:
+        return connection.call_sync(
+            *DAEMON, "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,)), None,
+            Gio.DBusCallFlags.NONE, PATIENCE_MS, None).unpack()[0]
+    except GLib.Error:
+        return None
+
+
+Handler = Callable[[str, tuple, Gio.DBusMethodInvocation], None]
+
+
+class BusObject:
+    """One interface at one path, with its properties; on the bus once it serves.
+
+    PropertiesChanged is sent for each change by set().
+    """
+
+    def __init__(self, connection: Gio.DBusConnection, path: str, description: str,
+                 values: dict[str, Any]):
+        """description: introspection XML with one interface; values: the properties' first."""
+        self._connection = connection
+        self._path = path
+        self._interface = Gio.DBusNodeInfo.new_for_xml(description).interfaces[0]
+        self._types = {known.name: known.signature for known in self._interface.properties}
+        self._values = dict(values)
+        self._methods: Handler = _refuse
+
+    def serve(self, methods: Handler | None = None) -> None:
+        """METHODS gets a method's name, its arguments and the call to be answered."""
+        self._methods = methods or _refuse
+        self._connection.register_object(self._path, self._interface, self._on_call,
+                                         self._on_read, None)
+
+    def get(self, name: str) -> Any:
+        value = self._values[name]
+        return value() if callable(value) else value
+
+    def set(self, **values: Any) -> None:
+        """Sets properties; tells of those that are not what they were."""
+        self.tell(**{name: value for name, value in values.items()
+                     if self._values[name] != value})
+
+    def tell(self, **values: Any) -> None:
+        """Tells of properties, changed or not. One that is computed stays so."""
+        for name, value in values.items():
+            if not callable(self._values[name]):
+                self._values[name] = value
+        if not values:
+            return
+        changed = {name: self._variant(name, value) for name, value in values.items()}
+        self._send(PROPERTIES, "PropertiesChanged",
+                   GLib.Variant("(sa{sv}as)", (self._interface.name, changed, [])))
+
+    def emit(self, signal: str, arguments: GLib.Variant) -> None:
+        self._send(self._interface.name, signal, arguments)
+
+    def _send(self, interface: str, signal: str, arguments: GLib.Variant) -> None:
+        # Nobody hears it on a bus that has just died, and its end is told elsewhere.
+        if not self._connection.is_closed():
+            self._connection.emit_signal(None, self._path, interface, signal, arguments)
+
+    def _variant(self, name: str, value: Any) -> GLib.Variant:
+        return GLib.Variant(self._types[name], value)
+
+    def _on_read(self, _connection: Any, _sender: str, _path: str, _interface: str,
+                 name: str) -> GLib.Variant:
+        return self._variant(name, self.get(name))
+
+    def _on_call(self, _connection: Any, _sender: str, _path: str, _interface: str, method: str,
+                 arguments: GLib.Variant, call: Gio.DBusMethodInvocation) -> None:
+        self._methods(method, arguments.unpack(), call)
+
+
+def _refuse(method: str, _arguments: tuple, call: Gio.DBusMethodInvocation) -> None:
+    call.return_dbus_error("org.freedesktop.DBus.Error.NotSupported", f"a watch has no {method}")

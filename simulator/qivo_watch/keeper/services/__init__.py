@@ -1,0 +1,1 @@
+"""The services of the watch, by their standard names, and its clock."""

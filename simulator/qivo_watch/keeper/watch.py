@@ -1,0 +1,285 @@
+"""What the watch does as a watch: its keys, screen, bezel, settings, clock.
+
+Each verb of the interface is a generator for Tasks, refuses what cannot be, and returns when its
+effect is seen. What it gets has been checked by the interface's limits.
+"""
+
+import contextlib
+from typing import Any, Callable, Iterator
+
+from gi.repository import Gio
+
+from qivo_watch.errors import WatchError
+from qivo_watch.interface import PATH, describe
+from qivo_watch.keeper.applications import Applications
+from qivo_watch.keeper.apps import App, request_arguments
+from qivo_watch.keeper.inject import Hand
+from qivo_watch.keeper.log import Log
+from qivo_watch.keeper.objects import BusObject
+from qivo_watch.keeper.screen import Screen
+from qivo_watch.keeper.services.battery import Battery
+from qivo_watch.keeper.services.clock import Clock
+from qivo_watch.keeper.services.clock_format import ClockFormat
+from qivo_watch.keeper.services.locale import Locale
+from qivo_watch.keeper.services.time_zone import TimeZone
+from qivo_watch.keeper.settle import Settler
+from qivo_watch.keeper.tasks import Pause, Until, Work
+from qivo_watch.processes import end_of
+from qivo_watch.times import format_time, machine_zone, parse_time
+
+PATIENCE_S = 10.0
+"""Seconds for the screen to turn on or off; a sanitized application on a busy machine is slow."""
+
+FINGER_STEP_MS = 10
+DETENTS_AT_ONCE = 50
+"""Detents that may follow each other before the watch attends to other callers."""
+
+
+class Watch:
+    """The state of one watch: OPTIONS are those it was started with, FACTS what its status tells
+    of where it is. ON_NEWS is called when an application does something, ON_STOP when it is told
+    to end and its applications have."""
+
+    def __init__(self, options: dict[str, Any], facts: dict[str, Any],
+                 connection: Gio.DBusConnection, screen: Screen, environment: dict[str, str],
+                 log: Log, on_news: Callable[[], None], on_stop: Callable[[], None]):
+        self.log = log
+        self._options = options
+        self._facts = facts
+        self._size: int = options["size"]
+        self._screen = screen
+        self._hand = Hand(screen.display)
+        self._settler = Settler(connection, screen, {
+            name: facts["processes"][name] for name in ("home", "body")}, on_news)
+        self._battery = Battery(connection, options["percent"], options["battery"])
+        self._locale = Locale(connection, options["language"])
+        self._clock_format = ClockFormat(connection)
+        self._clock = Clock()
+        if options["at"]:
+            self._clock.set(parse_time(options["at"]))
+        self._zone = TimeZone(connection, lambda: self._clock.now_ms() * 1000)
+        self._is_on = True
+        self._is_touched = False
+        self._bezel_position = 0
+        self._pressed = {"back": False, "power": False}
+        self.applications = Applications(environment, log, self._settler, on_news, self._tell_app)
+        self.object = BusObject(connection, PATH, describe(), self._properties())
+        self._on_stop = on_stop
+
+    # Applications
+
+    def launch(self, app: str, operation: str, extra: dict[str, str], env: dict[str, str],
+               timeout: float) -> Work:
+        program = self.applications.find_program(app)
+        self._need_screen()
+        yield from self.applications.launch(program, request_arguments(operation, extra),
+                                            self._settings(), env, timeout)
+
+    def terminate(self, app: str, timeout: float) -> Work:
+        yield from self.applications.terminate(app, timeout)
+
+    def _settings(self) -> dict[str, str]:
+        """The settings as an application reads them before a service has answered."""
+        region = {"LC_TIME": self._locale.region} if self._locale.has_region else {}
+        zone = {"TZ": self._zone.chosen} if self._zone.chosen else {}
+        return {"LANG": self._locale.language} | region | zone
+
+    def _tell_app(self) -> None:
+        self.object.set(App=self._app.name if self._app else "")
+
+    @property
+    def _app(self) -> App | None:
+        return self.applications.last
+
+    # Keys
+
+    def click_key(self, key: str, duration: int, count: int, interval: int) -> Work:
+        for turn in range(count):
+            if turn:
+                yield Pause(interval)
+            yield from self.push_key(key)
+            with self._let_go_on_failure(key):
+                yield Pause(duration)
+            yield from self.release_key(key)
+
+    def push_key(self, key: str) -> Work:
+        if self._pressed[key]:
+            raise WatchError(f"the {key} key is down already")
+        if key == "back":
+            self._need_screen()
+        with self._let_go_on_failure(key):
+            self._show_key(key, True)
+            if self._is_on:
+                self._hand.key(key, True)
+                yield from self._settler.settle(self._app)
+
+    def release_key(self, key: str) -> Work:
+        if not self._pressed[key]:
+            raise WatchError(f"the {key} key is not down")
+        self._show_key(key, False)
+        app = self._app
+        if self._is_on:
+            self._hand.key(key, False)
+            yield from self._settler.settle(app)
+        if key == "power":
+            yield from self._switch_screen()
+        elif app:
+            yield from self._settler.settle_if_covered(app)
+
+    @contextlib.contextmanager
+    def _let_go_on_failure(self, key: str) -> Iterator[None]:
+        """For what is done with a key down: it fails, or who wanted it done has gone."""
+        try:
+            yield
+        except BaseException:
+            self._show_key(key, False)
+            if self._is_on:
+                self._hand.key(key, False)
+            raise
+
+    def _show_key(self, key: str, is_down: bool) -> None:
+        self._pressed[key] = is_down
+        self.object.set(**{f"{key.capitalize()}Pressed": is_down})
+
+    def _switch_screen(self) -> Work:
+        wanted = not self._is_on
+        self._is_on = wanted
+        self.object.set(ScreenOn=wanted)
+        yield Until(lambda: self._screen.is_black() != wanted, PATIENCE_S,
+                    f"the screen does not turn {'on' if wanted else 'off'}")
+        yield from self.applications.settle()
+
+    def _need_screen(self) -> None:
+        if not self._is_on:
+            raise WatchError("the screen is off (button click power wakes it)")
+
+    # Bezel and finger
+
+    def bezel(self, direction: str, count: int, interval: int) -> Work:
+        self._need_screen()
+        for turn in range(count):
+            if turn and (interval or turn % DETENTS_AT_ONCE == 0):
+                yield Pause(interval)
+            self._hand.detent(direction)
+            self._bezel_position += 1 if direction == "cw" else -1
+            self.object.set(BezelPosition=self._bezel_position)
+        yield from self._settler.settle(self._app)
+
+    def touch(self, x: int, y: int) -> Work:
+        yield from self.swipe(x, y, x, y, 0)
+
+    def swipe(self, x1: int, y1: int, x2: int, y2: int, duration: int) -> Work:
+        for x, y in ((x1, y1), (x2, y2)):
+            self._need_on_screen(x, y)
+        self._need_screen()
+        if self._is_touched:
+            raise WatchError("a finger is on the screen already")
+        app = self._app
+        self._is_touched = True
+        self._hand.move(x1, y1)
+        self._hand.finger(True)
+        try:
+            steps = duration // FINGER_STEP_MS
+            for step in range(1, steps + 1):
+                yield Pause(FINGER_STEP_MS)
+                self._need_screen()
+                if app and not app.is_running:
+                    raise WatchError(f"{app.name} {end_of(app.status or 0)} during the swipe")
+                self._hand.move(x1 + (x2 - x1) * step // steps, y1 + (y2 - y1) * step // steps)
+            self._hand.move(x2, y2)
+        finally:
+            self._hand.finger(False)
+            self._is_touched = False
+        yield from self._settler.settle(app)
+
+    def _need_on_screen(self, x: int, y: int) -> None:
+        radius = self._size / 2
+        if (x + 0.5 - radius) ** 2 + (y + 0.5 - radius) ** 2 > radius ** 2:
+            raise WatchError(f"{x},{y} is outside of the round screen of {self._size} pixels")
+
+    # Services
+
+    def set_battery(self, percent: float | None, state: str | None) -> Work:
+        self._battery.set(percent, state)
+        self.object.set(**self._battery_properties())
+        yield from self._settle_services()
+
+    def _battery_properties(self) -> dict[str, Any]:
+        return {"Plugged": self._battery.is_plugged, "Charging": self._battery.state == "charging",
+                "Percentage": self._battery.percent}
+
+    def set_language(self, language: str) -> Work:
+        self._locale.set_language(language)
+        self.object.set(Language=self._locale.language)
+        yield from self._settle_services()
+
+    def set_region(self, region: str) -> Work:
+        self._locale.set_region(region)
+        yield from self._settle_services()
+
+    def set_hours(self, hours: int) -> Work:
+        self._clock_format.set(hours)
+        yield from self._settle_services()
+
+    def set_zone(self, zone: str) -> Work:
+        self._zone.set(zone)
+        self.object.set(Zone=zone)
+        yield from self._settle_services()
+
+    def set_time(self, time: str) -> Work:
+        self._clock.set(parse_time(time, self._clock.now_ms(), self._zone.chosen))
+        yield from self._tell_time()
+
+    def freeze_time(self) -> Work:
+        if self._clock.is_frozen:
+            raise WatchError("the clock stands already")
+        self._clock.freeze()
+        yield from self._tell_time()
+
+    def thaw_time(self) -> Work:
+        if not self._clock.is_frozen:
+            raise WatchError("the clock goes already")
+        self._clock.thaw()
+        yield from self._tell_time()
+
+    def _tell_time(self) -> Work:
+        self.object.tell(Time=self._clock.now_ms(), TimeFrozen=self._clock.is_frozen)
+        yield from self._settle_services()
+
+    def _settle_services(self) -> Work:
+        yield from self._settler.settle_services()
+        yield from self.applications.settle()
+
+    # The whole
+
+    def stop(self) -> Work:
+        """Ends the applications as a watch does; the rest ends with the keeper."""
+        yield from self.applications.end_all()
+        self._on_stop()
+
+    def _properties(self) -> dict[str, Any]:
+        """The first values on the bus."""
+        return self._battery_properties() | {
+            "ScreenOn": True, "BezelPosition": 0, "BackPressed": False, "PowerPressed": False,
+            "Language": self._locale.language, "App": "", "Time": self._clock.now_ms,
+            "TimeFrozen": False, "Zone": ""}
+
+    def status(self) -> dict[str, Any]:
+        """What `status --json` shows; docs/watch.md describes it."""
+        app = self._app
+        return {
+            "name": self._options["name"], "running": True,
+            "size": self._size, "zoom": self._options["zoom"], **self._facts,
+            "screen": "on" if self._is_on else "off",
+            "app": {"id": app.name, "pid": app.pid} if app else None,
+            "lastEnd": self.applications.last_end,
+            "battery": {"percent": self._battery.percent, "state": self._battery.state},
+            "language": self._locale.language,
+            "region": self._locale.region,
+            "time": {"now": format_time(self._clock.now_ms(), self._zone.chosen),
+                     "frozen": self._clock.is_frozen,
+                     "zone": self._zone.chosen or machine_zone(),
+                     "hours": self._clock_format.hours},
+            "bezel": self._bezel_position,
+            "keysDown": [name for name, is_down in self._pressed.items() if is_down],
+        }

@@ -15,6 +15,8 @@ bool EventFilter::Start()
 void EventFilter::SToolkitEndsCB(void* data, const Efl_Event*)
 {
     auto* self = static_cast<EventFilter*>(data);
+    // The loop may go on, and the filter be started again.
+    efl_event_callback_del(efl_main_loop_get(), EFL_APP_EVENT_TERMINATE, SToolkitEndsCB, self);
     ecore_event_filter_del(self->mFilter);
     self->mFilter = nullptr;
 }

@@ -2,6 +2,7 @@
 
 #include "efl_extension.h"
 
+#include <Ecore_Eo.h>
 #include <gmock/gmock.h>
 
 #include <unistd.h>
@@ -45,6 +46,16 @@ std::vector<std::string> Names()
     for (const Detent& detent : gDetents)
         names.push_back(detent.name);
     return names;
+}
+
+// Of the callbacks that are added or removed, those for the end of the toolkit.
+int CountOfTermination(const Efl_Event* event)
+{
+    const auto* item = static_cast<const Efl_Callback_Array_Item_Full*>(event->info);
+    int count = 0;
+    for (; item->desc; ++item)
+        count += item->desc == EFL_APP_EVENT_TERMINATE ? 1 : 0;
+    return count;
 }
 
 class Rotary : public OffScreenTest
@@ -289,6 +300,30 @@ TEST_F(Rotary, WorksAgainAfterTheToolkitWasStartedAnew)
         _exit(Names() == std::vector<std::string>{"first life", "second life"} ? 0 : 1);
     };
     EXPECT_EXIT(liveTwice(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(Rotary, LeavesNothingOnALoopThatGoesOnAfterItsTermination)
+{
+    Eo* loop = efl_main_loop_get();
+    int left = 0;
+    const auto add = [](void* data, const Efl_Event* event)
+    { *static_cast<int*>(data) += CountOfTermination(event); };
+    const auto remove = [](void* data, const Efl_Event* event)
+    { *static_cast<int*>(data) -= CountOfTermination(event); };
+    efl_event_callback_add(loop, EFL_EVENT_CALLBACK_ADD, add, &left);
+    efl_event_callback_add(loop, EFL_EVENT_CALLBACK_DEL, remove, &left);
+    // The one that is there ends with the first.
+    efl_event_callback_call(loop, EFL_APP_EVENT_TERMINATE, nullptr);
+    left = 0;
+    AddActivated("object");
+    EXPECT_EQ(left, 1);
+    efl_event_callback_call(loop, EFL_APP_EVENT_TERMINATE, nullptr);
+    EXPECT_EQ(left, 0);
+    efl_event_callback_del(loop, EFL_EVENT_CALLBACK_ADD, add, &left);
+    efl_event_callback_del(loop, EFL_EVENT_CALLBACK_DEL, remove, &left);
+    AddActivated("next");
+    TurnWheel(1);
+    EXPECT_THAT(Names(), ElementsAre("next"));
 }
 
 TEST_F(Rotary, LetsACallbackRemoveALaterOne)

@@ -115,6 +115,15 @@ void MakeWindow()
     evas_object_show(background);
 }
 
+// A window that is a picture within the other one.
+void MakePicture()
+{
+    ecore_x_error_handler_set([](void*) { Say("X error"); }, nullptr);
+    Evas_Object* picture = elm_win_add(sWindow, "picture", ELM_WIN_INLINED_IMAGE);
+    evas_object_resize(picture, 100, 100);
+    evas_object_show(picture);
+}
+
 // As an application does that ends without a thought for its callbacks.
 void FollowServices()
 {
@@ -152,6 +161,7 @@ void Obey(const std::string& word)
         {"withdraw", [] { elm_win_withdrawn_set(sWindow, EINA_TRUE); }},
         {"delete", [] { evas_object_del(sWindow); }},
         {"new", MakeWindow},
+        {"picture", MakePicture},
         {"close", [] { ecore_x_window_delete_request_send(elm_win_xwindow_get(sWindow)); }},
         {"sync", [] { ecore_x_sync(); }},
         {"toil", [] { std::this_thread::sleep_for(std::chrono::milliseconds(5500)); }},

@@ -82,9 +82,11 @@ private:
     {
         mIsMoving = mWaiting > 0;
         unsigned int value = mIsMoving ? 1 : 0;
-        ecore_x_window_prop_card32_set(
-            static_cast<Ecore_X_Window>(ecore_evas_window_get(ecore_evas_ecore_evas_get(mCanvas))),
-            ecore_x_atom_get(kProperty), &value, 1);
+        const auto window =
+            static_cast<Ecore_X_Window>(ecore_evas_window_get(ecore_evas_ecore_evas_get(mCanvas)));
+        // One that is a picture in another window has no place on the display.
+        if (window != 0)
+            ecore_x_window_prop_card32_set(window, ecore_x_atom_get(kProperty), &value, 1);
     }
 
     Evas* const mCanvas;

@@ -1,6 +1,6 @@
 #include "page/Page.h"
 
-#include "application/windows/Screen.h"
+#include "application/Toolkit.h"
 #include "common/NaviFrame.h"
 #include "common/RotaryEventManager.h"
 #include "page/Clock.h"
@@ -19,8 +19,6 @@
 #include <optional>
 #include <sstream>
 #include <ui_extension.h>
-
-using namespace WatchPort;
 
 namespace fs = std::filesystem;
 
@@ -55,11 +53,13 @@ void StartToolkit()
     // A thread would draw in real time, and motions, which wait for it, would begin late.
     setenv("ECORE_EVAS_FORCE_SYNC_RENDER", "1", 1);
     Toolkit::Start(PLATFORM_THEME);
-    SetTextLocale();
+    WatchPort::SetTextLocale();
     bindtextdomain(kTextDomain, LocaleFolder().c_str());
     bind_textdomain_codeset(kTextDomain, "UTF-8");
     textdomain(kTextDomain);
-    SetUpToolkit(Display());
+    static const WatchPort::Display sDisplay;
+    static const auto* const sWatch = new WatchPort::Toolkit(0, nullptr, sDisplay);
+    static_cast<void>(sWatch);
     elm_app_base_scale_set(1.3);
     uxt_theme_set_changeable_ui_enabled(EINA_TRUE);
     Page::UseOwnTables();
@@ -149,8 +149,8 @@ Page::~Page()
 
 void Page::SetLanguage(const std::string& language)
 {
-    const std::string locale = NormaliseLocale(language).value();
-    ChangeCatalogues(locale);
+    const std::string locale = WatchPort::NormaliseLocale(language).value();
+    WatchPort::ChangeCatalogues(locale);
     elm_language_set(locale.c_str());
     Settle();
 }

@@ -108,6 +108,15 @@ class Display:
         finally:
             self._processes[0].send_signal(signal.SIGCONT)
 
+    @contextlib.contextmanager
+    def silent_manager(self):
+        """Inside of the context the window manager does nothing."""
+        self._processes[-1].send_signal(signal.SIGSTOP)
+        try:
+            yield
+        finally:
+            self._processes[-1].send_signal(signal.SIGCONT)
+
     def kill_server(self):
         """The X server dies, and its clients see the connection end."""
         self._processes[0].kill()

@@ -16,8 +16,8 @@ constexpr double kServiceSeconds = 10;
 Lifecycle::Lifecycle(const ui_app_lifecycle_callback_s& callbacks, void* userData,
                      const Display& display, LaunchInbox* inbox)
     : mCallbacks(callbacks), mUserData(userData), mDisplay(display), mInbox(inbox),
-      mVisibility(display, [this] { OnLoopIdle(); }),
-      mClosedWindow(display, [this] { RequestExit(); }),
+      mVisibility(display), mClosedWindow(display, [this] { RequestExit(); }),
+      mIdleEnterer(ecore_idle_enterer_before_add(SLoopIdleCB, this)),
       mTerminationHandler(ecore_event_handler_add(ECORE_EVENT_SIGNAL_EXIT, SExitSignalCB, this)),
       mHangUpHandler(ecore_event_handler_add(ECORE_EVENT_SIGNAL_HUP, SExitSignalCB, this))
 {
@@ -27,6 +27,7 @@ Lifecycle::~Lifecycle()
 {
     ecore_event_handler_del(mTerminationHandler);
     ecore_event_handler_del(mHangUpHandler);
+    ecore_idle_enterer_del(mIdleEnterer);
 }
 
 int Lifecycle::Run(const CommandLine& commandLine)
@@ -113,6 +114,7 @@ void Lifecycle::RunLoop()
 void Lifecycle::OnLoopIdle()
 try
 {
+    mVisibility.Update();
     if (!mIsInLoop)
         return;
     if (!mIsCreated)
@@ -125,7 +127,7 @@ try
     SizeWindows(mDisplay);
     mClosedWindow.Update();
     if (!mIsExitRequested)
-        UpdateVisibility();
+        ResumeOrPause();
 }
 catch (...)
 {
@@ -133,12 +135,12 @@ catch (...)
     RequestExit();
 }
 
-void Lifecycle::UpdateVisibility()
+void Lifecycle::ResumeOrPause()
 {
-    const bool isVisible = mVisibility.FindVisibleWindow() != nullptr;
-    if (isVisible && !mIsResumed)
+    const bool isInSight = mVisibility.IsInSight();
+    if (isInSight && !mIsResumed)
         Resume();
-    else if (!isVisible && mIsResumed)
+    else if (!isInSight && mIsResumed)
         Pause();
 }
 
@@ -158,6 +160,12 @@ void Lifecycle::Pause()
     mIsResumed = false;
     if (mCallbacks.pause)
         mCallbacks.pause(mUserData);
+}
+
+Eina_Bool Lifecycle::SLoopIdleCB(void* data)
+{
+    static_cast<Lifecycle*>(data)->OnLoopIdle();
+    return ECORE_CALLBACK_RENEW;
 }
 
 Eina_Bool Lifecycle::SExitSignalCB(void* data, int, void*)

@@ -4,9 +4,9 @@
 #include "app-control/LaunchInbox.h"
 #include "application/CommandLine.h"
 #include "application/Exhaustion.h"
+#include "application/display/Display.h"
+#include "application/visibility/WindowVisibility.h"
 #include "application/windows/ClosedWindow.h"
-#include "application/windows/Display.h"
-#include "application/windows/WindowVisibility.h"
 #include <app.h>
 
 #include <Ecore.h>
@@ -39,6 +39,7 @@ public:
     void RequestExit();
 
 private:
+    static Eina_Bool SLoopIdleCB(void* data);
     static Eina_Bool SExitSignalCB(void* data, int type, void* event);
     static Eina_Bool SIdleTooLongCB(void* data);
 
@@ -48,7 +49,7 @@ private:
     void Deliver(app_control_h request);
     void RunLoop();
     void OnLoopIdle();
-    void UpdateVisibility();
+    void ResumeOrPause();
     void Resume();
     void Pause();
 
@@ -58,6 +59,8 @@ private:
     LaunchInbox* const mInbox;
     WindowVisibility mVisibility;
     ClosedWindow mClosedWindow;
+    /** Called at each end of a turn of the main loop, before frames are drawn. */
+    Ecore_Idle_Enterer* mIdleEnterer;
     Ecore_Event_Handler* mTerminationHandler;
     Ecore_Event_Handler* mHangUpHandler;
     bool mIsInLoop = false;

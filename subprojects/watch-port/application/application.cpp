@@ -7,9 +7,8 @@
 #include "application/Lifecycle.h"
 #include "application/OwnId.h"
 #include "application/PlatformTheme.h"
-#include "application/fast-start/EarlyFonts.h"
-#include "application/windows/Display.h"
-#include "application/windows/Screen.h"
+#include "application/Toolkit.h"
+#include "application/display/Display.h"
 #include "application/windows/WindowMotion.h"
 #include "base/ApplicationCalls.h"
 #include "dlog/PortLog.h"
@@ -17,8 +16,6 @@
 #include "texts/TextDomain.h"
 #include "texts/TextLocale.h"
 
-#include <Efreet.h>
-#include <Elementary.h>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -32,25 +29,6 @@ namespace
 Lifecycle* sRunning = nullptr;
 
 constexpr char kCall[] = "ui_app_main";
-
-// The toolkit, up as long as the object lives.
-class Toolkit
-{
-public:
-    Toolkit(int argc, char** argv) : mIsUp(elm_init(argc, argv) > 0) {}
-    ~Toolkit()
-    {
-        if (mIsUp)
-            elm_shutdown();
-    }
-    Toolkit(const Toolkit&) = delete;
-    Toolkit& operator=(const Toolkit&) = delete;
-
-    bool IsUp() const { return mIsUp; }
-
-private:
-    bool mIsUp;
-};
 
 // Lets ui_app_exit() find the run, and services call the application as long as it goes on, also
 // when an exception ends it.
@@ -90,15 +68,6 @@ std::optional<int> AnswerCommandLine(const CommandLine& commandLine, const std::
     return APP_ERROR_NONE;
 }
 
-// An application of the watch starts no service of the desktop, asks none about the machine, and
-// looks as on the watch.
-void KeepToolkitAlone()
-{
-    DropToolkitSettings();
-    efreet_cache_disable();
-    ecore_app_no_system_modules();
-}
-
 std::optional<Installation> FindOwnInstallation()
 {
     const auto installation = FindInstallation(RunningExecutable());
@@ -108,13 +77,6 @@ std::optional<Installation> FindOwnInstallation()
                       RunningExecutable().c_str());
     return installation;
 }
-
-// What a run finds outside of the toolkit.
-struct Surroundings
-{
-    const std::optional<Installation>& installation;
-    LaunchInbox* inbox;
-};
 
 // Ends what another process does, or what nobody could; nothing when this one is to run.
 std::optional<int> AnswerInstance(const SingleInstance& instance, bool isService)
@@ -137,35 +99,6 @@ std::optional<int> AnswerInstance(const SingleInstance& instance, bool isService
     return std::nullopt;
 }
 
-int RunWithToolkit(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks,
-                   void* userData, const CommandLine& commandLine, Surroundings surroundings)
-{
-    const Display display;
-    if (display.GetKind() == Display::Kind::None)
-        return PORT_REFUSE(APP_ERROR_NO_DISPLAY, kCall,
-                           "no display: set DISPLAY or WAYLAND_DISPLAY to one that answers, "
-                           "or ELM_ENGINE to \"buffer\"");
-    SetTextLocale();
-    EarlyFonts fonts;
-    const Toolkit toolkit(argc, argv);
-    if (!toolkit.IsUp())
-        return PORT_REFUSE(APP_ERROR_NO_TOOLKIT, kCall, "the toolkit does not start");
-    fonts.Keep();
-    SetUpToolkit(display);
-    TellMotions(display);
-    // The toolkit has set the character type of the environment, which may be that of C.
-    SetTextLocale();
-    std::optional<PlatformTheme> theme;
-    if (surroundings.installation)
-    {
-        BindTextDomain(*surroundings.installation, Settings::GetInstance().ReadLocales().language);
-        theme.emplace(surroundings.installation->platformTheme);
-    }
-    Lifecycle lifecycle(callbacks, userData, display, surroundings.inbox);
-    const RunningMark mark(lifecycle);
-    return lifecycle.Run(commandLine);
-}
-
 // The toolkit draws on a thread of its own, and what may keep silent is asked on one, too.
 std::string FindLackOfThreads()
 try
@@ -178,20 +111,53 @@ catch (const std::system_error& error)
     return "no thread can be started: " + error.code().message();
 }
 
-int RunApplication(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks,
-                   void* userData, const CommandLine& commandLine)
+// Ends what has nothing to draw on; nothing when there is a display.
+std::optional<int> AnswerDisplay(Display::Kind kind)
+{
+    if (kind == Display::Kind::Abandoned)
+        return APP_ERROR_NONE;
+    if (kind == Display::Kind::None)
+        return PORT_REFUSE(APP_ERROR_NO_DISPLAY, kCall,
+                           "no display: set DISPLAY or WAYLAND_DISPLAY to one that answers, "
+                           "or ELM_ENGINE to \"buffer\"");
+    return std::nullopt;
+}
+
+int Run(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks, void* userData,
+        const CommandLine& commandLine)
 {
     const std::string lack = FindLackOfThreads();
     if (!lack.empty())
         return PORT_REFUSE(APP_ERROR_NO_TOOLKIT, kCall, "%s", lack.c_str());
-    KeepToolkitAlone();
+    Toolkit::Prepare();
+
     const auto installation = FindOwnInstallation();
     const SingleInstance instance(installation ? ReadOwnId(*installation) : "",
                                   commandLine.isService ? nullptr : &commandLine.request);
-    const auto answer = AnswerInstance(instance, commandLine.isService);
-    return answer ? *answer
-                  : RunWithToolkit(argc, argv, callbacks, userData, commandLine,
-                                   {installation, instance.Inbox()});
+    if (const auto answer = AnswerInstance(instance, commandLine.isService))
+        return *answer;
+
+    const Display display;
+    if (const auto answer = AnswerDisplay(display.GetKind()))
+        return *answer;
+
+    SetTextLocale();
+    const Toolkit toolkit(argc, argv, display);
+    if (!toolkit.IsUp())
+        return PORT_REFUSE(APP_ERROR_NO_TOOLKIT, kCall, "the toolkit does not start");
+    TellMotions(display);
+    // The toolkit has set the character type of the environment, which may be that of C.
+    SetTextLocale();
+    std::optional<PlatformTheme> theme;
+    if (installation)
+    {
+        BindTextDomain(*installation, Settings::GetInstance().ReadLocales().language);
+        theme.emplace(installation->platformTheme);
+    }
+
+    Lifecycle lifecycle(callbacks, userData, display, instance.Inbox());
+    const RunningMark mark(lifecycle);
+    return lifecycle.Run(commandLine);
 }
 } // namespace
 
@@ -203,7 +169,7 @@ int ui_app_main(int argc, char** argv, ui_app_lifecycle_callback_s* callbacks, v
         return PORT_REFUSE(APP_ERROR_ALREADY_RUNNING, kCall, "the application runs already");
     const CommandLine commandLine = ParseCommandLine({argv + 1, argv + argc});
     const auto answer = AnswerCommandLine(commandLine, ProgramName(argv[0]));
-    return answer ? *answer : RunApplication(argc, argv, *callbacks, user_data, commandLine);
+    return answer ? *answer : Run(argc, argv, *callbacks, user_data, commandLine);
 }
 
 void ui_app_exit(void)

@@ -1,5 +1,6 @@
 """How an application starts on a session bus: first, again, by the bus, and without one."""
 
+import pathlib
 import signal
 import subprocess
 import time
@@ -9,7 +10,7 @@ import pytest
 from port.launch_apps import id_of, requests
 from port.partial_bus import PartialBus
 from support.bus import wait_until
-from support.silent_bus import SilentBus
+from support.silent_bus import SilentBus, silent_x_server
 
 APPLICATION = "org.freedesktop.Application"
 
@@ -147,6 +148,19 @@ def test_a_signal_ends_the_wait_for_a_bus_that_does_not_answer(apps, tmp_path, w
     app = apps.start("clock", env={"DBUS_SESSION_BUS_ADDRESS": silent.address})
     assert silent.swallowed.wait(timeout=20)
     assert_ends_at_once(app, -signal.SIGTERM)
+
+
+@pytest.mark.parametrize("variable", ["DISPLAY", "WAYLAND_DISPLAY"])
+def test_a_signal_ends_the_wait_for_a_display_that_does_not_answer(apps, variable):
+    with SilentBus() as compositor, silent_x_server() as server:
+        name = server if variable == "DISPLAY" else compositor.path
+        app = apps.start("clock", env={"ELM_ENGINE": "", variable: name})
+        wait_until(lambda: apps.bus.has_owner(id_of("clock")), "the name")
+        tasks = pathlib.Path(f"/proc/{app.process.pid}/task")
+        wait_until(lambda: len(list(tasks.iterdir())) > 1, "the wait for the display")
+        assert_ends_at_once(app, 0)
+        assert app.end() == (0, [])
+        assert not app.log
 
 
 def test_a_name_that_comes_too_late_is_given_back(apps, tmp_path):

@@ -8,7 +8,7 @@ import time
 
 import pytest
 
-from port.lifecycle import DEADLINE, App, window_of
+from port.lifecycle import DEADLINE, App, wait_until_active, window_of
 from support.bus import wait_until
 from support.display import Display
 from support.shared_memory import are_left, segments_of
@@ -193,17 +193,47 @@ def test_closing_a_window_twice_is_closing_it_once(run):
     assert lines[-4:] == ["pause", "terminate", "deleted", "result 0"]
 
 
-def test_closing_one_of_two_windows_deletes_it_alone(run):
+def test_closing_one_of_two_windows_deletes_it_alone(run, display):
+    app = run(does="window:watched")
+    app.tell("new")
+    wait_until_active(display, app)
+    # The window below is uncovered a moment later, which is no time out of sight.
+    with display.silent_manager():
+        app.tell("close")
+        app.wait_for("deleted")
+        # The window has gone by the next turn of the loop.
+        app.tell("sync")
+        app.tell("sync")
+    app.tell("exit")
+    assert app.end() == (0, CREATED + ["did new", "did close", "deleted", "did sync", "did sync",
+                                       "did exit", "pause", "terminate", "deleted", "result 0"])
+
+
+def test_a_window_that_opens_above_another_one_is_no_time_out_of_sight(run, display):
+    app = run()
+    with display.silent_manager():
+        app.tell("new")
+        app.tell("sync")
+    wait_until_active(display, app)
+    app.tell("exit")
+    ends_well(app, "did new", "did sync", "did exit", "pause")
+
+
+def test_a_cover_pauses_where_one_of_two_windows_was_closed(run):
     app = run(does="window:watched")
     app.tell("new")
     app.tell("close")
     app.wait_for("deleted")
+    run()
+    app.wait_for("pause")
+
+
+def test_a_window_that_is_a_picture_is_no_window_of_the_display(run):
+    app = run()
+    app.tell("picture")
+    app.tell("sync")
     app.tell("exit")
-    status, lines = app.end()
-    assert status == 0
-    # The window below is uncovered a moment later, and may be told so or not.
-    assert [line for line in lines[3:] if line not in ("pause", "resume")] == [
-        "did new", "did close", "deleted", "did exit", "terminate", "deleted", "result 0"]
+    ends_well(app, "did picture", "did sync", "did exit", "pause")
 
 
 def test_closing_the_last_window_in_sight_ends_an_application_with_a_hidden_one(run):
@@ -303,6 +333,29 @@ def test_a_server_that_falls_silent_ends_who_waits_for_it_within_five_seconds(tm
                     "the application ends")
             assert time.monotonic() - begin < 15
         assert ending.lines[-1] == "terminate"
+
+
+def threads_that_poll(app):
+    tasks = pathlib.Path(f"/proc/{app.process.pid}/task").iterdir()
+    return {task.name for task in tasks if "poll" in (task / "wchan").read_text()}
+
+
+def test_an_application_that_is_stopped_takes_no_server_for_silent(tmp_path):
+    with contextlib.ExitStack() as stack:
+        screen = stack.enter_context(Display())
+        app = start_in_sight(stack, screen, tmp_path)
+        with screen.silent_server():
+            wait_until(lambda: threads_that_poll(app) == {str(app.process.pid)}, "a loop that waits")
+            app.process.stdin.write(b"sync\n")
+            app.process.stdin.flush()
+            wait_until(lambda: len(threads_that_poll(app)) > 1, "the question to the server")
+            app.process.send_signal(signal.SIGSTOP)
+            # Longer than the server has to answer.
+            time.sleep(5)
+            app.process.send_signal(signal.SIGCONT)
+        app.wait_for("did sync")
+        app.tell("exit")
+        ends_well(app, "did sync", "did exit", "pause")
 
 
 def test_a_long_turn_of_the_applications_own_making_is_borne(run):

@@ -21,7 +21,8 @@
  *   covered and is no more, and on X11 when the user activates the window again or presses in it.
  *   Where nothing tells whether a window is covered (off-screen engines, Wayland), a window can be
  *   seen from its first frame on until it is hidden, deleted, closed or lowered, which on Wayland
- *   minimises it.
+ *   minimises it. While one window of the application takes the place of another none need be seen:
+ *   the display has five seconds to show the one that was opened, or lay behind one that is gone.
  * - terminate: the last call. It may release what user_data points to: no callback that the
  *   application has registered anywhere (device, settings, launch replies, keys, bezel) is called
  *   after it.
@@ -119,6 +120,9 @@ typedef struct
  * Runs the application until ui_app_exit(), SIGTERM, SIGINT, SIGHUP, the toolkit's own exit or the
  * end of its last window by the user's hand.
  *
+ * A signal that comes while the display is looked for ends the run with APP_ERROR_NONE before any
+ * callback; what handles the signal has it then.
+ *
  * Before create: the command line is read, the display is looked for, the locale is set (with
  * UTF-8 where the environment's is not installed, and never one in which gettext looks at no
  * catalogue), the text domain PROGRAM (the executable's base name) is bound to the installation's
@@ -142,7 +146,8 @@ typedef struct
  *
  * A display server that falls silent later and holds the main thread up ends the process within
  * five seconds, with one error line and the exit status of APP_ERROR_NO_DISPLAY; no callback is
- * called then. An application that stands still does not notice.
+ * called then. An application that stands still does not notice. A server that another client has
+ * grabbed for five seconds is silent, too.
  *
  * An exception of a callback leaves ui_app_main() when the toolkit is shut down; no further
  * callback is called then. A process has one run: the toolkit does not start twice without

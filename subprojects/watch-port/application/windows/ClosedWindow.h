@@ -1,7 +1,7 @@
 #ifndef WATCH_PORT_APPLICATION_WINDOWS_CLOSED_WINDOW_H
 #define WATCH_PORT_APPLICATION_WINDOWS_CLOSED_WINDOW_H
 
-#include "application/windows/Display.h"
+#include "application/display/Display.h"
 
 #include <Evas.h>
 #include <functional>

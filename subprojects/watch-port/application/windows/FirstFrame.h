@@ -1,7 +1,7 @@
 #ifndef WATCH_PORT_APPLICATION_WINDOWS_FIRST_FRAME_H
 #define WATCH_PORT_APPLICATION_WINDOWS_FIRST_FRAME_H
 
-#include "application/windows/Display.h"
+#include "application/display/Display.h"
 
 #include <Ecore_Evas.h>
 

@@ -9,6 +9,8 @@ namespace
 {
 // Set on a window that the application has left.
 constexpr char kLeft[] = "watch-port-left";
+// Set on a window that was left when a turn of the loop had ended.
+constexpr char kGone[] = "watch-port-gone";
 
 Ecore_Evas* CanvasOf(const Evas_Object* window)
 {
@@ -61,6 +63,16 @@ void NoteLeaving(const Display& display)
 bool IsLeft(const Ecore_Evas* window)
 {
     return ecore_evas_data_get(window, kLeft) != nullptr;
+}
+
+bool IsGone(const Ecore_Evas* window)
+{
+    return ecore_evas_data_get(window, kGone) != nullptr;
+}
+
+void NoteGone(Ecore_Evas* window)
+{
+    ecore_evas_data_set(window, kGone, IsLeft(window) ? window : nullptr);
 }
 
 void NoteReturn(Ecore_Evas* window)

@@ -1,7 +1,7 @@
 #ifndef WATCH_PORT_APPLICATION_WINDOWS_LEFT_WINDOWS_H
 #define WATCH_PORT_APPLICATION_WINDOWS_LEFT_WINDOWS_H
 
-#include "application/windows/Display.h"
+#include "application/display/Display.h"
 
 #include <Ecore_Evas.h>
 
@@ -19,6 +19,12 @@ void NoteLeaving(const Display& display);
 
 /** Whether the application has left the window, and it has not been brought back since. */
 bool IsLeft(const Ecore_Evas* window);
+
+/** Whether the application had left the window when NoteGone() was called last. */
+bool IsGone(const Ecore_Evas* window);
+
+/** The turn of the loop ends in which the application may have left the window. */
+void NoteGone(Ecore_Evas* window);
 
 /** The window is brought back. */
 void NoteReturn(Ecore_Evas* window);

@@ -1,7 +1,7 @@
 #ifndef WATCH_PORT_APPLICATION_WINDOWS_WINDOW_MOTION_H
 #define WATCH_PORT_APPLICATION_WINDOWS_WINDOW_MOTION_H
 
-#include "application/windows/Display.h"
+#include "application/display/Display.h"
 
 namespace WatchPort
 {

@@ -1,7 +1,6 @@
 #include "application/windows/Windows.h"
 
 #include "application/windows/LeftWindows.h"
-#include "application/windows/Screen.h"
 
 #include <algorithm>
 #include <string_view>
@@ -61,7 +60,7 @@ void SizeWindows(const Display& display)
         ecore_evas_request_geometry_get(window, nullptr, nullptr, &width, &height);
         // Toolkit windows begin with one pixel.
         if (width <= 1 && height <= 1)
-            ecore_evas_resize(window, ScreenSize(display), ScreenSize(display));
+            ecore_evas_resize(window, display.GetScreenSize(), display.GetScreenSize());
     }
 }
 

@@ -1,4 +1,4 @@
-#include "application/windows/Display.h"
+#include "application/display/Display.h"
 
 #include "base/Patience.h"
 #include "dlog/PortLog.h"
@@ -92,12 +92,16 @@ Display::Kind Display::Find()
 {
     if (IsEngineOffScreen())
         return Kind::OffScreen;
-    if (ConnectX11())
+    // Over both waits: between them the signal would be delivered, and the second not see it.
+    const Termination termination;
+    if (ConnectX11(termination))
         return Kind::X11;
-    return ConnectWayland() ? Kind::Wayland : Kind::None;
+    if (ConnectWayland(termination))
+        return Kind::Wayland;
+    return termination.HasCome() ? Kind::Abandoned : Kind::None;
 }
 
-bool Display::ConnectX11()
+bool Display::ConnectX11(const Termination& termination)
 {
     const std::string name = Environment("DISPLAY");
     if (name.empty())
@@ -114,14 +118,14 @@ bool Display::ConnectX11()
             return true;
         mWatch.reset();
     }
-    if (!connection)
+    if (!connection && !termination.HasCome())
         WarnOfSilence(kXServer);
     // The toolkit would try it again, and wait without an end or have no window.
     unsetenv("DISPLAY");
     return false;
 }
 
-bool Display::ConnectWayland()
+bool Display::ConnectWayland(const Termination& termination)
 {
     const std::string name = Environment("WAYLAND_DISPLAY");
     if (name.empty())
@@ -129,12 +133,22 @@ bool Display::ConnectWayland()
     const std::string path =
         name.front() == '/' ? name : Environment("XDG_RUNTIME_DIR") + "/" + name;
     const auto isAnswered = CallWithPatience(kPatience, [path] { return IsAnswered(path); });
-    if (!isAnswered)
+    if (!isAnswered && !termination.HasCome())
         WarnOfSilence(kCompositor);
     if (!isAnswered.value_or(false))
         return false;
     mWatch.emplace(kCompositor, [path] { static_cast<void>(IsAnswered(path)); });
     return true;
+}
+
+int Display::GetScreenSize() const
+{
+    if (mKind != Kind::X11)
+        return kUsualScreenSize;
+    int width = 0;
+    int height = 0;
+    ecore_x_screen_size_get(ecore_x_default_screen_get(), &width, &height);
+    return width == height ? width : kUsualScreenSize;
 }
 
 void Display::Flush() const

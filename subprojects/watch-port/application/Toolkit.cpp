@@ -1,9 +1,12 @@
-#include "application/windows/Screen.h"
+#include "application/Toolkit.h"
 
-#include <Ecore_X.h>
+#include "base/FreeDeleter.h"
+
+#include <Efreet.h>
 #include <Elementary.h>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -13,7 +16,6 @@ namespace WatchPort
 
 namespace
 {
-constexpr int kUsualSize = 360;
 constexpr double kUsualScale = 1.3;
 // With the toolkit's own 0.25 a flicked page drops to a sixth of the finger's speed at once.
 constexpr double kFlickSpeed = 2.0;
@@ -24,9 +26,9 @@ class HeldTheme
 public:
     HeldTheme()
     {
-        char* path = elm_theme_list_item_path_get("default", nullptr);
-        mFile = !path ? nullptr : eina_file_open(path, EINA_FALSE);
-        std::free(path);
+        const std::unique_ptr<char, FreeDeleter> path(
+            elm_theme_list_item_path_get("default", nullptr));
+        mFile = !path ? nullptr : eina_file_open(path.get(), EINA_FALSE);
         if (mFile)
             mHold = edje_mmap_color_class_iterator_new(mFile);
     }
@@ -52,19 +54,8 @@ void StopCacheClock()
     const HeldTheme theme;
     elm_config_cache_flush_enabled_set(EINA_FALSE);
 }
-} // namespace
 
-int ScreenSize(const Display& display)
-{
-    if (display.GetKind() != Display::Kind::X11)
-        return kUsualSize;
-    int width = 0;
-    int height = 0;
-    ecore_x_screen_size_get(ecore_x_default_screen_get(), &width, &height);
-    return width == height ? width : kUsualSize;
-}
-
-void DropToolkitSettings()
+void DropSettings()
 {
     std::vector<std::string> names;
     for (char** variable = environ; variable && *variable; ++variable)
@@ -77,13 +68,34 @@ void DropToolkitSettings()
         unsetenv(name.c_str());
 }
 
-void SetUpToolkit(const Display& display)
+void SetUp(const Display& display)
 {
     elm_config_scroll_thumbscroll_enabled_set(EINA_TRUE);
     elm_config_scroll_bounce_enabled_set(EINA_TRUE);
     elm_config_scroll_thumbscroll_sensitivity_friction_set(kFlickSpeed);
     StopCacheClock();
-    elm_config_scale_set(kUsualScale * ScreenSize(display) / kUsualSize);
+    elm_config_scale_set(kUsualScale * display.GetScreenSize() / Display::kUsualScreenSize);
+}
+} // namespace
+
+void Toolkit::Prepare()
+{
+    DropSettings();
+    efreet_cache_disable();
+    ecore_app_no_system_modules();
+}
+
+Toolkit::Toolkit(int argc, char** argv, const Display& display) : mIsUp(elm_init(argc, argv) > 0)
+{
+    mFonts.Keep();
+    if (mIsUp)
+        SetUp(display);
+}
+
+Toolkit::~Toolkit()
+{
+    if (mIsUp)
+        elm_shutdown();
 }
 
 } // namespace WatchPort

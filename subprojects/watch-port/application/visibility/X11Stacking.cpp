@@ -1,4 +1,4 @@
-#include "application/windows/X11Stacking.h"
+#include "application/visibility/X11Stacking.h"
 
 #include "base/FreeDeleter.h"
 

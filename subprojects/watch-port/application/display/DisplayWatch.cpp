@@ -1,4 +1,4 @@
-#include "application/windows/DisplayWatch.h"
+#include "application/display/DisplayWatch.h"
 
 #include "dlog/PortLog.h"
 #include <app.h>

@@ -1,0 +1,28 @@
+#ifndef WATCH_PORT_APPLICATION_VISIBILITY_WAYLAND_SIGHT_H
+#define WATCH_PORT_APPLICATION_VISIBILITY_WAYLAND_SIGHT_H
+
+#include "application/visibility/OffScreenSight.h"
+
+namespace WatchPort
+{
+
+/**
+ * Nobody tells on Wayland what covers a window: one that was active is in sight until another one
+ * is active or it is minimised. One that the compositor never made active, since it was shown, is
+ * in sight once it is drawn.
+ */
+class WaylandSight : public OffScreenSight
+{
+public:
+    using OffScreenSight::OffScreenSight;
+
+    void Update() override;
+    bool CanBeSeen(const Ecore_Evas* window) const override;
+
+private:
+    static void NoteActivation(Ecore_Evas* window);
+};
+
+} // namespace WatchPort
+
+#endif

@@ -10,6 +10,7 @@
 #include <csignal>
 #include <ctime>
 #include <optional>
+#include <thread>
 #include <unistd.h>
 
 namespace WatchPort
@@ -19,10 +20,15 @@ namespace
 {
 using Clock = std::chrono::steady_clock;
 
-// A turn that takes half a second has the server asked. It has four seconds to answer.
-constexpr itimerspec kTurn = {{4, 0}, {0, 500'000'000}};
+// A turn that takes half a second has the server asked. It has 3.4 seconds to answer, and another
+// one when they are over.
+constexpr itimerspec kTurn = {{3, 400'000'000}, {0, 500'000'000}};
 constexpr itimerspec kSleep = {};
-constexpr std::chrono::milliseconds kAnswerPatience(3900);
+constexpr std::chrono::milliseconds kAnswerPatience(3300);
+
+// The last second is waited for in parts, of which a stop of the process takes up one at most.
+constexpr int kLastLooks = 100;
+constexpr std::chrono::milliseconds kLook(10);
 
 // Lives as long as the process, for a thread that hangs may look at it at any time.
 struct Question
@@ -44,6 +50,14 @@ Ecore_Select_Function sSelect = nullptr;
     _exit(APP_ERROR_NO_DISPLAY & kStatusMask);
 }
 
+// A process that was stopped and goes on is late itself: the answer may be there to be read.
+bool IsAnsweredAtLast(const Question& question, Clock::time_point since)
+{
+    for (int i = 0; i < kLastLooks && question.since.load() == since; ++i)
+        std::this_thread::sleep_for(kLook);
+    return question.since.load() != since;
+}
+
 void STurnTakesLongCB(sigval data)
 {
     auto& question = *static_cast<Question*>(data.sival_ptr);
@@ -53,7 +67,7 @@ void STurnTakesLongCB(sigval data)
         question.ask();
         question.since = Clock::time_point();
     }
-    else if (Clock::now() - since >= kAnswerPatience)
+    else if (Clock::now() - since >= kAnswerPatience && !IsAnsweredAtLast(question, since))
     {
         EndProcess(question);
     }

@@ -1,7 +1,6 @@
 #include "system-settings/Settings.h"
 
 #include "base/ApplicationCalls.h"
-#include "texts/LocaleName.h"
 
 #include <utility>
 

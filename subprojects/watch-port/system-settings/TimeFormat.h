@@ -6,9 +6,13 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 
 namespace WatchPort
 {
+
+/** Tells whether clocks count to 24 in a locale, a result of NormaliseLocale(). */
+bool CountsTo24(const std::string& locale);
 
 /** What the desktop last said of its clocks. */
 class TimeFormat

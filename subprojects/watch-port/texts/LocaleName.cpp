@@ -1,9 +1,6 @@
 #include "texts/LocaleName.h"
 
 #include <algorithm>
-#include <iterator>
-#include <langinfo.h>
-#include <locale.h>
 
 namespace WatchPort
 {
@@ -177,21 +174,9 @@ std::vector<std::string> ListCatalogues(std::string_view locale)
     return names;
 }
 
-bool CountsTo24(const std::string& locale)
+std::string_view TerritoryOf(std::string_view locale)
 {
-    if (const locale_t known = newlocale(LC_TIME_MASK, locale.c_str(), nullptr))
-    {
-        const std::string_view format = nl_langinfo_l(T_FMT, known);
-        const bool hasHalfDays = format.find("%r") != format.npos ||
-                                 format.find("%I") != format.npos ||
-                                 format.find("%l") != format.npos;
-        freelocale(known);
-        return !hasHalfDays;
-    }
-    constexpr std::string_view kHalfDays[] = {"AU", "CA", "CO", "EG", "IN", "MY",
-                                              "NZ", "PH", "PK", "SA", "US"};
-    const std::string_view territory = Split(locale).territory.value_or("");
-    return std::find(std::begin(kHalfDays), std::end(kHalfDays), territory) == std::end(kHalfDays);
+    return Split(locale).territory.value_or("");
 }
 
 } // namespace WatchPort

@@ -29,8 +29,8 @@ std::optional<std::string> NormaliseLocale(std::string_view name);
  */
 std::vector<std::string> ListCatalogues(std::string_view locale);
 
-/** Tells whether clocks count to 24 in a locale, a result of NormaliseLocale(). */
-bool CountsTo24(const std::string& locale);
+/** The territory, such as "MX", of a result of NormaliseLocale(); empty when it has none. */
+std::string_view TerritoryOf(std::string_view locale);
 
 } // namespace WatchPort
 

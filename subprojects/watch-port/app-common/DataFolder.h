@@ -7,8 +7,8 @@ namespace WatchPort
 {
 
 /**
- * Returns the folder for a program's data as app_get_data_path() describes, made when missing;
- * empty, with an error line, when it is not to be had.
+ * Returns the folder for a program's data, as app_get_data_path() describes, and makes it if it is
+ * missing; empty, with an error line, if that fails.
  */
 std::filesystem::path MakeDataFolder(const std::string& program);
 

@@ -8,7 +8,7 @@
 namespace WatchPort
 {
 
-/** The files that came with a program, in an installation or a build tree. */
+/** The files that belong to a program, in an installation or a build tree. */
 struct Installation
 {
     std::string program;                 /**< Base name of the executable. */
@@ -20,7 +20,7 @@ struct Installation
 /** Finds what belongs to an executable, given by its absolute path; nothing without a ROOT. */
 std::optional<Installation> FindInstallation(const std::filesystem::path& executable);
 
-/** Returns the absolute path of the running executable; empty when /proc does not tell. */
+/** Returns the absolute path of the running executable; empty when /proc does not give it. */
 const std::filesystem::path& RunningExecutable();
 
 } // namespace WatchPort

@@ -5,14 +5,14 @@ namespace WatchPort
 {
 
 /**
- * Whether the port may call the application: not from the end of its run on, for the toolkit turns
- * the main loop while it shuts down, and what the callbacks were registered with may be gone.
+ * Whether the port may call the application. Not after the end of its run: the toolkit still turns
+ * the main loop while it shuts down, when the callbacks' data may be gone.
  *
- * Whoever calls back into the application asks first, at each call.
+ * All code that calls back into the application checks this first, at each call.
  */
 bool MayCallApplication();
 
-/** Opens or closes the way to the application. It is open until it is closed. */
+/** Allows or forbids such calls. At first they are allowed. */
 void AllowApplicationCalls(bool areAllowed);
 
 } // namespace WatchPort

@@ -5,8 +5,8 @@ namespace WatchPort
 {
 
 /**
- * Calls a callback that may delete the object that keeps it, and with it the callback itself: what
- * is called is a copy, which lives until the call has returned.
+ * Calls a callback that may delete the object that keeps it, and so the callback itself: it calls a
+ * copy, which lives until the call has returned.
  */
 template <typename Callback, typename... Arguments>
 void CallBack(Callback callback, Arguments... arguments)

@@ -7,7 +7,7 @@ namespace WatchPort
 {
 
 /**
- * Has a std::unique_ptr own what a C library has allocated with malloc() and left to the caller.
+ * Lets a std::unique_ptr own memory that a C library has allocated with malloc().
  */
 struct FreeDeleter
 {

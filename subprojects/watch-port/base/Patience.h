@@ -16,12 +16,12 @@ namespace WatchPort
 
 /**
  * Calls a function that may never return, such as one that connects to a server, and waits for it
- * no longer than a patience. A signal that ends the application ends the wait too.
+ * for a limited time. A signal that ends the application ends the wait too.
  *
- * The function runs on a thread of its own, which is left behind when it is late: it may use only
- * what it owns, and what it returns must release itself, for a late result is destroyed there.
+ * The function runs on a thread of its own, which is abandoned when it is late. So it may use only
+ * what it owns, and its result must release itself: a late one is destroyed on that thread.
  *
- * @return Nothing when the function was late, the signal came, or no thread could be had.
+ * @return Nothing if the function was late, the signal came, or no thread could be started.
  */
 template <typename Work>
 auto CallWithPatience(std::chrono::milliseconds patience, Work work)
@@ -30,7 +30,7 @@ try
 {
     using Clock = std::chrono::steady_clock;
     const Clock::time_point deadline = Clock::now() + patience;
-    // Before the thread, which is not to take the signals.
+    // Before the thread starts, so that it does not receive the signals.
     const Termination termination;
     std::packaged_task<decltype(work())()> task(std::move(work));
     auto result = task.get_future();

@@ -28,7 +28,7 @@ bool IsInsideOfCharacter(char byte)
     return (static_cast<unsigned char>(byte) & 0xc0) == 0x80;
 }
 
-// The length of what the text starts with that is printable ASCII, as nearly all of a log is.
+// The length of the printable ASCII at the text's start; nearly all of a log is that.
 size_t PlainLength(std::string_view text)
 {
     const auto isPlain = [](char c) { return c >= 0x20 && c < 0x7f; };

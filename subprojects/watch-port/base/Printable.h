@@ -9,7 +9,7 @@
 namespace WatchPort
 {
 
-/** What becomes of the colour escapes (ESC "[" digits and ";" "m") of a text. */
+/** What to do with the colour escapes (ESC "[" digits and ";" "m") of a text. */
 enum class Colours
 {
     Keep,   /**< Written; when there were any, the terminal's own colour is set at the end. */
@@ -18,17 +18,17 @@ enum class Colours
 };
 
 /**
- * Returns the text as something that is safe within one line of a terminal or a log: control
+ * Returns the text in a form that is safe within one line of a terminal or a log: control
  * characters, the line and paragraph separators, and bytes that are not UTF-8 become "\x0a".
  */
 std::string Printable(std::string_view text, Colours colours = Colours::Escape);
 
-/** Appends the printable form of the text to what is there already. */
+/** Appends the printable form of the text. */
 void AppendPrintable(TextBuffer& out, std::string_view text, Colours colours = Colours::Escape);
 
 /**
- * Returns the printable form of the text in quotation marks, for a message. Of more than 64 bytes
- * the rest is "...": text from outside may be of any length, and a line of the log is read whole.
+ * Returns the printable form of the text in quotation marks, for a message. After 64 bytes the rest
+ * is "...": text from outside may have any length.
  */
 std::string Quoted(std::string_view text);
 

@@ -9,17 +9,17 @@ namespace WatchPort
 {
 
 /**
- * Holds back the signals that end the application, unless it ignores them, while it lives, so that
- * a wait can look for them and give up. They are delivered when it goes: whoever handles them then
- * is told once and in full.
+ * Blocks the signals that end the application, unless it ignores them, so that a wait can poll for
+ * them and give up. They are delivered when this object is destroyed, each once, to the usual
+ * handlers.
  *
- * The toolkit handles them in its main loop, which nothing that waits outside of it would ever
- * reach; blocking calls of the libraries do not end by a signal either.
+ * The toolkit handles these signals in its main loop, which a wait outside of it never reaches, and
+ * the libraries' blocking calls do not end by a signal.
  */
 class Termination
 {
 public:
-    /** As often as this a wait should look. */
+    /** The interval at which a wait should poll. */
     static constexpr int kLookMilliseconds = 50;
 
     Termination()
@@ -36,7 +36,7 @@ public:
     Termination(const Termination&) = delete;
     Termination& operator=(const Termination&) = delete;
 
-    /** Tells whether one of the signals has come. */
+    /** Whether one of the signals has come. */
     bool HasCome() const
     {
         sigset_t pending = {};
@@ -51,7 +51,8 @@ public:
 private:
     static constexpr int kEnding[] = {SIGTERM, SIGINT, SIGHUP};
 
-    // As nohup leaves SIGHUP; held back, it would wait like any other.
+    // nohup ignores SIGHUP, for instance. Blocked, an ignored signal would stay pending like any
+    // other.
     static bool IsIgnored(int signal)
     {
         struct sigaction action = {};

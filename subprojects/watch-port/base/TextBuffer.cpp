@@ -33,7 +33,7 @@ bool TextBuffer::AppendFormat(const char* format, va_list arguments)
     va_list again;
     va_copy(again, arguments);
     int length = std::vsnprintf(mBytes + mSize, mCapacity - mSize, format, arguments);
-    // The C library ends the text with a null byte, which is no part of it.
+    // The C library ends the text with a null byte, which does not belong to it.
     if (length >= 0 && mCapacity - mSize <= static_cast<size_t>(length))
         length = MakeRoom(static_cast<size_t>(length) + 1)
                      ? std::vsnprintf(mBytes + mSize, mCapacity - mSize, format, again)
@@ -43,7 +43,7 @@ bool TextBuffer::AppendFormat(const char* format, va_list arguments)
     return length >= 0;
 }
 
-// Makes room for so many bytes more.
+// Makes room for that many more bytes.
 bool TextBuffer::MakeRoom(size_t size)
 {
     if (size <= mCapacity - mSize)

@@ -9,11 +9,11 @@ namespace WatchPort
 {
 
 /**
- * A text that is put together without the heap: the log is also written to when the heap is
- * exhausted, where an allocation would call the new-handler that is just logging.
+ * A text that is built without the heap: the log must work when the heap is exhausted, where an
+ * allocation would call the new-handler that is just logging.
  *
- * A short text stands in the object itself, a longer one in pages of its own. When no pages are to
- * be had, the text is cut and IsWhole() tells.
+ * A short text is in the object itself, a longer one in pages of its own. If no pages can be mapped
+ * the text is cut, and IsWhole() is false.
  */
 class TextBuffer
 {
@@ -23,20 +23,20 @@ public:
     TextBuffer(const TextBuffer&) = delete;
     TextBuffer& operator=(const TextBuffer&) = delete;
 
-    /** Adds the text, or nothing when there is no room for all of it. */
+    /** Adds the text, or nothing if there is not enough room for it. */
     void Append(std::string_view text);
     void Append(char character) { Append({&character, 1}); }
 
     /** Adds what the format expands to; returns false when the C library cannot expand it. */
     bool AppendFormat(const char* format, va_list arguments);
 
-    /** Puts other bytes in the place of some that have been added. */
+    /** Replaces some of the bytes that have been added. */
     void Overwrite(size_t position, std::string_view bytes);
 
-    /** What has been added, until the next addition. */
+    /** The text so far, valid until the next addition. */
     std::string_view View() const { return {mBytes, mSize}; }
 
-    /** Tells whether there was room for all that was added. */
+    /** Whether there was room for everything that was added. */
     bool IsWhole() const { return mIsWhole; }
 
 private:

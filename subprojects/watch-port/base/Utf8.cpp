@@ -5,7 +5,7 @@ namespace WatchPort
 
 namespace
 {
-// The number of bytes that the first byte of a sequence asks for; 0: it cannot be a first byte.
+// The number of bytes in a sequence with this first byte; 0 if it cannot be a first byte.
 size_t SequenceLength(unsigned char first)
 {
     if (first < 0x80)
@@ -17,7 +17,7 @@ size_t SequenceLength(unsigned char first)
     return first >= 0xf0 && first <= 0xf4 ? 4 : 0;
 }
 
-// Overlong forms, surrogates and values above U+10FFFF all show in the second byte.
+// The second byte shows overlong forms, surrogates and values above U+10FFFF.
 bool IsSecondByte(unsigned char first, unsigned char second)
 {
     const unsigned char lowest = first == 0xe0 ? 0xa0 : first == 0xf0 ? 0x90 : 0x80;

@@ -8,14 +8,14 @@ namespace WatchPort
 {
 
 /**
- * Returns the length in bytes of the character that the text starts with; 0 when it starts with
- * none: bytes that are not UTF-8, an overlong form, a surrogate or a cut sequence.
+ * Returns the length in bytes of the first character of the text; 0 if there is none: bytes that
+ * are not UTF-8, an overlong form, a surrogate or a cut sequence.
  *
  * @param text Not empty.
  */
 size_t Utf8CharacterLength(std::string_view text);
 
-/** Whether the text is UTF-8 throughout. */
+/** Whether all of the text is UTF-8. */
 bool IsUtf8(std::string_view text);
 
 } // namespace WatchPort

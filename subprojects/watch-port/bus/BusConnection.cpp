@@ -33,7 +33,7 @@ milliseconds TimeLeft(BusConnection::Clock::time_point deadline)
 std::unique_ptr<BusConnection> BusConnection::Open(const std::string& address,
                                                    Clock::time_point deadline)
 {
-    // Between two waits a signal would be delivered, and the second one not see it.
+    // Otherwise a signal between two waits would be delivered, and the second wait would miss it.
     const Termination termination;
     auto opened = CallWithPatience(
         TimeLeft(deadline),
@@ -81,7 +81,7 @@ BusMessage BusConnection::Ask(BusMessage question, Clock::time_point deadline)
     return nullptr;
 }
 
-// Ecore's own listeners of the system bus are kept out: they report a missing bus as an error and
+// Ecore's own listeners on the system bus are disabled: they report a missing bus as an error and
 // crash on a malformed PropertiesChanged.
 void BusConnection::FollowLoop()
 {

@@ -21,34 +21,33 @@ struct BusPendingRelease
     }
 };
 
-/** A call whose answer is to come; its callback is not called after its release. */
+/** A call without an answer yet; its callback is not called after its release. */
 using BusPending = std::unique_ptr<DBusPendingCall, BusPendingRelease>;
 
 /**
  * A connection of its own to a message bus.
  *
- * It begins with questions that are waited for, each until a deadline and not a moment longer,
- * whatever the bus does: one that accepts nobody, keeps silent or stops to read. SIGTERM, SIGINT
- * and SIGHUP end such a wait within Termination::kLookMilliseconds. After FollowLoop() the main
- * loop reads and writes.
+ * At first its questions block, each until a deadline, whatever the bus does: accept nobody, fall
+ * silent or stop reading. SIGTERM, SIGINT and SIGHUP end such a wait within
+ * Termination::kLookMilliseconds. After FollowLoop() the main loop reads and writes.
  *
- * The bus library's own ways to connect and to wait take no deadline until the bus has let the
- * client in, nor for what it has to write. The toolkit's library for message buses builds on those,
- * and never goes on with a message that the bus did not take at once.
+ * The bus library's own functions to connect and to wait have no deadline until the bus has
+ * authenticated the client, nor for writing. The toolkit's bus library builds on those, and never
+ * sends the rest of a message that the bus did not accept at once.
  */
 class BusConnection
 {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /** How long a bus may take to let a client in, and to answer its first questions. */
+    /** How long a bus may take to authenticate a client and to answer its first questions. */
     static constexpr std::chrono::seconds kPatience{2};
 
     /**
-     * Connects and is let in.
+     * Connects and authenticates.
      *
-     * @param address A bus's address; an empty or a wrong one is a bus that does not answer.
-     * @return Null when the bus has not let the connection in before the deadline.
+     * @param address A bus's address; an empty or wrong one counts as a bus that does not answer.
+     * @return Null if the bus has not accepted the connection before the deadline.
      */
     static std::unique_ptr<BusConnection> Open(const std::string& address,
                                                Clock::time_point deadline);
@@ -61,14 +60,14 @@ public:
     bool IsConnected() const { return dbus_connection_get_is_connected(mConnection); }
 
     /**
-     * Sends a question and waits for its answer. Calls that arrive meanwhile come to the objects
-     * that are registered. Not to be called after FollowLoop().
+     * Sends a question and waits for its answer. Calls that arrive meanwhile go to the registered
+     * objects. Must not be called after FollowLoop().
      *
-     * @return The answer, which may be an error; null when there was none before the deadline.
+     * @return The answer, which may be an error; null if there was none before the deadline.
      */
     BusMessage Ask(BusMessage question, Clock::time_point deadline);
 
-    /** Leaves the connection to the main loop, if that has not been done. Ecore stays up then. */
+    /** Hands the connection to the main loop, the first time. Ecore then stays initialised. */
     void FollowLoop();
 
     /** Sends a message whose answer nobody wants, or an answer. */
@@ -79,7 +78,7 @@ public:
      *
      * @param onAnswer Called by the main loop once, with the answer or an error to steal.
      * @param data Passed to onAnswer.
-     * @return Null when the connection has ended; onAnswer is not called then.
+     * @return Null if the connection has ended; onAnswer is not called then.
      */
     BusPending Call(BusMessage call, std::chrono::milliseconds patience,
                     DBusPendingCallNotifyFunction onAnswer, void* data);

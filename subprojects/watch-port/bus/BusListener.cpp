@@ -9,11 +9,11 @@ namespace
 {
 using std::chrono::seconds;
 
-// As the bus library has it for a call that gives no time.
+// The bus library's default for a call.
 constexpr seconds kAnswerPatience(25);
 constexpr char kOwnerChanged[] = "NameOwnerChanged";
 
-// Another sender's messages do not even come.
+// The bus filters out other senders' messages.
 std::string SignalRule(const BusSignalAddress& address)
 {
     return std::string("type='signal',sender='") + address.mService + "',path='" + address.mPath +
@@ -34,7 +34,7 @@ BusListener::BusListener(BusConnection& bus, const BusSignalAddress& address)
 {
     mBus.FollowLoop();
     RequireMemory(dbus_connection_add_filter(mBus.Get(), SMessageCB, this, nullptr));
-    // Without a place for an error the bus library does not wait for the answer.
+    // Without an error argument the bus library does not wait for the answer.
     for (const std::string& rule : {mSignalRule, mOwnerRule})
         dbus_bus_add_match(mBus.Get(), rule.c_str(), nullptr);
     mOwnerQuestion = mBus.Call(NewCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS,

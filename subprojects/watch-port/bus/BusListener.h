@@ -8,7 +8,7 @@
 namespace WatchPort
 {
 
-/** Where a service gives a signal. */
+/** Where a service emits a signal. */
 struct BusSignalAddress
 {
     const char* mService;
@@ -18,10 +18,10 @@ struct BusSignalAddress
 };
 
 /**
- * Listens to a service on a bus while it comes, restarts and goes: to one signal of it, and to the
- * answer of one question at a time.
+ * Listens to a service on a bus while it starts, restarts and ends: to one signal, and to the
+ * answer to one question at a time.
  *
- * What OnAnswer() and OnSignal() are handed is of any shape. All four come from the main loop,
+ * OnAnswer() and OnSignal() may get messages of any shape. All four are called from the main loop,
  * never from inside a call of this class, and may delete the object.
  */
 class BusListener
@@ -33,24 +33,24 @@ public:
 
 protected:
     /**
-     * @param bus Outlives the object. Its messages come by the main loop from now on.
+     * @param bus Must outlive the object. The main loop handles its messages from now on.
      * @param address Its texts must outlive the object.
      */
     BusListener(BusConnection& bus, const BusSignalAddress& address);
 
-    /** Sends a question; one that is not yet answered is not listened for any more. */
+    /** Sends a question. The answer to an earlier one is no longer listened for. */
     void Ask(BusMessage question);
     bool IsAsking() const { return mQuestion != nullptr; }
 
-    /** A service has taken the name, from nobody or from another one. */
+    /** A service has taken the name, which was free or another one's. */
     virtual void OnAppeared() = 0;
 
-    /** @param answer That of the last question, or an error. */
+    /** @param answer The answer to the last question, or an error. */
     virtual void OnAnswer(DBusMessage* answer) = 0;
 
     virtual void OnSignal(DBusMessage* signal) = 0;
 
-    /** Nobody has the name any more, or the bus has gone. */
+    /** Nobody owns the name any more, or the bus has gone. */
     virtual void OnGone() = 0;
 
 private:
@@ -66,7 +66,7 @@ private:
     const BusSignalAddress mAddress;
     const std::string mSignalRule;
     const std::string mOwnerRule;
-    // Signals name their sender as the bus knows it: by a name that nobody else can take.
+    // Signals carry their sender's unique name, which nobody else can take.
     std::string mOwner;
     BusPending mOwnerQuestion;
     BusPending mQuestion;

@@ -87,7 +87,7 @@ Eina_Bool BusLoop::SReadyCB(void* data, Ecore_Fd_Handler* handler)
         ready |= DBUS_WATCH_WRITABLE;
     if (ecore_main_fd_handler_active_get(handler, ECORE_FD_ERROR))
         ready |= DBUS_WATCH_ERROR;
-    // A connection that ends takes its watches along.
+    // A connection that ends removes its watches.
     for (DBusWatch* watch : std::vector<DBusWatch*>(self->mWatches))
     {
         if (self->Has(watch) && dbus_watch_get_enabled(watch))
@@ -120,7 +120,7 @@ void BusLoop::SToggleTimeoutCB(DBusTimeout* timeout, void* data)
     SAddTimeoutCB(timeout, data);
 }
 
-// The bus library takes the timeout away when it wants no other.
+// The bus library removes the timeout when it wants no other.
 Eina_Bool BusLoop::STimeoutCB(void* data)
 {
     dbus_timeout_handle(static_cast<DBusTimeout*>(data));

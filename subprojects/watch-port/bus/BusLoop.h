@@ -9,16 +9,16 @@ namespace WatchPort
 {
 
 /**
- * Lets Ecore's main loop read and write a connection, dispatch what has arrived, and time its
- * calls, while it lives.
+ * While it lives, Ecore's main loop reads and writes a connection, dispatches its messages and
+ * times its calls.
  *
- * Messages are dispatched one after the other by an event of the loop, never from inside of a call
- * of the bus library, and not by a loop that runs within the dispatch of another message.
+ * An event of the loop dispatches the messages one after the other, never from inside a call of the
+ * bus library, and not in a loop that runs within the dispatch of another message.
  */
 class BusLoop
 {
 public:
-    /** @param connection Outlives the object. */
+    /** @param connection Must outlive the object. */
     explicit BusLoop(DBusConnection* connection);
     ~BusLoop();
     BusLoop(const BusLoop&) = delete;
@@ -44,7 +44,7 @@ private:
     void Dispatch();
 
     DBusConnection* const mConnection;
-    // One to read and one to write, of the same descriptor.
+    // One to read and one to write, for the same descriptor.
     std::vector<DBusWatch*> mWatches;
     Ecore_Fd_Handler* mHandler = nullptr;
     Ecore_Job* mJob = nullptr;

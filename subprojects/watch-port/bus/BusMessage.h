@@ -17,7 +17,7 @@ struct BusMessageRelease
 /** A message of the bus library. */
 using BusMessage = std::unique_ptr<DBusMessage, BusMessageRelease>;
 
-/** Throws std::bad_alloc unless the bus library had memory for what it was asked to do. */
+/** Throws std::bad_alloc if the bus library had no memory for a request. */
 void RequireMemory(bool hadMemory);
 
 /**
@@ -31,23 +31,23 @@ BusMessage NewCall(const std::string& service, const std::string& path, const ch
 /** Appends a text. */
 void AppendText(DBusMessageIter* iter, const std::string& text);
 
-/** Tells whether what is left of an iterator is of a type. */
+/** Whether the iterator's next value has a type. */
 bool HasSignature(DBusMessageIter* value, const char* signature);
 
 /**
- * Reads the next value, which must be a text.
+ * Reads the next value, which must be a text, and advances the iterator.
  *
- * @return Valid as long as the message; the iterator is one value further.
+ * @return Valid as long as the message.
  */
 const char* ReadText(DBusMessageIter* iter);
 
-/** Returns what is in the next value, which must be a container; the iterator is one further. */
+/** Returns the contents of the next value, a container, and advances the iterator. */
 DBusMessageIter Enter(DBusMessageIter* iter);
 
-/** Takes the value out of an answer that is one variant; false for an error and any other. */
+/** Takes the value out of an answer that is one variant; false for any other and for errors. */
 bool GetVariant(DBusMessage* answer, DBusMessageIter& value);
 
-/** Tells whether an answer is an error. A missing one counts as such. */
+/** Whether an answer is an error or missing. */
 bool IsError(const BusMessage& answer);
 
 } // namespace WatchPort

@@ -66,7 +66,7 @@ bool BusProperty::Read(const BusPropertyAddress& address, std::chrono::milliseco
     BusConnection* bus = SystemBus();
     if (!bus)
         return false;
-    // No message is dispatched meanwhile, so no callback is called.
+    // No message is dispatched during the wait, so no callback is called.
     const BusMessage answer(dbus_connection_send_with_reply_and_block(
         bus->Get(), NewQuestion(address).get(), static_cast<int>(patience.count()), nullptr));
     DBusMessageIter value;
@@ -106,7 +106,7 @@ void BusProperty::OnSignal(DBusMessage* signal)
         return;
     const DBusMessageIter changed = Enter(&iter);
     const DBusMessageIter invalidated = Enter(&iter);
-    // An answer that is still to come is newer than this signal, for messages keep their order.
+    // A pending answer is newer than this signal: messages keep their order.
     if (IsIn(invalidated, mAddress.mProperty) && !IsAsking())
         Ask(NewQuestion(mAddress));
     DBusMessageIter value;

@@ -10,7 +10,7 @@
 namespace WatchPort
 {
 
-/** Where a property is found on the system bus, and the type that it must have. */
+/** Where a property is on the system bus, and the type that it must have. */
 struct BusPropertyAddress
 {
     const char* mService;
@@ -21,37 +21,38 @@ struct BusPropertyAddress
 };
 
 /**
- * One property of a system service, followed while the service comes, restarts and goes.
+ * One property of a system service, followed while the service starts, restarts and ends.
  *
- * The property is read once at the beginning and each time the service appears, and then follows
- * the service's PropertiesChanged. A service that the bus can start is started by the first read
- * and by nothing after it, so one that ends when idle may do so.
+ * The property is read once at first and each time the service appears, and then follows the
+ * service's PropertiesChanged. Only the first read may start the service, so a service that ends
+ * when idle may do so.
  *
- * Messages are not trusted: those of another sender, shape or type are passed over in silence.
+ * Messages are not trusted: those of another sender, shape or type are ignored silently.
  *
- * Both callbacks come from the main loop, never from inside a call of this class, and may delete
- * the object that calls them.
+ * Both callbacks are called from the main loop, never from inside a call of this class, and may
+ * delete the object that calls them.
  */
 class BusProperty : private BusListener
 {
 public:
-    /** Gets the value, of the address's type, at every reading: also when it is the old one. */
+    /** Called with the value, of the address's type, at every reading, changed or not. */
     using ValueCallback = std::function<void(DBusMessageIter* value)>;
 
-    /** Told that nobody gives the value (any more): no such service, or the bus has gone. */
+    /** Called when nobody has the value (any more): there is no such service, or the bus has gone.
+     */
     using GoneCallback = std::function<void()>;
 
     /**
-     * Begins to follow a property. The address's texts must outlive the result.
+     * Starts following a property. The address's texts must outlive the result.
      *
-     * @return Null when there is no system bus; nothing is logged then.
+     * @return Null if there is no system bus; nothing is logged then.
      */
     static std::unique_ptr<BusProperty> Follow(const BusPropertyAddress& address,
                                                ValueCallback onValue, GoneCallback onGone);
 
     /**
-     * Reads a property now, and waits no longer than the patience. Without a bus, or a service of
-     * that name that runs or can be started, it returns at once.
+     * Reads a property now, and waits no longer than the patience. Without a bus, or without a
+     * service of that name that runs or can be started, it returns at once.
      *
      * @return Whether `take` was called with a value of the address's type.
      */

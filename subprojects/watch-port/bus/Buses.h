@@ -10,24 +10,23 @@ namespace WatchPort
 
 /**
  * Returns the process's connection to the system bus, made at the first call and kept until the
- * process ends. May be called before the toolkit is initialised; whoever wants messages from the
- * main loop calls FollowLoop().
+ * process ends. May be called before the toolkit is initialised; call FollowLoop() to get messages
+ * from the main loop.
  *
- * A bus that accepts nobody, or accepts and then keeps silent, is given up after
+ * A bus that accepts nobody, or accepts and then stays silent, is given up after
  * BusConnection::kPatience.
  *
- * @return Null when no system bus answered at the first call, or when it has died. Both are
- *         final: the system's bus is there before its applications. Nothing is logged, and the
- *         process goes on.
+ * @return Null if no system bus answered at the first call, or if it has died. Both are final: the
+ *         system bus starts before its applications. Nothing is logged, and the process goes on.
  */
 BusConnection* SystemBus();
 
-/** The same for the session bus. Where the environment names none, none is started. */
+/** The same for the session bus. If the environment names none, none is started. */
 BusConnection* SessionBus();
 
 /**
- * The session bus's address: that of DBUS_SESSION_BUS_ADDRESS, else the user's bus in
- * XDG_RUNTIME_DIR, which may not be there; empty when neither is set.
+ * The session bus's address: DBUS_SESSION_BUS_ADDRESS, else the user's bus in XDG_RUNTIME_DIR,
+ * which may not exist; empty if neither variable is set.
  */
 std::string SessionBusAddress();
 

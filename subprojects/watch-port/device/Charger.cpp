@@ -36,7 +36,7 @@ std::optional<bool> Charger::Read()
     if (!BusProperty::Read(kState, kPatience, [&](auto* value) { isCharging = IsCharging(value); }))
         isCharging = ReadPowerSupplies();
     mWasRead = true;
-    // While callbacks are told of changes, each change is theirs, whoever has read it before.
+    // While there are callbacks they get each change, whoever has read it before.
     if (mRegistrations.empty())
         mIsCharging = isCharging.value_or(false);
     return isCharging;

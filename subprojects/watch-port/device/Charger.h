@@ -12,7 +12,7 @@
 namespace WatchPort
 {
 
-/** Whether the battery charges, and who is told of it. Lives as long as the process. */
+/** Whether the battery charges, and the callbacks for it. Lives as long as the process. */
 class Charger
 {
 public:
@@ -21,10 +21,10 @@ public:
     /** Reads the state from UPower, else from the kernel; nothing when neither knows. */
     std::optional<bool> Read();
 
-    /** @return False when the callback is there already. */
+    /** @return False when the callback has already been added. */
     bool AddCallback(device_changed_cb callback, void* userData);
 
-    /** @return False when the callback is not there. */
+    /** @return False when the callback has not been added. */
     bool RemoveCallback(device_changed_cb callback);
 
 private:

@@ -10,8 +10,8 @@ namespace WatchPort
 {
 
 /**
- * Reads from /sys/class/power_supply whether a battery of the system charges; nothing when the
- * system has none.
+ * Reads from /sys/class/power_supply whether a battery of the system charges; nothing if the system
+ * has none.
  */
 std::optional<bool> ReadPowerSupplies();
 
@@ -20,8 +20,8 @@ class PowerSupplyWatch
 {
 public:
     /**
-     * @param onEvent Called from the main loop: once at the beginning, and after any event. It
-     *                may delete the watch.
+     * @param onEvent Called from the main loop, once at first and after each event. It may delete
+     *                this object.
      */
     explicit PowerSupplyWatch(std::function<void()> onEvent);
     ~PowerSupplyWatch();

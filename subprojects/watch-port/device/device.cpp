@@ -13,7 +13,7 @@ int CheckArguments(const char* function, int type, device_changed_cb callback)
 {
     if (type != DEVICE_CALLBACK_BATTERY_CHARGING)
         return PORT_REFUSE(DEVICE_ERROR_UNKNOWN_TYPE, function,
-                           "type %d is not known; only %d (battery charging) is", type,
+                           "unknown type %d (must be %d, battery charging)", type,
                            DEVICE_CALLBACK_BATTERY_CHARGING);
     if (!callback)
         return PORT_REFUSE(DEVICE_ERROR_INVALID_PARAMETER, function, "the callback is null");
@@ -46,7 +46,8 @@ try
     if (error != DEVICE_ERROR_NONE)
         return error;
     if (!Charger::GetInstance().AddCallback(callback, user_data))
-        return PORT_REFUSE(DEVICE_ERROR_ALREADY_ADDED, __func__, "the callback is added already");
+        return PORT_REFUSE(DEVICE_ERROR_ALREADY_ADDED, __func__,
+                           "the callback has already been added");
     return DEVICE_ERROR_NONE;
 }
 catch (const std::bad_alloc&)
@@ -61,6 +62,6 @@ __attribute__((no_sanitize("enum"))) int device_remove_callback(device_callback_
     if (error != DEVICE_ERROR_NONE)
         return error;
     if (!Charger::GetInstance().RemoveCallback(callback))
-        return PORT_REFUSE(DEVICE_ERROR_NOT_ADDED, __func__, "the callback is not added");
+        return PORT_REFUSE(DEVICE_ERROR_NOT_ADDED, __func__, "the callback has not been added");
     return DEVICE_ERROR_NONE;
 }

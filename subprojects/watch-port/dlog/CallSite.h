@@ -9,17 +9,17 @@ namespace WatchPort
 /** Where in a program a line of the log was written. */
 struct CallSite
 {
-    const char* file = nullptr; /**< Null: not known, and nothing else is either. */
+    const char* file = nullptr; /**< Null: nothing is known. */
     const char* function = nullptr;
     int line = 0;
 };
 
 /**
- * Returns the place that the first arguments name when the format begins with exactly
- * "%s: %s(%d) > ", the form in which applications of the watch name it; otherwise none, also when
- * one of the names is null.
+ * Returns the place that the first arguments name if the format begins with exactly
+ * "%s: %s(%d) > ", the form that applications of the watch use. Otherwise, or if a name is null,
+ * nothing is known.
  *
- * @param arguments The caller's own copy: what has been read of it is not put back.
+ * @param arguments The caller's own copy, which is consumed.
  */
 CallSite ReadCallSite(const char* format, va_list arguments);
 

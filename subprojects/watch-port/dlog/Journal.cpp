@@ -50,7 +50,7 @@ bool SendDescriptor(int socket, int file)
     return sendmsg(socket, &message, MSG_NOSIGNAL) == 0;
 }
 
-// The journal reads only a file that nobody can change any more.
+// The journal reads only files that nobody can change any more.
 bool SendAsFile(int socket, std::string_view entry)
 {
     constexpr int kSeals = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;

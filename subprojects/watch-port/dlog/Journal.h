@@ -8,19 +8,19 @@ namespace WatchPort
 {
 
 /**
- * Tells whether a stream of this status leads to the journal: whether it is the one that the
- * environment variable JOURNAL_STREAM names as "device:inode". A service manager sets it, and a
- * program that is started with another stream inherits it, so the variable alone tells nothing.
+ * Whether a stream with this status leads to the journal: whether the environment variable
+ * JOURNAL_STREAM names it as "device:inode". A service manager sets the variable, and programs that
+ * are started with another stream inherit it, so the variable alone is not enough.
  */
 bool IsJournalStream(const struct statx& stream);
 
 /**
- * Hands an entry in native form to the journal; returns whether it took it. Never waits: a journal
- * that is absent, gone or behind with its work takes nothing. An entry too long for a datagram goes
- * as a sealed file in memory.
+ * Sends an entry in native form to the journal; returns whether the journal accepted it. Never
+ * waits: a journal that is absent, gone or too slow accepts nothing. An entry too long for a
+ * datagram is sent as a sealed memory file.
  *
- * libsystemd's sd_journal_sendv() does neither: it waits for a journal that is behind without
- * end, and reports success where there is none.
+ * libsystemd's sd_journal_sendv() waits without end for a journal that is too slow, and reports
+ * success if there is no journal.
  */
 bool SendToJournal(std::string_view entry);
 

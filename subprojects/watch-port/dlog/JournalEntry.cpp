@@ -41,7 +41,7 @@ void AppendLines(TextBuffer& entry, std::string_view text)
     }
 }
 
-// A value with a line feed goes with its length, as eight bytes, the lowest first.
+// A value with a line feed is sent with its length as eight bytes, the lowest first.
 void SetLength(TextBuffer& entry, size_t position, std::uint64_t length)
 {
     char bytes[kNoLength.size()];

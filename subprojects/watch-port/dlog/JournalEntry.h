@@ -14,9 +14,9 @@ namespace WatchPort
  * counts it, SYSLOG_IDENTIFIER for a tag that is not empty (without one the journal shows the
  * program's name), and CODE_FILE, CODE_FUNC, CODE_LINE where the call site is known.
  *
- * The message keeps its line feeds, the journal shows them as lines of the same entry. Colour
- * escapes are left out; other control characters and bytes that are not UTF-8 become "\x07", as
- * journalctl would hide the whole message for one of them. No content can start another field.
+ * The message keeps its line feeds; the journal shows them as lines of the same entry. Colour
+ * escapes are left out. Other control characters and bytes that are not UTF-8 become "\x07": for
+ * one of them journalctl would hide the whole message. No content can start another field.
  *
  * @param priority A log_priority.
  */

@@ -11,8 +11,8 @@ namespace WatchPort
 constexpr int kSilent = 7;
 
 /**
- * Returns the lowest priority that is written under a value of DLOG_LEVEL, kSilent for none;
- * nothing for a value that is no level.
+ * Returns the lowest priority that is written at a value of DLOG_LEVEL, kSilent for none; nothing
+ * for a value that is not a level.
  */
 std::optional<int> ParseLogLevel(std::string_view value);
 

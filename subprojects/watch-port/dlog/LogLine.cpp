@@ -13,7 +13,7 @@ void PutDigits(char* place, int value, int places)
         place[--places] = static_cast<char>('0' + value % 10);
 }
 
-// Lines come in bursts, and a second is longer than most: its local time is kept until the next.
+// Lines come in bursts, so a second's local time is kept until the next second.
 const tm& LocalTime(time_t second)
 {
     thread_local time_t sSecond = -1;

@@ -23,21 +23,20 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kPatience(100);
 
-// Set while the reader sleeps, so that it costs the program its patience only once.
+// Set while the reader sleeps, so that the program waits for it only once.
 std::atomic<bool> sReaderSleeps{false};
 
 // Set when the reader fell asleep in the middle of a line: the next one must not continue it.
 std::atomic<bool> sLineIsCut{false};
 
-// A second descriptor of the stream, which alone does not block: the flag cannot be set on the
-// stream itself, as it would hold for the other programs that share it. -1: not to be had, such
-// as for the terminal of another user.
+// A second descriptor of the stream that does not block. The flag cannot be set on the stream
+// itself, as other programs share it. -1: it could not be opened, such as another user's terminal.
 int OpenOwnDescriptor()
 {
     return open("/proc/self/fd/2", O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
 }
 
-// Keeps the signal of a write to a reader that is gone from ending the program.
+// Keeps SIGPIPE, for a reader that is gone, from ending the program.
 class PipeSignalBlock
 {
 public:
@@ -66,7 +65,7 @@ private:
     bool mWasPending = false;
 };
 
-// Returns whether the stream takes more before the deadline.
+// Returns whether the stream accepts more before the deadline.
 bool WaitForRoom(int fd, Clock::time_point deadline)
 {
     using std::chrono::milliseconds;
@@ -78,7 +77,7 @@ bool WaitForRoom(int fd, Clock::time_point deadline)
     return ready > 0 || (ready < 0 && errno == EINTR && patient);
 }
 
-// Only a line that is longer than the room left in a pipe takes more than one write.
+// Only a line that is longer than the room left in a pipe needs more than one write.
 bool WriteAll(int fd, std::string_view line)
 {
     std::optional<Clock::time_point> deadline;
@@ -110,7 +109,7 @@ bool WriteAll(int fd, std::string_view line)
 
 LogSink::LogSink()
 {
-    // No times: a kernel that has been asked for them writes the file's record for each line.
+    // Without times: asking for them would make the kernel update the inode for each line.
     if (statx(STDERR_FILENO, "", AT_EMPTY_PATH, STATX_TYPE | STATX_INO, &mStatus) != 0)
         mStatus.stx_mode = 0;
 }

@@ -8,18 +8,18 @@ namespace WatchPort
 {
 
 /**
- * The standard error stream, looked at anew for each line: a program may put another file in its
- * place at any time. Writing never waits for a sleeping reader for longer than 100 ms.
+ * The standard error stream. It is checked for each line, as a program may replace it at any time.
+ * Writing never waits longer than 100 ms for a sleeping reader.
  */
 class LogSink
 {
 public:
     LogSink();
 
-    /** Tells whether somebody sees the colours. */
+    /** Whether the stream is a terminal that shows colours. */
     bool IsTerminal() const;
 
-    /** Tells whether the journal reads the stream. */
+    /** Whether the journal reads the stream. */
     bool IsJournal() const;
 
     /** Writes the line with one write(2); returns whether the stream took all of it. */

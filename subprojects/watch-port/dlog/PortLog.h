@@ -10,12 +10,12 @@
 #define PORT_LOG_INFO(...) PORT_LOG(DLOG_INFO, __VA_ARGS__)
 
 /**
- * Refuses a call of the watch's interface: logs the one error line that says why, and is the error
- * to return. A macro, so that the compiler checks the arguments against the format.
+ * Refuses a call of the watch's interface: logs one error line with the reason, and has the value
+ * of the error to return. A macro, so that the compiler checks the arguments against the format.
  *
- * @param error The negative value of the library's own that the caller gets.
- * @param function The call's name, which the line begins with.
- * @param format What is wrong, which value, what is accepted; a literal. Its arguments follow.
+ * @param error The library's own negative value for the caller.
+ * @param function The call's name, with which the line begins.
+ * @param format What is wrong, the value, and what is accepted; a literal. Its arguments follow.
  */
 #define PORT_REFUSE(error, function, format, ...)                                                  \
     (PORT_LOG_ERROR("%s: " format, function, ##__VA_ARGS__), (error))

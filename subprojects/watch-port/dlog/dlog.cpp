@@ -42,7 +42,8 @@ void ReportUnknownLevel(std::string_view value)
     TextBuffer text;
     text.Append("DLOG_LEVEL is \"");
     text.Append(value);
-    text.Append("\", which is no level (debug, info, warn, error, silent): every line is written");
+    text.Append(
+        "\", which is not a level (debug, info, warn, error, silent): every line is written");
     WriteLine(DLOG_WARN, "WATCH_PORT", text.View(), CallSite());
 }
 

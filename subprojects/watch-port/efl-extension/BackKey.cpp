@@ -24,7 +24,7 @@ bool IsInWindow(const Evas* canvas, Ecore_Window window)
     return host && ecore_evas_window_get(host) == window;
 }
 
-// Between two windows without the key the one at hand stays, and newer objects come first.
+// Between two windows without the key the current one stays; newer objects come first.
 bool TakesKeyFrom(const Evas_Object* object, const Evas_Object* former, Ecore_Window window)
 {
     const Evas* canvas = evas_object_evas_get(object);

@@ -14,7 +14,7 @@ namespace
 constexpr const char* kDataKey = "watch-port/circle-scroller";
 constexpr int kDetentsPerViewport = 4;
 constexpr double kArcLingers = 0.5;
-// What the toolkit's motion covers in its first sixtieth of a second is a part of the way, 1 in:
+// In its first sixtieth of a second the toolkit's motion covers one part of the way in:
 constexpr int kFirstFrames = 15;
 
 Eina_Rectangle GeometryOf(const Evas_Object* object)
@@ -24,8 +24,8 @@ Eina_Rectangle GeometryOf(const Evas_Object* object)
     return geometry;
 }
 
-// A motion moves little in its first milliseconds, less than a pixel: it begins with this step, so
-// that the next frame shows it however soon it comes. Something is left to the motion.
+// A motion covers less than a pixel in its first milliseconds. So it begins with this step, and the
+// next frame shows it however soon it comes. Something is left for the motion.
 int FirstStep(int way)
 {
     if (std::abs(way) < 2)
@@ -49,7 +49,7 @@ CircleScroller::CircleScroller(Evas_Object* scroller, Evas_Object* conformant)
     : mScroller(scroller), mConformant(conformant),
       mCircleObject(evas_object_vg_add(evas_object_evas_get(scroller)))
 {
-    // The one thing here that can fail.
+    // Only this can fail here.
     Rotary::GetInstance().AddCallback(mCircleObject, EVAS_CALLBACK_PRIORITY_DEFAULT, SRotaryCB,
                                       this);
     evas_object_data_set(mCircleObject, kDataKey, this);
@@ -94,7 +94,7 @@ void CircleScroller::StartDrawing()
     evas_object_smart_member_add(mCircleObject, mScroller);
     evas_object_event_callback_add(mConformant, EVAS_CALLBACK_DEL, SConformantDeletedCB, this);
     evas_object_smart_callback_add(mScroller, "scroll", SScrollCB, this);
-    // The one moment that sees every cause of a change: geometry, content and position.
+    // Every change of geometry, content or position comes by here.
     evas_event_callback_add(evas_object_evas_get(mScroller), EVAS_CALLBACK_RENDER_PRE, SRenderPreCB,
                             this);
 }
@@ -170,8 +170,8 @@ void CircleScroller::Turn(int direction)
         BringIn(target, now.isVertical);
 }
 
-// The application hears of both steps, and may delete the scroller or the circle object in them.
-// The scroller bears that only after the step, which the reference has its end wait for.
+// Both steps call the application, which may delete the scroller or the circle object. The scroller
+// must not be deleted during the step, so the reference delays its end.
 void CircleScroller::BringIn(int target, bool isVertical)
 {
     Eina_Rectangle region{};
@@ -185,7 +185,7 @@ void CircleScroller::BringIn(int target, bool isVertical)
     position = target;
     if (!life.expired())
         elm_scroller_region_bring_in(scroller, region.x, region.y, region.w, region.h);
-    // Starting a motion ends the one before, which takes that one's target away.
+    // Starting a motion ends the previous one, and its target is lost.
     if (!life.expired())
         mTarget = target;
     evas_object_unref(scroller);
@@ -235,7 +235,7 @@ void CircleScroller::UpdateArc()
     Eina_Rectangle screen = GeometryOf(mConformant);
     bool isWanted = IsArcWanted(position);
     bool isAsDrawn = position == mDrawnPosition && eina_rectangle_equal(&screen, &mDrawnScreen);
-    // Not what it was made: a scroller that is shown shows its members too.
+    // Not when it was made: showing a scroller shows its members too.
     bool isShown = evas_object_visible_get(mCircleObject);
     if (isWanted == isShown && (isAsDrawn || !isWanted))
         return;

@@ -11,8 +11,8 @@ namespace WatchPort
 {
 
 /**
- * Scrolls a scroller with the bezel, and draws its scroll position. It lives as long as its circle
- * object, the canvas object by which the application knows it.
+ * Scrolls a scroller with the bezel and draws its scroll position. It lives as long as its circle
+ * object, the canvas object that the application gets.
  */
 class CircleScroller
 {
@@ -52,7 +52,7 @@ private:
     bool IsArcWanted(const ScrollPosition& position) const;
     void UpdateArc();
 
-    std::shared_ptr<bool> mLife = std::make_shared<bool>(); /**< Ends with this. */
+    std::shared_ptr<bool> mLife = std::make_shared<bool>(); /**< Deleted with this object. */
     Evas_Object* mScroller;
     Evas_Object* mConformant;
     Evas_Object* mCircleObject;

@@ -3,12 +3,12 @@
 
 #include <efl_extension.h>
 
-/** A surface is its conformant, for as long as that lives. */
+/** A surface stands for its conformant while that lives. */
 struct _Eext_Circle_Surface
 {
     /** Makes a surface that is freed with its conformant. */
     static Eext_Circle_Surface* Create(Evas_Object* conformant);
-    /** Whether the conformant of a surface that once was made still lives. */
+    /** Whether the conformant of a surface that was made earlier still lives. */
     static bool IsAlive(const Eext_Circle_Surface* surface);
 
     Evas_Object* conformant;

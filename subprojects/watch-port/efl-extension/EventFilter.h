@@ -10,8 +10,9 @@ namespace WatchPort
 /**
  * A filter of the toolkit's events that stays until the toolkit ends.
  *
- * Ecore frees a filter that is deleted while events are filtered, goes on to call it, and tells
- * nobody whether they are. So a filter that has nothing to do lets everything pass instead.
+ * If a filter is deleted while events are filtered, Ecore frees it and goes on to call it, and
+ * nobody can ask whether events are being filtered. So a filter with nothing to do lets everything
+ * pass.
  */
 class EventFilter
 {
@@ -20,7 +21,7 @@ public:
     EventFilter(const EventFilter&) = delete;
     EventFilter& operator=(const EventFilter&) = delete;
 
-    /** @return false when it is there already */
+    /** @return false when it has already been added */
     bool Start();
 
 private:

@@ -17,13 +17,13 @@ template <typename Callback> struct ObjectCallback
     Evas_Callback_Priority priority = EVAS_CALLBACK_PRIORITY_DEFAULT;
     Callback callback = nullptr;
     void* data = nullptr;
-    /** Its object is deleted or it is taken back: not to be called any more. */
+    /** Its object is deleted or it was removed: it must not be called any more. */
     bool isRemoved = false;
 };
 
 /**
- * The callbacks that applications have added to objects, in the order to call them: lower priority
- * values first, of equal ones the newest first. Callbacks of deleted objects are removed.
+ * The callbacks that applications have added to objects, in calling order: lower priority values
+ * first, of equal ones the newest first. Callbacks of deleted objects are removed.
  */
 template <typename Callback> class ObjectCallbacks
 {
@@ -45,7 +45,8 @@ public:
             evas_object_event_callback_add(object, EVAS_CALLBACK_DEL, SObjectDeletedCB, this);
     }
 
-    /** Removes the newest registration of a callback; the result is its data, null without any. */
+    /** Removes the newest registration of a callback; returns its data, or null if there is none.
+     */
     void* Remove(Evas_Object* object, Callback callback)
     {
         auto newest =
@@ -62,7 +63,8 @@ public:
         return data;
     }
 
-    /** The callbacks of one object; they outlive their removal, to be walked while it changes. */
+    /** The callbacks of one object. They outlive their removal, so the list may change meanwhile.
+     */
     std::vector<std::shared_ptr<const Entry>> Of(const Evas_Object* object) const
     {
         std::vector<std::shared_ptr<const Entry>> found;

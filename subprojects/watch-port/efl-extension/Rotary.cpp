@@ -41,7 +41,7 @@ void Rotary::Activate(Evas_Object* object)
         Deactivate(mActivated);
     mActivated = object;
     evas_object_event_callback_add(object, EVAS_CALLBACK_DEL, SActivatedDeletedCB, this);
-    // One who is told of the deletion later may activate the dying object once more.
+    // A later deletion callback may activate the dying object once more.
     evas_object_event_callback_add(object, EVAS_CALLBACK_FREE, SActivatedDeletedCB, this);
     mWheelFilter.Start();
 }

@@ -11,8 +11,8 @@ namespace WatchPort
 {
 
 /**
- * Turns the mouse wheel into detents of the activated object. It takes the wheel from everybody
- * else while any object has a callback or is activated.
+ * Turns the mouse wheel into detents of the activated object. Nobody else gets the wheel while any
+ * object has a callback or is activated.
  */
 class Rotary
 {

@@ -6,13 +6,13 @@
 namespace WatchPort
 {
 
-/** Where a scroller stands in the one direction in which it scrolls, in pixels. */
+/** The position of a scroller in its one direction of scrolling, in pixels. */
 struct ScrollPosition
 {
     bool isVertical;
-    int position; ///< of the viewport's start in the content
-    int viewport; ///< the length that is seen
-    int content;  ///< the length that there is
+    int position; ///< start of the viewport in the content
+    int viewport; ///< visible length
+    int content;  ///< whole length
 
     bool operator==(const ScrollPosition& other) const
     {
@@ -22,14 +22,14 @@ struct ScrollPosition
 };
 
 /**
- * The arc at a round screen's edge that shows a scroll position: a dim track, and on it the part
- * of the content that is seen. It stands to the right for vertical scrolling and at the bottom for
- * horizontal scrolling.
+ * The arc at a round screen's edge that shows a scroll position: a dim track with the visible part
+ * of the content on it. It is at the right for vertical scrolling and at the bottom for horizontal
+ * scrolling.
  */
 class ScrollArc
 {
 public:
-    /** @param canvasObject the vector graphics object to draw in; it outlives this one */
+    /** @param canvasObject the vector graphics object to draw in; must outlive this one */
     explicit ScrollArc(Evas_Object* canvasObject);
 
     /** Draws the arc at the edge of the circle that fits into the screen. */

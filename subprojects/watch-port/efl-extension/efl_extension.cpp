@@ -18,8 +18,8 @@ bool IsGiven(bool isGiven, const char* function, const char* what)
     return isGiven || PORT_REFUSE(false, function, "%s", what);
 }
 
-constexpr const char* kNoObject = "object is null, a canvas object is accepted";
-constexpr const char* kNoCallback = "callback is null, a function is accepted";
+constexpr const char* kNoObject = "object is null (must be a canvas object)";
+constexpr const char* kNoCallback = "callback is null (must be a function)";
 
 bool IsPolicy(Elm_Scroller_Policy policy)
 {
@@ -34,8 +34,7 @@ try
 {
     if (!IsGiven(object, __func__, kNoObject) || !IsGiven(callback, __func__, kNoCallback))
         return;
-    if (IsGiven(type == EEXT_CALLBACK_BACK, __func__,
-                "unknown type, EEXT_CALLBACK_BACK is accepted"))
+    if (IsGiven(type == EEXT_CALLBACK_BACK, __func__, "unknown type (must be EEXT_CALLBACK_BACK)"))
         BackKey::GetInstance().AddCallback(object, callback, data);
 }
 catch (const std::bad_alloc&)
@@ -46,7 +45,7 @@ catch (const std::bad_alloc&)
 Eext_Circle_Surface* eext_circle_surface_conformant_add(Evas_Object* conformant)
 try
 {
-    if (!IsGiven(conformant, __func__, "conformant is null, a conformant is accepted"))
+    if (!IsGiven(conformant, __func__, "conformant is null (must be a conformant)"))
         return nullptr;
     return Eext_Circle_Surface::Create(conformant);
 }
@@ -58,10 +57,10 @@ catch (const std::bad_alloc&)
 Evas_Object* eext_circle_object_scroller_add(Evas_Object* scroller, Eext_Circle_Surface* surface)
 try
 {
-    if (!IsGiven(scroller, __func__, "scroller is null, a scroller is accepted"))
+    if (!IsGiven(scroller, __func__, "scroller is null (must be a scroller)"))
         return nullptr;
     bool isDrawn = surface && IsGiven(Eext_Circle_Surface::IsAlive(surface), __func__,
-                                      "surface is gone, one whose conformant lives is accepted");
+                                      "surface is gone (its conformant must be alive)");
     return CircleScroller::Create(scroller, isDrawn ? surface->conformant : nullptr);
 }
 catch (const std::bad_alloc&)
@@ -73,11 +72,11 @@ void eext_circle_object_scroller_policy_set(Evas_Object* object, Elm_Scroller_Po
                                             Elm_Scroller_Policy vertical)
 {
     CircleScroller* circleScroller = object ? CircleScroller::Of(object) : nullptr;
-    if (!IsGiven(circleScroller, __func__, "object is no circle scroller, only one is accepted"))
+    if (!IsGiven(circleScroller, __func__, "object is not a circle scroller"))
         return;
     if (!IsPolicy(horizontal) || !IsPolicy(vertical))
-        PORT_LOG_ERROR("%s: policies %d and %d, 0 (auto), 1 (on) and 2 (off) are accepted",
-                       __func__, static_cast<int>(horizontal), static_cast<int>(vertical));
+        PORT_LOG_ERROR("%s: policies %d and %d (must be 0 auto, 1 on or 2 off)", __func__,
+                       static_cast<int>(horizontal), static_cast<int>(vertical));
     else
         circleScroller->SetPolicy(horizontal, vertical);
 }

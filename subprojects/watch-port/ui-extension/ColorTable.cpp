@@ -43,7 +43,7 @@ bool ColorTable::Load(const char* path)
 
 void ColorTable::Apply() const
 {
-    // Classes multiply, so opaque white leaves a text's outline and shadow as the theme has them.
+    // Classes multiply, so opaque white keeps the theme's colours for a text's outline and shadow.
     for (const auto& [id, color] : mColors)
         edje_color_class_set(id.c_str(), color.r, color.g, color.b, color.a, 255, 255, 255, 255,
                              255, 255, 255, 255);

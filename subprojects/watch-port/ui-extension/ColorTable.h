@@ -16,17 +16,17 @@ struct Color
     int a;
 };
 
-/** The colours of a table by their ids, which are Edje colour classes and colour codes alike. */
+/** The colours of a table by their ids, which are both Edje colour classes and colour codes. */
 class ColorTable
 {
 public:
-    /** Reads a table file; false when it is no colour table as a whole. */
+    /** Reads a table file; false when it is not a colour table at all. */
     bool Load(const char* path);
     /** Sets the process's colour class of every id. */
     void Apply() const;
     /** Deletes the process's colour class of every id. */
     void TakeOff() const;
-    /** The colour of an id, null when there is none. It belongs to the table. */
+    /** The colour of an id, or null. It belongs to the table. */
     const Color* Find(const std::string& id) const;
 
 private:

@@ -14,8 +14,8 @@ namespace
 
 constexpr int kMaxFontSize = 500;
 
-// The toolkit writes a text class into a style, where a blank ends a value; font names are the same
-// with and without blanks.
+// The toolkit writes a text class into a style, where a space ends a value. Font names mean the
+// same with and without spaces.
 std::string WithoutBlanks(std::string name)
 {
     name.erase(std::remove(name.begin(), name.end(), ' '), name.end());

@@ -11,7 +11,7 @@ namespace WatchPort
 class FontTable
 {
 public:
-    /** Reads a table file; false when it is no font table as a whole. */
+    /** Reads a table file; false when it is not a font table at all. */
     bool Load(const char* path);
     /** Sets the process's text class of every id. */
     void Apply() const;

@@ -52,9 +52,9 @@ std::optional<std::string> TableEntry::Text(const char* name, char forbidden) co
         return *text;
 
     ReportAt(mPlace, DLOG_ERROR,
-             std::string("entry left out, ") + name + " is " + Quoted(*text) + ", 1 to " +
+             std::string("entry left out, ") + name + " is " + Quoted(*text) + " (must be 1 to " +
                  std::to_string(kMaxTextLength) + " printable bytes" +
-                 (forbidden ? std::string(" without ") + forbidden : "") + " are accepted");
+                 (forbidden ? std::string(" without ") + forbidden : "") + ")");
     return std::nullopt;
 }
 
@@ -71,14 +71,14 @@ std::optional<int> TableEntry::Number(const char* name, int least, int most) con
 
     ReportAt(mPlace, DLOG_ERROR,
              std::string("entry left out, ") + name + " is " + Quoted(*text) +
-                 ", a whole number from " + std::to_string(least) + " to " + std::to_string(most) +
-                 " is accepted");
+                 " (must be a whole number from " + std::to_string(least) + " to " +
+                 std::to_string(most) + ")");
     return std::nullopt;
 }
 
 void TableEntry::ReportDuplicate(const std::string& id) const
 {
-    ReportAt(mPlace, DLOG_WARN, "id " + Quoted(id) + " again, the last entry of an id counts");
+    ReportAt(mPlace, DLOG_WARN, "repeated id " + Quoted(id) + " (the last entry counts)");
 }
 
 } // namespace WatchPort

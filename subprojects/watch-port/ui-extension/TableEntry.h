@@ -8,7 +8,7 @@
 namespace WatchPort
 {
 
-/** One entry of a table file, with what is wrong with it written to the log as it is asked for. */
+/** One entry of a table file. Reading a wrong attribute logs one line. */
 class TableEntry
 {
 public:
@@ -16,16 +16,16 @@ public:
     TableEntry(std::map<std::string, std::string> attributes, std::string place);
 
     /**
-     * The text of an attribute that must be there and hold 1 to 255 printable bytes, none of
-     * which is `forbidden`; nothing, with one line in the log, when it is not so.
+     * The text of a required attribute: 1 to 255 printable bytes, none of which is `forbidden`.
+     * Otherwise nothing, with one line in the log.
      */
     std::optional<std::string> Text(const char* name, char forbidden = '\0') const;
     /**
-     * The value of an attribute that must be there and be a whole number from `least` to `most`;
-     * nothing, with one line in the log, when it is not so.
+     * The value of a required attribute: a whole number from `least` to `most`. Otherwise nothing,
+     * with one line in the log.
      */
     std::optional<int> Number(const char* name, int least, int most) const;
-    /** Writes that an entry with the same id came before this one. */
+    /** Logs that an earlier entry has the same id. */
     void ReportDuplicate(const std::string& id) const;
 
 private:
@@ -35,7 +35,7 @@ private:
     std::string mPlace;
 };
 
-/** Writes a line about a place in a file, with a priority of the log service. */
+/** Logs a line about a place in a file, with a priority of the log service. */
 void ReportAt(const std::string& place, int priority, const std::string& what);
 /** Whether a byte is a control character of ASCII. */
 bool IsControl(char character);

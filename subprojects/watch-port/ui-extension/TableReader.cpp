@@ -53,8 +53,8 @@ bool File::IsAcceptable(std::string& error) const
     else if (!S_ISREG(status.st_mode))
         error = "is not a regular file";
     else if (status.st_size > kMaxFileSize)
-        error = "is " + std::to_string(status.st_size) + " bytes long, at most " +
-                std::to_string(kMaxFileSize) + " are accepted";
+        error = "is " + std::to_string(status.st_size) + " bytes long (must be at most " +
+                std::to_string(kMaxFileSize) + ")";
     return error.empty();
 }
 
@@ -83,7 +83,7 @@ std::optional<std::string> File::Read(std::string& error) const
     return text;
 }
 
-// Eina takes a document type with declarations of its own for an error, and can go on after it.
+// Eina reports an error for a document type with declarations, but can go on after it.
 bool IsDocumentType(Eina_Simple_XML_Type type, const char* content, unsigned length)
 {
     constexpr std::string_view kStart = "!DOCTYPE";
@@ -92,7 +92,7 @@ bool IsDocumentType(Eina_Simple_XML_Type type, const char* content, unsigned len
             std::string_view(content, length).substr(0, kStart.size()) == kStart);
 }
 
-// Eina's own reader of attributes never comes back from one without a name.
+// Eina's own attribute parser never returns from an attribute without a name.
 bool ReadAttributes(std::string_view text, std::map<std::string, std::string>& attributes)
 {
     constexpr std::string_view kBlanks = " \t\r\n";
@@ -177,7 +177,7 @@ Eina_Bool Parser::STokenCB(void* data, Eina_Simple_XML_Type type, const char* co
     self->MoveTo(offset);
     if (IsDocumentType(type, content, length))
     {
-        ReportAt(self->Place(), DLOG_WARN, "document type left out, none is needed or read");
+        ReportAt(self->Place(), DLOG_WARN, "document type ignored");
         return EINA_TRUE;
     }
     switch (type)
@@ -212,8 +212,8 @@ void Parser::TagFound(Eina_Simple_XML_Type type, const char* content, unsigned l
         EntryFound(content, length);
     else
         ReportAt(Place(), DLOG_ERROR,
-                 "element " + Quoted(name) + " left out, only <" + mFormat.entry + "> in " +
-                     RootName() + " is accepted");
+                 "element " + Quoted(name) + " left out (must be <" + mFormat.entry + "> in " +
+                     RootName() + ")");
 }
 
 void Parser::RootFound(bool isEmpty, const std::string& name)
@@ -222,7 +222,7 @@ void Parser::RootFound(bool isEmpty, const std::string& name)
     {
         mProgress = Progress::OtherRoot;
         ReportAt(Place(), DLOG_ERROR,
-                 "root element " + Quoted(name) + ", only " + RootName() + " is accepted");
+                 "root element " + Quoted(name) + " (must be " + RootName() + ")");
         return;
     }
     mProgress = isEmpty ? Progress::AfterRoot : Progress::InRoot;
@@ -233,8 +233,7 @@ void Parser::EntryFound(const char* content, unsigned length)
     if (length > kMaxTagLength)
     {
         ReportAt(Place(), DLOG_ERROR,
-                 "entry left out, at most " + std::to_string(kMaxTagLength) +
-                     " bytes are accepted");
+                 "entry left out: it is longer than " + std::to_string(kMaxTagLength) + " bytes");
         return;
     }
     std::map<std::string, std::string> attributes;
@@ -260,7 +259,7 @@ std::optional<std::vector<TableEntry>> Parser::Parse()
 
     ReportAt(Place(), DLOG_ERROR,
              "XML breaks off after " + std::to_string(mEntries.size()) +
-                 " entries, well-formed XML up to the end of " + RootName() + " is accepted");
+                 " entries (must be well-formed up to the end of " + RootName() + ")");
     if (mEntries.empty())
         return std::nullopt;
     return std::move(mEntries);
@@ -272,7 +271,7 @@ std::optional<std::vector<TableEntry>> ReadTable(const char* path, const TableFo
 {
     if (!path)
     {
-        ReportAt("table", DLOG_ERROR, "path is null, the path of a file is accepted");
+        ReportAt("table", DLOG_ERROR, "path is null (must be the path of a file)");
         return std::nullopt;
     }
     std::string error;

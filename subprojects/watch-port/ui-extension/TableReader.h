@@ -9,7 +9,7 @@
 namespace WatchPort
 {
 
-/** The names of the elements that make up a kind of table. */
+/** The names of the elements in a kind of table. */
 struct TableFormat
 {
     const char* root;
@@ -17,9 +17,9 @@ struct TableFormat
 };
 
 /**
- * Reads all entries of a table file in their order. Elements that do not belong into the table and
- * XML that breaks off are one line in the log each, and the entries found are returned.
- * Nothing, with one line in the log, when the file is no such table as a whole.
+ * Reads all entries of a table file in order. Elements that do not belong there and XML that breaks
+ * off are one log line each, and the entries found are returned. Returns nothing, with one log
+ * line, when the file is not such a table at all.
  */
 std::optional<std::vector<TableEntry>> ReadTable(const char* path, const TableFormat& format);
 

@@ -9,13 +9,14 @@ namespace WatchPort
 {
 
 /**
- * The tables of one kind that the process has read, and the one of them that is set. The set
- * table is applied while the tables are enabled, which they are not at first.
+ * The tables of one kind that the process has read, and which of them is set. The set table is
+ * applied while the tables are enabled; at first they are not.
  */
 template <typename Table> class ThemeTables
 {
 public:
-    /** Reads a table, which lives as long as this object; null when the file is no such table. */
+    /** Reads a table, which lives as long as this object; null when the file is not such a table.
+     */
     Table* Add(const char* path)
     {
         auto table = std::make_unique<Table>();
@@ -25,7 +26,7 @@ public:
         return mTables.back().get();
     }
 
-    /** Replaces the set table; false, with nothing changed, when it is none of Add(). */
+    /** Replaces the set table; false, with nothing changed, when it is not from Add(). */
     bool Set(const Table* table)
     {
         auto isTable = [table](const std::unique_ptr<Table>& known)
@@ -49,7 +50,7 @@ public:
         mIsEnabled = isEnabled;
     }
 
-    /** The set table, null when none is set. */
+    /** The set table, or null. */
     const Table* Current() const { return mCurrent; }
 
 private:

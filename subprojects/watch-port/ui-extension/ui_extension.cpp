@@ -39,7 +39,7 @@ int SetTable(ThemeTables<Table>& tables, const Table* table, const char* functio
     if (tables.Set(table))
         return UXT_THEME_ERROR_NONE;
     return PORT_REFUSE(UXT_THEME_ERROR_INVALID_PARAMETER, function,
-                       "%s, only one that this library has read is accepted",
+                       "%s (must be one that this library has read)",
                        table ? "unknown table" : "table is null");
 }
 
@@ -87,17 +87,17 @@ try
 {
     if (!object)
         return PORT_REFUSE(UXT_THEME_ERROR_INVALID_PARAMETER, __func__,
-                           "object is null, a canvas object is accepted");
+                           "object is null (must be a canvas object)");
     if (!color_code)
         return PORT_REFUSE(UXT_THEME_ERROR_INVALID_PARAMETER, __func__,
-                           "colour code is null, an id of the colour table is accepted");
+                           "colour code is null (must be an id of the colour table)");
     const uxt_theme_color_table_s* table = ColorTables().Current();
     if (!table)
         return PORT_REFUSE(UXT_THEME_ERROR_NO_TABLE, __func__, "no colour table is set");
     const Color* found = table->Find(color_code);
     if (!found)
         return PORT_REFUSE(UXT_THEME_ERROR_UNKNOWN_CODE, __func__,
-                           "colour code %s, only an id of the colour table is accepted",
+                           "colour code %s is not an id of the colour table",
                            Quoted(color_code).c_str());
     Color color = *found;
     evas_color_argb_premul(color.a, &color.r, &color.g, &color.b);

@@ -299,7 +299,7 @@ TEST_F(CircleScroller, RefusesPoliciesThatAreNone)
     eext_circle_object_scroller_policy_set(circleObject, ELM_SCROLLER_POLICY_ON,
                                            ELM_SCROLLER_POLICY_LAST);
     EXPECT_THAT(LogLines(),
-                ElementsAre(HasSubstr("no circle scroller"), HasSubstr("no circle scroller"),
+                ElementsAre(HasSubstr("not a circle scroller"), HasSubstr("not a circle scroller"),
                             HasSubstr("policies 1 and 3")));
 }
 

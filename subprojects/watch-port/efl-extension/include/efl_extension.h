@@ -4,7 +4,7 @@
 /**
  * The circular-screen extension: the back key, the bezel, and a scroller that the bezel turns.
  *
- * All functions are for the main loop's thread, between elm_init() and elm_shutdown(). A wrong
+ * Call all functions on the main loop's thread, between elm_init() and elm_shutdown(). A wrong
  * argument and a lack of memory are one line in the log (tag "WATCH_PORT") and change nothing.
  */
 
@@ -32,17 +32,18 @@ typedef void (*Eext_Event_Cb)(void* data, Evas_Object* object, void* event_info)
 /**
  * Adds a callback for the back key to an object.
  *
- * The back key is the release of "XF86Back", or of "Escape" for a keyboard. It goes to one object
- * alone: of all objects that have a callback and are in sight, the highest in the stacking order of
- * its window. In sight is what is visible and has an area on the canvas, as far as what it is
- * clipped to leaves one: not a screen that is built and not shown yet, nor one that lies under
- * another one of a naviframe. While two screens of a naviframe change places both are in sight, and
- * the upper one gets the key. The key event's own window comes before other windows, and of those
- * the one with the newest callback. All callbacks of that one object are called, the newest first.
- * Other handlers get the key too; no widget gets its press while any object has a callback.
+ * The back key is the release of "XF86Back", or of "Escape" for a keyboard. It goes to one object:
+ * of all objects that have a callback and are in sight, the highest in the stacking order of its
+ * window. An object is in sight when it is visible and its clipping leaves it an area on the
+ * canvas. A screen that is not shown yet, or that is below another one in a naviframe, is not in
+ * sight. While two screens of a naviframe change places both are in sight, and the upper one gets
+ * the key. The key event's own window comes before other windows, and of those the one with the
+ * newest callback. All callbacks of that one object are called, the newest first. Other handlers
+ * get the key too. No widget gets its press while any object has a callback.
  *
  * The callback stays until its object is deleted. Callbacks may delete any object and add
- * callbacks; those of a deleted object are no longer called, added ones from the next key on.
+ * callbacks: those of a deleted object are no longer called, new ones are called from the next key
+ * on.
  *
  * @param object any canvas object, not null
  * @param type EEXT_CALLBACK_BACK
@@ -57,7 +58,7 @@ typedef struct _Eext_Circle_Surface Eext_Circle_Surface;
 
 /**
  * Makes the circle surface of a conformant. The surface has the conformant's geometry and is freed
- * with it; circle objects that are on it then draw no longer and work on without it.
+ * with it. Its circle objects then stop drawing and go on working without it.
  *
  * @param conformant the window's conformant, or any other object of the screen's size
  * @return the surface, or null for null and without memory
@@ -71,32 +72,32 @@ Eext_Circle_Surface* eext_circle_surface_conformant_add(Evas_Object* conformant)
  * A clockwise detent scrolls by a quarter of the viewport's length towards the end of the content,
  * a counter-clockwise one towards the start, with the toolkit's own animation and the scroller's
  * usual smart signals. Detents that come while it moves add up. It stops at both ends. It scrolls
- * vertically when the content is higher than the viewport, else horizontally, and not at all while
+ * vertically if the content is higher than the viewport, else horizontally, and not at all while
  * that direction is locked (elm_object_scroll_lock_y_set() and its like,
  * elm_scroller_movement_block_set()) or scrolling is frozen (elm_object_scroll_freeze_push()).
  *
  * With a surface it also draws the scroll position as an arc at the surface's edge, to the right
  * for vertical scrolling and at the bottom for horizontal scrolling.
  *
- * Whoever hears the scroller's signals may delete the scroller or the circle object then. A
- * scroller that is deleted while a detent moves it lives until that is done.
+ * Handlers of the scroller's signals may delete the scroller or the circle object. A scroller that
+ * is deleted while a detent moves it lives until that is done.
  *
  * @param scroller an Elementary scroller, not null
- * @param surface where to draw, or null to draw nothing; one whose conformant is gone is one line
- *                in the log and counts as null
- * @return the circle object, on the scroller's canvas and deleted with the scroller; null for a
- *         null scroller and without memory
+ * @param surface where to draw, or null to draw nothing; a surface whose conformant is gone is
+ *                one line in the log and counts as null
+ * @return the circle object, on the scroller's canvas and deleted with the scroller; null if the
+ *         scroller is null and without memory
  */
 Evas_Object* eext_circle_object_scroller_add(Evas_Object* scroller, Eext_Circle_Surface* surface);
 
 /**
  * Says when the arc of the scroll position is drawn, for each direction of scrolling.
  *
- * ELM_SCROLLER_POLICY_AUTO, the policy at first: while the content moves and half a second longer,
- * when it is longer than the viewport. ELM_SCROLLER_POLICY_ON: always. ELM_SCROLLER_POLICY_OFF:
+ * ELM_SCROLLER_POLICY_AUTO, the default: while the content moves and half a second longer, if it is
+ * longer than the viewport. ELM_SCROLLER_POLICY_ON: always. ELM_SCROLLER_POLICY_OFF:
  * never.
  *
- * @param object a circle object of eext_circle_object_scroller_add()
+ * @param object a circle object from eext_circle_object_scroller_add()
  * @param horizontal the policy while scrolling is horizontal
  * @param vertical the policy while scrolling is vertical
  */
@@ -123,7 +124,7 @@ typedef struct
  * @param data the data of eext_rotary_object_event_callback_priority_add()
  * @param object the activated object
  * @param info the detent, valid during the call
- * @return EINA_TRUE to keep the detent from the callbacks that come later, else EINA_FALSE
+ * @return EINA_TRUE to keep the detent from the remaining callbacks, else EINA_FALSE
  */
 typedef Eina_Bool (*Eext_Rotary_Event_Cb)(void* data, Evas_Object* object,
                                           Eext_Rotary_Event_Info* info);
@@ -131,17 +132,16 @@ typedef Eina_Bool (*Eext_Rotary_Event_Cb)(void* data, Evas_Object* object,
 /**
  * Adds a callback for the bezel to an object. It is called while the object is activated.
  *
- * The bezel is the mouse wheel over any window of the process, one notch a detent; an event of
+ * The bezel is the mouse wheel over any window of the process, one notch a detent. An event of
  * several notches is as many detents, at most 100. While any object has a callback or is activated,
- * wheel events of both directions are taken before a widget sees them; a horizontal wheel gives no
- * detent.
+ * no widget sees wheel events of either axis. A horizontal wheel gives no detent.
  *
- * Callbacks run as Evas runs its own: the lower priority value first, of equal ones the newest
- * first. Adding a callback again is a second registration, and both are called. Callbacks may add
- * and remove callbacks, delete objects and change the activation: what is removed is no longer
- * called, what is added or activated gets the next detent.
+ * Callbacks run in Evas's order: the lower priority value first, of equal ones the newest first.
+ * Adding a callback again is a second registration, and both are called. Callbacks may add and
+ * remove callbacks, delete objects and change the activation: removed ones are no longer called,
+ * and added or activated ones get the next detent.
  *
- * @param object any canvas object; its callbacks go when it is deleted
+ * @param object any canvas object; its callbacks are removed when it is deleted
  * @param priority EVAS_CALLBACK_PRIORITY_DEFAULT or any other value
  * @param callback the function to call
  * @param data passed to the callback
@@ -152,19 +152,19 @@ Eina_Bool eext_rotary_object_event_callback_priority_add(Evas_Object* object,
                                                          Eext_Rotary_Event_Cb callback, void* data);
 
 /**
- * Removes a callback from an object; of several registrations of it, the newest.
+ * Removes a callback from an object; if it was added several times, the newest registration.
  *
  * @param object the object that it was added to
  * @param callback the function that was added
- * @return the data of the removed registration, or null when there is none
+ * @return the data of the removed registration, or null if there is none
  */
 void* eext_rotary_object_event_callback_del(Evas_Object* object, Eext_Rotary_Event_Cb callback);
 
 /**
  * Activates an object for the bezel, or ends its activation.
  *
- * One object at most is activated: activating one ends the activation of the former, and so does
- * deleting it. Ending it for an object that is not the activated one changes nothing.
+ * At most one object is activated. Activating another one, or deleting it, ends its activation.
+ * Ending the activation of any other object changes nothing.
  *
  * @param object any canvas object, with callbacks or without
  * @param activated EINA_TRUE to activate it

@@ -11,12 +11,12 @@
  *     <FontTable><Font id="app/body" name="Sans" style="Regular" size="30"/></FontTable>
  *
  * All attributes are required. Colours are 0 to 255 and not premultiplied; a font size is 1 to
- * 500, in the theme's unscaled pixels. An entry that is not accepted is left out, of entries with
- * the same id the last counts, and the rest of the table stays good; each such case is one line in
- * the log (tag "WATCH_PORT") that names file, line, value and what is accepted. Entities are not
- * expanded and nothing outside the file is ever read.
+ * 500, in the theme's unscaled pixels. A wrong entry is left out, of entries with the same id the
+ * last one counts, and the rest of the table is used. Each such case is one line in the log (tag
+ * "WATCH_PORT") with file, line, value and what is accepted. Entities are not expanded, and nothing
+ * outside the file is ever read.
  *
- * All functions are for the main loop's thread, between elm_init() and elm_shutdown().
+ * Call all functions on the main loop's thread, between elm_init() and elm_shutdown().
  */
 
 #include <Evas.h>
@@ -30,7 +30,7 @@ typedef struct uxt_theme_color_table_s* uxt_theme_color_table_h;
 /** A font table in memory. It belongs to the library and lives until the process ends. */
 typedef struct uxt_theme_font_table_s* uxt_theme_font_table_h;
 
-/** What the functions with an int result return. */
+/** The results of the functions that return an int. */
 enum uxt_theme_error
 {
     UXT_THEME_ERROR_NONE = 0,
@@ -45,10 +45,10 @@ enum uxt_theme_error
 };
 
 /**
- * Lets the tables change the interface, or not. It may not at first.
+ * Sets whether the tables may change the interface. At first they may not.
  *
- * Enabling applies the tables that are set already; disabling takes their classes off again, so
- * that the theme's own colours and fonts show.
+ * Enabling applies the tables that are already set. Disabling removes their classes again, so the
+ * theme's own colours and fonts show.
  *
  * @param enabled EINA_TRUE to let the tables change the interface
  * @return UXT_THEME_ERROR_NONE, always
@@ -60,8 +60,8 @@ int uxt_theme_set_changeable_ui_enabled(Eina_Bool enabled);
  *
  * @param path the XML file: a regular file of at most 1 MiB
  * @return the table, also when some entries were left out; null, with one line in the log, when
- *         the file is no colour table as a whole: a null path, a file that is missing, unreadable
- *         or too long, another root element than ColorTable, XML that breaks off before the first
+ *         the file is not a colour table at all: a null path, a file that is missing, unreadable
+ *         or too long, a root element other than ColorTable, XML that breaks off before the first
  *         entry, or no memory
  */
 uxt_theme_color_table_h uxt_theme_add_color_table(const char* path);
@@ -73,7 +73,7 @@ uxt_theme_color_table_h uxt_theme_add_color_table(const char* path);
  * process: it multiplies the colour of each part of that class. Outlines and shadows of texts keep
  * the theme's colours.
  *
- * @param table a table of uxt_theme_add_color_table()
+ * @param table a table from uxt_theme_add_color_table()
  * @return UXT_THEME_ERROR_NONE, or UXT_THEME_ERROR_INVALID_PARAMETER with one line in the log; the
  *         table before then stays set
  */
@@ -83,7 +83,7 @@ int uxt_theme_set_color_table(uxt_theme_color_table_h table);
  * Reads a font table; nothing is applied yet.
  *
  * @param path the XML file, as for uxt_theme_add_color_table(), with the root element FontTable
- * @return the table, or null as uxt_theme_add_color_table()
+ * @return the table or null, as for uxt_theme_add_color_table()
  */
 uxt_theme_font_table_h uxt_theme_add_font_table(const char* path);
 
@@ -93,15 +93,14 @@ uxt_theme_font_table_h uxt_theme_add_font_table(const char* path);
  * While changeable UI is enabled, every font is the Edje text class of its id for the whole
  * process.
  *
- * @param table a table of uxt_theme_add_font_table()
- * @return as uxt_theme_set_color_table()
+ * @param table a table from uxt_theme_add_font_table()
+ * @return as for uxt_theme_set_color_table()
  */
 int uxt_theme_set_font_table(uxt_theme_font_table_h table);
 
 /**
- * Gives an object a colour of the set colour table, whether or not changeable UI is enabled.
- *
- * The object keeps that colour when another table is set later.
+ * Gives an object a colour from the set colour table, whether or not changeable UI is enabled. The
+ * object keeps that colour when another table is set later.
  *
  * @param object any canvas object
  * @param color_code the id of an entry

@@ -10,15 +10,14 @@ extern "C" {
 #endif
 
 /**
- * Tells whether the system's battery is charging at this moment.
+ * Reads whether the system's battery is charging now.
  *
- * UPower's display device is asked first: charging is its State 1, and no other (a full battery
- * at the charger does not charge). UPower is started for it where it is installed and does not
- * run yet. The call waits for its answer, 500 ms at the longest, and at the first call also for
- * the system bus: about 1 ms, and 2 s where a bus accepts and then keeps silent, which is given
- * up then for as long as the process lives. Without an answer the kernel is asked: charging is a
- * battery in /sys/class/power_supply with the status "Charging". Batteries of peripherals (scope
- * "Device": a mouse, a pen) do not count.
+ * UPower's display device is asked first: charging is State 1 and no other (a full battery at the
+ * charger does not charge). The bus starts UPower if it is installed and not running. The call
+ * waits for the answer for 500 ms at most. The first call also waits for the system bus: about 1
+ * ms; a bus that accepts and then stays silent is given up after 2 s for the life of the process.
+ * Without an answer the kernel is asked: a battery in /sys/class/power_supply with the status
+ * "Charging" is charging. Batteries of peripherals (scope "Device": a mouse, a pen) do not count.
  *
  * @param charging Set to the answer on success, left as it is otherwise.
  * @return DEVICE_ERROR_NONE;

@@ -10,12 +10,13 @@ extern "C" {
 typedef enum
 {
     DEVICE_ERROR_NONE = 0,               /**< Success. */
-    DEVICE_ERROR_INVALID_PARAMETER = -1, /**< A null pointer where something is needed. */
-    DEVICE_ERROR_UNKNOWN_TYPE = -2,      /**< No device_callback_e. */
-    DEVICE_ERROR_ALREADY_ADDED = -3,     /**< The callback is added already. */
-    DEVICE_ERROR_NOT_ADDED = -4,         /**< The callback is not added. */
-    DEVICE_ERROR_NO_BATTERY = -5,        /**< Nobody knows of a battery that feeds the system. */
-    DEVICE_ERROR_OUT_OF_MEMORY = -6,     /**< No memory; no callback was added. */
+    DEVICE_ERROR_INVALID_PARAMETER = -1, /**< A null pointer. */
+    DEVICE_ERROR_UNKNOWN_TYPE = -2,      /**< Not a device_callback_e. */
+    DEVICE_ERROR_ALREADY_ADDED = -3,     /**< The callback has already been added. */
+    DEVICE_ERROR_NOT_ADDED = -4,         /**< The callback has not been added. */
+    DEVICE_ERROR_NO_BATTERY =
+        -5, /**< Neither UPower nor the kernel knows a battery of the system. */
+    DEVICE_ERROR_OUT_OF_MEMORY = -6, /**< No memory; no callback was added. */
 } device_error_e;
 
 #ifdef __cplusplus

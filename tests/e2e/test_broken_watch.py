@@ -6,7 +6,8 @@ import shutil
 import pytest
 
 from e2e.app import BUILD, GUIDE, App
-from e2e.watch import Watch, bare_environment
+from e2e.watch import bare_environment
+from support.bus import SystemBus
 
 PAGE_THEME = "res/edje/qivoui.edj"
 PLATFORM_THEME = "subprojects/watch-port/theme/platform.edj"
@@ -14,12 +15,6 @@ TABLES = ["res/tables/com.velmora.qivo-app_ChangeableColorTable.xml",
           "res/tables/com.velmora.qivo-app_FontInfoTable.xml"]
 
 DAMAGES = ["missing", "empty", "garbled"]
-
-
-@pytest.fixture(name="watch")
-def _watch():
-    with Watch() as watch:
-        yield watch
 
 
 @pytest.fixture(name="copy")
@@ -103,7 +98,9 @@ def test_without_a_catalogue_the_message_id_is_shown(watch, copy):
 
 
 def test_without_services_the_page_is_shown_all_the_same(watch):
-    watch.bus.die()
+    with SystemBus() as bus:
+        bus.die()
+        watch.environment |= bus.env
     app = watch.launch()
     app.wait_log("device_battery_is_charging is error")
     watch.press_back()

@@ -2,17 +2,11 @@
 
 import pytest
 
-from e2e.watch import Watch
+from e2e.watch import Desktop
 
 WHITE = (255, 255, 255)
 BLACK = (0, 0, 0)
 MARK = " ###"
-
-
-@pytest.fixture(name="watch")
-def _watch():
-    with Watch() as watch:
-        yield watch
 
 
 def test_a_launch_logs_its_steps_in_order(watch):
@@ -125,16 +119,18 @@ def test_the_back_key_lowers_the_window_and_the_guide_ends(watch, key):
 
 @pytest.mark.parametrize("manager", ["openbox", "xfwm4"])
 def test_the_back_key_ends_the_guide_on_an_empty_desktop(manager):
-    with Watch(manager, has_home=False) as desktop:
+    with Desktop(manager) as desktop:
         app = desktop.launch()
-        desktop.press_back()
+        desktop.press_key("XF86Back")
         ends_in_order(app, ("PopItem", "mNaviFrmaeLowerEventListener is NULL"))
 
 
 @pytest.mark.parametrize("manager, has_home", [("openbox", True), ("openbox", False),
                                                ("xfwm4", False)])
 def test_a_closed_window_ends_the_guide_in_order(manager, has_home):
-    with Watch(manager, has_home) as desktop:
+    with Desktop(manager) as desktop:
+        if has_home:
+            desktop.open_window("home")
         app = desktop.launch()
         desktop.close_window()
         ends_in_order(app)

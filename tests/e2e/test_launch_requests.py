@@ -6,7 +6,6 @@ import subprocess
 import pytest
 
 from e2e.app import GUIDE
-from e2e.watch import Watch
 from support.bus import SystemBus, wait_until
 
 ID = "com.velmora.qivo-guide-app"
@@ -19,10 +18,9 @@ def _session():
 
 
 @pytest.fixture(name="watch")
-def _watch(session):
-    with Watch() as watch:
-        watch.environment |= {"DBUS_SESSION_BUS_ADDRESS": session.address}
-        yield watch
+def _watch(watch, session):
+    watch.environment |= {"DBUS_SESSION_BUS_ADDRESS": session.address}
+    return watch
 
 
 def gapplication(watch, *arguments):
@@ -53,7 +51,7 @@ def test_the_bus_starts_the_guide_and_the_back_key_ends_it(watch, session):
     settings = " ".join(f"'{name}={value}'" for name, value in watch.environment.items())
     session.add_activatable(ID, f"/usr/bin/env {settings} {GUIDE} --service")
     assert gapplication(watch, "launch", ID) == 0
-    wait_until(lambda: watch._is_on_screen("qivo-guide-app"), "the guide's window")
+    wait_until(lambda: watch.is_on_screen("qivo-guide-app"), "the guide's window")
     watch.still_picture()
     watch.press_back()
     wait_until(lambda: not session.has_owner(ID), "the guide's end")

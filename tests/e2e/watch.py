@@ -1,51 +1,43 @@
-"""A whole watch for one test: screen, home, charger, language, and the hands that use it."""
+"""A watch for the guide: the desk watch, or a bare desktop, and the hands that use it."""
 
 import contextlib
 import os
 import subprocess
 import tempfile
-import time
 
-from e2e.app import DEADLINE, App
+from e2e.app import App
 from e2e.picture import Picture
-from support.bus import SystemBus
+from support.bus import SystemBus, wait_until
 from support.display import Display
 
-WHEEL_UP, WHEEL_DOWN = "4", "5"
-
-STILL = 0.5
-"""Seconds without a change after which an animation is taken to be over; frames come at 60 Hz."""
+AT_REST = {"battery": {"percent": 80, "state": "discharging"}, "language": "en_US.UTF-8",
+           "screen": "on"}
 
 
-class Watch:
-    """Context manager: a running watch with its home on the screen, not charging, in English.
+class Desktop:
+    """Context manager: a window manager on a screen, and no session bus. The guide is a program
+    of its own here, not one that a watch has launched."""
 
-    Without its home, and with another window manager, it is a bare desktop.
-    """
-
-    def __init__(self, manager="openbox", has_home=True):
+    def __init__(self, manager):
         self._stack = contextlib.ExitStack()
         self._manager = manager
-        self._has_home = has_home
-        self.display = None
-        self.bus = None
+        self._display = None
         self.environment = None
 
     def __enter__(self):
         with contextlib.ExitStack() as stack:
-            self.display = stack.enter_context(Display(manager=self._manager))
-            self.bus = stack.enter_context(SystemBus())
-            self.bus.start_upower(charging=False)
-            self.bus.start_locale(["LANG=en_US.UTF-8"])
-            home = stack.enter_context(tempfile.TemporaryDirectory())
-            self.environment = bare_environment(home) | self.display.env | self.bus.env
+            self.enter(stack)
             self._stack = stack.pop_all()
-        if self._has_home:
-            self.open_window("home")
         return self
 
     def __exit__(self, *_):
         self._stack.close()
+
+    def enter(self, stack):
+        self._display = stack.enter_context(Display(manager=self._manager))
+        bus = stack.enter_context(SystemBus())
+        home = stack.enter_context(tempfile.TemporaryDirectory())
+        self.environment = bare_environment(home) | self._display.env | bus.env
 
     def launch(self, *arguments, **options):
         """Starts the guide and returns when its first frame is drawn."""
@@ -61,41 +53,70 @@ class Watch:
             stderr=subprocess.DEVNULL)
         self._stack.callback(window.wait)
         self._stack.callback(window.kill)
-        wait_until(lambda: self._is_on_screen(name), f"the window {name}")
+        wait_until(lambda: self.is_on_screen(name), f"the window {name}")
+
+    def is_on_screen(self, name):
+        return self.xdotool("search", "--onlyvisible", "--classname", f"^{name}$").returncode == 0
+
+    def press_key(self, name):
+        self.xdotool("key", name)
+
+    def close_window(self):
+        """As a window manager does for its user: asks the active window to go."""
+        self._display.close_window(self._display.xdotool("getactivewindow")[0])
+
+    def xdotool(self, *arguments):
+        return subprocess.run(["xdotool", *arguments], env=self.environment, capture_output=True)
+
+
+class Watch(Desktop):
+    """Context manager: a desk watch that runs, awake, not charging, in English; it is left so."""
+
+    def __init__(self, desk):
+        super().__init__(None)
+        self.desk = desk
+
+    def enter(self, stack):
+        status = self.desk.status()
+        folder = status["folder"]
+        self.environment = bare_environment(f"{folder}/home") | {
+            "DISPLAY": status["display"], "XAUTHORITY": f"{folder}/Xauthority",
+            "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={folder}/bus"}
+        stack.callback(self._reset)
+
+    def _reset(self):
+        status = self.desk.status()
+        if status["battery"] != AT_REST["battery"]:
+            self.unplug_charger()
+        if status["language"] != AT_REST["language"]:
+            self.set_language("en_US")
 
     # Hands
 
     def turn_bezel(self, detents):
         """Clockwise, or counter-clockwise when negative."""
-        self._xdotool("mousemove", "180", "180", "click", "--repeat", str(abs(detents)),
-                      "--delay", "1", WHEEL_DOWN if detents > 0 else WHEEL_UP)
-
-    def press_key(self, name):
-        self._xdotool("key", name)
+        self.desk.do("bezel", "cw" if detents > 0 else "ccw", abs(detents), "-i", 1)
 
     def press_back(self):
-        self.press_key("XF86Back")
+        self.desk.do("button", "click", "back")
 
     def press_power(self):
+        """Only the key: on this watch the screen stays as it is."""
         self.press_key("XF86PowerOff")
 
-    def close_window(self):
-        """As a window manager does for its user: asks the active window to go."""
-        self.display.close_window(self.display.xdotool("getactivewindow")[0])
-
     def plug_charger(self):
-        self.bus.set_charging(True)
+        self.desk.do("battery", "--charging")
 
     def unplug_charger(self):
-        self.bus.set_charging(False)
+        self.desk.do("battery", "--discharging")
 
     def set_language(self, name):
-        self.bus.set_locale([f"LANG={name}.UTF-8"])
+        self.desk.do("language", name)
 
     # Eyes
 
     def picture(self):
-        return Picture.of(self.display)
+        return Picture.of(self.environment)
 
     def wait_picture(self, accept, what):
         """The first picture that accept() takes."""
@@ -106,33 +127,9 @@ class Watch:
         return wait_until(accepted, what)
 
     def still_picture(self):
-        """The picture when nothing moves any more: nothing has changed for STILL seconds."""
-        seen = {"picture": None, "since": 0.0}
-
-        def is_still(picture):
-            if picture != seen["picture"]:
-                seen.update(picture=picture, since=time.monotonic())
-            return time.monotonic() - seen["since"] > STILL
-
-        return self.wait_picture(is_still, "a picture that stays")
-
-    def _is_on_screen(self, name):
-        search = ["xdotool", "search", "--onlyvisible", "--classname", f"^{name}$"]
-        return subprocess.run(search, env=self.environment, capture_output=True).returncode == 0
-
-    def _xdotool(self, *arguments):
-        subprocess.run(["xdotool", *arguments], check=True, env=self.environment,
-                       stdout=subprocess.DEVNULL, timeout=DEADLINE)
-
-
-def wait_until(condition, what):
-    """The first true result of condition(), asked again and again until the deadline."""
-    deadline = time.monotonic() + DEADLINE
-    while time.monotonic() < deadline:
-        result = condition()
-        if result:
-            return result
-    raise AssertionError(f"never came: {what}")
+        """The picture when nothing moves any more."""
+        self.desk.do("wait", "still")
+        return self.picture()
 
 
 def bare_environment(home):

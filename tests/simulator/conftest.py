@@ -1,15 +1,6 @@
-"""A watch for all tests of a module."""
+"""A watch for all tests that leave one as it was."""
 
 import pytest
-
-from simulator.desk import Desk
-
-
-@pytest.fixture(scope="module", name="running")
-def _running():
-    with Desk() as desk:
-        desk.do("start", "--headless")
-        yield desk
 
 
 @pytest.fixture(name="desk")

@@ -1,6 +1,7 @@
 """A desk for one test: a place of its own for watches, and the command that drives them."""
 
 import contextlib
+import functools
 import json
 import os
 import pathlib
@@ -8,6 +9,7 @@ import subprocess
 import tempfile
 
 from support.bus import wait_until
+from support.fork_server import ForkServer
 from support.shared_memory import are_left, segments_of
 
 BUILD = pathlib.Path(os.environ["BUILD_DIR"])
@@ -15,6 +17,16 @@ QIVO_WATCH = BUILD / "simulator" / "qivo-watch"
 GUIDE = "com.velmora.qivo-guide-app"
 PATIENCE_S = 120
 """Seconds for any command; a sanitized build on a busy machine is slow."""
+
+STARTS = {"start", "play"}
+"""The commands that a watch comes from, whose processes are known by how they were started."""
+
+
+@functools.cache
+def command_server():
+    """Runs commands; to start an interpreter for each would take most of the tests' time."""
+    modules = (QIVO_WATCH.parent / "qivo_watch" / "command").glob("[a-z]*.py")
+    return ForkServer(str(QIVO_WATCH), [f"qivo_watch.command.{file.stem}" for file in modules])
 
 
 class Desk:
@@ -53,6 +65,8 @@ class Desk:
 
     def run(self, *words):
         """Carries out a command, whatever comes of it."""
+        if words and STARTS.isdisjoint(words):
+            return command_server().run(words, self.environment, PATIENCE_S)
         return subprocess.run(self.command(*words), env=self.environment, capture_output=True,
                               text=True, timeout=PATIENCE_S, stdin=subprocess.DEVNULL)
 

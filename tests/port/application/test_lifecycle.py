@@ -71,8 +71,7 @@ def test_a_window_is_in_sight_until_it_is_hidden_or_deleted(run):
 def test_hiding_and_showing_at_once_is_not_seen(run):
     app = run()
     app.wait_for("resume")
-    app.process.stdin.write(b"hide\nshow\nexit\n")
-    app.process.stdin.flush()
+    app.say("hide", "show", "exit")
     assert app.end()[1] == CREATED + ["resume", "did hide", "did show", "did exit",
                                       "pause"] + ENDED
 
@@ -233,8 +232,7 @@ def test_nothing_reaches_an_application_that_has_been_terminated(run, bus):
     # What comes now is read while the toolkit shuts down.
     bus.set_charging(False)
     bus.set_locale(["LANG=en_US.UTF-8"])
-    app.process.stdin.write(b"\n")
-    app.process.stdin.flush()
+    app.say("")
     assert app.end()[1][-4:] == ["pause", "terminate", "waited 1", "result 0"]
 
 

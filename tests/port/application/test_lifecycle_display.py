@@ -8,9 +8,10 @@ import time
 
 import pytest
 
-from port.lifecycle import DEADLINE, App, wait_until_active, window_of
+from port.lifecycle import App, wait_until_active, window_of
 from support.bus import wait_until
 from support.display import Display
+from support.program import DEADLINE_S
 from support.shared_memory import are_left, segments_of
 
 PSELECT = {"x86_64": "270", "aarch64": "72"}
@@ -72,7 +73,7 @@ def test_a_window_that_stands_still_waits_for_events_alone(run):
         return call[0] == PSELECT[os.uname().machine] and int(call[5], 16) == 0
 
     # The toolkit clears up once, half a second after the last frame.
-    deadline = time.monotonic() + DEADLINE
+    deadline = time.monotonic() + DEADLINE_S
     while not sleeps_without_end():
         assert time.monotonic() < deadline, f"still wakes by itself: {seen}"
         time.sleep(0.02)
@@ -127,8 +128,7 @@ def test_the_application_brings_a_lowered_window_back(run, word):
 
 def test_lowering_and_raising_at_once_is_not_seen(run):
     app = run()
-    app.process.stdin.write(b"lower\nraise\nexit\n")
-    app.process.stdin.flush()
+    app.say("lower", "raise", "exit")
     ends_well(app, "did lower", "did raise", "did exit", "pause")
 
 
@@ -186,8 +186,7 @@ def test_closing_the_window_ends_the_application_before_the_window_goes(run):
 
 def test_closing_a_window_twice_is_closing_it_once(run):
     app = run(does="window:watched")
-    app.process.stdin.write(b"close\nclose\n")
-    app.process.stdin.flush()
+    app.say("close", "close")
     status, lines = app.end()
     assert status == 0
     assert lines[-4:] == ["pause", "terminate", "deleted", "result 0"]
@@ -323,8 +322,7 @@ def test_a_server_that_falls_silent_ends_who_waits_for_it_within_five_seconds(tm
         waiting, ending = (start_in_sight(stack, screen, tmp_path) for _ in range(2))
         with screen.silent_server():
             begin = time.monotonic()
-            waiting.process.stdin.write(b"sync\n")
-            waiting.process.stdin.flush()
+            waiting.say("sync")
             ending.process.send_signal(signal.SIGTERM)
             for app in [waiting, ending]:
                 assert app.end()[0] == 256 + NO_DISPLAY
@@ -346,8 +344,7 @@ def test_an_application_that_is_stopped_takes_no_server_for_silent(tmp_path):
         screen = stack.enter_context(Display())
         app = start_in_sight(stack, screen, tmp_path)
         with screen.silent_server():
-            app.process.stdin.write(b"sync\n")
-            app.process.stdin.flush()
+            app.say("sync")
             wait_until(lambda: count_polls(app) > 1, "the question to the server")
             app.process.send_signal(signal.SIGSTOP)
             # Longer than the server has to answer.

@@ -109,7 +109,7 @@ def test_a_link_that_changes_just_before_its_watch_ends_is_not_told(link):
         probe.ask("set time")
         with probe.held():
             replace(link, SEOUL)
-            probe.tell("unset time")
+            probe.say("unset time")
         assert probe.answer() == "0"
         assert probe.ask("get language") == "0 en_US.UTF-8"
         assert probe.wait_for_changes(0) == []

@@ -1,0 +1,11 @@
+"""A watch for the tests of the guide."""
+
+import pytest
+
+from e2e.watch import Watch
+
+
+@pytest.fixture(name="watch")
+def _watch(running):
+    with Watch(running) as watch:
+        yield watch

@@ -45,9 +45,9 @@ Eldbus_Connection* Connect()
 }
 
 // What a verb takes beside the arguments that it needs.
-using Options = std::vector<std::pair<const char*, std::variant<uint32_t, const char*>>>;
+using CallOptions = std::vector<std::pair<const char*, std::variant<uint32_t, const char*>>>;
 
-void AppendOptions(Eldbus_Message_Iter* arguments, const Options& options)
+void AppendOptions(Eldbus_Message_Iter* arguments, const CallOptions& options)
 {
     Eldbus_Message_Iter* all = eldbus_message_iter_container_new(arguments, 'a', "{sv}");
     for (const auto& [name, value] : options)

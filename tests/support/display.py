@@ -19,6 +19,9 @@ OPENBOX_CONFIGURATION = pathlib.Path(__file__).parents[2] / "simulator" / "openb
 
 SETTINGS_SERVICE = pathlib.Path("/usr/share/dbus-1/services/org.xfce.Xfconf.service")
 
+NOBODY = 65534
+"""A user who owns nothing."""
+
 START_DEADLINE = 20.0
 """Seconds in which the server and the window manager must be ready; normally 0.2 are enough."""
 
@@ -58,7 +61,8 @@ class Display:
 
     The server takes a free display number, listens on no network and has one screen of SIZE
     ("WIDTHxHEIGHTxDEPTH"). MANAGER is "openbox", which does not composite, "xfwm4", which does, or
-    "weston", a Wayland compositor whose one output fills the screen. When the context is entered,
+    "weston", a Wayland compositor whose one output fills the screen, or "sway", one that closes
+    windows when told so and draws into memory. When the context is entered,
     the window manager manages; with None there is none until start_manager(). All processes end
     with the context, and also when the test's own process dies. DOTS: how many the screen has an
     inch.
@@ -142,7 +146,7 @@ class Display:
     def start_manager(self, name):
         """A manager comes to a display that has none."""
         {"openbox": self._start_openbox, "xfwm4": self._start_xfwm4,
-         "weston": self._start_weston}[name]()
+         "weston": self._start_weston, "sway": self._start_sway}[name]()
 
     def _start_openbox(self):
         # openbox runs its start-up command once it manages, with its own standard output.
@@ -224,6 +228,41 @@ class Display:
             while b"READY=1" not in notices.recv(4096):
                 pass
         self.env = env
+
+    def _start_sway(self):
+        # It refuses to be root's.
+        plain = []
+        if os.geteuid() == 0:
+            plain = ["setpriv", "--pdeathsig", "TERM", f"--reuid={NOBODY}", f"--regid={NOBODY}",
+                     "--clear-groups"]
+            os.chown(self._home.name, NOBODY, NOBODY)
+        configuration = pathlib.Path(self._home.name, "configuration")
+        configuration.write_text("xwayland disable\nexec echo $WAYLAND_DISPLAY\n")
+        env = {"PATH": os.environ["PATH"], "HOME": self._home.name,
+               "XDG_RUNTIME_DIR": self._home.name, "SWAYSOCK": f"{self._home.name}/sway",
+               "WLR_BACKENDS": "headless", "WLR_RENDERER": "pixman",
+               "WLR_LIBINPUT_NO_DEVICES": "1"}
+        out, into = os.pipe()
+        try:
+            self._spawn([*plain, "sway", "--config", str(configuration)], env=env, stdout=into)
+        finally:
+            os.close(into)
+        with os.fdopen(out, "rb", buffering=0) as pipe:
+            name = self._wait_line(pipe, lambda line: line.startswith(b"wayland-"), "sway")
+        self.env = {"WAYLAND_DISPLAY": f"{self._home.name}/{name.decode()}"}
+
+    def close_active_window(self):
+        """Has sway close the active window, as a user does with its key for that."""
+        self._ask_sway("kill")
+
+    def count_windows(self):
+        """How many windows sway shows; the newest one is active."""
+        return self._ask_sway("--type", "get_tree").count('"type": "con"')
+
+    def _ask_sway(self, *words):
+        return subprocess.run(["swaymsg", "--raw", "--socket", f"{self._home.name}/sway", *words],
+                              check=True, capture_output=True, text=True,
+                              timeout=START_DEADLINE).stdout
 
     def _spawn(self, command, **options):
         # The kernel ends the child when the test dies without a chance to clean up.

@@ -3,6 +3,7 @@
 import pytest
 
 from port.lifecycle import App, wait_until_active, window_of
+from support.bus import wait_until
 from support.display import Display
 from support.silent_bus import silent_x_server
 
@@ -40,6 +41,15 @@ def xfwm4():
 def weston():
     with Display("400x400x24", manager="weston") as display:
         yield display
+
+
+@pytest.fixture
+def closing(tmp_path):
+    """A compositor that closes the active window when told so."""
+    with Display(manager="sway") as display:
+        desktop = Desktop(display, tmp_path)
+        yield desktop
+        desktop.end()
 
 
 @pytest.fixture
@@ -213,6 +223,24 @@ def test_on_wayland_hiding_pauses_and_showing_resumes(wayland):
     app.tell("show")
     app.wait_for("resume")
     went(app, "did hide", "pause", "did show", "resume", "did exit", "pause")
+
+
+def test_on_wayland_closing_the_window_ends_the_application_before_the_window_goes(closing):
+    app = closing.start("window:watched")
+    closing.display.close_active_window()
+    assert app.end() == (0, CREATED + ["pause", "terminate", "deleted", "result 0"])
+
+
+def test_on_wayland_closing_one_of_two_windows_deletes_it_alone(closing):
+    app = closing.start("window:watched")
+    app.tell("new")
+    wait_until(lambda: closing.display.count_windows() == 2, "the second window")
+    closing.display.close_active_window()
+    app.wait_for("deleted")
+    wait_until(lambda: closing.display.count_windows() == 1, "its end")
+    app.tell("exit")
+    assert app.end() == (0, CREATED + ["did new", "deleted", "did exit", "pause", "terminate",
+                                       "deleted", "result 0"])
 
 
 def test_a_compositor_is_found_beside_a_silent_x_server(weston, tmp_path):

@@ -37,6 +37,17 @@ void* operator new(std::size_t size)
     return memory;
 }
 
+// As the C++ library has it; that of a sanitizer would not go with this file's delete.
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept
+try
+{
+    return operator new(size);
+}
+catch (const std::bad_alloc&)
+{
+    return nullptr;
+}
+
 void operator delete(void* memory) noexcept
 {
     std::free(memory);

@@ -102,6 +102,10 @@ void MakeWindow()
     sWindow = elm_win_add(nullptr, "lifecycle-app", ELM_WIN_BASIC);
     elm_win_title_set(sWindow, "lifecycle-app");
     elm_win_autodel_set(sWindow, !Does("window:kept"));
+    if (Does("window:kept"))
+        evas_object_smart_callback_add(
+            sWindow, "delete,request", [](void*, Evas_Object*, void*) { Say("asked to close"); },
+            nullptr);
     if (Does("window:watched"))
         evas_object_event_callback_add(
             sWindow, EVAS_CALLBACK_DEL, [](void*, Evas*, Evas_Object*, void*) { Say("deleted"); },

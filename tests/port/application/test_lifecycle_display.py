@@ -248,10 +248,9 @@ def test_closing_the_last_window_in_sight_ends_an_application_with_a_hidden_one(
 def test_an_application_that_closes_its_window_itself_is_not_ended(run):
     app = run(does="window:kept")
     app.tell("close")
-    # The request goes to the display and back before the application obeys once more.
-    app.tell("sync")
+    app.wait_for("asked to close")
     app.tell("exit")
-    ends_well(app, "did close", "did sync", "did exit", "pause")
+    ends_well(app, "did close", "asked to close", "did exit", "pause")
 
 
 def test_a_window_destroyed_from_outside_pauses(run, display):

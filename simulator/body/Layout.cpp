@@ -1,5 +1,7 @@
 #include "body/Layout.h"
 
+#include "common/Pi.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -19,8 +21,6 @@ constexpr double kChargerTop = 290;
 constexpr double kPlugBottom = 400;
 constexpr double kCableRight = 60;
 constexpr double kCableBottom = 700;
-
-constexpr double kPi = 3.14159265358979323846;
 
 // From the centre of a pixel to the middle of the square.
 double FromMiddle(int coordinate, int start, int side)

@@ -1,12 +1,9 @@
 #include "common/TurnedLines.h"
 
+#include "common/Pi.h"
+
 #include <cmath>
 #include <utility>
-
-namespace
-{
-constexpr double kPi = 3.14159265358979323846;
-}
 
 TurnedLines::TurnedLines(Evas* canvas, double side)
     : mSide(side), mObject(evas_object_vg_add(canvas)), mRoot(evas_vg_container_add(mObject))

@@ -1,5 +1,7 @@
 #include "home/BatteryArc.h"
 
+#include "common/Pi.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -17,7 +19,6 @@ constexpr double kStart = 140;
 constexpr double kSweep = 260;
 
 constexpr double kLowPercentage = 15;
-constexpr double kPi = 3.14159265358979323846;
 
 Evas_Vg_Shape* AddLine(Evas_Vg_Container* root)
 {

@@ -10,9 +10,9 @@ namespace WatchPort
 struct ScrollPosition
 {
     bool isVertical;
-    int position; ///< start of the viewport in the content
-    int viewport; ///< visible length
-    int content;  ///< whole length
+    int position; /**< start of the viewport in the content */
+    int viewport; /**< visible length */
+    int content;  /**< whole length */
 
     bool operator==(const ScrollPosition& other) const
     {

@@ -1,6 +1,7 @@
 #include "bus/BusProperty.h"
 
 #include "base/CallBack.h"
+#include "base/Termination.h"
 #include "bus/Buses.h"
 
 #include <cstring>
@@ -63,12 +64,14 @@ std::unique_ptr<BusProperty> BusProperty::Follow(const BusPropertyAddress& addre
 bool BusProperty::Read(const BusPropertyAddress& address, std::chrono::milliseconds patience,
                        const ValueCallback& take)
 {
-    BusConnection* bus = SystemBus();
-    if (!bus)
+    // A bus that keeps silent is waited for once in the life of the process.
+    if (!SystemBus())
         return false;
-    // No message is dispatched during the wait, so no callback is called.
-    const BusMessage answer(dbus_connection_send_with_reply_and_block(
-        bus->Get(), NewQuestion(address).get(), static_cast<int>(patience.count()), nullptr));
+    // On that connection the answer would come by a dispatch, which calls everybody's callbacks.
+    const auto deadline = BusConnection::Clock::now() + patience;
+    const Termination termination;
+    const auto bus = BusConnection::Open(SystemBusAddress(), deadline);
+    const BusMessage answer = bus ? bus->Ask(NewQuestion(address), deadline) : nullptr;
     DBusMessageIter value;
     if (!answer || !GetValue(answer.get(), address.mSignature, value))
         return false;

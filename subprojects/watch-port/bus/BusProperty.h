@@ -51,8 +51,9 @@ public:
                                                ValueCallback onValue, GoneCallback onGone);
 
     /**
-     * Reads a property now, and waits no longer than the patience. Without a bus, or without a
-     * service of that name that runs or can be started, it returns at once.
+     * Reads a property now, over a connection of its own, and waits no longer than the patience; a
+     * signal that ends the application ends the wait. Without a bus, or a service of that name that
+     * runs or can be started, it returns at once.
      *
      * @return Whether `take` was called with a value of the address's type.
      */

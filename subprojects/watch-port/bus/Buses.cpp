@@ -14,12 +14,6 @@ std::string ReadVariable(const char* name)
     return value ? value : "";
 }
 
-std::string SystemBusAddress()
-{
-    const std::string address = ReadVariable("DBUS_SYSTEM_BUS_ADDRESS");
-    return address.empty() ? SYSTEM_BUS_DEFAULT_ADDRESS : address;
-}
-
 // Never released, as the bus may be asked for until the process ends.
 BusConnection* Connect(const std::string& address)
 {
@@ -43,6 +37,12 @@ BusConnection* SessionBus()
 {
     static BusConnection* const sBus = Connect(SessionBusAddress());
     return Living(sBus);
+}
+
+std::string SystemBusAddress()
+{
+    const std::string address = ReadVariable("DBUS_SYSTEM_BUS_ADDRESS");
+    return address.empty() ? SYSTEM_BUS_DEFAULT_ADDRESS : address;
 }
 
 std::string SessionBusAddress()

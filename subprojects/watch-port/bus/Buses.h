@@ -24,6 +24,9 @@ BusConnection* SystemBus();
 /** The same for the session bus. If the environment names none, none is started. */
 BusConnection* SessionBus();
 
+/** The system bus's address: that of DBUS_SYSTEM_BUS_ADDRESS, else the usual one. */
+std::string SystemBusAddress();
+
 /**
  * The session bus's address: DBUS_SESSION_BUS_ADDRESS, else the user's bus in XDG_RUNTIME_DIR,
  * which may not exist; empty if neither variable is set.

@@ -64,7 +64,7 @@ void LaunchOutbox::SAnswerCB(DBusPendingCall* pending, void* data)
 {
     auto& entry = *static_cast<Entry*>(data);
     const BusMessage answer(dbus_pending_call_steal_reply(pending));
-    entry.outbox.OnAnswer(entry, answer.get());
+    entry.outbox.mBus.WithinCallback([&] { entry.outbox.OnAnswer(entry, answer.get()); });
 }
 
 void LaunchOutbox::OnAnswer(Entry& entry, DBusMessage* answer)
@@ -131,7 +131,7 @@ DBusHandlerResult LaunchOutbox::SMessageCB(DBusConnection*, DBusMessage* message
 {
     auto* self = static_cast<LaunchOutbox*>(data);
     if (dbus_message_is_signal(message, DBUS_INTERFACE_LOCAL, "Disconnected"))
-        self->OnDisconnected();
+        self->mBus.WithinCallback([=] { self->OnDisconnected(); });
     return DBUS_HANDLER_RESULT_NOT_YET_HANDLED;
 }
 

@@ -2,9 +2,12 @@
 
 #include "base/Patience.h"
 #include "base/Termination.h"
+#include "dlog/PortLog.h"
 
 #include <Ecore.h>
 #include <algorithm>
+#include <exception>
+#include <new>
 
 namespace WatchPort
 {
@@ -107,6 +110,20 @@ BusPending BusConnection::Call(BusMessage call, milliseconds patience,
     if (pending)
         RequireMemory(dbus_pending_call_set_notify(sent, onAnswer, data, nullptr));
     return pending;
+}
+
+void BusConnection::KeepException() noexcept
+try
+{
+    throw;
+}
+catch (const std::bad_alloc&)
+{
+    PORT_LOG_ERROR("a message of a bus is lost: out of memory");
+}
+catch (...)
+{
+    mLoop->ThrowLater(std::current_exception());
 }
 
 } // namespace WatchPort

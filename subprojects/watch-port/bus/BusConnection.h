@@ -83,10 +83,26 @@ public:
     BusPending Call(BusMessage call, std::chrono::milliseconds patience,
                     DBusPendingCallNotifyFunction onAnswer, void* data);
 
+    /**
+     * Does the work of a callback that the main loop's dispatch calls. The bus library is C code,
+     * which an exception would leave locked: lack of memory is one error line, and the message is
+     * lost; another exception, which is the application's, goes on when the library has returned.
+     */
+    template <typename Work> void WithinCallback(Work work) noexcept
+    try
+    {
+        work();
+    }
+    catch (...)
+    {
+        KeepException();
+    }
+
 private:
     explicit BusConnection(DBusConnection* connection);
 
     bool Enter(Clock::time_point deadline);
+    void KeepException() noexcept;
 
     DBusConnection* const mConnection;
     std::optional<BusLoop> mLoop;

@@ -62,7 +62,7 @@ void BusListener::SOwnerCB(DBusPendingCall* question, void* data)
     const char* owner = nullptr;
     if (!IsError(answer) &&
         dbus_message_get_args(answer.get(), nullptr, DBUS_TYPE_STRING, &owner, DBUS_TYPE_INVALID))
-        self->mOwner = owner;
+        self->mBus.WithinCallback([=] { self->mOwner = owner; });
 }
 
 void BusListener::SAnswerCB(DBusPendingCall* question, void* data)
@@ -70,12 +70,13 @@ void BusListener::SAnswerCB(DBusPendingCall* question, void* data)
     auto* self = static_cast<BusListener*>(data);
     const BusMessage answer(dbus_pending_call_steal_reply(question));
     self->mQuestion.reset();
-    self->OnAnswer(answer.get());
+    self->mBus.WithinCallback([&] { self->OnAnswer(answer.get()); });
 }
 
 DBusHandlerResult BusListener::SMessageCB(DBusConnection*, DBusMessage* message, void* data)
 {
-    static_cast<BusListener*>(data)->OnMessage(message);
+    auto* self = static_cast<BusListener*>(data);
+    self->mBus.WithinCallback([=] { self->OnMessage(message); });
     return DBUS_HANDLER_RESULT_NOT_YET_HANDLED;
 }
 

@@ -1,21 +1,34 @@
 #include "bus/BusLoop.h"
 
+#include "bus/BusMessage.h"
+
 #include <algorithm>
+#include <chrono>
+#include <new>
 
 namespace WatchPort
 {
 
 namespace
 {
+using Clock = std::chrono::steady_clock;
+
 constexpr double kMillisecond = 0.001;
+
+// Half of the time between two frames.
+constexpr std::chrono::milliseconds kTurnPatience(8);
 } // namespace
 
 BusLoop::BusLoop(DBusConnection* connection) : mConnection(connection)
 {
-    dbus_connection_set_watch_functions(mConnection, SAddWatchCB, SRemoveWatchCB, SToggleWatchCB,
-                                        this, nullptr);
-    dbus_connection_set_timeout_functions(mConnection, SAddTimeoutCB, SRemoveTimeoutCB,
-                                          SToggleTimeoutCB, this, nullptr);
+    const bool isAttached =
+        dbus_connection_set_watch_functions(mConnection, SAddWatchCB, SRemoveWatchCB,
+                                            SToggleWatchCB, this, nullptr) &&
+        dbus_connection_set_timeout_functions(mConnection, SAddTimeoutCB, SRemoveTimeoutCB,
+                                              SToggleTimeoutCB, this, nullptr);
+    if (!isAttached)
+        Detach();
+    RequireMemory(isAttached);
     dbus_connection_set_dispatch_status_function(mConnection, SDispatchStatusCB, this, nullptr);
     SDispatchStatusCB(mConnection, dbus_connection_get_dispatch_status(mConnection), this);
 }
@@ -23,21 +36,35 @@ BusLoop::BusLoop(DBusConnection* connection) : mConnection(connection)
 BusLoop::~BusLoop()
 {
     dbus_connection_set_dispatch_status_function(mConnection, nullptr, nullptr, nullptr);
-    dbus_connection_set_timeout_functions(mConnection, nullptr, nullptr, nullptr, nullptr, nullptr);
-    dbus_connection_set_watch_functions(mConnection, nullptr, nullptr, nullptr, nullptr, nullptr);
+    Detach();
     if (mJob)
         ecore_job_del(mJob);
 }
 
+void BusLoop::Detach()
+{
+    dbus_connection_set_timeout_functions(mConnection, nullptr, nullptr, nullptr, nullptr, nullptr);
+    dbus_connection_set_watch_functions(mConnection, nullptr, nullptr, nullptr, nullptr, nullptr);
+}
+
 dbus_bool_t BusLoop::SAddWatchCB(DBusWatch* watch, void* data)
+try
 {
     auto* self = static_cast<BusLoop*>(data);
-    self->mWatches.push_back(watch);
+    // Room first: a handler that is there is not to fail for lack of it.
+    self->mWatches.reserve(self->mWatches.size() + 1);
     if (!self->mHandler)
         self->mHandler = ecore_main_fd_handler_add(dbus_watch_get_unix_fd(watch), ECORE_FD_ERROR,
                                                    SReadyCB, self, nullptr, nullptr);
+    if (!self->mHandler)
+        return false;
+    self->mWatches.push_back(watch);
     self->Refresh();
-    return self->mHandler != nullptr;
+    return true;
+}
+catch (const std::bad_alloc&)
+{
+    return false;
 }
 
 void BusLoop::SRemoveWatchCB(DBusWatch* watch, void* data)
@@ -56,11 +83,6 @@ void BusLoop::SRemoveWatchCB(DBusWatch* watch, void* data)
 void BusLoop::SToggleWatchCB(DBusWatch*, void* data)
 {
     static_cast<BusLoop*>(data)->Refresh();
-}
-
-bool BusLoop::Has(DBusWatch* watch) const
-{
-    return std::find(mWatches.begin(), mWatches.end(), watch) != mWatches.end();
 }
 
 void BusLoop::Refresh()
@@ -87,11 +109,11 @@ Eina_Bool BusLoop::SReadyCB(void* data, Ecore_Fd_Handler* handler)
         ready |= DBUS_WATCH_WRITABLE;
     if (ecore_main_fd_handler_active_get(handler, ECORE_FD_ERROR))
         ready |= DBUS_WATCH_ERROR;
-    // A connection that ends removes its watches.
-    for (DBusWatch* watch : std::vector<DBusWatch*>(self->mWatches))
+    // By number: a connection that ends removes its watches.
+    for (size_t i = 0; i < self->mWatches.size(); ++i)
     {
-        if (self->Has(watch) && dbus_watch_get_enabled(watch))
-            dbus_watch_handle(watch, ready);
+        if (dbus_watch_get_enabled(self->mWatches[i]))
+            dbus_watch_handle(self->mWatches[i], ready);
     }
     return ECORE_CALLBACK_RENEW;
 }
@@ -144,10 +166,15 @@ void BusLoop::SDispatchJob(void* data)
 
 void BusLoop::Dispatch()
 {
+    const Clock::time_point end = Clock::now() + kTurnPatience;
     mIsDispatching = true;
-    while (dbus_connection_dispatch(mConnection) == DBUS_DISPATCH_DATA_REMAINS)
-        ;
+    DBusDispatchStatus status = DBUS_DISPATCH_DATA_REMAINS;
+    while (status == DBUS_DISPATCH_DATA_REMAINS && !mThrown && Clock::now() < end)
+        status = dbus_connection_dispatch(mConnection);
     mIsDispatching = false;
+    SDispatchStatusCB(mConnection, status, this);
+    if (mThrown)
+        std::rethrow_exception(std::exchange(mThrown, nullptr));
 }
 
 } // namespace WatchPort

@@ -3,6 +3,8 @@
 
 #include <Ecore.h>
 #include <dbus/dbus.h>
+#include <exception>
+#include <utility>
 #include <vector>
 
 namespace WatchPort
@@ -13,16 +15,23 @@ namespace WatchPort
  * times its calls.
  *
  * An event of the loop dispatches the messages one after the other, never from inside a call of the
- * bus library, and not in a loop that runs within the dispatch of another message.
+ * bus library, and not in a loop that runs within the dispatch of another message. A turn of the
+ * loop dispatches for some milliseconds at most, and draws before the next messages.
  */
 class BusLoop
 {
 public:
-    /** @param connection Must outlive the object. */
+    /**
+     * @param connection Must outlive the object.
+     * @throw std::bad_alloc The loop does not follow the connection.
+     */
     explicit BusLoop(DBusConnection* connection);
     ~BusLoop();
     BusLoop(const BusLoop&) = delete;
     BusLoop& operator=(const BusLoop&) = delete;
+
+    /** Throws an exception of a callback on, once the bus library has returned from it. */
+    void ThrowLater(std::exception_ptr exception) { mThrown = std::move(exception); }
 
 private:
     static dbus_bool_t SAddWatchCB(DBusWatch* watch, void* data);
@@ -39,8 +48,8 @@ private:
                                   void* data);
     static void SDispatchJob(void* data);
 
-    bool Has(DBusWatch* watch) const;
     void Refresh();
+    void Detach();
     void Dispatch();
 
     DBusConnection* const mConnection;
@@ -49,6 +58,7 @@ private:
     Ecore_Fd_Handler* mHandler = nullptr;
     Ecore_Job* mJob = nullptr;
     bool mIsDispatching = false;
+    std::exception_ptr mThrown;
 };
 
 } // namespace WatchPort

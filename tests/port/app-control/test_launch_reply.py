@@ -35,6 +35,13 @@ def test_a_failure_is_replied_with_extra_data(clock, alarm):
     clock.wait_for("result -1 of show: default why=busy")
 
 
+def test_an_exception_in_the_callback_of_a_reply_leaves_the_run(clock, alarm):
+    alarm.tell("at-once 0")
+    launch(clock, "alarm", "reply-throws")
+    clock.wait_for("result 0 of reply-throws: default")
+    assert clock.end()[0] == 99
+
+
 def test_a_later_reply_reaches_the_sender(clock, alarm):
     launch(clock, "alarm", "ask")
     alarm.wait_for("app_control ask")

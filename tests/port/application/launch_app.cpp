@@ -8,6 +8,8 @@
 //     linger                                to the end of the standard input, once it terminates
 //     exit
 //
+// A request "throw" has its callback throw, and "reply-throws" that of its reply.
+//
 // The value HUGE is one of a megabyte, which is too much, and LARGE one of 900,000 bytes.
 
 #include "AppTalk.h"
@@ -47,6 +49,8 @@ void SReply(app_control_h request, app_control_h reply, app_control_result_e res
 {
     Say("result " + std::to_string(result) + " of " + Describe(request) +
         (reply == nullptr ? " without reply" : ": " + Describe(reply)));
+    if (Describe(request).rfind("reply-throws", 0) == 0)
+        throw 7;
 }
 
 void Launch(std::istream& words, app_control_reply_cb callback)

@@ -230,13 +230,6 @@ def test_on_wayland_closing_the_window_ends_the_application_before_the_window_go
     assert app.end() == (0, CREATED + ["pause", "terminate", "deleted", "result 0"])
 
 
-def test_on_wayland_an_application_that_closes_its_window_itself_is_not_ended(closing):
-    app = closing.start("window:kept")
-    closing.display.close_active_window()
-    app.wait_for("asked to close")
-    went(app, "asked to close", "did exit", "pause")
-
-
 def test_a_compositor_is_found_beside_a_silent_x_server(weston, tmp_path):
     with silent_x_server() as display, App({**weston.env, "DISPLAY": display}, tmp_path) as app:
         app.wait_for("resume")

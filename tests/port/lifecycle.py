@@ -7,6 +7,9 @@ from support.bus import wait_until
 from support.program import DEADLINE_S, Program
 
 PROGRAM = pathlib.Path(os.environ["BUILD_DIR"], "tests/port/lifecycle_app")
+PSELECT = {"x86_64": "270", "aarch64": "72"}
+"""The number of the call pselect6, in which the main loop waits."""
+
 SANITIZERS = {name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")}
 """What a sanitized build is told; the rest of the environment is the test's alone."""
 
@@ -40,6 +43,16 @@ class App(Program):
         """Returns what the application says to it."""
         self.tell(word)
         return self.lines[self._seen - 2]
+
+
+def wait_until_still(app):
+    """Until the application waits for events alone, without a timer."""
+    def sleeps_without_end():
+        # Number and arguments of the call that the loop sleeps in; the fifth is its time limit.
+        call = pathlib.Path(f"/proc/{app.process.pid}/syscall").read_text().split()
+        return call[0] == PSELECT[os.uname().machine] and int(call[5], 16) == 0
+
+    wait_until(sleeps_without_end, "an application that does not wake by itself")
 
 
 def wait_until_active(display, app):

@@ -2,7 +2,7 @@
 
 import pytest
 
-from port.lifecycle import App, wait_until_active, window_of
+from port.lifecycle import App, wait_until_active, wait_until_still, window_of
 from support.display import Display
 from support.silent_bus import silent_x_server
 
@@ -226,8 +226,30 @@ def test_on_wayland_hiding_pauses_and_showing_resumes(wayland):
 
 def test_on_wayland_closing_the_window_ends_the_application_before_the_window_goes(closing):
     app = closing.start("window:watched")
+    # The toolkit crashes when it hears more of a window that is closed: let it have heard all.
+    wait_until_still(app)
     closing.display.close_active_window()
     assert app.end() == (0, CREATED + ["pause", "terminate", "deleted", "result 0"])
+
+
+def test_on_wayland_closing_one_of_two_windows_deletes_it_alone(closing):
+    app = closing.start("window:watched")
+    app.tell("new")
+    wait_until_still(app)
+    closing.display.close_active_window()
+    app.wait_for("deleted")
+    wait_until_still(app)
+    app.tell("exit")
+    assert app.end() == (0, CREATED + ["did new", "deleted", "did exit", "pause", "terminate",
+                                       "deleted", "result 0"])
+
+
+def test_on_wayland_an_application_that_closes_its_window_itself_is_not_ended(closing):
+    app = closing.start("window:kept")
+    wait_until_still(app)
+    closing.display.close_active_window()
+    app.wait_for("asked to close")
+    went(app, "asked to close", "did exit", "pause")
 
 
 def test_a_compositor_is_found_beside_a_silent_x_server(weston, tmp_path):

@@ -1,21 +1,16 @@
 """Resume and pause as a window manager shows and hides the application's window."""
 
 import contextlib
-import os
 import pathlib
 import signal
 import time
 
 import pytest
 
-from port.lifecycle import App, wait_until_active, window_of
+from port.lifecycle import App, wait_until_active, wait_until_still, window_of
 from support.bus import wait_until
 from support.display import Display
-from support.program import DEADLINE_S
 from support.shared_memory import are_left, segments_of
-
-PSELECT = {"x86_64": "270", "aarch64": "72"}
-"""The number of the call pselect6, in which the main loop waits."""
 
 NO_DISPLAY = -5
 
@@ -64,19 +59,8 @@ def test_the_first_frame_is_reported_after_the_resume(run):
 def test_a_window_that_stands_still_waits_for_events_alone(run):
     app = run()
     app.wait_for_log("I WATCH_PORT: first frame")
-    seen = []
-
-    def sleeps_without_end():
-        # Number and arguments of the call that the loop sleeps in; the fifth is its time limit.
-        call = pathlib.Path(f"/proc/{app.process.pid}/syscall").read_text().split()
-        seen[:] = call
-        return call[0] == PSELECT[os.uname().machine] and int(call[5], 16) == 0
-
     # The toolkit clears up once, half a second after the last frame.
-    deadline = time.monotonic() + DEADLINE_S
-    while not sleeps_without_end():
-        assert time.monotonic() < deadline, f"still wakes by itself: {seen}"
-        time.sleep(0.02)
+    wait_until_still(app)
 
 
 def test_a_cover_pauses_and_its_end_resumes(run):

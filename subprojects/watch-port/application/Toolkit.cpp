@@ -1,12 +1,11 @@
 #include "application/Toolkit.h"
 
-#include "base/FreeDeleter.h"
+#include "application/fast-start/HeldTheme.h"
 
 #include <Efreet.h>
 #include <Elementary.h>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -20,37 +19,10 @@ constexpr double kUsualScale = 1.3;
 // With the toolkit's own 0.25 a flicked page drops to a sixth of the finger's speed at once.
 constexpr double kFlickSpeed = 2.0;
 
-// Keeps the toolkit's own theme read, as long as the object lives.
-class HeldTheme
-{
-public:
-    HeldTheme()
-    {
-        const std::unique_ptr<char, FreeDeleter> path(
-            elm_theme_list_item_path_get("default", nullptr));
-        mFile = !path ? nullptr : eina_file_open(path.get(), EINA_FALSE);
-        if (mFile)
-            mHold = edje_mmap_color_class_iterator_new(mFile);
-    }
-    ~HeldTheme()
-    {
-        if (mHold)
-            eina_iterator_free(mHold);
-        if (mFile)
-            eina_file_close(mFile);
-    }
-    HeldTheme(const HeldTheme&) = delete;
-    HeldTheme& operator=(const HeldTheme&) = delete;
-
-private:
-    Eina_File* mFile;
-    Eina_Iterator* mHold = nullptr;
-};
-
 // Every 64 seconds the toolkit would wake a watch that sleeps; the caches have limits without it.
 void StopCacheClock()
 {
-    // It flushes once when told so, and has not used its theme yet, whose directory is long.
+    // It flushes once when told so.
     const HeldTheme theme;
     elm_config_cache_flush_enabled_set(EINA_FALSE);
 }

@@ -1,6 +1,7 @@
 #include "app-control/LaunchInbox.h"
 
 #include "app-control/ApplicationId.h"
+#include "app-control/LaunchCall.h"
 #include "app-control/messages/ExtraData.h"
 #include "app-control/messages/LaunchInterface.h"
 #include "app-control/messages/RequestReader.h"

@@ -110,10 +110,12 @@ Eina_Bool BusLoop::SReadyCB(void* data, Ecore_Fd_Handler* handler)
     if (ecore_main_fd_handler_active_get(handler, ECORE_FD_ERROR))
         ready |= DBUS_WATCH_ERROR;
     // By number: a connection that ends removes its watches.
-    for (size_t i = 0; i < self->mWatches.size(); ++i)
+    size_t next = 0;
+    while (next < self->mWatches.size())
     {
-        if (dbus_watch_get_enabled(self->mWatches[i]))
-            dbus_watch_handle(self->mWatches[i], ready);
+        DBusWatch* const watch = self->mWatches[next++];
+        if (dbus_watch_get_enabled(watch))
+            dbus_watch_handle(watch, ready);
     }
     return ECORE_CALLBACK_RENEW;
 }

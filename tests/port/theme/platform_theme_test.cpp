@@ -216,6 +216,19 @@ protected:
     }
     void Release() { evas_event_feed_mouse_up(mCanvas, 1, EVAS_BUTTON_NONE, mTime + 10, nullptr); }
 
+    Evas_Object* AddPlainScroller()
+    {
+        Evas_Object* scroller = AddScroller(kSize, 4 * kSize, "effect");
+        evas_object_geometry_set(scroller, 0, kTop, kSize, kHeight);
+        return scroller;
+    }
+
+    void ExpectContent(int y)
+    {
+        for (int x : {0, 180, kSize - 10, kSize - 1})
+            EXPECT_EQ(PixelAt(x, y) & 0xffffff, kContent) << x << " " << y;
+    }
+
     static int TopOf(Evas_Object* scroller)
     {
         int top = 0;
@@ -223,6 +236,9 @@ protected:
         return top;
     }
 
+    static constexpr unsigned int kContent = 0x000080;
+    static constexpr int kTop = 60;
+    static constexpr int kHeight = 240;
     unsigned int mTime = 1;
 };
 
@@ -232,18 +248,27 @@ TEST_F(EffectScroller, IsAStyleOfTheScroller)
     EXPECT_TRUE(elm_object_style_set(scroller, "effect"));
 }
 
-TEST_F(EffectScroller, DrawsNothingButItsClippedContent)
+TEST_F(EffectScroller, DrawsNothingButItsClippedContentAtTheTop)
 {
-    constexpr unsigned int kContent = 0x000080;
-    Evas_Object* scroller = AddScroller(kSize, 4 * kSize, "effect");
-    evas_object_geometry_set(scroller, 0, 60, kSize, 240);
-    elm_scroller_region_show(scroller, 0, 500, kSize, 240);
-    ASSERT_TRUE(Toolkit::RunUntil([&] { return TopOf(scroller) == 500; }));
-    for (int y = 60; y < 300; ++y)
-        for (int x : {0, 180, kSize - 10, kSize - 1})
-            ASSERT_EQ(PixelAt(x, y) & 0xffffff, kContent) << x << " " << y;
-    EXPECT_NE(PixelAt(180, 59) & 0xffffff, kContent);
-    EXPECT_NE(PixelAt(180, 300) & 0xffffff, kContent);
+    AddPlainScroller();
+    for (int y = kTop; y < kTop + kHeight; ++y)
+        ExpectContent(y);
+    EXPECT_NE(PixelAt(180, kTop - 1) & 0xffffff, kContent);
+    EXPECT_NE(PixelAt(180, kTop + kHeight) & 0xffffff, kContent);
+}
+
+TEST_F(EffectScroller, FadesOutWhatIsScrolledUp)
+{
+    Evas_Object* scroller = AddPlainScroller();
+    elm_scroller_region_show(scroller, 0, 500, kSize, kHeight);
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return (PixelAt(180, kTop) & 0xffffff) == 0; }));
+    for (int y = kTop; y < kTop + kHeight / 3; ++y)
+        EXPECT_LE(PixelAt(180, y) & 0xff, PixelAt(180, y + 1) & 0xff) << y;
+    for (int y = kTop + kHeight / 3; y < kTop + kHeight; ++y)
+        ExpectContent(y);
+
+    elm_scroller_region_show(scroller, 0, 0, kSize, kHeight);
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return (PixelAt(180, kTop) & 0xffffff) == kContent; }));
 }
 
 TEST_F(EffectScroller, FollowsATouchAndBouncesBack)

@@ -92,7 +92,7 @@ def test_without_a_catalogue_the_message_id_is_shown(watch, copy):
     shutil.rmtree(copy / "res" / "locale")
     app = watch.launch(executable=copy / GUIDE.relative_to(BUILD))
     _, top, _, _ = watch.still_picture().differing(page)
-    assert top > 230
+    assert top > 152
     app.terminate()
     assert app.wait_end() == 0
 

@@ -19,6 +19,17 @@ constexpr int kTurns = 8;
 thread_local bool tIsTakenOver = false;
 timespec gNow{};
 
+void DrawFrameAfter(long nanoseconds)
+{
+    // A new window takes the ticks back.
+    ecore_animator_source_set(ECORE_ANIMATOR_SOURCE_CUSTOM);
+    gNow.tv_nsec += nanoseconds;
+    gNow.tv_sec += gNow.tv_nsec / kNanoseconds;
+    gNow.tv_nsec %= kNanoseconds;
+    ecore_main_loop_iterate();
+    ecore_animator_custom_tick();
+}
+
 } // namespace
 
 // Stands before the C library's own for the toolkit too.
@@ -44,15 +55,13 @@ void Clock::Flush()
 
 void Clock::Advance(double seconds)
 {
-    // A new window takes the ticks back.
-    ecore_animator_source_set(ECORE_ANIMATOR_SOURCE_CUSTOM);
     for (long frame = std::lround(seconds * kFramesPerSecond); frame > 0; --frame)
-    {
-        gNow.tv_nsec += kNanoseconds / kFramesPerSecond;
-        gNow.tv_sec += gNow.tv_nsec / kNanoseconds;
-        gNow.tv_nsec %= kNanoseconds;
-        ecore_main_loop_iterate();
-        ecore_animator_custom_tick();
-    }
+        DrawFrameAfter(kNanoseconds / kFramesPerSecond);
+    Flush();
+}
+
+void Clock::Skip()
+{
+    DrawFrameAfter(kNanoseconds);
     Flush();
 }

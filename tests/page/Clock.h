@@ -12,6 +12,9 @@ void TakeOver();
 /// Lets time pass at 60 frames a second, with all that happens meanwhile.
 void Advance(double seconds);
 
+/// Lets a second pass in one frame, in which shorter motions end.
+void Skip();
+
 /// Works off what is waiting, in no time.
 void Flush();
 

@@ -49,8 +49,10 @@ private:
         return isSaved;
     }
 
+    // Once the motions have ended.
     bool Save(const Page& page, const std::string& language, const std::string& state) const
     {
+        Clock::Skip();
         const std::filesystem::path folder = mFolder / language;
         std::filesystem::create_directories(folder);
         return page.Look().Save(folder / (std::to_string(page.Side()) + "-" + state + ".ppm"));

@@ -47,18 +47,18 @@ std::optional<Box> Ink::Within(const Picture& picture, int top, int bottom)
     return box;
 }
 
+double Ink::Distance(const Picture& picture, int x, int y)
+{
+    // To the far corner of the pixel.
+    const double radius = picture.Side() / 2.0;
+    return std::hypot(std::abs(x + 0.5 - radius) + 0.5, std::abs(y + 0.5 - radius) + 0.5) / radius;
+}
+
 double Ink::Reach(const Picture& picture, int top, int bottom)
 {
-    double radius = picture.Side() / 2.0;
     double reach = 0;
-    // To the far corner of each pixel.
     ForEach(picture, top, bottom,
-            [&](int x, int y)
-            {
-                double distance =
-                    std::hypot(std::abs(x + 0.5 - radius) + 0.5, std::abs(y + 0.5 - radius) + 0.5);
-                reach = std::max(reach, distance / radius);
-            });
+            [&](int x, int y) { reach = std::max(reach, Distance(picture, x, y)); });
     return reach;
 }
 

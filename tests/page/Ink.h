@@ -19,6 +19,9 @@ bool IsInRow(const Picture& picture, int y);
 /// The smallest box around the ink in some rows; nothing when they are empty.
 std::optional<Box> Within(const Picture& picture, int top, int bottom);
 
+/// How far a pixel reaches from the screen's centre, of the screen's radius; on the screen or not.
+double Distance(const Picture& picture, int x, int y);
+
 /// How far from the screen's centre the ink in some rows reaches, of the screen's radius.
 double Reach(const Picture& picture, int top, int bottom);
 

@@ -14,6 +14,26 @@ constexpr double kLeastContrast = 7;
 constexpr int kLeastLetters = 24;
 constexpr int kUsualSide = 360;
 
+void ExpectApart(const Picture& picture, const Box& line)
+{
+    // Some letters reach a little beyond their line.
+    const int slack = line.Height() / 4;
+    for (int edge : {line.top, line.bottom})
+    {
+        int row = edge - slack;
+        while (row < edge + slack && Ink::IsInRow(picture, row))
+            ++row;
+        EXPECT_LT(row, edge + slack) << "no free row about row " << edge;
+    }
+}
+
+void ExpectBrightOnBlack(const Picture& picture, const Box& line, const Box& ink)
+{
+    EXPECT_GE(Ink::Contrast(picture, line.top, line.bottom), kLeastContrast);
+    EXPECT_EQ(picture.At(ink.left - 3, line.Middle()), 0U);
+    EXPECT_EQ(picture.At(ink.right + 3, line.Middle()), 0U);
+}
+
 /// The page on a screen of a size, measured by its pixels.
 class Layout : public testing::TestWithParam<int>
 {
@@ -47,43 +67,7 @@ protected:
     Page mPage{GetParam()};
 };
 
-TEST_P(Layout, EveryLineComesToTheMiddleAndKeepsItsMarginThere)
-{
-    InEachLanguage(
-        [&]
-        {
-            AtEachLine(
-                [&](const Picture& picture, const Box& line)
-                {
-                    EXPECT_NEAR(line.Middle(), GetParam() / 2, 2);
-                    ASSERT_TRUE(Ink::Within(picture, line.top, line.bottom));
-                    EXPECT_LE(Ink::Reach(picture, line.top, line.bottom), 1 - 2 * kMargin);
-                });
-        });
-}
-
-TEST_P(Layout, LinesStandApart)
-{
-    InEachLanguage(
-        [&]
-        {
-            AtEachLine(
-                [&](const Picture& picture, const Box& line)
-                {
-                    // Some letters reach a little beyond their line.
-                    const int slack = line.Height() / 4;
-                    for (int edge : {line.top, line.bottom})
-                    {
-                        int row = edge - slack;
-                        while (row < edge + slack && Ink::IsInRow(picture, row))
-                            ++row;
-                        EXPECT_LT(row, edge + slack) << "no free row about row " << edge;
-                    }
-                });
-        });
-}
-
-TEST_P(Layout, LettersAreLargeAndBrightOnBlack)
+TEST_P(Layout, EveryLineComesToTheMiddleAndIsApartLargeAndBrightThere)
 {
     InEachLanguage(
         [&]
@@ -92,11 +76,13 @@ TEST_P(Layout, LettersAreLargeAndBrightOnBlack)
             AtEachLine(
                 [&](const Picture& picture, const Box& line)
                 {
-                    const Box ink = Ink::Within(picture, line.top, line.bottom).value();
-                    letters = std::max(letters, ink.Height());
-                    EXPECT_GE(Ink::Contrast(picture, line.top, line.bottom), kLeastContrast);
-                    EXPECT_EQ(picture.At(ink.left - 3, line.Middle()), 0U);
-                    EXPECT_EQ(picture.At(ink.right + 3, line.Middle()), 0U);
+                    EXPECT_NEAR(line.Middle(), GetParam() / 2, 2);
+                    const std::optional<Box> ink = Ink::Within(picture, line.top, line.bottom);
+                    ASSERT_TRUE(ink);
+                    letters = std::max(letters, ink->Height());
+                    EXPECT_LE(Ink::Reach(picture, line.top, line.bottom), 1 - 2 * kMargin);
+                    ExpectApart(picture, line);
+                    ExpectBrightOnBlack(picture, line, *ink);
                 });
             EXPECT_GE(letters, std::floor(Scaled(kLeastLetters)));
         });

@@ -265,6 +265,24 @@ std::vector<Box> Page::Lines() const
     return lines;
 }
 
+std::vector<Box> Page::Glyphs() const
+{
+    Evas_Object* text = Part("help_text");
+    const Box block = BoxOf(text);
+    std::vector<Box> glyphs;
+    Evas_Textblock_Cursor* cursor = evas_object_textblock_cursor_new(text);
+    do
+    {
+        Eina_Rectangle place{};
+        evas_textblock_cursor_char_geometry_get(cursor, &place.x, &place.y, &place.w, &place.h);
+        const int left = block.left + place.x;
+        const int top = block.top + place.y;
+        glyphs.push_back({left, top, left + place.w, top + place.h});
+    } while (evas_textblock_cursor_cluster_next(cursor));
+    evas_textblock_cursor_free(cursor);
+    return glyphs;
+}
+
 Box Page::PartBox(const char* part) const
 {
     return BoxOf(Part(part));

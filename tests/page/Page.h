@@ -72,6 +72,8 @@ public:
 
     /// The help text's lines from top to bottom, where they are on the screen.
     std::vector<Box> Lines() const;
+    /// The places of the help text's glyphs, as wide as each, as high as its line.
+    std::vector<Box> Glyphs() const;
     /// The page's layout.
     Evas_Object* Layout() const { return mPage; }
     /// Where a part of the page is on the screen.

@@ -1,7 +1,7 @@
 #include "dlog/LogSink.h"
 
 #include "dlog/Descriptor.h"
-#include "dlog/Journal.h"
+#include "dlog/journal/Journal.h"
 
 #include <atomic>
 #include <cerrno>

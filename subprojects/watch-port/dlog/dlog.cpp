@@ -2,11 +2,11 @@
 
 #include "base/TextBuffer.h"
 #include "dlog/CallSite.h"
-#include "dlog/Journal.h"
-#include "dlog/JournalEntry.h"
 #include "dlog/LogLevel.h"
 #include "dlog/LogLine.h"
 #include "dlog/LogSink.h"
+#include "dlog/journal/Journal.h"
+#include "dlog/journal/JournalEntry.h"
 
 #include <cerrno>
 #include <cstdarg>

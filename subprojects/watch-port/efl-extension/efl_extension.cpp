@@ -2,9 +2,9 @@
 
 #include "dlog/PortLog.h"
 #include "efl-extension/BackKey.h"
-#include "efl-extension/CircleScroller.h"
-#include "efl-extension/CircleSurface.h"
 #include "efl-extension/Rotary.h"
+#include "efl-extension/circle/CircleScroller.h"
+#include "efl-extension/circle/CircleSurface.h"
 
 #include <new>
 

@@ -1,4 +1,4 @@
-#include "dlog/Journal.h"
+#include "dlog/journal/Journal.h"
 
 #include "dlog/Descriptor.h"
 

@@ -1,4 +1,4 @@
-#include "efl-extension/ScrollArc.h"
+#include "efl-extension/circle/ScrollArc.h"
 
 #include <algorithm>
 #include <cmath>

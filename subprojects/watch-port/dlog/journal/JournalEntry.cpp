@@ -1,4 +1,4 @@
-#include "dlog/JournalEntry.h"
+#include "dlog/journal/JournalEntry.h"
 
 #include "base/Printable.h"
 #include <dlog.h>

@@ -1,7 +1,7 @@
-#ifndef WATCH_PORT_EFL_EXTENSION_CIRCLE_SCROLLER_H
-#define WATCH_PORT_EFL_EXTENSION_CIRCLE_SCROLLER_H
+#ifndef WATCH_PORT_EFL_EXTENSION_CIRCLE_CIRCLE_SCROLLER_H
+#define WATCH_PORT_EFL_EXTENSION_CIRCLE_CIRCLE_SCROLLER_H
 
-#include "efl-extension/ScrollArc.h"
+#include "efl-extension/circle/ScrollArc.h"
 #include <efl_extension.h>
 
 #include <memory>

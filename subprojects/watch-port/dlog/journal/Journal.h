@@ -1,5 +1,5 @@
-#ifndef WATCH_PORT_DLOG_JOURNAL_H
-#define WATCH_PORT_DLOG_JOURNAL_H
+#ifndef WATCH_PORT_DLOG_JOURNAL_JOURNAL_H
+#define WATCH_PORT_DLOG_JOURNAL_JOURNAL_H
 
 #include <string_view>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "efl-extension/CircleSurface.h"
+#include "efl-extension/circle/CircleSurface.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,5 +1,5 @@
-#ifndef WATCH_PORT_DLOG_JOURNAL_ENTRY_H
-#define WATCH_PORT_DLOG_JOURNAL_ENTRY_H
+#ifndef WATCH_PORT_DLOG_JOURNAL_JOURNAL_ENTRY_H
+#define WATCH_PORT_DLOG_JOURNAL_JOURNAL_ENTRY_H
 
 #include "base/TextBuffer.h"
 #include "dlog/CallSite.h"

@@ -1,4 +1,4 @@
-#include "efl-extension/CircleScroller.h"
+#include "efl-extension/circle/CircleScroller.h"
 
 #include "efl-extension/Rotary.h"
 

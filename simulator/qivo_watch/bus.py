@@ -1,4 +1,4 @@
-"""The watch's message bus, as all who are on it see it."""
+"""The watch's message bus, as its clients see it."""
 
 import contextlib
 import threading

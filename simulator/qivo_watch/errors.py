@@ -1,17 +1,17 @@
-"""What a command answers when it cannot do as told."""
+"""The errors of a command."""
 
 
 class WatchError(Exception):
-    """Refused, or without effect: its one line is for the user, the status is 1."""
+    """Refused, failed or without effect: one line for the user, exit status 1."""
 
 
 class WatchEnded(WatchError):
-    """The watch has ended as it was asked to, while a command was at work on it."""
+    """The watch was stopped while a command was working on it."""
 
 
 class UsageError(Exception):
-    """Nothing that could be tried: its one line is for the user, the status is 2."""
+    """Wrong arguments: one line for the user, exit status 2."""
 
 
 class ScreenGone(Exception):
-    """The watch's screen has gone while it was looked at: the watch has ended, or is ending."""
+    """The watch's screen has gone: the watch has ended, or is ending."""

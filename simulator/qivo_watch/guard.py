@@ -1,9 +1,8 @@
-"""The process above the keeper, which cleans up behind it, however it ended.
+"""The keeper's parent process, which cleans up however the keeper ended.
 
-It starts the keeper, collects every orphan below it (what the watch's programs have started and
-left), and when the keeper has ended, ends what is left and removes the watch's folder. Asked to
-end by SIGTERM, it asks the keeper, and kills one that does not end.
-It uses no library that could fail with the watch.
+It starts the keeper, reaps every orphan (what the watch's programs have started and left), and when
+the keeper has ended, ends what is left and removes the watch's folder. On SIGTERM it asks the
+keeper to end, and kills it if it does not. It uses no library that could fail with the watch.
 """
 
 import contextlib
@@ -20,7 +19,7 @@ from qivo_watch.state import Folder
 
 PR_SET_CHILD_SUBREAPER = 36
 END_PATIENCE_S = 4
-"""Seconds for a keeper to end, which grants three of them to the applications."""
+"""Seconds for a keeper to end; it gives three of them to the applications."""
 
 KEEPER = "import sys; from qivo_watch.keeper.keeper import main; sys.exit(main(sys.argv[1:]))"
 
@@ -59,7 +58,7 @@ def _become_guard(folder: Folder, lock: int, answer: int, options: str) -> NoRet
 
 def _guard(folder: Folder, lock: int, answer: int, options: str) -> None:
     ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
-    # Everybody may read a process's arguments, its user alone the environment.
+    # Everybody may read a process's arguments, but only its user the environment.
     environment = {**os.environ, STATE_VARIABLE: str(folder.path), OPTIONS_VARIABLE: options,
                    "PYTHONPATH": os.pathsep.join(filter(None, sys.path))}
     signal.signal(signal.SIGHUP, signal.SIG_IGN)
@@ -92,7 +91,7 @@ def _ask_to_end(keeper: int) -> None:
 
 
 def _wait_for(keeper: int) -> None:
-    """Collects orphans until the keeper has ended."""
+    """Reaps orphans until the keeper has ended."""
     while os.wait()[0] != keeper:
         pass
 

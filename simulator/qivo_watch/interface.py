@@ -1,4 +1,4 @@
-"""What the command and the keeper have agreed on: names, limits, and each verb with its arguments.
+"""What command and keeper share: names, limits, and each verb with its arguments.
 
 A verb is declared here once. The command's grammar (command/arguments.py), its call
 (command/client.py), the interface on the bus and the check of what comes over it
@@ -21,7 +21,7 @@ GUIDE = "com.velmora.qivo-guide-app"
 SIZES = [360, 390, 454]
 LEAST_ZOOM, MOST_ZOOM = 0.25, 4.0
 PASSWORD_LENGTH = 8
-"""The VNC protocol looks at no more, and less is guessed soon."""
+"""VNC uses no more, and a shorter one is easily guessed."""
 
 TIMES = "HH:MM, HH:MM:SS or YYYY-MM-DDTHH:MM[:SS]"
 
@@ -69,12 +69,12 @@ class Choice(NamedTuple):
 
     def check(self, value: Any) -> Any:
         if value not in self.values or not isinstance(value, type(self.values[0])):
-            raise UsageError(f'"{value}" is none of {", ".join(map(str, self.values))}')
+            raise UsageError(f'"{value}" is not one of {", ".join(map(str, self.values))}')
         return value
 
 
 class Text:
-    """Any text, which who takes it looks at."""
+    """Any text; the verb checks it."""
 
     signature = "s"
 
@@ -83,13 +83,13 @@ class Text:
 
     def check(self, value: Any) -> str:
         if not isinstance(value, str):
-            raise UsageError(f'"{value}" is no text')
+            raise UsageError(f'"{value}" is not a text')
         return value
 
 
 class Time(Text):
     def read(self, word: str) -> str:
-        """A mistake is told before there is a watch to ask."""
+        """Reports a mistake before a watch is asked."""
         from qivo_watch.times import parse_time  # pylint: disable=import-outside-toplevel
         parse_time(word)
         return word
@@ -116,7 +116,7 @@ class Pairs:
     def check(self, value: Any) -> dict[str, str]:
         if not (isinstance(value, dict)
                 and all(isinstance(text, str) for pair in value.items() for text in pair)):
-            raise UsageError(f'"{value}" is no texts by their keys')
+            raise UsageError(f'"{value}" is not a map of texts')
         return value
 
 
@@ -140,7 +140,7 @@ class Argument(NamedTuple):
 
 
 class Verb(NamedTuple):
-    """WORDS are the command line's; empty: only programs of the watch call it."""
+    """WORDS are those of the command line; if empty, only programs of the watch call it."""
 
     method: str
     words: str
@@ -202,13 +202,13 @@ def _places(*names: str) -> tuple[Argument, ...]:
 
 GROUPS = {
     "button": "Press a key; return when its effect is seen.",
-    "time": "Show the watch's time, set it, let it stand or go; set its zone and how clocks count.",
+    "time": "Show or set the watch's time, freeze or thaw it; set the time zone or 12 or 24 hours.",
 }
 """What the first of two words means."""
 
 VERBS = {verb.method: verb for verb in (
     Verb("Launch", "launch",
-         "Start an application, or hand it a request when it runs; return when its first frame is "
+         "Start an application, or send it a request if it runs; return when its first frame is "
          "drawn.", (
              Argument("app", Program(), "its id, or the path of its program", "APP", default=GUIDE),
              Argument("operation", Text(), "the operation of the request", flag="--operation",
@@ -217,40 +217,40 @@ VERBS = {verb.method: verb for verb in (
                       "--extra", default={}),
              Argument("env", Pairs(), "a variable of the program's environment; repeatable",
                       "KEY=VALUE", "--env", default={}),
-             _timeout(30, "how long it may take; a program that takes longer is ended"))),
+             _timeout(30, "how long it may take, before it is ended"))),
     Verb("Terminate", "terminate", "Ask an application to end; return when it has ended.", (
         Argument("app", Program(), "its id, or the path of its program (default: the one that was "
                  "launched last)", "APP", default=""),
-        _timeout(5, "how long it may take; then it is killed"))),
-    Verb("Bezel", "bezel", "Turn the bezel; return when all detents are taken.", (
+        _timeout(5, "how long it may take, before it is killed"))),
+    Verb("Bezel", "bezel", "Turn the bezel; return when the application has got all detents.", (
         Argument("direction", Choice(("cw", "ccw")), "clockwise or counter-clockwise",
                  is_needed=True),
         Argument("count", Number("u", 1, 1000), "detents", "N", default=1),
-        _interval(20, "from one to the next"))),
+        _interval(20, "time between two detents"))),
     Verb("ClickKey", "button click", "Push a key and release it.", (
         _KEY, _duration(50, "how long it is held"),
         Argument("count", Number("u", 1, 100), "clicks", "N", "--count", "-n", default=1),
         _interval(100, "between two clicks"))),
-    Verb("PushKey", "button push", "Push a key, which stays down.", (_KEY,)),
+    Verb("PushKey", "button push", "Push a key and keep it down.", (_KEY,)),
     Verb("ReleaseKey", "button release", "Release a key that was pushed.", (_KEY,)),
-    Verb("Touch", "touch", "Tap the screen at a place in its pixels.", _places("x", "y")),
-    Verb("Swipe", "swipe", "Draw a finger over the screen.", (
-        *_places("x1", "y1", "x2", "y2"), _duration(200, "from end to end"))),
-    Verb("SetBattery", "battery", "Set the battery; what is not given stays.", (
+    Verb("Touch", "touch", "Tap the screen, in its pixels.", _places("x", "y")),
+    Verb("Swipe", "swipe", "Swipe a finger over the screen.", (
+        *_places("x1", "y1", "x2", "y2"), _duration(200, "how long the swipe takes"))),
+    Verb("SetBattery", "battery", "Set the battery; what is not given stays as it is.", (
         Argument("percent", PERCENT, metavar="P", flag="--percent"),
         Argument("state", Choice(("charging", "discharging", "full"), are_flags=True)))),
     Verb("SetLanguage", "language", "Set the language.", (
         Argument("language", Text(), "such as ko_KR", "LANGUAGE", is_needed=True),)),
-    Verb("SetRegion", "region", "Set the region, whose habits dates and times follow.", (
-        Argument("region", Text(), 'such as de_DE, or "auto" for that of the language', "REGION",
+    Verb("SetRegion", "region", "Set the region, which decides how dates and times are written.", (
+        Argument("region", Text(), 'such as de_DE, or "auto" to follow the language', "REGION",
                  is_needed=True),)),
-    Verb("SetTime", "time set", "Set it.", (
+    Verb("SetTime", "time set", "Set the time.", (
         Argument("time", Time(), TIMES, "TIME", is_needed=True),)),
-    Verb("FreezeTime", "time freeze", "Let it stand."),
-    Verb("ThawTime", "time thaw", "Let it go on."),
+    Verb("FreezeTime", "time freeze", "Stop the clock."),
+    Verb("ThawTime", "time thaw", "Let the clock go on."),
     Verb("SetZone", "time zone", "Set the time zone.", (
         Argument("zone", Text(), "such as Asia/Seoul", "ZONE", is_needed=True),)),
-    Verb("SetHours", "time hours", "Let clocks count to 12 or 24.", (
+    Verb("SetHours", "time hours", "Set the clock's format to 12 or 24 hours.", (
         Argument("hours", Choice((12, 24)), is_needed=True),)),
     Verb("Stop", "", "End the watch."),
 )}
@@ -260,7 +260,7 @@ PROPERTIES = {
     "Plugged": "b", "Charging": "b", "Percentage": "d", "Language": "s", "App": "s", "Time": "x",
     "TimeFrozen": "b", "Zone": "s",
 }
-"""What the keeper tells of a watch, each with its type on the bus."""
+"""The keeper's properties, each with its type on the bus."""
 
 
 def describe() -> str:

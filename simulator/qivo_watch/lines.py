@@ -1,4 +1,4 @@
-"""Lines of a log: made fit for a terminal, their levels and colours."""
+"""Lines of a log: made safe for a terminal, their levels and colours."""
 
 import re
 
@@ -18,7 +18,7 @@ _COLOURS = {"error": "\033[31m", "warn": "\033[1;33m", "info": "\033[1;35m", "de
 
 
 def printable(line: str) -> str:
-    """The line as a terminal can bear it: without escapes and control characters."""
+    """The line in a form safe for a terminal: without escapes and control characters."""
     return _UNBEARABLE.sub("\ufffd", _ESCAPE.sub("", line)[:LONGEST_LINE])
 
 
@@ -29,13 +29,13 @@ def level_of(line: str) -> str | None:
 
 
 def is_at_least(line: str, level: str) -> bool:
-    """Lines of no level are always wanted: toolkits and sanitizers write them in need."""
+    """Lines without a level are always shown: toolkits and sanitizers write their errors so."""
     own = level_of(line)
     return own is None or LEVELS.index(own) >= LEVELS.index(level)
 
 
 def coloured(line: str) -> str:
-    """The line in the colour of its class: failure, warning, way through a function, the rest."""
+    """The line in the colour of its kind: error, warning, trace of a function, other."""
     level = level_of(line)
     if level is None:
         return line

@@ -12,14 +12,14 @@ STATE_VARIABLE = "QIVO_WATCH_FOLDER"
 """Names the watch's folder in the environment of each process that belongs to the watch."""
 
 REQUESTS = (signal.SIGTERM, signal.SIGINT)
-"""What asks a watch, and who starts one, to end."""
+"""The signals that ask a watch, or a command that starts one, to end."""
 
 GRACE_S = 3.0
-"""Seconds within which processes that were killed are gone."""
+"""Seconds in which killed processes are gone."""
 
 
 def end_of(status: int) -> str:
-    """What to say of a process's end: "ended with status 3", "was killed by SIGSEGV"."""
+    """Describes a process's end: "ended with status 3", "was killed by SIGSEGV"."""
     if status >= 0:
         return f"ended with status {status}"
     try:
@@ -29,13 +29,13 @@ def end_of(status: int) -> str:
 
 
 def kill_group(leader: int) -> None:
-    """Ends all that a process has started in its group, and itself."""
+    """Ends a process and everything that it has started in its group."""
     with contextlib.suppress(ProcessLookupError, PermissionError):
         os.killpg(leader, signal.SIGKILL)
 
 
 def descendants(ancestor: int) -> list[int]:
-    """The living processes below one, in no order."""
+    """The living descendants of a process, in no order."""
     parents: dict[int, list[int]] = {}
     for process in _all():
         with contextlib.suppress(OSError, ValueError, IndexError):
@@ -51,7 +51,7 @@ def descendants(ancestor: int) -> list[int]:
 
 
 def kill_all_of(folder: pathlib.Path) -> None:
-    """Ends every process that belongs to the watch of this folder but the caller."""
+    """Ends every process of this folder's watch except the caller."""
     mark = f"{STATE_VARIABLE}={folder}".encode()
     deadline = time.monotonic() + GRACE_S
     while victims := [process for process in _all() if _has(process, mark)]:

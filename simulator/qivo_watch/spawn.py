@@ -1,4 +1,4 @@
-"""How a process of a watch is started: it does not outlive who started it."""
+"""Starts the processes of a watch, which do not outlive their parent."""
 
 import shutil
 import subprocess
@@ -7,7 +7,7 @@ OPTIONS_VARIABLE = "QIVO_WATCH_OPTIONS"
 """Tells the keeper how the watch was started, as JSON."""
 
 _SETPRIV = shutil.which("setpriv") or "setpriv"
-"""Found before a program's own PATH is in the way."""
+"""Looked up before a program's own PATH can interfere."""
 
 
 def spawn(command: list[str], environment: dict[str, str], end_signal: str = "KILL",

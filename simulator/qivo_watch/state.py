@@ -1,8 +1,8 @@
-"""Where a watch keeps what belongs to it, and how a dead one is told from a living one.
+"""Where a watch keeps its files, and how to tell a dead watch from a living one.
 
 A watch's folder is $XDG_RUNTIME_DIR/qivo-watch/NAME, or /tmp/qivo-watch-UID/NAME. The process
-that guards the watch holds a lock on the folder itself, which the kernel takes away with it:
-a folder without the lock is a dead watch's. No folder is used that another user could change,
+that guards the watch holds a lock on the folder itself, which the kernel releases when it ends: a
+folder without the lock belongs to a dead watch. No folder is used that another user could change,
 and no link is followed.
 """
 
@@ -21,10 +21,10 @@ from qivo_watch.processes import kill_all_of, lock_holders
 
 DEFAULT_NAME = "watch"
 SOCKET_LIMIT = 100
-"""Bytes that a socket's path may have; the kernel takes 107."""
+"""The longest path of a socket in bytes; the kernel accepts 107."""
 
 _LOOK_PATIENCE_S = 1.0
-"""Seconds for those to go who only look whether a watch runs."""
+"""Seconds for commands that only check whether a watch runs to go."""
 
 _WRITABLE_BY_OTHERS = 0o022
 _OPEN_TO_OTHERS = 0o077
@@ -35,7 +35,7 @@ class Folder:
 
     def __init__(self, name: str):
         if not re.fullmatch(r"[A-Za-z0-9][A-Za-z0-9_-]{0,31}", name):
-            raise UsageError(f'"{name}" is no name for a watch (1 to 32 of A-Z a-z 0-9 _ -)')
+            raise UsageError(f'"{name}" is not a name for a watch (1 to 32 of A-Z a-z 0-9 _ -)')
         self.name = name
         self._base = _base()
         self.path = self._base / name
@@ -63,7 +63,7 @@ class Folder:
 
     @property
     def note(self) -> pathlib.Path:
-        """Why the watch ended when nobody asked it to; told once."""
+        """Why the watch ended when nobody asked it to; reported once."""
         return self.path.with_name(f"{self.name}.ended")
 
     @property
@@ -75,7 +75,7 @@ class Folder:
             return None
 
     def set_ready(self, display: str) -> None:
-        """Tells every command that the watch can be used."""
+        """Shows every command that the watch can be used."""
         part = self.path / "display.part"
         part.write_text(display, encoding="ascii")
         part.rename(self.path / "display")
@@ -87,7 +87,7 @@ class Folder:
         """
         deadline = time.monotonic() + _LOOK_PATIENCE_S
         while (lock := self._lock_made()) is None:
-            # Another watch has just ended, or a command looks whether this one runs.
+            # Another watch has just ended, or a command checks whether this one runs.
             if time.monotonic() > deadline:
                 raise self.held_unseen()
         kill_all_of(self.path)
@@ -109,22 +109,22 @@ class Folder:
         return False
 
     def holders(self) -> list[int]:
-        """The processes that hold the folder: a watch's guard, and before it who starts it."""
+        """The processes that hold the folder: a watch's guard, or the command that starts it."""
         return lock_holders(self.path)
 
     def held_unseen(self) -> WatchError:
-        return WatchError(f'the watch "{self.name}" is held by a process that cannot be seen or '
+        return WatchError(f'watch "{self.name}" is held by a process that cannot be seen or '
                           'ended from here')
 
     def clear(self) -> None:
-        """Ends what is left of a watch whose lock the caller has, and removes the folder."""
+        """Ends the rest of a watch whose lock the caller holds, and removes the folder."""
         kill_all_of(self.path)
         with contextlib.suppress(FileNotFoundError), _opened(self._base, _OPEN_TO_OTHERS) as base:
             _remove(self.name, base)
         self._remove_empty_base()
 
     def clear_dead(self) -> bool:
-        """Clears what a dead watch has left; returns whether there was anything."""
+        """Clears what a dead watch has left; returns whether it left anything."""
         try:
             with self._opened() as lock:
                 fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
@@ -146,7 +146,7 @@ class Folder:
         return text
 
     def _lock_made(self) -> int | None:
-        """The descriptor of the locked folder, made where it is not; None: it went meanwhile."""
+        """The descriptor of the locked folder, made if missing; None: it was removed meanwhile."""
         with contextlib.suppress(FileExistsError):
             self._base.mkdir(mode=0o700)
         try:
@@ -161,10 +161,10 @@ class Folder:
             if self._is_at_place(lock):
                 return lock
         except BlockingIOError:
-            # A command that only looks whether the folder is held has it for a moment.
+            # A command that only checks whether the folder is held locks it for a moment.
             if self.holders():
                 os.close(lock)
-                raise WatchError(f'the watch "{self.name}" {self._state()}') from None
+                raise WatchError(f'watch "{self.name}" {self._state()}') from None
         except FileNotFoundError:
             pass
         os.close(lock)
@@ -176,8 +176,8 @@ class Folder:
 
     def _state(self) -> str:
         if self.display is None:
-            return "is being started already (qivo-watch stop ends that)"
-        return "runs already (qivo-watch stop ends it, --name starts another)"
+            return "is already starting (qivo-watch stop ends it)"
+        return "is already running (qivo-watch stop ends it, --name starts another)"
 
     @contextlib.contextmanager
     def _opened(self) -> Iterator[int]:
@@ -190,7 +190,7 @@ class Folder:
 
 
 def running() -> list[str]:
-    """The names of the watches that run."""
+    """The names of the running watches."""
     try:
         with _opened(_base(), _OPEN_TO_OTHERS) as base:
             names = sorted(os.listdir(base))
@@ -200,17 +200,17 @@ def running() -> list[str]:
 
 
 def _runs(name: str) -> bool:
-    """Whether NAME, which may be no watch's, is that of a watch that runs."""
+    """Whether NAME is a running watch; it may not be a watch at all."""
     with contextlib.suppress(UsageError, WatchError, OSError):
         return Folder(name).is_held()
     return False
 
 
 def _base() -> pathlib.Path:
-    """The folder of all watches of this user, which need not be there."""
+    """The folder of all watches of this user, which may not exist."""
     runtime = os.environ.get("XDG_RUNTIME_DIR")
     if runtime and not os.path.isabs(runtime):
-        raise WatchError(f'XDG_RUNTIME_DIR is no absolute path: "{runtime}"')
+        raise WatchError(f'XDG_RUNTIME_DIR is not an absolute path: "{runtime}"')
     if not runtime or not os.path.isdir(runtime):
         return pathlib.Path(f"/tmp/qivo-watch-{os.getuid()}")
     os.close(_open(pathlib.Path(runtime), _WRITABLE_BY_OTHERS))
@@ -218,9 +218,9 @@ def _base() -> pathlib.Path:
 
 
 def _open(path: pathlib.Path, unwanted: int) -> int:
-    """Opens a folder of this user's that grants others none of the UNWANTED rights.
+    """Opens a folder of this user that gives others none of the UNWANTED rights.
 
-    A folder whose parent is such a one cannot be exchanged for another.
+    A folder inside such a one cannot be exchanged for another.
     """
     try:
         folder = os.open(path, os.O_RDONLY | os.O_DIRECTORY | os.O_NOFOLLOW | os.O_CLOEXEC)
@@ -245,14 +245,14 @@ def _opened(path: pathlib.Path, unwanted: int) -> Iterator[int]:
 
 def _remove(name: str, parent: int) -> None:
     """Removes an entry of the open folder PARENT, and never what a link points to."""
-    import shutil  # pylint: disable=import-outside-toplevel  # for who removes alone
+    import shutil  # pylint: disable=import-outside-toplevel  # only needed for removing
     problem = ""
 
     def note(_function: Any, path: str, error: Any) -> None:
         nonlocal problem
         problem = f"{os.readlink(f'/proc/self/fd/{parent}')}/{path}: {error[1].strerror}"
 
-    # A program that is being ended may still write beside the hand that removes.
+    # A program that is ending may still write while its folder is removed.
     for _ in range(100):
         try:
             if stat.S_ISDIR(os.lstat(name, dir_fd=parent).st_mode):
@@ -266,7 +266,7 @@ def _remove(name: str, parent: int) -> None:
 
 
 def _make_writable(name: str, parent: int) -> None:
-    """Gives this user all rights on a folder and those below it; they may have been taken away."""
+    """Gives this user all rights on a folder and those below it, which may lack them."""
     with contextlib.suppress(OSError):
         os.chmod(name, 0o700, dir_fd=parent)
         for _, below, _, folder in os.fwalk(name, dir_fd=parent):

@@ -12,7 +12,7 @@ from qivo_watch.errors import UsageError
 def parse_time(text: str, now_ms: int | None = None, zone: str = "") -> int:
     """Milliseconds since the epoch of "HH:MM", "HH:MM:SS" (today) or "YYYY-MM-DDTHH:MM[:SS]".
 
-    zone: empty is this process's.
+    zone: empty for this process's.
     """
     place = _place(zone)
     now_ms = machine_ms() if now_ms is None else now_ms
@@ -20,7 +20,7 @@ def parse_time(text: str, now_ms: int | None = None, zone: str = "") -> int:
     pattern = r"(?:(\d{4})-(\d\d)-(\d\d)T)?(\d\d):(\d\d)(?::(\d\d))?"
     found = re.fullmatch(pattern, text, re.ASCII)
     if not found:
-        raise UsageError(f'"{text}" is no time (HH:MM, HH:MM:SS or YYYY-MM-DDTHH:MM[:SS])')
+        raise UsageError(f'"{text}" is not a time (HH:MM, HH:MM:SS or YYYY-MM-DDTHH:MM[:SS])')
     year, month, day, hour, minute, second = (int(part) if part else None
                                               for part in found.groups())
     try:
@@ -28,7 +28,7 @@ def parse_time(text: str, now_ms: int | None = None, zone: str = "") -> int:
                                    hour, minute, second or 0, tzinfo=place)
         return round(moment.timestamp() * 1000)
     except (ValueError, OverflowError, OSError) as error:
-        raise UsageError(f'"{text}" is no time: {error}') from None
+        raise UsageError(f'"{text}" is not a time: {error}') from None
 
 
 def format_time(milliseconds: int, zone: str = "") -> str:
@@ -37,7 +37,7 @@ def format_time(milliseconds: int, zone: str = "") -> str:
 
 
 def is_zone(name: str) -> bool:
-    """Whether it names a time zone of the machine's database."""
+    """Whether the machine's database has this time zone."""
     return _place(name) is not None
 
 
@@ -51,7 +51,7 @@ def machine_zone() -> str:
 
 
 def _place(zone: str) -> zoneinfo.ZoneInfo | None:
-    """None for what the database does not have, such as the rule CET-1CEST in TZ."""
+    """None if the database does not have it, such as the rule CET-1CEST in TZ."""
     try:
         return zoneinfo.ZoneInfo(zone)
     except (KeyError, ValueError, OSError):

@@ -140,7 +140,7 @@ def test_a_start_without_a_process_to_have_leaves_nothing(desk):
     told = subprocess.run([sys.executable, "-c", script], env=desk.environment,
                           capture_output=True, text=True)
     assert (told.returncode, told.stderr) == (
-        1, "qivo-watch: no process can be started: Resource temporarily unavailable\n")
+        1, "qivo-watch: cannot start a process: Resource temporarily unavailable\n")
     assert not list(desk.runtime.iterdir())
 
 

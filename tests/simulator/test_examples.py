@@ -21,7 +21,7 @@ CHANGING = [
     (re.compile(r'"folder": ".*/qivo-watch/'), '"folder": "RUNTIME/qivo-watch/'),
     (re.compile(r"127\.0\.0\.1:\d+"), "HOST:PORT"),
     (re.compile(r"password=\w{8}$", re.MULTILINE), "password=PASSWORD"),
-    (re.compile(r"\d+ pixels are"), "N pixels are"),
+    (re.compile(r"\d+ pixels differ"), "N pixels differ"),
 ]
 
 

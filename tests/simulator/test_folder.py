@@ -91,7 +91,7 @@ def test_a_disk_that_is_full_is_the_reason_that_is_given(desk, tmp_path, room):
         pytest.skip(f"no file system of one's own here: {started.stderr.strip()}")
     place = pathlib.Path(tmp_path, "run", "qivo-watch", "watch")
     assert (started.returncode, started.stderr) == (
-        1, f"qivo-watch: the watch does not start: {place}: No space left on device\n")
+        1, f"qivo-watch: the watch did not start: {place}: No space left on device\n")
 
 
 def test_what_another_could_have_put_there_is_not_read(desk):
@@ -108,7 +108,7 @@ def test_what_another_could_have_put_there_is_not_read(desk):
 
 def test_a_runtime_folder_without_an_absolute_path_is_refused(desk):
     desk.environment["XDG_RUNTIME_DIR"] = "run"
-    assert 'XDG_RUNTIME_DIR is no absolute path: "run"' in desk.refused("start", "--headless")
+    assert 'XDG_RUNTIME_DIR is not an absolute path: "run"' in desk.refused("start", "--headless")
 
 
 def test_what_is_no_watch_is_not_listed(desk, precious):
@@ -158,6 +158,6 @@ def test_a_watch_that_cannot_be_seen_is_not_waited_for(desk):
         if "unshare" in told.stderr:
             pytest.skip(f"no processes of one's own here: {told.stderr.strip()}")
         assert (told.returncode, told.stderr) == (
-            1, 'qivo-watch: the watch "watch" is held by a process that cannot be seen or ended '
+            1, 'qivo-watch: watch "watch" is held by a process that cannot be seen or ended '
             'from here\n')
     os.close(lock)

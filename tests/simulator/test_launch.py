@@ -44,7 +44,7 @@ def test_launch_returns_when_the_page_is_drawn(desk, tmp_path):
     desk.do("screenshot", home)
     desk.do("launch")
     assert desk.status()["app"]["id"] == GUIDE
-    assert "pixels are not as in" in desk.refused("compare", home)
+    assert "pixels differ from" in desk.refused("compare", home)
 
 
 def test_launch_hands_a_request_to_the_application_that_runs(desk):
@@ -62,8 +62,8 @@ def test_launch_takes_the_path_of_a_program(desk):
 
 @pytest.mark.parametrize("app, complaint", [
     ("org.example.Nothing", "no application org.example.Nothing is on the watch"),
-    ("nothing", '"nothing" is no application'),
-    ("./nothing", "is no program"),
+    ("nothing", '"nothing" is not an application'),
+    ("./nothing", "is not a program"),
 ])
 def test_launch_refuses_what_is_not_there(desk, app, complaint):
     assert complaint in desk.refused("launch", app)
@@ -88,7 +88,7 @@ def test_a_program_without_an_id_is_not_launched_twice(desk, script):
     desk.do("launch", program)
     running = desk.status()["app"]
     assert desk.refused("launch", program) == (
-        "qivo-watch: program runs already, and takes no request: it has no application id")
+        "qivo-watch: program is already running and takes no request: it has no application id")
     assert desk.status()["app"] == running
     assert processes_of(desk, program) == [running["pid"]]
 
@@ -102,7 +102,7 @@ def test_programs_of_one_name_are_told_apart_by_their_paths(desk, script, tmp_pa
     desk.do("launch", second)
     assert desk.status()["app"]["pid"] != before["pid"]
     desk.do("terminate", first)
-    assert desk.refused("terminate", first) == f"qivo-watch: no application {first} runs"
+    assert desk.refused("terminate", first) == f"qivo-watch: application {first} is not running"
 
 
 def test_an_id_that_runs_from_a_path_takes_requests(desk, clock):
@@ -123,21 +123,21 @@ def test_a_second_process_that_keeps_its_request_is_ended(desk, clock, script):
     shutil.copy(stubborn, clock.with_name("new"))
     clock.with_name("new").replace(clock)
     assert desk.refused("launch", clock) == (
-        "qivo-watch: org.example.Clock runs, and has not taken the request")
+        "qivo-watch: org.example.Clock is running, but did not take the request")
     assert desk.status()["app"]["pid"] == pid
     assert processes_of(desk, clock) == [pid]
 
 
 def test_a_program_that_tells_of_no_frame_is_ended_with_the_patience_for_it(desk):
     assert desk.refused("launch", shutil.which("xlogo"), "-t", "0.5") == (
-        "qivo-watch: xlogo has told of no first frame within 0.5 s")
+        "qivo-watch: xlogo reported no first frame within 0.5 s")
     assert desk.status()["app"] is None
     assert processes_of(desk, shutil.which("xlogo")) == []
 
 
 def test_a_program_that_draws_nothing_and_does_not_end_is_killed(desk, script):
     program = script("trap '' TERM", "while :; do sleep 600; done")
-    assert "has told of no first frame within 0.1 s" in desk.refused("launch", program, "-t", "0.1")
+    assert "reported no first frame within 0.1 s" in desk.refused("launch", program, "-t", "0.1")
     assert desk.status()["lastEnd"] == {"app": "program", "status": 0, "signal": 9}
     assert processes_of(desk, program) == []
 
@@ -168,7 +168,7 @@ def test_an_environment_that_is_too_large_is_refused_in_one_line(desk):
 def test_an_environment_that_comes_too_late_or_hides_the_program_is_refused(desk, clock):
     desk.do("launch", clock)
     assert desk.refused("launch", clock, "--env", "A=1") == (
-        "qivo-watch: org.example.Clock runs already: its environment stays as it is")
+        "qivo-watch: org.example.Clock is already running: its environment stays")
     assert desk.refused("launch", "--env", "QIVO_WATCH_FOLDER=/") == (
         "qivo-watch: QIVO_WATCH_FOLDER is the watch's own")
 
@@ -184,17 +184,17 @@ def test_terminate_ends_an_application_in_order(desk):
 
 
 def test_terminate_names_what_it_cannot_end(desk):
-    assert desk.refused("terminate") == "qivo-watch: no application runs"
+    assert desk.refused("terminate") == "qivo-watch: no application is running"
     desk.do("launch")
     assert desk.refused("terminate", "org.example.Nothing") == (
-        "qivo-watch: no application org.example.Nothing runs")
+        "qivo-watch: application org.example.Nothing is not running")
     assert desk.status()["app"]["id"] == GUIDE
 
 
 def test_terminate_kills_what_does_not_end(desk, script):
     desk.do("launch", script("trap '' TERM", FRAME, "while :; do sleep 600; done"))
     assert desk.refused("terminate", "-t", "0.2") == (
-        "qivo-watch: program has not ended within 0.2 s, and was killed")
+        "qivo-watch: program did not end within 0.2 s, and was killed")
     assert desk.status()["app"] is None
 
 

@@ -66,7 +66,7 @@ def test_a_stopped_watch_leaves_no_process_and_no_file(desk):
     desk.do("stop")
     assert not desk.processes()
     assert not list(desk.runtime.iterdir())
-    assert "does not run" in desk.refused("stop")
+    assert "is not running" in desk.refused("stop")
 
 
 def test_a_followed_log_ends_well_with_the_watch(desk):
@@ -97,7 +97,7 @@ def test_a_program_that_is_not_installed_is_named_and_nothing_is_left(desk, tmp_
         if installed.name != program:
             (tmp_path / installed.name).symlink_to(installed)
     desk.environment["PATH"] = str(tmp_path)
-    assert f"does not start: {program} is not installed" in desk.refused("start", "--headless")
+    assert f"did not start: {program} is not installed" in desk.refused("start", "--headless")
     wait_nothing_left(desk)
     assert not list(desk.runtime.iterdir())
 
@@ -105,12 +105,12 @@ def test_a_program_that_is_not_installed_is_named_and_nothing_is_left(desk, tmp_
 @pytest.mark.parametrize("verb", [["status"], ["launch"], ["bezel", "cw"], ["log"],
                                   ["screenshot", "x.png"], ["wait", "still"]])
 def test_without_a_watch_a_command_says_so(desk, verb):
-    assert 'the watch "watch" does not run (qivo-watch start starts it)' in desk.refused(*verb)
+    assert 'watch "watch" is not running (qivo-watch start starts it)' in desk.refused(*verb)
 
 
 def test_a_name_that_runs_is_not_started_again_and_another_one_is(desk):
     desk.do("start", "--headless", "--language", "ko_KR", "--charging", "--at", "07:00")
-    assert 'the watch "watch" runs already' in desk.refused("start", "--headless")
+    assert 'watch "watch" is already running' in desk.refused("start", "--headless")
     desk.do("--name", "second", "start", "--headless", "--size", "390")
     first, second = desk.status(), desk.status("--name", "second")
     assert (first["language"], first["battery"]["state"], first["size"]) == (
@@ -144,7 +144,7 @@ def test_a_part_that_dies_is_named_and_everything_ends(desk, part):
     kill(desk.status()["processes"][part])
     wait_nothing_left(desk)
     complaint = desk.refused("status")
-    assert 'the watch "watch" has ended: the ' in complaint and "was killed by SIGKILL" in complaint
+    assert 'watch "watch" has ended: the ' in complaint and "was killed by SIGKILL" in complaint
     assert not list(desk.runtime.iterdir())
 
 
@@ -165,7 +165,7 @@ def test_a_killed_keeper_leaves_nothing(desk, victim):
     kill(desk.status()["processes"][victim])
     wait_nothing_left(desk)
     wait_until(lambda: not list(desk.runtime.iterdir()), "the end of the folder")
-    assert "does not run" in desk.refused("status")
+    assert "is not running" in desk.refused("status")
 
 
 def test_a_killed_application_is_told_and_the_watch_goes_on(desk):
@@ -257,7 +257,7 @@ def test_a_body_that_fails_tells_why(desk, tmp_path):
     started = subprocess.run([next(tmp_path.rglob("bin/qivo-watch")), "start", "--headless"],
                              env=desk.environment, capture_output=True, text=True)
     assert started.returncode == 1
-    assert started.stderr == ("qivo-watch: the watch does not start: the body ended with status 1 "
+    assert started.stderr == ("qivo-watch: the watch did not start: the body ended with status 1 "
                               "(qivo-watch-body: no reason)\n")
 
 

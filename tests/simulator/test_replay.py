@@ -34,7 +34,7 @@ def _replay(tmp_path):
     ('wait log "open', "No closing quotation"),
     ("compare", "the following arguments are required: FILE"),
     ("compare page.png --tolerance 256", '"256" is not from 0 to 255'),
-    ("record run.bmp", "no kind that can be recorded (.gif .apng .png .webp .mp4)"),
+    ("record run.bmp", "does not end in .gif .apng .png .webp .mp4"),
     ("play other.replay", "invalid choice: 'play'"),
     ("status --name other", "unrecognized arguments: --name other"),
     ("status --help", "unrecognized arguments: --help"),
@@ -59,8 +59,8 @@ def test_the_first_command_that_fails_ends_a_replay_and_is_named(desk, replay):
     before = desk.status()["bezel"]
     file = replay("bezel cw\nlanguage '?'\nbezel cw 7\n")
     told = desk.refused("play", file)
-    assert told == f"qivo-watch: {file}:2: language '?': \"?\" is no language such as " \
-                   "ko_KR or ar_EG.UTF-8"
+    assert told == f"qivo-watch: {file}:2: language '?': \"?\" is not a language (such as " \
+                   "ko_KR or ar_EG.UTF-8)"
     assert desk.status()["bezel"] == before + 1
 
 
@@ -81,7 +81,7 @@ def test_a_wait_for_a_log_line_passes_over_lines_of_before(desk, replay):
 
 def test_a_wait_for_a_frame_sees_the_change_that_the_command_before_it_made(desk, replay):
     desk.do("play", replay("launch\nwait frame\nbutton click back\nwait exit\nwait frame\n"))
-    assert "has not changed within 0.2 s" in desk.refused(
+    assert "did not change within 0.2 s" in desk.refused(
         "play", replay("time freeze\nwait still\nlanguage en_US\nwait frame -t 0.2\n"))
     desk.do("time", "thaw")
 
@@ -133,20 +133,20 @@ def test_a_replay_records_itself(desk, replay, tmp_path):
                            "record stop\nbutton click back\n"))
     with Image.open(file) as picture:
         assert picture.n_frames > 3
-    assert "nothing is recorded" in desk.refused("play", replay("record stop\n"))
+    assert "no recording is running" in desk.refused("play", replay("record stop\n"))
 
 
 def test_a_replay_starts_and_stops_a_watch_of_its_own(desk, replay):
     desk.do("--name", "own", "play", replay(
         "start --headless --size 454\nbezel ccw 2\nstop\n"))
-    assert "does not run" in desk.refused("--name", "own", "status")
+    assert "is not running" in desk.refused("--name", "own", "status")
 
 
 @pytest.mark.parametrize("text, complaint", [
-    ("# a comment\u0085bezel cw", "1: U+0085 is no character for a replay"),
-    ("# a comment\u2028bezel cw", "1: U+2028 is no character for a replay"),
-    ("bezel cw\nlaunch a\0b", "2: U+0000 is no character for a replay"),
-    ("bezel cw\nlaunch '\033[31m'", "2: U+001B is no character for a replay"),
+    ("# a comment\u0085bezel cw", "1: U+0085 is not allowed in a replay"),
+    ("# a comment\u2028bezel cw", "1: U+2028 is not allowed in a replay"),
+    ("bezel cw\nlaunch a\0b", "2: U+0000 is not allowed in a replay"),
+    ("bezel cw\nlaunch '\033[31m'", "2: U+001B is not allowed in a replay"),
     ("bezel cw\nlaunch " + "x" * 1_000_000, "2: the line is longer than 8192 characters"),
 ])
 def test_what_an_editor_hides_and_endless_words_are_refused(desk, replay, text, complaint):
@@ -180,20 +180,20 @@ def test_a_picture_that_is_named_twice_is_compared_with_its_update(desk, replay)
     file = replay("time freeze\ntime set 10:08\nwait still\ncompare home.png\n"
                   "time set 10:20\nwait still\ncompare home.png\n")
     told = desk.refused("play", file, "--update")
-    assert f"{file}:7: compare home.png: " in told and "pixels are not as in" in told
+    assert f"{file}:7: compare home.png: " in told and "pixels differ from" in told
     desk.do("time", "thaw")
 
 
 def test_a_replay_that_fails_ends_the_watch_that_it_has_started(desk, replay):
     file = replay("start --headless\nlanguage '?'\nstop\n")
     assert f"{file}:2: " in desk.refused("--name", "own", "play", file)
-    assert "does not run" in desk.refused("--name", "own", "status")
+    assert "is not running" in desk.refused("--name", "own", "status")
     assert desk.do("list") == "watch\n"
 
 
 def test_a_replay_that_fails_leaves_the_watch_that_was_there(desk, replay):
     file = replay("start --headless\n")
-    assert "runs already" in desk.refused("play", file)
+    assert "is already running" in desk.refused("play", file)
     assert desk.do("list") == "watch\n"
 
 

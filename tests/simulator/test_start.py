@@ -41,7 +41,7 @@ def test_a_launch_waits_for_a_watch_that_is_being_started(desk, starting):
 
 def test_a_watch_that_is_being_started_is_not_started_twice(desk, starting):
     complaint = desk.refused("start", "--headless")
-    assert 'the watch "watch" is being started already' in complaint or "runs already" in complaint
+    assert 'watch "watch" is already starting' in complaint or "is already running" in complaint
     assert starting.wait(60) == 0
 
 
@@ -49,7 +49,7 @@ def test_a_stop_ends_a_watch_that_is_being_started(desk, starting):
     hold(desk, b"qivo-watch-home")
     desk.do("stop")
     assert starting.wait(10) == 1
-    assert starting.stderr.read() == "qivo-watch: the watch does not start: it was stopped\n"
+    assert starting.stderr.read() == "qivo-watch: the watch did not start: it was stopped\n"
     assert not desk.processes()
     assert not list(desk.runtime.iterdir())
 
@@ -60,7 +60,7 @@ def test_commands_are_told_of_a_start_that_takes_long_and_work_after_it(desk, st
                 ["screenshot", tmp_path / "a.png"], ["screenshot", "--body", tmp_path / "b.png"]]
     with concurrent.futures.ThreadPoolExecutor(len(commands)) as pool:
         for complaint in pool.map(lambda words: desk.refused(*words), commands):
-            assert 'the watch "watch" is still being started' in complaint
+            assert 'watch "watch" is still starting' in complaint
     os.kill(keeper, signal.SIGCONT)
     assert starting.wait(60) == 0
     for words in commands:
@@ -69,7 +69,7 @@ def test_commands_are_told_of_a_start_that_takes_long_and_work_after_it(desk, st
 
 def test_a_start_that_hangs_can_be_stopped(desk, starting):
     hold(desk, b"qivo_watch.keeper")
-    assert 'the watch "watch" is being started already' in desk.refused("start", "--headless")
+    assert 'watch "watch" is already starting' in desk.refused("start", "--headless")
     desk.do("stop")
     assert starting.wait(10) == 1
     assert not desk.processes()

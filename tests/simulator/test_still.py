@@ -66,7 +66,7 @@ def changes(screen):
 
 def test_a_motion_that_its_program_tells_of_is_waited_for_however_slow_it_is(desk, screen, window):
     tell(screen, window, 1)
-    assert "has not come to rest within 1.5 s" in desk.refused("wait", "still", "-t", "1.5")
+    assert "was not still within 1.5 s" in desk.refused("wait", "still", "-t", "1.5")
     tell(screen, window, 0)
     desk.do("wait", "still")
 

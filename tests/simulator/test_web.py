@@ -115,7 +115,7 @@ def test_a_password_is_read_from_standard_input(desk):
 def test_what_is_no_password_of_8_letters_and_digits_is_refused(desk, tmp_path, text):
     (tmp_path / "password").write_text(text, encoding="utf-8")
     told = desk.refused("start", "--web", "--password-file", tmp_path / "password")
-    assert 'password" is no password (8 of A-Z a-z 0-9)' in told
+    assert 'password" is not a password (8 of A-Z a-z 0-9)' in told
     assert not desk.processes()
 
 

@@ -1,4 +1,4 @@
-"""The grammar of the command line, which is that of a replay's lines too."""
+"""The grammar of the command line and of a replay's lines."""
 
 import argparse
 import pathlib
@@ -32,7 +32,7 @@ class _LineParser(_Parser):
 
 
 class _Merge(argparse.Action):
-    """Gathers what is given again and again in one dictionary."""
+    """Gathers the values of a repeated option in one dictionary."""
 
     def __call__(self, _parser: Any, namespace: argparse.Namespace, values: Any,
                  _option: str | None = None) -> None:
@@ -40,7 +40,7 @@ class _Merge(argparse.Action):
 
 
 def _reader(kind: Kind) -> Callable[[str], Any]:
-    """A type for argparse of one for arguments of verbs."""
+    """An argparse type for an argument's type."""
     def convert(word: str) -> Any:
         try:
             return kind.read(word)
@@ -61,8 +61,8 @@ _SECONDS = _reader(SECONDS)
 class Grammar:
     """The verbs of the watch, and those of the command alone, one a method.
 
-    IS_REPLAY: as a line of a replay. What is parsed has as VERB the first word, and as CALL the
-    Verb to be called, or None.
+    IS_REPLAY: for a line of a replay. The result has the first word as VERB, and the Verb to be
+    called, or None, as CALL.
     """
 
     def __init__(self, is_replay: bool):
@@ -114,18 +114,18 @@ class Grammar:
     def _start(self) -> None:
         add = self._add("start", "Start a watch; return when it is ready.").add_argument
         add("--headless", action="store_true", help="without a window")
-        add("--web", action="store_true", help="in a browser of this machine; prints the address")
+        add("--web", action="store_true", help="in a browser on this machine; prints the address")
         add("--port", type=_reader(Number("u", 1, 65535)),
-            help="of --web (default: a free one)")
+            help="port for --web (default: a free one)")
         add("--password-file", metavar="FILE",
             help="holds the password of --web, 8 of A-Z a-z 0-9; - is standard input "
-            "(default: a fresh password)")
+            "(default: a new password)")
         add("--size", type=int, choices=SIZES, default=SIZES[0], help="pixels of the screen's side")
         add("--zoom", type=_reader(Number("d", LEAST_ZOOM, MOST_ZOOM)), metavar="Z",
-            help=f"of the window alone, {LEAST_ZOOM:g} to {MOST_ZOOM:g} (default: the desktop's "
-            "scale, as far as the screen allows it)")
+            help=f"of the window, {LEAST_ZOOM:g} to {MOST_ZOOM:g} (default: the desktop's "
+            "scale, if the screen is large enough)")
         add("--language", default="en_US", help="such as ko_KR (default: %(default)s)")
-        add("--percent", type=_reader(PERCENT), default=80.0, help="charge of the battery")
+        add("--percent", type=_reader(PERCENT), default=80.0, help="the battery's charge")
         add("--charging", dest="battery", action="store_const", const="charging",
             default="discharging", help="with the charger plugged")
         add("--at", type=_reader(Time()), metavar="TIME", help=f"the watch's time: {TIMES}")
@@ -142,15 +142,15 @@ class Grammar:
             if what == "log":
                 add("text", metavar="TEXT")
                 add("--new", action="store_true",
-                    help="pass over the lines that are there already")
+                    help="ignore the lines that are already there")
             add("-t", "--timeout", type=_SECONDS, default=WAIT_PATIENCE_S, metavar="SECONDS",
-                help="how long at most (default: %(default)g)")
+                help="fail after this time (default: %(default)g)")
 
     def _compare(self) -> None:
-        add = self._add("compare", "Fail unless the screen is as in a picture.").add_argument
+        add = self._add("compare", "Fail unless the screen looks like a picture.").add_argument
         add("file", type=_picture, metavar="FILE")
         add("--tolerance", type=_reader(Number("u", 0, 255)), default=16, metavar="N",
-            help="how much a channel of a pixel may be off (default: %(default)s)")
+            help="how much a channel of a pixel may differ (default: %(default)s)")
 
     def _record(self) -> None:
         add = self._add("record", "Record the screen: for the time given, else until Ctrl-C or the "
@@ -161,31 +161,31 @@ class Grammar:
             help="frames a second")
 
     def _log(self) -> None:
-        add = self._add("log", "Show what the watch's programs have logged.").add_argument
-        add("--level", choices=LEVELS, default=LEVELS[0], help="and what is graver")
+        add = self._add("log", "Show the log of the watch's programs.").add_argument
+        add("--level", choices=LEVELS, default=LEVELS[0], help="the lowest level to show")
         add("--color", choices=["auto", "always", "never"], default="auto")
-        add("--follow", action="store_true", help="go on until the watch ends")
+        add("--follow", action="store_true", help="go on showing new lines until the watch ends")
 
     def _play(self) -> None:
         if self._is_replay:
             return
-        add = self._add("play", "Carry out a file of these commands, one a line.").add_argument
+        add = self._add("play", "Run a file of these commands, one a line.").add_argument
         add("file", metavar="FILE")
-        add("--update", action="store_true", help="write the pictures to compare with anew")
+        add("--update", action="store_true", help="write the reference pictures again")
 
     def _status(self) -> None:
         self._add("status", "Show the state of the watch.").add_argument(
-            "--json", action="store_true", help="for programs")
+            "--json", action="store_true", help="as JSON")
 
     def _list(self) -> None:
-        self._add("list", "List the watches that run.")
+        self._add("list", "List the running watches.")
 
     def _stop(self) -> None:
         self._add("stop", "End the watch; return when nothing of it is left.")
 
 
 def _add_argument(parser: argparse.ArgumentParser, argument: Argument) -> None:
-    """What is left out is None: the keeper has the defaults."""
+    """What is left out is None, and the keeper uses the default."""
     kind = argument.kind
     if isinstance(kind, Choice) and kind.are_flags:
         flags = parser.add_mutually_exclusive_group()
@@ -210,10 +210,10 @@ def _add_argument(parser: argparse.ArgumentParser, argument: Argument) -> None:
 
 _NAME_HELP = "which watch (default: watch)"
 _WAITS = {
-    "log": "for a line of the log that holds TEXT",
-    "still": "for a screen on which nothing moves",
+    "log": "for a log line that contains TEXT",
+    "still": "for a screen without motion",
     "frame": "for a change of the screen",
-    "exit": "for the end of the application; fails when it crashed or failed",
+    "exit": "for the end of the application; fails if it crashed or failed",
 }
 _DESCRIPTION = """A watch on the desk. Without a command it starts one.
 
@@ -223,4 +223,4 @@ In the window:
   a click on a key; Escape or Backspace    back key
   a click on a key; P                      power key
   a click on the charger; C                plug, unplug
-  closing the window                       end the watch"""
+  closing the window                       stop the watch"""

@@ -14,7 +14,7 @@ _INTERRUPTED = 130
 
 
 def main(words: list[str]) -> int:
-    """Returns the status: 0, 1 for a command that failed, 2 for one that cannot be meant."""
+    """Returns the exit status: 0, 1 for a command that failed, 2 for wrong arguments."""
     _open_missing_streams()
     try:
         signal.pthread_sigmask(signal.SIG_UNBLOCK, [signal.SIGINT])
@@ -29,7 +29,7 @@ def main(words: list[str]) -> int:
     except KeyboardInterrupt:
         return _INTERRUPTED
     except BrokenPipeError:
-        _drop_output()  # The reader has seen enough.
+        _drop_output()  # The reader has closed the pipe.
     except OSError as error:
         _drop_output()
         return _complain(f"{error.filename or 'output'}: {error.strerror}", 1)
@@ -56,7 +56,7 @@ def _run(words: list[str]) -> None:
 
 
 def _open_missing_streams() -> None:
-    """What is written to an output that the caller has closed fails, as everywhere."""
+    """Makes writing to an output that the caller has closed fail as usual."""
     for name, mode in (("stdin", "r"), ("stdout", "w"), ("stderr", "w")):
         if getattr(sys, name) is None:
             access = os.O_WRONLY if name == "stderr" else os.O_RDONLY
@@ -64,7 +64,7 @@ def _open_missing_streams() -> None:
 
 
 def _drop_output() -> None:
-    """The interpreter shall not complain at its end of what it could not write."""
+    """Keeps the interpreter from complaining at its end about output it could not write."""
     os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
 
 

@@ -23,9 +23,9 @@ _LAST_LINE = 2 ** 64 - 1
 
 
 class Client:
-    """Connects when it is made, to a watch that is being started once it is ready.
+    """Connects when it is made; if the watch is starting, once it is ready.
 
-    Each method fails when the watch has ended, and when who it asks hangs.
+    Each method fails when the watch has ended, or when its peer hangs.
     """
 
     def __init__(self, folder: Folder):
@@ -46,7 +46,7 @@ class Client:
         return self._call(CONTROL, INTERFACE, method, GLib.Variant(signature, arguments))
 
     def carry_out(self, verb: Verb, values: dict[str, Any]) -> None:
-        """Calls a verb; what is not among VALUES is left to the keeper."""
+        """Calls a verb; the keeper has defaults for what is not in VALUES."""
         signature = "".join(argument.kind.signature for argument in verb.needed)
         arguments: list[Any] = [values[argument.name] for argument in verb.needed]
         if verb.optional:
@@ -79,14 +79,14 @@ class Client:
 
     def wait_log(self, start: int, accept: Callable[[str], bool],
                  seconds: float | None) -> int | None:
-        """Hands each line from number START on to ACCEPT until that returns true; returns the
-        number after it. None: it has not come in time (SECONDS None: no limit)."""
+        """Calls ACCEPT with each line from number START on until it returns true; returns the next
+        number. None: no line was accepted in time (SECONDS None: no limit)."""
         deadline = None if seconds is None else time.monotonic() + seconds
         place = start
         with self._following():
             while True:
                 count, first, lines = self.call("ReadLog", "(t)", place)
-                # The log may have been told to have grown since.
+                # The log may have grown since.
                 self._log_count = max(self._log_count, count)
                 for place, line in enumerate(lines, first + 1):
                     if accept(line):
@@ -130,9 +130,9 @@ class Client:
 
     def _wait(self, is_over: Callable[[], bool], peer: Peer,
               deadline: float | None) -> bool:
-        """Turns the loop until IS_OVER(), which is false at the deadline (time.monotonic()).
+        """Runs the loop until IS_OVER(); returns false at the deadline (time.monotonic()).
 
-        Each event that it may hang on ends one turn. Fails when PEER is silent meanwhile.
+        Each event that may change that ends one turn. Fails when PEER is silent meanwhile.
         """
         left = GLib.MAXINT32 if deadline is None else round((deadline - time.monotonic()) * 1000)
         alarm = GLib.timeout_source_new(max(0, left))

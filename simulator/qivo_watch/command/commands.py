@@ -1,4 +1,4 @@
-"""What each subcommand does, on the command line and in a replay alike."""
+"""What each subcommand does, on the command line and in a replay."""
 
 import argparse
 import contextlib
@@ -18,7 +18,7 @@ from qivo_watch.state import Folder, running
 
 
 class Session:
-    """One command, or the commands of one replay. Relative pictures to compare with lie in HERE."""
+    """One command, or the commands of one replay. Reference pictures are relative to HERE."""
 
     def __init__(self, name: str, here: pathlib.Path = pathlib.Path()):
         self.folder = Folder(name)
@@ -44,7 +44,7 @@ class Session:
 
     def open_eye(self) -> Any:
         """Another look at the screen; the caller closes it."""
-        # Nothing but pictures needs the imaging library, which takes its time to load.
+        # Only pictures need the imaging library, which is slow to load.
         from qivo_watch.command.eye import Eye  # pylint: disable=import-outside-toplevel
         return Eye(self.client.status()["display"], self.folder.authority)
 
@@ -53,7 +53,7 @@ class Session:
         self._picture = self.eye().look()
 
     def pass_log(self) -> None:
-        """Lets `wait log` pass over the lines that are there."""
+        """Lets `wait log` ignore the lines that are already there."""
         self.log_place = self.client.log_count()
 
     def run(self, given: argparse.Namespace) -> None:
@@ -78,9 +78,9 @@ class Session:
 
     def do_start(self, given: argparse.Namespace) -> None:
         if given.headless and given.web:
-            raise UsageError("--headless and --web exclude each other")
+            raise UsageError("--headless and --web cannot be combined")
         if (given.port or given.password_file) and not given.web:
-            raise UsageError("--port and --password-file are for --web")
+            raise UsageError("--port and --password-file need --web")
         from qivo_watch.command import desktop  # pylint: disable=import-outside-toplevel
         zoom = given.zoom or 1.0
         if not (given.headless or given.web):
@@ -116,7 +116,7 @@ class Session:
 
     def do_battery(self, given: argparse.Namespace) -> None:
         if given.percent is None and given.state is None:
-            raise UsageError("battery takes --percent, or one of --charging, --discharging, --full")
+            raise UsageError("battery needs --percent, or one of --charging, --discharging, --full")
         self.call(given)
 
     def do_time(self, given: argparse.Namespace) -> None:
@@ -137,7 +137,7 @@ class Session:
     def do_compare(self, given: argparse.Namespace) -> None:
         from qivo_watch.command import pictures  # pylint: disable=import-outside-toplevel
         file = self.here / given.file
-        # One that is named twice is compared with what it has just become.
+        # One that is named twice is compared with the picture just written.
         if self.is_update and file.resolve() not in self._updated:
             pictures.save(self._round_picture(), str(file))
             self._updated.add(file.resolve())
@@ -188,11 +188,11 @@ class Session:
             self._wait_exit(given.timeout)
         elif given.what == "still":
             if not self.eye().wait_still(time.monotonic() + given.timeout):
-                raise WatchError(f"the screen has not come to rest within {given.timeout:g} s")
+                raise WatchError(f"the screen was not still within {given.timeout:g} s")
         else:
             before = self._picture or self.eye().look()
             if self.eye().wait_other(before, time.monotonic() + given.timeout) is None:
-                raise WatchError(f"the screen has not changed within {given.timeout:g} s")
+                raise WatchError(f"the screen did not change within {given.timeout:g} s")
 
     def _wait_exit(self, seconds: float) -> None:
         deadline = time.monotonic() + seconds
@@ -201,11 +201,11 @@ class Session:
         while self.client.get("App"):
             left = deadline - time.monotonic()
             if left <= 0 or self.client.wait_log(place, lambda _: True, left) is None:
-                raise WatchError(f"{self.client.get('App')} has not ended within {seconds:g} s")
+                raise WatchError(f"{self.client.get('App')} did not end within {seconds:g} s")
             place += 1
         end = self.client.status()["lastEnd"]
         if end is None:
-            raise WatchError("no application has run")
+            raise WatchError("no application has been started")
         if end["status"] or end["signal"]:
             raise WatchError(f"{end['app']} " + (
                 f"was killed by {signal.Signals(end['signal']).name}" if end["signal"]
@@ -227,9 +227,9 @@ def _described(status: dict[str, Any]) -> list[str]:
         f"battery   {battery['percent']:g} %, {battery['state']}",
         f"language  {status['language']}",
         f"region    {status['region']}",
-        f"time      {clock['now']}{', stands' if clock['frozen'] else ''}",
+        f"time      {clock['now']}{', frozen' if clock['frozen'] else ''}",
         f"zone      {clock['zone']}",
-        f"hours     {clock['hours'] or 'as the region counts'}",
+        f"hours     {clock['hours'] or 'as in the region'}",
         f"bezel     {status['bezel']} detents",
     ]
     if status["keysDown"]:

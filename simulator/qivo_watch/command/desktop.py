@@ -1,4 +1,4 @@
-"""The user's desktop, where the watch is a window: how large that is."""
+"""The user's desktop: how large the watch's window is on it."""
 
 import contextlib
 import math
@@ -17,15 +17,15 @@ ANSWER_S = 4.0
 """Seconds for the desktop's X server to answer."""
 
 _MARGIN = 680 / 360
-"""The window's side, in sides of the watch's screen."""
+"""The window's side, relative to that of the watch's screen."""
 
 _FRAMED_SHARE = 0.95
-"""What a window's frame leaves of a screen."""
+"""The share of a screen that a window's frame leaves."""
 
 _USUAL_DPI = 96
 _MM_PER_INCH = 25.4
 _PLAUSIBLE_DPI = 500
-"""A screen of more does not know how large it is."""
+"""A screen that reports more does not know its size."""
 
 
 class _Area(NamedTuple):
@@ -53,9 +53,9 @@ def window_zoom(size: int, wanted: float | None) -> float:
         try:
             zooms.append(fitting_zoom(name, size, wanted))
         except Exception:  # pylint: disable=broad-except
-            # The library raises whatever comes of a name that makes no sense.
+            # The library raises anything for a name that makes no sense.
             problem[:] = [f'"{name}" cannot be opened']
-    # Neither the look-up of a host nor the connection to it has a time limit of its own.
+    # Neither looking up a host nor connecting to it has a time limit.
     asking = threading.Thread(target=ask, daemon=True)
     asking.start()
     asking.join(ANSWER_S)
@@ -77,18 +77,18 @@ def fitting_zoom(name: str, size: int, wanted: float | None) -> float:
 
 
 def _scale(host: display.Display) -> float:
-    """How much larger than usual programs are: as they are told, else by the screen's dots."""
+    """The scale of programs: from the environment, else from the screen's resolution."""
     told = [_number(os.environ.get(name)) for name in ("GDK_SCALE", "QT_SCALE_FACTOR")]
     resources = host.screen().root.get_full_property(Xatom.RESOURCE_MANAGER, Xatom.STRING)
     found = resources and re.search(rb"^Xft\.dpi:\s*(\S+)", resources.value, re.MULTILINE)
     if found:
         told.append(_number(found[1].decode("ascii", "replace")) / _USUAL_DPI)
-    # In whole steps, for many a usual screen has a few dots more.
+    # In whole steps: many ordinary screens have a slightly higher resolution.
     return max(told) if any(told) else max(map(_dpi, _areas(host))) // _USUAL_DPI
 
 
 def _number(text: str | None) -> float:
-    """0 for what is no number."""
+    """0 for anything but a number."""
     try:
         value = float(text or 0)
     except ValueError:
@@ -101,7 +101,7 @@ def _areas(host: display.Display) -> list[_Area]:
     screen = host.screen()
     areas = [_Area(screen.width_in_pixels, screen.height_in_pixels, screen.width_in_mms)]
     if host.has_extension(randr.extname):
-        with contextlib.suppress(error.XError):  # of an extension that is older than monitors
+        with contextlib.suppress(error.XError):  # an extension version without monitors
             monitors = screen.root.xrandr_get_monitors().monitors
             areas += [_Area(monitor.width_in_pixels, monitor.height_in_pixels,
                             monitor.width_in_millimeters)
@@ -115,7 +115,7 @@ def _dpi(area: _Area) -> float:
 
 
 def _work_area(host: display.Display) -> tuple[int, int]:
-    """Width and height of what panels leave of the screen."""
+    """Width and height of the screen without panels."""
     screen = host.screen()
     found = screen.root.get_full_property(host.get_atom("_NET_WORKAREA"), Xatom.CARDINAL)
     if found and len(found.value) >= 4 and min(found.value[2:4]) > 0:

@@ -1,4 +1,4 @@
-"""Looks at a watch's screen: takes pictures, waits for a change or for rest."""
+"""Looks at a watch's screen: takes pictures, waits for a change or for stillness."""
 
 import contextlib
 import os
@@ -23,15 +23,15 @@ IDLE_S = 1.0
 """Seconds without news after which the server is asked whether it is still there."""
 
 STILL_S = 0.5
-"""Seconds without a change, and without a motion that its program tells of, after which nothing
-moves any more; frames come 60 times a second."""
+"""Seconds without a change or a reported motion after which the screen counts as still; frames
+come 60 times a second."""
 
 _MOTION = "_WATCH_PORT_MOTION"
-"""What a window of the port has: 1 while anything in it moves, else 0."""
+"""A property of the port's windows: 1 while anything in it moves, else 0."""
 
 
 class Eye:
-    """Looks at a watch's screen until it is closed. The server tells of each change.
+    """Looks at a watch's screen until it is closed. The server reports each change.
 
     Each method raises ScreenGone when the server has ended, and fails when it hangs.
     """
@@ -73,8 +73,8 @@ class Eye:
                 return None
 
     def wait_still(self, deadline: float) -> bool:
-        """Whether the screen comes to rest before the deadline: for a while nothing on it changes,
-        and the program on top has no motion under way that it tells of."""
+        """Whether the screen is still before the deadline: for a while nothing on it changes, and
+        the program on top reports no motion."""
         self._root.change_attributes(event_mask=X.PropertyChangeMask)
         picture = self.look()
         since = time.monotonic()
@@ -88,7 +88,7 @@ class Eye:
         return False
 
     def _is_top_moving(self) -> bool:
-        """Whether the topmost window tells of a motion; the server tells when it changes."""
+        """Whether the topmost window reports a motion; the server reports its changes."""
         with self._bounded():
             stack = self._root.get_full_property(
                 self._display.get_atom("_NET_CLIENT_LIST_STACKING"), Xatom.WINDOW)
@@ -127,7 +127,7 @@ class Eye:
 
     @contextlib.contextmanager
     def _bounded(self) -> Iterator[None]:
-        """Hangs up on a server that does not answer, whichever thread waits for it."""
+        """Closes the connection to a server that does not answer, whichever thread waits for it."""
         timer = threading.Timer(ANSWER_S, self._hang_up)
         timer.start()
         try:

@@ -1,6 +1,6 @@
-"""A watch's beginning and end, as a command sees them.
+"""A watch's start and end, as a command sees them.
 
-None of it needs the watch's bus: what hangs can be ended all the same.
+None of this needs the watch's bus, so a watch that hangs can be ended too.
 """
 
 import contextlib
@@ -20,15 +20,15 @@ READY_PATIENCE_S = 5.0
 """Seconds that a command waits for a watch that is being started."""
 
 STOP_PATIENCE_S = 5.0
-"""Seconds for a watch to end; its guard kills before that what does not end by itself."""
+"""Seconds for a watch to end; before that, its guard kills what does not end by itself."""
 
 _TURN_S = 0.01
 
 
 def start(folder: Folder, options: dict[str, Any]) -> None:
-    """Starts a watch, and returns when it can be used. Who is interrupted leaves none.
+    """Starts a watch, and returns when it can be used. An interrupted start leaves none.
 
-    REQUESTS are blocked on return, or a late one would end the command and leave the watch.
+    REQUESTS are blocked on return: a late one would end the command and leave the watch.
     """
     before = signal.pthread_sigmask(signal.SIG_BLOCK, REQUESTS)
     try:
@@ -45,11 +45,11 @@ def start(folder: Folder, options: dict[str, Any]) -> None:
         raise
     if line != "ready":
         end(folder)
-        raise WatchError(f"the watch does not start: {line or 'its keeper has ended'}")
+        raise WatchError(f"the watch did not start: {line or 'its keeper has ended'}")
 
 
 def stop(folder: Folder) -> None:
-    """Ends a watch that runs or is being started, whatever of it hangs."""
+    """Ends a watch that runs or is starting, whatever part of it hangs."""
     if not end(folder):
         raise WatchError(absence(folder))
 
@@ -71,7 +71,7 @@ def end(folder: Folder) -> bool:
         if time.monotonic() > deadline + GRACE_S:
             raise folder.held_unseen()
         time.sleep(_TURN_S)
-    # Another stop takes who holds the lock for the watch, and asks it to end.
+    # Another stop takes the holder of the lock for the watch, and asks it to end.
     before = signal.signal(signal.SIGTERM, signal.SIG_IGN)
     try:
         return folder.clear_dead() or was_held
@@ -80,21 +80,21 @@ def end(folder: Folder) -> bool:
 
 
 def wait_ready(folder: Folder) -> None:
-    """Waits for a watch that is being started; fails when there is none."""
+    """Waits for a watch that is starting; fails when there is none."""
     deadline = time.monotonic() + READY_PATIENCE_S
-    # Whose folder it is comes first: what another user has put there is not read.
+    # Check the folder's owner first: nothing of another user is read.
     while True:
         if not folder.is_held():
             raise WatchError(absence(folder))
         if folder.display is not None:
             return
         if time.monotonic() > deadline:
-            raise WatchError(f'the watch "{folder.name}" is still being started')
+            raise WatchError(f'watch "{folder.name}" is still starting')
         time.sleep(_TURN_S)
 
 
 def ended(folder: Folder) -> WatchError:
-    """What a command says that finds its watch gone."""
+    """The message of a command whose watch is gone."""
     reason = folder.take_note()
     return WatchError(f"the watch has ended: {reason}") if reason else WatchEnded(
         "the watch has ended")
@@ -104,8 +104,8 @@ def absence(folder: Folder) -> str:
     """Why there is no watch."""
     reason = folder.take_note()
     if reason:
-        return f'the watch "{folder.name}" has ended: {reason}'
-    return f'the watch "{folder.name}" does not run (qivo-watch start starts it)'
+        return f'watch "{folder.name}" has ended: {reason}'
+    return f'watch "{folder.name}" is not running (qivo-watch start starts it)'
 
 
 def _start_guard(folder: Folder, options: str) -> int:
@@ -116,11 +116,11 @@ def _start_guard(folder: Folder, options: str) -> int:
     except OSError as error:
         folder.clear()
         os.close(lock)
-        raise WatchError(f"no process can be started: {error.strerror}") from None
+        raise WatchError(f"cannot start a process: {error.strerror}") from None
 
 
 def _signal(number: int, *processes: int) -> None:
-    """Signals what may have ended by itself meanwhile."""
+    """Signals a process that may have ended meanwhile."""
     for process in processes:
         with contextlib.suppress(ProcessLookupError):
             os.kill(process, number)

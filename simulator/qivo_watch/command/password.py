@@ -1,4 +1,4 @@
-"""The password of the watch in a browser, as the user gives it."""
+"""The password for the watch in a browser, from the user."""
 
 from qivo_watch.errors import WatchError
 from qivo_watch.interface import PASSWORD_LENGTH
@@ -14,6 +14,6 @@ def read(file: str) -> str:
     except OSError as error:
         raise WatchError(f'cannot read the password from "{file}": {error.strerror}') from None
     if not (len(password) == PASSWORD_LENGTH and password.isascii() and password.isalnum()):
-        raise WatchError(f'the first line of "{file}" is no password '
+        raise WatchError(f'the first line of "{file}" is not a password '
                          f"({PASSWORD_LENGTH} of A-Z a-z 0-9)")
     return password

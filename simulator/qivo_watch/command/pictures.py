@@ -10,7 +10,7 @@ from PIL import Image, ImageChops, ImageOps
 from qivo_watch.errors import WatchError
 
 ALLOWED_SHARE = 0.002
-"""The part of the disc's pixels that may differ: a glyph's edge that rounds the other way."""
+"""The share of the disc's pixels that may differ: edges of glyphs that round the other way."""
 
 
 def disc_mask(size: int) -> Image.Image:
@@ -35,12 +35,12 @@ def make_round(picture: Image.Image, mask: Image.Image) -> Image.Image:
     """The picture with nothing outside of the disc."""
     result = picture.convert("RGBA")
     result.putalpha(mask)
-    # What is not seen is not in the file either.
+    # What cannot be seen is not in the file either.
     return Image.composite(result, Image.new("RGBA", picture.size), mask.point(bool, "1"))
 
 
 def save(picture: Image.Image, file: str) -> None:
-    """Writes beside the file first: a full disk leaves what was there."""
+    """Writes beside the file first, so that a full disk leaves the old file."""
     part = pathlib.Path(f"{file}.part")
     try:
         picture.save(part, "PNG")
@@ -51,9 +51,9 @@ def save(picture: Image.Image, file: str) -> None:
 
 
 def compare(seen: Image.Image, file: pathlib.Path, tolerance: int) -> None:
-    """Fails when the picture is not as in the file, and then leaves FILE-diff.png beside it.
+    """Fails when the picture differs from the file, and then writes FILE-diff.png beside it.
 
-    tolerance: how much a pixel's channel may be off, 0 to 255.
+    tolerance: how much a pixel's channel may differ, 0 to 255.
     """
     difference_file = file.with_name(f"{file.stem}-diff.png")
     try:
@@ -80,5 +80,5 @@ def compare(seen: Image.Image, file: pathlib.Path, tolerance: int) -> None:
     dimmed = seen.point([value // 3 for value in range(256)] * 3 + list(range(256)))
     red = Image.new("RGBA", seen.size, (255, 0, 0, 255))
     save(Image.composite(red, dimmed, wrong), str(difference_file))
-    raise WatchError(f'{count} pixels are not as in "{file}" ({allowed} may be): '
+    raise WatchError(f'{count} pixels differ from "{file}" ({allowed} may): '
                      f'see "{difference_file}"')

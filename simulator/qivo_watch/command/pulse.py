@@ -1,6 +1,6 @@
-"""Whether those who a command waits for still answer, and who of a watch that hangs does not.
+"""Whether the peers of a waiting command still answer, and which part of a watch hangs.
 
-Work under way is no silence: a keeper that turns the bezel for minutes answers meanwhile.
+A busy peer is not silent: a keeper that turns the bezel for minutes answers meanwhile.
 """
 
 import socket
@@ -24,7 +24,7 @@ _BUS_GREETING = b"\0AUTH\r\n"
 
 
 class Peer(NamedTuple):
-    """An interface on the watch's bus, and what a user calls who has it."""
+    """An interface on the watch's bus, and what users call its owner."""
 
     label: str
     name: str
@@ -33,10 +33,10 @@ class Peer(NamedTuple):
 
 
 class Pulse:
-    """Pings a peer on the bus until it is stopped, or the peer is silent; ON_NEWS is called for
-    each answer, and for the first that does not come.
+    """Pings a peer on the bus until stopped or the peer is silent; ON_NEWS is called for each
+    answer, and for the first that does not come.
 
-    A peer that is gone is not silent: its callers are told.
+    A peer that is gone is not silent: its callers get an error.
     """
 
     def __init__(self, connection: Gio.DBusConnection, peer: Peer,
@@ -60,7 +60,7 @@ class Pulse:
     def _ping(self) -> bool:
         self._timer = 0
         peer = self._peer
-        # The properties are read by the peer's main loop; a mere Ping its bus thread answers.
+        # The peer's main loop reads properties; its bus thread would answer a mere Ping.
         self._connection.call(peer.name, peer.path, PROPERTIES, "GetAll",
                               GLib.Variant("(s)", (peer.interface,)), None,
                               Gio.DBusCallFlags.NO_AUTO_START, SILENCE_MS, self._end,
@@ -80,17 +80,17 @@ class Pulse:
 
 
 def hang(part: str) -> WatchError:
-    """What a command says that gives up."""
+    """The message of a command that gives up."""
     return WatchError(f"the watch hangs: {part} does not answer (qivo-watch stop ends it)")
 
 
 def is_server_silent(display: str) -> bool:
-    """Whether an X server of this machine (":1") takes no notice of a client."""
+    """Whether an X server of this machine (":1") ignores a client."""
     return _is_silent(f"/tmp/.X11-unix/X{display.removeprefix(':')}", _X_GREETING)
 
 
 def silent_part(folder: Folder, peer: Peer) -> str:
-    """Who hangs when a peer does not answer: it itself, or what it stands on."""
+    """What hangs when a peer does not answer: the peer itself, or a server that it needs."""
     if _is_silent(str(folder.bus_path), _BUS_GREETING):
         return "the message bus"
     if folder.display and is_server_silent(folder.display):
@@ -99,7 +99,7 @@ def silent_part(folder: Folder, peer: Peer) -> str:
 
 
 def _is_silent(path: str, greeting: bytes) -> bool:
-    """Whether nothing comes back from a socket. Who refuses, or is not there, is not silent."""
+    """Whether nothing comes back from a socket. Refusing, or not existing, is not silence."""
     try:
         with socket.socket(socket.AF_UNIX) as peer:
             peer.settimeout(PROBE_S)

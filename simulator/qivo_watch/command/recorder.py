@@ -33,7 +33,7 @@ MOST_WAITING = 200
 def check_file(file: str) -> None:
     """Fails for a file that cannot be written, before anything is recorded."""
     if pathlib.Path(file).suffix.lower() not in FORMATS:
-        raise UsageError(f'"{file}" is of no kind that can be recorded ({" ".join(FORMATS)})')
+        raise UsageError(f'"{file}" does not end in {" ".join(FORMATS)}')
     part = _part_of(file)
     try:
         if os.path.isdir(file):
@@ -45,19 +45,19 @@ def check_file(file: str) -> None:
 
 
 def _part_of(file: str) -> pathlib.Path:
-    """Where the encoder writes, until all is there."""
+    """Where the encoder writes until the file is complete."""
     return pathlib.Path(f"{file}.part")
 
 
 def record(eye: Eye, file: str, rate: int, is_over: Callable[[float], bool]) -> None:
-    """Records until is_over(SECONDS SO FAR), asked between two frames; the file is there then."""
+    """Records until is_over(SECONDS SO FAR), asked between frames; the file is then complete."""
     if not shutil.which("ffmpeg"):
         raise WatchError("ffmpeg is not installed (package ffmpeg)")
     part = _part_of(file)
     command = ["ffmpeg", "-v", "error", "-y", "-f", "rawvideo", "-pix_fmt", "rgba",
                "-s", f"{eye.size}x{eye.size}", "-r", str(rate), "-i", "-",
                *FORMATS[pathlib.Path(file).suffix.lower()], str(part)]
-    # Ctrl-C is for the recording, which then ends in order, and ffmpeg with it.
+    # Ctrl-C ends the recording in order, and ffmpeg with it.
     with subprocess.Popen(command, stdin=subprocess.PIPE, stderr=subprocess.PIPE,
                           start_new_session=True) as encoder:
         try:
@@ -77,7 +77,7 @@ def record(eye: Eye, file: str, rate: int, is_over: Callable[[float], bool]) -> 
 
 
 def _feed(eye: Eye, encoder: subprocess.Popen, rate: int, is_over: Callable[[float], bool]) -> None:
-    """Looks once for each moment of the rate; an encoder that is slower works on behind."""
+    """Takes one picture for each frame of the rate; a slower encoder catches up later."""
     frames: queue.Queue[tuple[bytes, int] | None] = queue.Queue(MOST_WAITING)
     writer = threading.Thread(target=_write, args=(encoder, frames))
     writer.start()
@@ -89,7 +89,7 @@ def _feed(eye: Eye, encoder: subprocess.Popen, rate: int, is_over: Callable[[flo
 
 
 def _look(eye: Eye, rate: int, is_over: Callable[[float], bool], frames: queue.Queue) -> None:
-    """Puts pictures, each with the number of frames that it was seen for."""
+    """Queues pictures, each with the number of frames that it was shown for."""
     mask = disc_mask(eye.size)
     begin = time.monotonic()
     told = 0
@@ -104,7 +104,7 @@ def _look(eye: Eye, rate: int, is_over: Callable[[float], bool], frames: queue.Q
             try:
                 seen = eye.look()
             except ScreenGone:
-                is_last = True  # The watch's end is the recording's.
+                is_last = True  # The recording ends with the watch.
         count = max(1, int((time.monotonic() - begin) * rate) - told)
         frames.put((frame, count))
         told += count
@@ -115,7 +115,7 @@ def _sleep_until(moment: float) -> None:
 
 
 def _write(encoder: subprocess.Popen, frames: queue.Queue) -> None:
-    """Hands the encoder what it takes; one that has failed gets nothing more."""
+    """Feeds the encoder; one that has failed gets nothing more."""
     while (item := frames.get()) is not None:
         frame, count = item
         with contextlib.suppress(BrokenPipeError):
@@ -135,7 +135,7 @@ class Recording:
         self._news.wait()
 
     def finish(self) -> None:
-        """Ends it, and fails when it has failed."""
+        """Ends it; fails if the recording has failed."""
         self._end.set()
         self._thread.join()
         if self._error:

@@ -1,4 +1,4 @@
-"""Replays: plain text files of the watch's commands, read whole before the first is carried out.
+"""Replays: plain text files of the watch's commands, checked whole before the first one runs.
 
 A line is a command as on the command line, without "qivo-watch"; "#" begins a comment. Words are
 quoted as in a shell.
@@ -64,10 +64,10 @@ def _read_text(file: pathlib.Path) -> str:
 def _split(line: str) -> list[str]:
     if len(line) > LONGEST_LINE:
         raise UsageError(f"the line is longer than {LONGEST_LINE} characters")
-    # Some editors end a line at these, and so hide or show another command than the one here.
+    # Some editors end a line at these, and so show other commands than those that run.
     for letter in line:
         if unicodedata.category(letter) in ("Cc", "Zl", "Zp") and letter != "\t":
-            raise UsageError(f"U+{ord(letter):04X} is no character for a replay")
+            raise UsageError(f"U+{ord(letter):04X} is not allowed in a replay")
     return shlex.split(line, comments=True)
 
 
@@ -83,7 +83,7 @@ def _parse(grammar: Grammar, words: list[str]) -> argparse.Namespace | None:
 
 
 def play(file: pathlib.Path, name: str, is_update: bool) -> None:
-    """Carries out a replay; the first command that fails ends it, and the watch that it started."""
+    """Runs a replay; the first command that fails ends it, and the watch that it started."""
     steps = read(file)
     with contextlib.closing(_Player(file, name, is_update)) as player:
         for step in steps:
@@ -99,7 +99,7 @@ def play(file: pathlib.Path, name: str, is_update: bool) -> None:
 
 
 class _Player:
-    """Carries out steps in one session, and records beside it."""
+    """Runs steps in one session, and records meanwhile."""
 
     def __init__(self, file: pathlib.Path, name: str, is_update: bool):
         self._session = Session(name, file.parent)
@@ -111,7 +111,7 @@ class _Player:
     def take(self, step: Step) -> None:
         if step.given is None:
             if not self._recording:
-                raise WatchError("nothing is recorded")
+                raise WatchError("no recording is running")
             self._end_recording()
         elif step.given.verb == "record":
             self._record(step.given)
@@ -121,7 +121,7 @@ class _Player:
             self._end(step.given.verb)
 
     def give_up(self) -> None:
-        """Ends the watch that the replay has started."""
+        """Ends the watch that the replay started."""
         if self._has_started:
             with contextlib.suppress(WatchError):
                 self._begin("stop")
@@ -139,7 +139,7 @@ class _Player:
         if verb == "stop" and self._recording:
             self._end_recording()
         if not self._has_begun and verb not in _WITHOUT_WATCH:
-            # Lines that were there before do not count for the replay's waits.
+            # The replay's waits ignore earlier lines.
             self._session.pass_log()
             self._has_begun = True
         if verb not in _WITHOUT_PICTURE:
@@ -155,7 +155,7 @@ class _Player:
 
     def _record(self, given: argparse.Namespace) -> None:
         if self._recording:
-            raise WatchError("a recording is under way")
+            raise WatchError("a recording is already running")
         self._recording = Recording(self._session.open_eye(), given.file, given.fps)
 
     def _end_recording(self) -> None:

@@ -1,4 +1,4 @@
-"""The applications on the watch together: launched, handed requests, ended."""
+"""All applications on the watch: launches them, passes requests on, ends them."""
 
 import pathlib
 from signal import SIGTERM
@@ -16,7 +16,7 @@ END_PATIENCE_S = 3.0
 
 
 class Applications:
-    """ON_CHANGE is called when another application is the last one, or none is."""
+    """ON_CHANGE is called when the last started application changes, also to none."""
 
     def __init__(self, environment: dict[str, str], log: Log, settler: Settler,
                  on_news: Callable[[], None], on_change: Callable[[], None]):
@@ -30,7 +30,7 @@ class Applications:
 
     @property
     def last(self) -> App | None:
-        """The application that was started last, of those that run."""
+        """The running application that was started last."""
         return self._apps[-1] if self._apps else None
 
     def look(self) -> None:
@@ -43,27 +43,27 @@ class Applications:
             self._on_change()
 
     def settle(self) -> Work:
-        """Waits until each of them has taken what was sent to it."""
+        """Waits until each of them has handled what was sent to it."""
         for app in list(self._apps):
             yield from self._settler.settle(app)
 
     def find_program(self, name: str) -> Program:
-        """Of an id that runs, the program is the one that runs, wherever it lies."""
+        """The program of an id: if it runs, the running one, wherever it is."""
         return next((app.program for app in self._apps if app.program.has_id and app.name == name),
                     None) or locate(name)
 
     def launch(self, program: Program, arguments: list[str], settings: dict[str, str],
                additions: dict[str, str], patience_s: float) -> Work:
-        """SETTINGS and ADDITIONS, which the caller wants, go into the program's environment."""
+        """SETTINGS and the caller's ADDITIONS go into the program's environment."""
         if STATE_VARIABLE in additions:
             raise WatchError(f"{STATE_VARIABLE} is the watch's own")
         before = self.last
         first = next((app for app in self._apps if app.program.is_same(program)), None)
         if first and not program.has_id:
-            raise WatchError(f"{program.name} runs already, and takes no request: "
+            raise WatchError(f"{program.name} is already running and takes no request: "
                              "it has no application id")
         if first and additions:
-            raise WatchError(f"{program.name} runs already: its environment stays as it is")
+            raise WatchError(f"{program.name} is already running: its environment stays")
         app = App(program, arguments, self._environment | settings | additions, self._log,
                   self._on_news)
         try:
@@ -82,13 +82,13 @@ class Applications:
         self._apps.append(app)
         self._on_change()
         yield Until(lambda: app.has_frame or not app.is_running, patience_s,
-                    f"{app.name} has told of no first frame within {patience_s:g} s")
+                    f"{app.name} reported no first frame within {patience_s:g} s")
         if not app.has_frame:
             raise WatchError(f"{app.name} {end_of(app.status or 0)} before it had drawn anything")
 
     def _hand_over(self, second: App, patience_s: float) -> Work:
-        """A second process of an application hands its request to the first, and ends."""
-        complaint = f"{second.name} runs, and has not taken the request"
+        """A second process of an application passes its request to the first, and ends."""
+        complaint = f"{second.name} is running, but did not take the request"
         yield Until(lambda: second.has_frame or not second.is_running, patience_s, complaint)
         if second.status != 0:
             raise WatchError(complaint)
@@ -97,7 +97,7 @@ class Applications:
         """NAME is empty for the application that was started last."""
         app = self._find(name)
         if (yield from self._end([app], patience_s)):
-            raise WatchError(f"{app.name} has not ended within {patience_s:g} s, and was killed")
+            raise WatchError(f"{app.name} did not end within {patience_s:g} s, and was killed")
         if app.status not in (0, -SIGTERM):
             raise WatchError(f"{app.name} {end_of(app.status or 0)}")
         yield from self._settler.settle(self.last)
@@ -107,17 +107,17 @@ class Applications:
 
     def _find(self, name: str) -> App:
         if not self._apps:
-            raise WatchError("no application runs")
+            raise WatchError("no application is running")
         if not name:
             return self._apps[-1]
         path = pathlib.Path(name).resolve() if "/" in name else None
         for app in reversed(self._apps):
             if app.program.path.resolve() == path or app.name == name:
                 return app
-        raise WatchError(f"no application {name} runs")
+        raise WatchError(f"application {name} is not running")
 
     def _end(self, apps: list[App], patience_s: float) -> Work:
-        """Asks them to end, and kills those that do not in time; returns whether it had to."""
+        """Asks them to end and kills those that do not in time; returns whether it killed one."""
         for app in apps:
             app.ask_to_end()
         gone = Until(lambda: not any(app.is_running for app in apps), patience_s, "")
@@ -126,6 +126,6 @@ class Applications:
         except WatchError:
             for app in apps:
                 app.kill()
-            yield Until(gone.condition, END_PATIENCE_S, "an application does not end")
+            yield Until(gone.condition, END_PATIENCE_S, "an application did not end")
             return True
         return False

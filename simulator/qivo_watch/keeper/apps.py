@@ -1,4 +1,4 @@
-"""The applications on the watch: found, started, listened to, seen to end."""
+"""The applications on the watch: finds and starts them, reads their output, sees them end."""
 
 import os
 import pathlib
@@ -17,7 +17,7 @@ from qivo_watch.spawn import spawn
 
 _FIRST_FRAME = re.compile(r"WATCH_PORT: first frame$")
 _LONGEST_REST = 65536
-"""Bytes that are kept of a line whose end does not come."""
+"""How many bytes of a line without an end are kept."""
 
 _READABLE = GLib.IOCondition.IN | GLib.IOCondition.HUP | GLib.IOCondition.ERR
 
@@ -28,7 +28,7 @@ class Program(NamedTuple):
     name: str
     path: pathlib.Path
     has_id: bool
-    """Whether a second process can hand its request to the first."""
+    """Whether a second process can pass its request to the first."""
 
     def is_same(self, other: "Program") -> bool:
         if self.has_id and other.has_id:
@@ -90,7 +90,7 @@ class App:
         return is_going_on
 
     def _read(self) -> bool:
-        """Logs what is there; returns whether more may come."""
+        """Logs the available output; returns whether more may come."""
         try:
             piece = os.read(self._out, 65536)
         except BlockingIOError:
@@ -130,11 +130,11 @@ def locate(app: str) -> Program:
     if "/" in app:
         path = pathlib.Path(app)
         if not os.access(path, os.X_OK) or path.is_dir():
-            raise WatchError(f'"{app}" is no program')
+            raise WatchError(f'"{app}" is not a program')
         app_id = _id_of(path)
         return Program(app_id or path.name, path, app_id is not None)
     if not re.fullmatch(r"[A-Za-z_][\w-]*(\.[A-Za-z_][\w-]*)+", app, re.ASCII):
-        raise WatchError(f'"{app}" is no application: neither an id such as {GUIDE} '
+        raise WatchError(f'"{app}" is not an application: neither an id such as {GUIDE} '
                          f"nor the path of a program")
     try:
         path = find_program(app.rpartition(".")[2])
@@ -156,7 +156,7 @@ def _id_of(path: pathlib.Path) -> str | None:
 
 
 def request_arguments(operation: str, extra: dict[str, str]) -> list[str]:
-    """A launch request as the port's programs take it."""
+    """A launch request as arguments for the port's programs."""
     arguments = ["--operation", operation] if operation else []
     for key, value in extra.items():
         arguments += ["--extra", f"{key}={value}"]

@@ -1,4 +1,4 @@
-"""The control interface on the bus: each method answers when its effect is seen."""
+"""The control interface on the bus: each method answers when its effect has been seen."""
 
 import json
 from typing import Any
@@ -14,7 +14,7 @@ from qivo_watch.keeper.watch import Watch
 
 
 class Control:
-    """Answers for a watch. The name is owned when everything can be answered."""
+    """Answers for a watch. It takes the name when it can answer everything."""
 
     def __init__(self, connection: Gio.DBusConnection, watch: Watch, tasks: Tasks):
         self._watch = watch
@@ -28,7 +28,7 @@ class Control:
                 call.return_value(result)
             else:
                 call.return_dbus_error(REFUSED, _line_of(error))
-        # The watch's end outlives who wanted it, as the body does not.
+        # The end goes on when its caller has gone, as the body goes.
         owner = "" if method == "Stop" else call.get_sender()
         self._tasks.run(self._work(method, arguments), done, owner)
 

@@ -1,4 +1,4 @@
-"""What the programs on the watch are given to know of the world, and where they lie."""
+"""The environment of the programs on the watch, and where the programs are."""
 
 import os
 import pathlib
@@ -10,7 +10,7 @@ from qivo_watch.errors import WatchError
 from qivo_watch.processes import STATE_VARIABLE
 from qivo_watch.state import Folder
 
-# DLOG_LEVEL is not among them: the watch reads an application's lines, and filters on demand.
+# Without DLOG_LEVEL: the watch keeps all lines of an application and filters on demand.
 _KEPT = ["PATH", "TZ", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"]
 _FAMILY_LOCAL = 256
 _COOKIE = "MIT-MAGIC-COOKIE-1"
@@ -23,11 +23,11 @@ _PLACES = [HERE / "body", HERE / "home", HERE.parent / "qivo-ui",
 
 
 def program(name: str) -> pathlib.Path:
-    """A program that was built or installed together with this one."""
+    """A program that was built or installed with this one."""
     for place in _PLACES:
         if (place / name).is_file():
             return place / name
-    raise WatchError(f"{name} is not there: not in any of {', '.join(map(str, _PLACES))}")
+    raise WatchError(f"{name} is missing: it is in none of {', '.join(map(str, _PLACES))}")
 
 
 def bare_environment(folder: Folder) -> dict[str, str]:
@@ -45,7 +45,7 @@ def bare_environment(folder: Folder) -> dict[str, str]:
 
 
 class Admission:
-    """Who may open the watch's displays: this user's programs that know the cookie."""
+    """Controls who may open the watch's displays: this user's programs that know the cookie."""
 
     def __init__(self, folder: Folder):
         self.server_file = folder.path / "server-authority"
@@ -62,7 +62,7 @@ class Admission:
         try:
             entries += pathlib.Path(self._usual).read_bytes()
         except OSError:
-            pass  # Without a file, a display of the user's asks for no cookie.
+            pass  # Without a file, the user's display needs no cookie.
         _write(self._file, entries)
 
 

@@ -1,4 +1,4 @@
-"""The hand on the watch: keys, bezel and finger, as events of the nested display."""
+"""Plays keys, bezel and finger into the nested display."""
 
 from Xlib import X, XK
 
@@ -21,7 +21,7 @@ class Hand:
         self._fake(X.KeyPress if is_down else X.KeyRelease, self._codes[name])
 
     def detent(self, direction: str) -> None:
-        """One notch of the bezel, which is the wheel of the pointer where that is."""
+        """One detent of the bezel: the mouse wheel, at the pointer's place."""
         self._fake(X.ButtonPress, _WHEEL[direction])
         self._fake(X.ButtonRelease, _WHEEL[direction])
 
@@ -36,7 +36,7 @@ class Hand:
         self._display.sync()
 
     def _code_of(self, keysym: int) -> int:
-        """The key's code, which the server's keyboard gets where it has none."""
+        """The key's code, added to the server's keyboard if it has none."""
         code = self._display.keysym_to_keycode(keysym)
         if code:
             return code

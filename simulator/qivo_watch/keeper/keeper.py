@@ -30,7 +30,7 @@ FLUSH_PATIENCE_S = 2
 """Seconds for the last answers to reach the bus."""
 
 LOSS_PATIENCE_MS = 1000
-"""How long the end of a bus that has hung up takes to be seen, if it has ended."""
+"""Seconds until the end of a bus that has closed its connection is seen, if it has ended."""
 
 _NO_ROOM = (errno.ENOSPC, errno.EDQUOT)
 
@@ -38,7 +38,7 @@ OWNED = {"home": HOME_NAME, "body": BODY_NAME}
 
 
 class Keeper:
-    """One run of a watch. ANSWER is where the one who starts it reads "ready", or why not."""
+    """One run of a watch. The starting command reads "ready", or why not, from ANSWER."""
 
     def __init__(self, folder: Folder, answer: int, options: dict[str, Any]):
         self._folder = folder
@@ -60,9 +60,9 @@ class Keeper:
     def run(self) -> None:
         for request in REQUESTS:
             GLib.unix_signal_add(GLib.PRIORITY_HIGH, request, self._on_signal)
-        # The guard has blocked them up to here.
+        # The guard has blocked them until here.
         signal.pthread_sigmask(signal.SIG_UNBLOCK, REQUESTS)
-        # What a callback of the loop raises would only be printed, to nobody.
+        # An exception in a callback of the loop would only be printed, and nobody would see it.
         sys.excepthook = lambda _kind, error, _trace: self._on_error(error)
         self._tasks.run(self._start(), self._on_started)
         if not self._is_ending:  # as when the very first program is not there
@@ -105,7 +105,7 @@ class Keeper:
         Control(self._connection, self._watch, self._tasks)
         for name, owned in OWNED.items():
             yield Until(lambda owned=owned: owned in self._owned, PATIENCE_S,
-                        f"{LABELS[name]} does not start")
+                        f"{LABELS[name]} did not start")
         self._folder.set_ready(display)
 
     def _connect(self) -> Gio.DBusConnection:
@@ -136,7 +136,7 @@ class Keeper:
             self._fail(_reason_of(error, self._folder))
 
     def _answer_start(self, text: str) -> None:
-        """Tells who starts the watch. One who has gone has not got what he wanted: no watch."""
+        """Answers the starting command. If that has gone, the watch is not wanted any more."""
         if self._answer is None:
             return
         try:
@@ -178,21 +178,21 @@ class Keeper:
         return True
 
     def _on_error(self, error: BaseException) -> None:
-        # The end of the server itself follows, and says more.
+        # The end of the server itself follows, with a better reason.
         if not isinstance(error, ConnectionClosedError):
             self._fail(f"the keeper failed: {error!r}")
 
     def _on_part_end(self, name: str, what: str) -> None:
-        # A server takes its clients along, and may be seen to end after them.
+        # A server takes its clients with it, and its end may be seen after theirs.
         if name in ("server", "bus") or not self._has_lost_server():
             self._fail(what)
 
     def _on_closed(self, *_: Any) -> None:
-        """Without the bus nobody reaches the watch. A bus that has ended tells more itself."""
+        """Without the bus nobody reaches the watch. If the bus has ended, that says more."""
         GLib.timeout_add(LOSS_PATIENCE_MS, self._fail, "the message bus has dropped the keeper")
 
     def _has_lost_server(self) -> bool:
-        """Whether the X server or the bus is gone, as its own end will tell."""
+        """Whether the X server or the bus has gone, so that its own end follows."""
         if self._connection is None or self._screen is None:
             return False
         try:
@@ -204,7 +204,7 @@ class Keeper:
         return False
 
     def _fail(self, what: str) -> None:
-        """Something without which there is no watch has ended: tells it, and ends the rest."""
+        """A necessary part has ended: reports it and ends the rest."""
         if self._is_ending:
             return
         line = " ".join(what.split())
@@ -224,7 +224,7 @@ class Keeper:
 
 def _reason_of(error: Exception, folder: Folder) -> str:
     if isinstance(error, OSError) and error.strerror:
-        # What could not be written does not say where it should have gone.
+        # Failed writes do not say which file they were for.
         place = error.filename or (folder.path if error.errno in _NO_ROOM else "the keeper")
         return f"{place}: {error.strerror}"
     known = isinstance(error, (WatchError, UsageError, GLib.Error))

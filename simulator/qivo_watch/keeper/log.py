@@ -1,4 +1,4 @@
-"""The watch's log: what its programs and the watch itself have said, kept in memory, bounded."""
+"""The watch's log: lines of its programs and of the watch itself, in memory, bounded."""
 
 import collections
 import itertools
@@ -9,7 +9,7 @@ from qivo_watch.lines import printable
 
 KEPT_LINES = 20000
 PIECE_BYTES = 256 * 1024
-"""As much as one reading returns; the bus drops who sends a message of more than 32 MiB."""
+"""The most that one reading returns; the bus drops senders of messages over 32 MiB."""
 
 OWN_TAG = "QIVO_WATCH"
 
@@ -28,7 +28,7 @@ class Log:
         self._on_grown()
 
     def say(self, level: str, text: str) -> None:
-        """A line of the watch's own; level: one of LEVELS."""
+        """Adds a line of the watch itself; level: one of LEVELS."""
         now = time.time()
         stamp = time.strftime("%H:%M:%S", time.localtime(now))
         letter = level[0].upper()

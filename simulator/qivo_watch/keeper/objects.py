@@ -1,4 +1,4 @@
-"""What the keeper has on the watch's bus: the daemon, names, objects with properties."""
+"""The keeper's side of the watch's bus: the daemon, names, objects with properties."""
 
 import pathlib
 from typing import Any, Callable
@@ -22,7 +22,7 @@ _CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Co
 
 
 def daemon_command(folder: pathlib.Path, address: str, ready: int) -> list[str]:
-    """The command of a bus that writes a line to the descriptor READY when it listens."""
+    """The command for a bus that writes a line to the descriptor READY when it listens."""
     configuration = folder / "bus.conf"
     configuration.write_text(_CONFIGURATION.format(address=address), encoding="utf-8")
     return ["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile",
@@ -75,12 +75,12 @@ class BusObject:
         return value() if callable(value) else value
 
     def set(self, **values: Any) -> None:
-        """Sets properties; tells of those that are not what they were."""
+        """Sets properties; reports those that have changed."""
         self.tell(**{name: value for name, value in values.items()
                      if self._values[name] != value})
 
     def tell(self, **values: Any) -> None:
-        """Tells of properties, changed or not. One that is computed stays so."""
+        """Reports properties, changed or not. A computed one stays computed."""
         for name, value in values.items():
             if not callable(self._values[name]):
                 self._values[name] = value
@@ -94,7 +94,7 @@ class BusObject:
         self._send(self._interface.name, signal, arguments)
 
     def _send(self, interface: str, signal: str, arguments: GLib.Variant) -> None:
-        # Nobody hears it on a bus that has just died, and its end is told elsewhere.
+        # A bus that has just died; its end is reported elsewhere.
         if not self._connection.is_closed():
             self._connection.emit_signal(None, self._path, interface, signal, arguments)
 

@@ -1,4 +1,4 @@
-"""The programs that a watch consists of, each started, heard when it is ready, and supervised."""
+"""The programs of a watch: started, waited for until they are ready, and supervised."""
 
 import os
 import shutil
@@ -51,7 +51,7 @@ class Line:
 
 
 class Parts:
-    """ON_END(name, what happened) is called when one ends, which none does by itself."""
+    """ON_END(name, what happened) is called when one ends; none should."""
 
     def __init__(self, folder: Folder, environment: dict[str, str], on_news: Callable[[], None],
                  on_end: Callable[[str, str], None]):
@@ -76,7 +76,7 @@ class Parts:
         GLib.child_watch_add(GLib.PRIORITY_DEFAULT, self._parts[name].pid, self._on_part_end, name)
 
     def start_own(self, name: str, command: list[str], environment: dict[str, str]) -> None:
-        """A program that complains in one line before it fails."""
+        """A program that writes one line of complaint before it fails."""
         self._complaints[name] = tempfile.TemporaryFile()
         self.start(name, command, environment=environment, stderr=self._complaints[name])
 
@@ -92,8 +92,8 @@ class Parts:
             self._folder.path, self._folder.bus_address, line.into), "pass_fds": [line.into]})
 
     def start_manager(self, name: str, display: str) -> Line:
-        """Window manager of a display; it fills the screen with each window."""
-        # openbox runs its start-up command once it manages, with its own standard output.
+        """The window manager of a display; each window fills the screen."""
+        # openbox runs its start-up command when it manages, with its own standard output.
         return self.start_telling(name, [
             "openbox", "--sm-disable", "--config-file", str(HERE / "openbox.xml"),
             "--startup", "echo managing"],
@@ -113,9 +113,9 @@ class Parts:
         return line
 
     def wait_line(self, name: str, line: Line) -> Work:
-        yield Until(lambda: line.is_over, PATIENCE_S, f"{LABELS[name]} does not start")
+        yield Until(lambda: line.is_over, PATIENCE_S, f"{LABELS[name]} did not start")
         if not line.is_whole:
-            raise WatchError(f"{LABELS[name]} does not start")
+            raise WatchError(f"{LABELS[name]} did not start")
         return line.text.splitlines()[0].strip()
 
     def wait_display(self, name: str, line: Line) -> Work:

@@ -1,4 +1,4 @@
-"""The watch's screen as the keeper sees it: windows, what they answer, what is drawn."""
+"""The watch's screen for the keeper: windows, their answers, pixels."""
 
 import itertools
 from typing import Any, Callable
@@ -39,7 +39,7 @@ class Screen:
         return [self.display.create_resource_object("window", number) for number in ids]
 
     def process_of(self, window: Any) -> int:
-        """The process behind a window; 0 when it does not say."""
+        """The process of a window; 0 if unknown."""
         found = self._property(window, "_NET_WM_PID", Xatom.CARDINAL)
         return found[0] if found else 0
 
@@ -55,8 +55,8 @@ class Screen:
     # Round trips
 
     def ping(self, window: Any) -> int:
-        """Asks a window for an answer, which it gives in the order of events; returns a number
-        for has_answered(). 0: the window does not know the question."""
+        """Pings a window, which answers in the order of its events; returns a number for
+        has_answered(). 0: the window does not support pings."""
         ping = self.display.get_atom("_NET_WM_PING")
         protocols = self._property(window, "WM_PROTOCOLS", Xatom.ATOM) or []
         if ping not in protocols:
@@ -70,7 +70,7 @@ class Screen:
         return serial == 0 or serial in self._answered
 
     def ask_manager(self, window: Any) -> None:
-        """Asks the window manager for an answer, which manager_answered() tells."""
+        """Pings the window manager; manager_answered() says whether it has answered."""
         self._framed.discard(window.id)
         window.change_attributes(event_mask=X.PropertyChangeMask)
         self._send(window, "_NET_REQUEST_FRAME_EXTENTS", [0] * 5, self.root,
@@ -110,12 +110,12 @@ class Screen:
         try:
             self._drain()
         except (error.ConnectionClosedError, OSError):
-            return False  # The server has gone, as its own end tells.
+            return False  # The server has gone; its end is reported elsewhere.
         self._on_news()
         return True
 
     def _drain_soon(self) -> None:
-        """An answer may have brought events along, which the socket does not tell any more."""
+        """A reply may have brought events, for which the socket is no longer readable."""
         if not self._is_drain_due:
             self._is_drain_due = True
             GLib.idle_add(self._drain_later)

@@ -1,8 +1,8 @@
-"""How it is seen that a program has taken what was sent to it.
+"""How to see that a program has handled what was sent to it.
 
 A program answers a ping of its window in the order of its X events, and one over the bus in the
-order of its messages. The second is read in a later turn of its loop than the first was, so a
-program that answers both has done what the first had queued: callbacks, a pause, an exit.
+order of its messages. The second is read in a later turn of its loop than the first, so a program
+that has answered both has done what the first had queued: callbacks, a pause, an exit.
 """
 
 from typing import Any, Callable
@@ -24,7 +24,7 @@ _PEER = "org.freedesktop.DBus.Peer"
 
 
 class Settler:
-    """Follows who is on the bus, and asks programs for their answers."""
+    """Follows who is on the bus, and pings programs."""
 
     def __init__(self, connection: Gio.DBusConnection, screen: Screen, processes: dict[str, int],
                  on_news: Callable[[], None]):
@@ -36,14 +36,14 @@ class Settler:
 
     def settle(self, app: App | None) -> Work:
         """Waits for the application, or without one for the home face. An application that ends
-        well has taken it too; one that crashes makes the verb fail."""
+        with status 0 counts as well; one that crashes makes the verb fail."""
         if app is None:
             yield from self._settle_process(self._processes["home"], "the home face", None)
         elif app.is_running:
             yield from self._settle_process(app.pid, app.name, app)
 
     def settle_if_covered(self, app: App) -> Work:
-        """Waits for what an application does that has lowered its window, if it has."""
+        """If an application has lowered its window, waits for what it does next."""
         window = self._screen.window_of(app.pid) if app.is_running else None
         if window is None:
             return
@@ -54,7 +54,7 @@ class Settler:
             yield from self.settle(app)
 
     def settle_services(self) -> Work:
-        """Waits until every program on the watch has read what the services have told."""
+        """Waits until every program on the watch has read what the services sent."""
         wanted = set(self._processes.values())
         yield from self._ping_bus(lambda process: process in wanted, "a program on the watch", None)
 
@@ -77,7 +77,7 @@ class Settler:
             try:
                 connection.call_finish(result)
             except GLib.Error:
-                pass  # One that has gone has nothing left to do.
+                pass  # One that has gone need not be waited for.
             asked.discard(name)
             self._on_news()
 

@@ -2,10 +2,10 @@
 
     def press(self):
         inject_press()
-        yield Until(lambda: self.is_pressed, 5, "the key does not go down")
+        yield Until(lambda: self.is_pressed, 5, "the key did not go down")
         return "pressed"
 
-Whatever may have made a condition true calls Tasks.look(): nothing is asked again and again.
+Whatever may have made a condition true calls Tasks.look(), so there is no polling.
 """
 
 from typing import Any, Callable, Generator
@@ -47,19 +47,19 @@ class Tasks:
     def run(self, work: Work, done: Done, owner: str = "") -> None:
         """Starts a generator; DONE gets its result, or what it raised.
 
-        owner: who wants it done, for cancel().
+        owner: the caller, for cancel().
         """
         self._owners[work] = owner
         self._go_on(work, done, None)
 
     def cancel(self, owner: str) -> None:
-        """Ends what OWNER has wanted by a GeneratorExit where it waits; nobody is told."""
+        """Ends OWNER's work by a GeneratorExit where it waits; DONE is not called."""
         for work in [known for known, other in self._owners.items() if other == owner]:
             del self._owners[work]
             work.close()
 
     def look(self) -> None:
-        """Something has happened: asks every condition that is waited for."""
+        """Something has happened: checks every condition that is waited for."""
         self._is_look_due = True
         if self._is_looking:
             return
@@ -102,8 +102,8 @@ class Tasks:
             GLib.timeout_add(round(wanted.seconds * 1000), self._expire, key)
 
     def _ask(self, key: object) -> bool:
-        """Goes on with work whose condition is true, or which cannot be told; returns whether
-        nothing waits there any more."""
+        """Goes on with work whose condition is true or raises; returns whether nothing waits there
+        any more."""
         if key not in self._waiting:
             return True
         problem: Exception | None = None

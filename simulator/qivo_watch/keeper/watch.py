@@ -1,7 +1,7 @@
-"""What the watch does as a watch: its keys, screen, bezel, settings, clock.
+"""What the watch does: keys, screen, bezel, settings, clock.
 
-Each verb of the interface is a generator for Tasks, refuses what cannot be, and returns when its
-effect is seen. What it gets has been checked by the interface's limits.
+Each verb of the interface is a generator for Tasks. It refuses what is impossible, and returns when
+its effect has been seen. The interface has checked the limits of its arguments.
 """
 
 import contextlib
@@ -32,13 +32,13 @@ PATIENCE_S = 10.0
 
 FINGER_STEP_MS = 10
 DETENTS_AT_ONCE = 50
-"""Detents that may follow each other before the watch attends to other callers."""
+"""How many detents may follow each other before the watch serves other callers."""
 
 
 class Watch:
-    """The state of one watch: OPTIONS are those it was started with, FACTS what its status tells
-    of where it is. ON_NEWS is called when an application does something, ON_STOP when it is told
-    to end and its applications have."""
+    """The state of one watch. OPTIONS are those it was started with, FACTS the fixed part of its
+    status. ON_NEWS is called when an application does something, ON_STOP when the watch is to end
+    and its applications have ended."""
 
     def __init__(self, options: dict[str, Any], facts: dict[str, Any],
                  connection: Gio.DBusConnection, screen: Screen, environment: dict[str, str],
@@ -104,7 +104,7 @@ class Watch:
 
     def push_key(self, key: str) -> Work:
         if self._pressed[key]:
-            raise WatchError(f"the {key} key is down already")
+            raise WatchError(f"the {key} key is already down")
         if key == "back":
             self._need_screen()
         with self._let_go_on_failure(key):
@@ -128,7 +128,7 @@ class Watch:
 
     @contextlib.contextmanager
     def _let_go_on_failure(self, key: str) -> Iterator[None]:
-        """For what is done with a key down: it fails, or who wanted it done has gone."""
+        """Releases the key if the work fails or its caller has gone."""
         try:
             yield
         except BaseException:
@@ -146,7 +146,7 @@ class Watch:
         self._is_on = wanted
         self.object.set(ScreenOn=wanted)
         yield Until(lambda: self._screen.is_black() != wanted, PATIENCE_S,
-                    f"the screen does not turn {'on' if wanted else 'off'}")
+                    f"the screen did not turn {'on' if wanted else 'off'}")
         yield from self.applications.settle()
 
     def _need_screen(self) -> None:
@@ -173,7 +173,7 @@ class Watch:
             self._need_on_screen(x, y)
         self._need_screen()
         if self._is_touched:
-            raise WatchError("a finger is on the screen already")
+            raise WatchError("a finger is already on the screen")
         app = self._app
         self._is_touched = True
         self._hand.move(x1, y1)
@@ -195,7 +195,7 @@ class Watch:
     def _need_on_screen(self, x: int, y: int) -> None:
         radius = self._size / 2
         if (x + 0.5 - radius) ** 2 + (y + 0.5 - radius) ** 2 > radius ** 2:
-            raise WatchError(f"{x},{y} is outside of the round screen of {self._size} pixels")
+            raise WatchError(f"{x},{y} is outside the round screen of {self._size} pixels")
 
     # Services
 
@@ -232,13 +232,13 @@ class Watch:
 
     def freeze_time(self) -> Work:
         if self._clock.is_frozen:
-            raise WatchError("the clock stands already")
+            raise WatchError("the clock is already frozen")
         self._clock.freeze()
         yield from self._tell_time()
 
     def thaw_time(self) -> Work:
         if not self._clock.is_frozen:
-            raise WatchError("the clock goes already")
+            raise WatchError("the clock is not frozen")
         self._clock.thaw()
         yield from self._tell_time()
 
@@ -253,7 +253,7 @@ class Watch:
     # The whole
 
     def stop(self) -> Work:
-        """Ends the applications as a watch does; the rest ends with the keeper."""
+        """Ends the applications; the rest ends with the keeper."""
         yield from self.applications.end_all()
         self._on_stop()
 

@@ -1,8 +1,8 @@
-"""The watch in a browser of this machine: a second screen with the body, served by noVNC.
+"""The watch in a browser on this machine: a second screen with the body, served by noVNC.
 
-The one port is the bridge's, on the loopback; the VNC server listens in the watch's folder. The
-bridge serves no page of another origin, and so few connections at a time that who opens many keeps
-others out, but ends nothing.
+The only port is the bridge's, on the loopback interface; the VNC server listens in the watch's
+folder. The bridge refuses pages of another origin, and limits its connections: whoever opens many
+can lock others out, but cannot end the watch.
 """
 
 import os
@@ -22,11 +22,11 @@ from qivo_watch.state import Folder
 NOVNC = pathlib.Path("/usr/share/novnc")
 LOOPBACK = "127.0.0.1"
 BRIDGE_FILES = 128
-"""Descriptors for the bridge, which takes two for each connection. They are far fewer than the
-1024 of the VNC server, which dies when they are used up."""
+"""Descriptors for the bridge, which needs two for each connection. They are far fewer than the
+VNC server's 1024: it dies when it has none left."""
 
 LOOK_MS = 20
-"""Milliseconds from one look whether the VNC server listens to the next."""
+"""Milliseconds between two checks whether the VNC server listens."""
 
 _ACCEPTS = 1 << 16
 """The flag of a listening socket in /proc/net/unix."""
@@ -66,12 +66,12 @@ class Web:
             "-rfbport", "0", "-rfbportv6", "0",
             "-passwdfile", str(secret), "-forever", "-shared", "-quiet", "-nodpms", "-noxkb",
             "-cursor", "arrow", "-wait", "10", "-defer", "10",
-            # Memory that it shares with the server would outlive it.
+            # Memory that it shares with the server could outlive it.
             "-noshm"])
         yield from self._wait_vnc()
         port = self._listener.getsockname()[1]
         origins = [f"http://{host}:{port}" for host in (LOOPBACK, "localhost")]
-        # It inherits the socket, which listens before the bridge can.
+        # It inherits the socket, which listens before the bridge is ready.
         self._parts.start("bridge", [
             "prlimit", f"--nofile={BRIDGE_FILES}", "websockify", "--inetd", "--web", str(NOVNC),
             "--auth-plugin", "ExpectOrigin", "--auth-source", " ".join(origins),
@@ -81,16 +81,16 @@ class Web:
                 f"#password={self._password}")
 
     def _wait_vnc(self) -> Work:
-        """The server does not tell when it listens."""
+        """Waits until the server listens, which it does not report."""
         for _ in range(round(PATIENCE_S * 1000 / LOOK_MS)):
             if _is_listening(self._socket):
                 return
             yield Pause(LOOK_MS)
-        raise WatchError(f"{LABELS['vnc']} does not start")
+        raise WatchError(f"{LABELS['vnc']} did not start")
 
 
 def _is_listening(path: pathlib.Path) -> bool:
-    """Whether a server accepts connections there; connecting would make the server talk."""
+    """Whether a server listens there; connecting would start a session."""
     for line in pathlib.Path("/proc/net/unix").read_bytes().splitlines()[1:]:
         fields = line.split(maxsplit=7)
         if fields[7:] == [os.fsencode(path)] and int(fields[3], 16) & _ACCEPTS:

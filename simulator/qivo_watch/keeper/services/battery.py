@@ -28,7 +28,7 @@ _BATTERY_KIND = 2
 
 
 class Battery:
-    """UPower with the one device that stands for all."""
+    """UPower with the display device, which stands for all."""
 
     def __init__(self, connection: Gio.DBusConnection, percent: float, state: str):
         self.percent = percent

@@ -1,15 +1,15 @@
-"""The watch's own clock: the machine's, set apart from it, or standing."""
+"""The watch's own clock: the machine's time, another time, or a frozen one."""
 
 from qivo_watch.errors import WatchError
 from qivo_watch.times import machine_ms
 
 EARLIEST_MS = 0
 LATEST_MS = 32_503_680_000_000
-"""The year 3000: a clock that goes on from there is still far from the last year of a date."""
+"""The year 3000: a clock that goes on from there stays far below the last year of a date."""
 
 
 class Clock:
-    """Tells the watch's time in milliseconds since the epoch."""
+    """The watch's time in milliseconds since the epoch."""
 
     def __init__(self) -> None:
         self._offset_ms = 0
@@ -25,9 +25,9 @@ class Clock:
         return machine_ms() + self._offset_ms
 
     def set(self, milliseconds: int) -> None:
-        """A clock that stands, stands at the new time."""
+        """A frozen clock stays frozen, at the new time."""
         if not EARLIEST_MS <= milliseconds <= LATEST_MS:
-            raise WatchError(f"{milliseconds} ms since 1970 is no time for a watch "
+            raise WatchError(f"{milliseconds} ms since 1970 is not a time for a watch "
                              "(the years 1970 to 2999)")
         if self.is_frozen:
             self._frozen_ms = milliseconds
@@ -37,7 +37,7 @@ class Clock:
         self._frozen_ms = self.now_ms()
 
     def thaw(self) -> None:
-        """Goes on from where it stood."""
+        """Goes on from the frozen time."""
         if self._frozen_ms is not None:
             self._offset_ms = self._frozen_ms - machine_ms()
             self._frozen_ms = None

@@ -29,7 +29,7 @@ _PORTAL = """<node><interface name="org.freedesktop.portal.Settings">
 
 
 class ClockFormat:
-    """The desktop's settings portal with the clock's format, which is not there until it is set."""
+    """The desktop's settings portal with the clock's format, which is missing until it is set."""
 
     _SPACE, _KEY = "org.gnome.desktop.interface", "clock-format"
 

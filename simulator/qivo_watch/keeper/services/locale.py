@@ -17,7 +17,7 @@ _LOCALE = """<node><interface name="org.freedesktop.locale1">
 
 
 class Locale:
-    """locale1: the language, and a region where it is not the language's."""
+    """locale1: the language, and the region if it differs from the language's."""
 
     def __init__(self, connection: Gio.DBusConnection, language: str):
         self.language = full_locale(language)
@@ -52,7 +52,7 @@ class Locale:
 def full_locale(name: str, kind: str = "language") -> str:
     """"ar_EG" and "ar" as "ar_EG.UTF-8" and "ar.UTF-8"."""
     if not re.fullmatch(r"[A-Za-z]{2,3}(_[A-Z]{2})?(\.[A-Za-z0-9-]+)?(@[A-Za-z0-9]+)?", name):
-        raise WatchError(f'"{name}" is no {kind} such as ko_KR or ar_EG.UTF-8')
+        raise WatchError(f'"{name}" is not a {kind} (such as ko_KR or ar_EG.UTF-8)')
     stem, _, modifier = name.partition("@")
     full = stem if "." in stem else f"{stem}.UTF-8"
     return f"{full}@{modifier}" if modifier else full

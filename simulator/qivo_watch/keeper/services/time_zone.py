@@ -32,6 +32,6 @@ class TimeZone:
 
     def set(self, name: str) -> None:
         if not is_zone(name):
-            raise WatchError(f'"{name}" is no time zone such as Asia/Seoul')
+            raise WatchError(f'"{name}" is not a time zone (such as Asia/Seoul)')
         self.chosen = name
         self._object.set(Timezone=name)

@@ -60,6 +60,9 @@ def add_start(table, bench):
         table.add(f"peak memory, {name}", f"{guide['peak']:.0f} KiB",
                   f"{start[name]['peak']:.0f} KiB",
                   f"{guide['peak'] / start[name]['peak']:.2f} x")
+    for name in ("EFL", "GTK", "Qt"):
+        table.add(f"share of memory, {name}", f"{guide['own']:.0f} KiB",
+                  f"{start[name]['own']:.0f} KiB", f"{guide['own'] / start[name]['own']:.2f} x")
 
 
 def add_standing(table, bench):

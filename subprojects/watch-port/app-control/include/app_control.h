@@ -2,10 +2,10 @@
 #define WATCH_PORT_APP_CONTROL_H
 
 /**
- * Launch requests: what one application asks of another one, or was asked when it was started.
+ * Launch requests: what one application asks of another one, or was asked itself.
  *
  * A handle holds an operation, the id of the application addressed, and extra data: one text
- * for each key. All texts are UTF-8. Everything is called on the main loop's thread.
+ * for each key. All texts are UTF-8. Call everything on the main loop's thread.
  *
  * Each function returns APP_CONTROL_ERROR_NONE or one of the other values of
  * app_control_error_e. A result that is none of APP_CONTROL_ERROR_NONE and
@@ -30,16 +30,16 @@ typedef enum
     APP_CONTROL_ERROR_NONE = 0,
     APP_CONTROL_ERROR_INVALID_PARAMETER = -2, /**< Null, empty, not UTF-8, no valid id, too big. */
     APP_CONTROL_ERROR_OUT_OF_MEMORY = -3,     /**< No memory; nothing was changed. */
-    APP_CONTROL_ERROR_KEY_NOT_FOUND = -4,     /**< The extra data have no such key. */
-    APP_CONTROL_ERROR_APP_ID_NOT_SET = -5,    /**< The request says not whom it is for. */
-    APP_CONTROL_ERROR_NO_SESSION_BUS = -6,    /**< There is none, or it does not answer. */
+    APP_CONTROL_ERROR_KEY_NOT_FOUND = -4,     /**< The extra data has no such key. */
+    APP_CONTROL_ERROR_APP_ID_NOT_SET = -5,    /**< The request has no application id. */
+    APP_CONTROL_ERROR_NO_SESSION_BUS = -6,    /**< There is no bus, or it does not answer. */
     APP_CONTROL_ERROR_APP_NOT_FOUND = -7,     /**< Neither running nor known to the bus. */
     APP_CONTROL_ERROR_NOT_SENT = -8,          /**< The bus connection broke on sending. */
     APP_CONTROL_ERROR_NO_SENDER = -9,         /**< Nobody waits for an answer to the request. */
     APP_CONTROL_ERROR_ALREADY_REPLIED = -10,  /**< The request has had its reply. */
 } app_control_error_e;
 
-/** What became of a request. */
+/** The outcome of a request. */
 typedef enum
 {
     APP_CONTROL_RESULT_SUCCEEDED = 0,
@@ -47,7 +47,7 @@ typedef enum
 } app_control_result_e;
 
 /**
- * Tells what became of a request that was sent.
+ * Called with the outcome of a request that was sent.
  *
  * @param request A copy of the request as it was sent, valid during the call.
  * @param reply What the application replied, valid during the call: its extra data are the answer.
@@ -63,7 +63,7 @@ typedef void (*app_control_reply_cb)(app_control_h request, app_control_h reply,
                                      app_control_result_e result, void* user_data);
 
 /**
- * Is called for one key of the extra data.
+ * Called for one key of the extra data.
  *
  * @param app_control The request; it may be changed, not destroyed.
  * @param key Valid during the call.
@@ -80,7 +80,7 @@ typedef bool (*app_control_extra_data_cb)(app_control_h app_control, const char*
  */
 int app_control_create(app_control_h* app_control);
 
-/** Releases a request and its texts. Texts that were got from it stay valid. */
+/** Releases a request and its texts. Copies that were taken from it stay valid. */
 int app_control_destroy(app_control_h app_control);
 
 /**
@@ -94,7 +94,7 @@ int app_control_get_operation(app_control_h app_control, char** operation);
 int app_control_set_operation(app_control_h app_control, const char* operation);
 
 /**
- * Sets whom the request is for; a copy is kept.
+ * Sets the application that the request is for; a copy is kept.
  *
  * @param app_id The application's name on the session bus, such as "org.example.Clock": at least
  *        two elements of letters, digits, "-" and "_", none of which starts with a digit, with
@@ -120,13 +120,13 @@ int app_control_add_extra_data(app_control_h app_control, const char* key, const
 /**
  * Calls back for each key of the extra data, in byte order, until the callback returns false.
  *
- * The keys are those that were there at the start: a key that the callback adds is not visited.
+ * It visits the keys that are there at the start, not those that the callback adds.
  */
 int app_control_foreach_extra_data(app_control_h app_control, app_control_extra_data_cb callback,
                                    void* user_data);
 
 /**
- * Sends the request to its application over the session bus, which starts it if need be.
+ * Sends the request to its application over the session bus, which starts it if necessary.
  *
  * With a callback, the application is asked for a reply through org.watchport.Launch1, which every
  * application of the port offers. Without a callback, and when the application has no such

@@ -28,11 +28,11 @@
  *   after it.
  *
  * The user closes a window: when it is the last one that is not hidden and the toolkit is to delete
- * it (elm_win_autodel_set()), the application ends as by ui_app_exit(), and the window goes after
- * terminate. The toolkit deletes any other window with autodel at once. One without it stays, and
- * the application has its say in the window's "delete,request" callback.
+ * it (elm_win_autodel_set()), the application ends as by ui_app_exit(), and the window is deleted
+ * after terminate. The toolkit deletes any other window with autodel at once. A window without it
+ * stays, and the application decides in the window's "delete,request" callback.
  *
- * All of them are called on the main loop's thread. A null one is skipped.
+ * All callbacks are called on the main loop's thread. A null one is skipped.
  *
  * Launch requests over the session bus. An application whose resource folder holds the file
  * PROGRAM.id, with the application id (such as "org.example.Clock") as its only line, owns that id
@@ -86,18 +86,18 @@ typedef enum
     APP_ERROR_NO_DISPLAY = -5,           /**< None is named, or it does not answer for 5 seconds. */
     APP_ERROR_NO_TOOLKIT = -6,           /**< The toolkit or a thread did not start. */
     APP_ERROR_NOT_CREATED = -7,          /**< The create callback returned false. */
-    APP_ERROR_NOT_FORWARDED = -8,        /**< Runs already, and the other took no request. */
+    APP_ERROR_NOT_FORWARDED = -8,        /**< Runs already; that process took no request. */
     APP_ERROR_NO_SESSION_BUS = -9,       /**< Started with --service, without a bus or an id. */
     APP_ERROR_OUT_OF_MEMORY = -10,       /**< Only as the exit status, see ui_app_exit(). */
 } app_error_e;
 
 /** @return False when the application cannot run: no other callback is called then. */
 typedef bool (*app_create_cb)(void* user_data);
-/** Releases what create made. */
+/** Releases what create has made. */
 typedef void (*app_terminate_cb)(void* user_data);
-/** The application went out of sight. */
+/** The application is no longer in sight. */
 typedef void (*app_pause_cb)(void* user_data);
-/** The application came in sight. */
+/** The application has come in sight. */
 typedef void (*app_resume_cb)(void* user_data);
 /**
  * @param app_control The request, valid during the call. When its sender waits for a reply, it
@@ -106,7 +106,7 @@ typedef void (*app_resume_cb)(void* user_data);
  */
 typedef void (*app_control_cb)(app_control_h app_control, void* user_data);
 
-/** What the application does at the turns of its life. */
+/** The application's callbacks. */
 typedef struct
 {
     app_create_cb create;
@@ -166,7 +166,7 @@ int ui_app_main(int argc, char** argv, ui_app_lifecycle_callback_s* callbacks, v
  *
  * May be called in any callback and again and again. In create (which must then return true): no
  * launch request is delivered; in the first app_control: the application is never resumed.
- * Without a running application it does nothing of that.
+ * Without a running application it only prepares for exhausted memory, as follows.
  *
  * A new-handler (std::set_new_handler()) that calls it need do no more. operator new tries again
  * with 1 MiB that was kept for the way out. When memory is exhausted once more before the process

@@ -25,8 +25,8 @@
  * until the first change. Gettext notices the change at its next look-up. It looks at no catalogue
  * in the locale "C", which ui_app_main() leaves.
  *
- * Whether clocks count to 24 is the region's habit at first: that of its locale where the machine
- * has it (T_FMT), else 12 hours in AU, CA, CO, EG, IN, MY, NZ, PH, PK, SA and US and 24 hours
+ * Whether clocks show 24 hours depends on the region at first: on its locale if the machine has it
+ * (T_FMT), else 12 hours in AU, CA, CO, EG, IN, MY, NZ, PH, PK, SA and US and 24 hours
  * elsewhere. The desktop's own setting goes before it, once it is known: the settings portal
  * (org.freedesktop.portal.Settings on the session bus) is asked in the background for
  * "clock-format" of "org.gnome.desktop.interface", "24h" or "12h". Any other answer, and a portal
@@ -44,7 +44,7 @@
 extern "C" {
 #endif
 
-/** What can be read or followed. */
+/** The settings that can be read or followed. */
 typedef enum
 {
     /** The region, a locale's name such as "de_DE.UTF-8": how dates and times are written. */
@@ -69,14 +69,14 @@ typedef enum
 {
     SYSTEM_SETTINGS_ERROR_NONE = 0,               /**< Success. */
     SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER = -1, /**< A null pointer. */
-    SYSTEM_SETTINGS_ERROR_UNKNOWN_KEY = -2,       /**< No system_settings_key_e. */
-    SYSTEM_SETTINGS_ERROR_NO_STRING = -3,         /**< The key's value is no text. */
+    SYSTEM_SETTINGS_ERROR_UNKNOWN_KEY = -2,       /**< Not a system_settings_key_e. */
+    SYSTEM_SETTINGS_ERROR_NO_STRING = -3,         /**< The key's value is not a text. */
     SYSTEM_SETTINGS_ERROR_OUT_OF_MEMORY = -4,     /**< Nothing was changed. */
-    SYSTEM_SETTINGS_ERROR_NO_BOOL = -5,           /**< The key's value is no truth value. */
+    SYSTEM_SETTINGS_ERROR_NO_BOOL = -5,           /**< The key's value is not a truth value. */
 } system_settings_error_e;
 
 /**
- * Told that a setting has changed, from the main loop and once for each change.
+ * Called when a setting has changed, from the main loop and once for each change.
  *
  * Where one event changes several settings, all have their new values before the first callback,
  * and the order is language, region, time format. The callback may set and unset any key.
@@ -87,11 +87,10 @@ typedef enum
 typedef void (*system_settings_changed_cb)(system_settings_key_e key, void* user_data);
 
 /**
- * Sets the one callback of a key, in the place of the one before. Only keys with a callback are
- * watched.
+ * Sets the callback of a key and replaces the previous one. Only keys with a callback are followed.
  *
  * @param callback Not null.
- * @param user_data Handed to the callback; not looked at.
+ * @param user_data Passed to the callback.
  * @return SYSTEM_SETTINGS_ERROR_NONE;
  *         SYSTEM_SETTINGS_ERROR_UNKNOWN_KEY for another key than those above;
  *         SYSTEM_SETTINGS_ERROR_INVALID_PARAMETER for a null callback;
@@ -101,7 +100,7 @@ int system_settings_set_changed_cb(system_settings_key_e key, system_settings_ch
                                    void* user_data);
 
 /**
- * Removes the callback of a key; it is not called again. A key without one is left so.
+ * Removes the callback of a key, if it has one; it is not called again.
  *
  * @return SYSTEM_SETTINGS_ERROR_NONE, or SYSTEM_SETTINGS_ERROR_UNKNOWN_KEY.
  */

@@ -18,17 +18,24 @@ from qivo_watch.spawn import OPTIONS_VARIABLE, spawn
 from qivo_watch.state import Folder
 
 PR_SET_CHILD_SUBREAPER = 36
+_NUMBER_BYTES = 10
+"""Of the guard's id, with which the answer begins."""
+
+NO_PROCESS = -1
+"""For the id of a guard that could not be started."""
+
 END_PATIENCE_S = 4
 """Seconds for a keeper to end; it gives three of them to the applications."""
 
 KEEPER = "import sys; from qivo_watch.keeper.keeper import main; sys.exit(main(sys.argv[1:]))"
 
 
-def start_guard(folder: Folder, lock: int, options: str) -> int:
-    """Starts the guard apart from this process; returns the pipe where the keeper answers.
+def start_guard(folder: Folder, lock: int, options: str) -> tuple[int, int]:
+    """Starts the guard apart from this process; returns its id, and the pipe where the keeper
+    answers.
 
     The answer is a line: "ready", or what went wrong. options: the watch's, as JSON.
-    The caller has blocked REQUESTS: they reach the guard once it can serve them.
+    The caller has blocked INTERRUPTS: REQUESTS reach the guard once it can serve them.
     """
     answer, into = os.pipe()
     child = os.fork()
@@ -38,7 +45,7 @@ def start_guard(folder: Folder, lock: int, options: str) -> int:
     os.close(into)
     os.close(lock)
     os.waitpid(child, 0)
-    return answer
+    return int(os.read(answer, _NUMBER_BYTES) or NO_PROCESS), answer
 
 
 def _become_guard(folder: Folder, lock: int, answer: int, options: str) -> NoReturn:
@@ -57,11 +64,13 @@ def _become_guard(folder: Folder, lock: int, answer: int, options: str) -> NoRet
 
 
 def _guard(folder: Folder, lock: int, answer: int, options: str) -> None:
+    os.write(answer, str(os.getpid()).zfill(_NUMBER_BYTES).encode())
     ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
     # Everybody may read a process's arguments, but only its user the environment.
     environment = {**os.environ, STATE_VARIABLE: str(folder.path), OPTIONS_VARIABLE: options,
                    "PYTHONPATH": os.pathsep.join(filter(None, sys.path))}
     signal.signal(signal.SIGHUP, signal.SIG_IGN)
+    signal.pthread_sigmask(signal.SIG_UNBLOCK, [signal.SIGHUP])
     os.set_inheritable(answer, True)
     keeper = spawn([sys.executable, "-c", KEEPER, folder.name, str(answer)],
                    environment, end_signal="TERM", pass_fds=[answer],

@@ -12,7 +12,10 @@ STATE_VARIABLE = "QIVO_WATCH_FOLDER"
 """Names the watch's folder in the environment of each process that belongs to the watch."""
 
 REQUESTS = (signal.SIGTERM, signal.SIGINT)
-"""The signals that ask a watch, or a command that starts one, to end."""
+"""The signals that ask a watch to end."""
+
+INTERRUPTS = (*REQUESTS, signal.SIGHUP)
+"""The signals that ask a command to end."""
 
 GRACE_S = 3.0
 """Seconds in which killed processes are gone."""

@@ -10,10 +10,11 @@ import time
 import pytest
 from Xlib import X, display
 
-from simulator.desk import BUILD, Desk
+from simulator.desk import BUILD, QIVO_WATCH, Desk
 from support.bus import wait_until
 
 INTERRUPTED = (130, -signal.SIGINT)
+INTERRUPTS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
 
 
 @pytest.fixture(name="desk")
@@ -155,15 +156,46 @@ def test_a_stream_that_is_closed_is_told_or_not_missed(desk, closed, status, com
 
 
 def test_an_interrupted_start_leaves_no_watch(desk):
-    for milliseconds in range(0, 1200, 150):
+    for number, milliseconds in zip(INTERRUPTS * 3, range(0, 1200, 150)):
         starting = begin(desk, "start", "--headless")
         time.sleep(milliseconds / 1000)  # It is to be met at any place.
-        starting.send_signal(signal.SIGINT)
+        starting.send_signal(number)
         with starting:
             if starting.wait(30) == 0:
                 desk.do("stop")
             assert not starting.stderr.read()
         assert not desk.processes(), milliseconds
+
+
+@pytest.mark.parametrize("number", INTERRUPTS)
+def test_a_replay_that_is_interrupted_ends_the_watch_that_it_has_started(desk, tmp_path, number):
+    file = tmp_path / "run.replay"
+    file.write_text('start --headless\nbezel cw\nwait log "never said" -t 600\n', encoding="utf-8")
+    with begin(desk, "play", file) as playing:
+        wait_until(lambda: '"bezel": 1' in desk.run("status", "--json").stdout, "the detent")
+        playing.send_signal(number)
+        assert (playing.wait(60), playing.stderr.read()) == (128 + number, "")
+    assert not desk.processes()
+
+
+def test_a_start_that_fails_ends_no_watch_that_has_taken_its_place(desk):
+    script = ("import subprocess, sys\n"
+              f"sys.path.insert(0, {str(BUILD / 'simulator')!r})\n"
+              "from qivo_watch.command import life\n"
+              "from qivo_watch.command.cli import main\n"
+              "read = life._read_line\n"
+              "def read_late(answer):\n"
+              "    read(answer)\n"
+              f"    for words in (['stop'], ['start', '--headless']):\n"
+              f"        subprocess.run([{str(QIVO_WATCH)!r}, *words], check=True)\n"
+              "    return 'it was stopped'\n"
+              "life._read_line = read_late\n"
+              "sys.exit(main(['start', '--headless']))\n")
+    told = subprocess.run([sys.executable, "-c", script], env=desk.environment,
+                          capture_output=True, text=True)
+    assert (told.returncode, told.stderr) == (
+        1, "qivo-watch: the watch did not start: it was stopped\n")
+    assert desk.status()["running"]
 
 
 def test_a_start_that_is_killed_leaves_no_watch(desk):

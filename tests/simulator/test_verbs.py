@@ -1,11 +1,15 @@
 """Each command of the watch for its effect, and for its refusal."""
 
+import contextlib
 import importlib
 import itertools
+import pathlib
 import subprocess
+import time
 
 import pytest
 from PIL import Image
+from Xlib import display
 
 from simulator.desk import BUILD, GUIDE
 from support.bus import wait_until
@@ -86,6 +90,17 @@ def test_the_power_key_is_told_to_the_application_and_turns_the_screen_off(desk,
     desk.do("button", "click", "power")
     assert desk.status()["screen"] == "on"
     assert screenshot(desk, tmp_path).convert("RGB").getbbox() is not None
+
+
+def test_a_key_that_is_released_on_a_dark_screen_is_up_for_the_applications_too(desk, monkeypatch):
+    status = desk.status()
+    monkeypatch.setenv("XAUTHORITY", str(pathlib.Path(status["folder"], "Xauthority")))
+    with contextlib.closing(display.Display(status["display"])) as screen:
+        desk.do("button", "push", "back")
+        assert any(screen.query_keymap())
+        desk.do("button", "click", "power")
+        desk.do("button", "release", "back")
+        assert not any(screen.query_keymap())
 
 
 def test_two_clicks_of_power_turn_the_screen_off_and_on(desk):
@@ -282,6 +297,28 @@ def test_a_recording_that_cannot_be_written_is_told_without_being_stopped(desk, 
     assert [path.name for path in tmp_path.rglob("*")] == ["folder.gif"]
 
 
+def test_an_encoder_that_hangs_is_told(desk, tmp_path, monkeypatch):
+    encoder = tmp_path / "ffmpeg"
+    encoder.write_text("#!/bin/sh\nexec sleep 60\n", encoding="utf-8")
+    encoder.chmod(0o700)
+    monkeypatch.setitem(desk.environment, "PATH", f"{tmp_path}:{desk.environment['PATH']}")
+    begin = time.monotonic()
+    told = desk.refused("record", tmp_path / "run.gif", "-d", "0.1")
+    assert told.endswith("run.gif\": ffmpeg hangs") and time.monotonic() - begin < 40
+    assert list(tmp_path.iterdir()) == [encoder]
+
+
+def test_a_file_of_the_users_beside_a_picture_stays(desk, tmp_path):
+    for name in ("home.png.part", "run.gif.part"):
+        (tmp_path / name).write_text("mine", encoding="utf-8")
+    desk.do("screenshot", tmp_path / "home.png")
+    desk.do("record", tmp_path / "run.gif", "-d", "0.1")
+    assert {file.name for file in tmp_path.iterdir()} == {
+        "home.png", "home.png.part", "run.gif", "run.gif.part"}
+    for name in ("home.png.part", "run.gif.part"):
+        assert (tmp_path / name).read_text(encoding="utf-8") == "mine"
+
+
 def test_a_recording_of_an_unknown_kind_is_refused(desk, tmp_path):
     assert "does not end in" in desk.refused("record", tmp_path / "x.bmp", status=2)
     assert "nowhere" in desk.refused("record", tmp_path / "nowhere" / "x.gif", "-d", "0.1")
@@ -377,6 +414,7 @@ def test_status_is_described_for_people(desk):
     (["log", "--level", "loud"], "invalid choice: 'loud'"),
     (["start", "--size", "400"], "invalid choice: 400"),
     (["start", "--headless", "--web"], "cannot be combined"),
+    (["start", "--headless", "--zoom", "2"], "--zoom needs a window or --web"),
     (["start", "--port", "80"], "--port and --password-file need --web"),
     (["--name", "a/b", "status"], '"a/b" is not a name for a watch'),
     (["screenshot", "picture"], '"picture" does not end in .png'),

@@ -2,22 +2,20 @@
 
 import os
 import pathlib
-import signal
 import sys
 
+from qivo_watch.command import interrupts
 from qivo_watch.command.arguments import Grammar
 from qivo_watch.command.commands import Session
 from qivo_watch.errors import UsageError, WatchError
 from qivo_watch.lines import printable
-
-_INTERRUPTED = 130
 
 
 def main(words: list[str]) -> int:
     """Returns the exit status: 0, 1 for a command that failed, 2 for wrong arguments."""
     _open_missing_streams()
     try:
-        signal.pthread_sigmask(signal.SIG_UNBLOCK, [signal.SIGINT])
+        interrupts.take()
         _run(words)
         sys.stdout.flush()
     except UsageError as error:
@@ -27,7 +25,7 @@ def main(words: list[str]) -> int:
     except UnicodeEncodeError as error:
         return _complain(f"{error.object!r} is not UTF-8", 2)
     except KeyboardInterrupt:
-        return _INTERRUPTED
+        return interrupts.status()
     except BrokenPipeError:
         _drop_output()  # The reader has closed the pipe.
     except OSError as error:

@@ -8,6 +8,7 @@ from typing import Any, Callable, Iterator
 from gi.repository import Gio, GLib
 
 from qivo_watch.bus import PROPERTIES, connect
+from qivo_watch.command.interrupts import quitting
 from qivo_watch.command.life import absence, ended, wait_ready
 from qivo_watch.command.pulse import Peer, Pulse, hang, silent_part
 from qivo_watch.errors import WatchError
@@ -142,7 +143,8 @@ class Client:
         try:
             while not (is_over() or self.connection.is_closed() or pulse.is_silent
                        or alarm.is_destroyed()):
-                self._loop.run()
+                with quitting(self._loop.quit):
+                    self._loop.run()
         finally:
             pulse.stop()
             alarm.destroy()

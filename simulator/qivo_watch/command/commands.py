@@ -14,6 +14,7 @@ from qivo_watch.command import life
 from qivo_watch.command.client import Client
 from qivo_watch.errors import ScreenGone, UsageError, WatchEnded, WatchError
 from qivo_watch.lines import coloured, is_at_least, printable
+from qivo_watch.processes import INTERRUPTS
 from qivo_watch.state import Folder, running
 
 
@@ -79,6 +80,8 @@ class Session:
     def do_start(self, given: argparse.Namespace) -> None:
         if given.headless and given.web:
             raise UsageError("--headless and --web cannot be combined")
+        if given.headless and given.zoom:
+            raise UsageError("--zoom needs a window or --web")
         if (given.port or given.password_file) and not given.web:
             raise UsageError("--port and --password-file need --web")
         from qivo_watch.command import desktop  # pylint: disable=import-outside-toplevel
@@ -148,7 +151,7 @@ class Session:
         from qivo_watch.command import recorder  # pylint: disable=import-outside-toplevel
         recorder.check_file(given.file)
         requests: list[int] = []
-        for number in (signal.SIGINT, signal.SIGTERM):
+        for number in INTERRUPTS:
             signal.signal(number, lambda request, _: requests.append(request))
 
         def is_over(seconds: float) -> bool:

@@ -12,7 +12,7 @@ import time
 from typing import Any
 
 from qivo_watch.errors import WatchEnded, WatchError
-from qivo_watch.processes import GRACE_S, REQUESTS, descendants
+from qivo_watch.processes import GRACE_S, INTERRUPTS, descendants
 from qivo_watch.state import Folder
 
 START_PATIENCE_S = 60
@@ -28,23 +28,23 @@ _TURN_S = 0.01
 def start(folder: Folder, options: dict[str, Any]) -> None:
     """Starts a watch, and returns when it can be used. An interrupted start leaves none.
 
-    REQUESTS are blocked on return: a late one would end the command and leave the watch.
+    INTERRUPTS are blocked on return: a late one would end the command and leave the watch.
     """
-    before = signal.pthread_sigmask(signal.SIG_BLOCK, REQUESTS)
+    before = signal.pthread_sigmask(signal.SIG_BLOCK, INTERRUPTS)
     try:
-        answer = _start_guard(folder, json.dumps(options))
+        guard, answer = _start_guard(folder, json.dumps(options))
     except BaseException:
         signal.pthread_sigmask(signal.SIG_SETMASK, before)
         raise
     try:
         signal.pthread_sigmask(signal.SIG_SETMASK, before)
         line = _read_line(answer)
-        signal.pthread_sigmask(signal.SIG_BLOCK, REQUESTS)
+        signal.pthread_sigmask(signal.SIG_BLOCK, INTERRUPTS)
     except BaseException:
-        end(folder)
+        end(folder, guard)
         raise
     if line != "ready":
-        end(folder)
+        end(folder, guard)
         raise WatchError(f"the watch did not start: {line or 'its keeper has ended'}")
 
 
@@ -54,14 +54,20 @@ def stop(folder: Folder) -> None:
         raise WatchError(absence(folder))
 
 
-def end(folder: Folder) -> bool:
-    """Returns when nothing is left of a watch; false when there was none."""
+def end(folder: Folder, guard: int | None = None) -> bool:
+    """Returns when nothing is left of a watch; false when there was none.
+
+    guard: of which watch, should another one have taken its place; None is any.
+    """
     deadline = time.monotonic() + STOP_PATIENCE_S
     asked: set[int] = set()
     was_held = False
     while folder.is_held():
+        holders = folder.holders()
+        if guard and guard not in holders:
+            break
         was_held = True
-        for holder in folder.holders():
+        for holder in holders:
             if time.monotonic() > deadline:
                 _signal(signal.SIGKILL, holder, *descendants(holder))
             elif holder not in asked:
@@ -108,7 +114,7 @@ def absence(folder: Folder) -> str:
     return f'watch "{folder.name}" is not running (qivo-watch start starts it)'
 
 
-def _start_guard(folder: Folder, options: str) -> int:
+def _start_guard(folder: Folder, options: str) -> tuple[int, int]:
     from qivo_watch.guard import start_guard  # pylint: disable=import-outside-toplevel
     lock = folder.create()
     try:

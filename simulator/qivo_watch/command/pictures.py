@@ -1,12 +1,12 @@
 """Pictures of the watch's screen: made round, saved, compared."""
 
 import math
-import os
 import pathlib
 import warnings
 
 from PIL import Image, ImageChops, ImageOps
 
+from qivo_watch.command.parts import part_of, put_in_place
 from qivo_watch.errors import WatchError
 
 ALLOWED_SHARE = 0.002
@@ -41,10 +41,10 @@ def make_round(picture: Image.Image, mask: Image.Image) -> Image.Image:
 
 def save(picture: Image.Image, file: str) -> None:
     """Writes beside the file first, so that a full disk leaves the old file."""
-    part = pathlib.Path(f"{file}.part")
+    part = part_of(file)
     try:
         picture.save(part, "PNG")
-        os.replace(part, file)
+        put_in_place(part, file)
     except OSError as problem:
         part.unlink(missing_ok=True)
         raise WatchError(f'cannot write "{file}": {problem.strerror or problem}') from None

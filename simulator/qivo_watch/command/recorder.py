@@ -12,6 +12,7 @@ import time
 from typing import Callable
 
 from qivo_watch.command.eye import Eye
+from qivo_watch.command.parts import part_of, put_in_place
 from qivo_watch.command.pictures import disc_mask, make_round
 from qivo_watch.errors import ScreenGone, UsageError, WatchError
 
@@ -25,7 +26,9 @@ FORMATS = {
               "-compression_level", "1", "-loop", "0", "-f", "webp"],
     ".mp4": ["-vf", "premultiply=inplace=1,format=yuv420p", "-movflags", "+faststart", "-f", "mp4"],
 }
-END_PATIENCE_S = 120
+HANG_S = 4.0
+"""Seconds that an encoder may use no processor while it has work."""
+
 MOST_WAITING = 200
 """Pictures that may wait for the encoder, half a megabyte each."""
 
@@ -34,7 +37,7 @@ def check_file(file: str) -> None:
     """Fails for a file that cannot be written, before anything is recorded."""
     if pathlib.Path(file).suffix.lower() not in FORMATS:
         raise UsageError(f'"{file}" does not end in {" ".join(FORMATS)}')
-    part = _part_of(file)
+    part = part_of(file)
     try:
         if os.path.isdir(file):
             raise IsADirectoryError(errno.EISDIR, os.strerror(errno.EISDIR))
@@ -44,42 +47,78 @@ def check_file(file: str) -> None:
         raise WatchError(f'cannot record "{file}": {error.strerror}') from None
 
 
-def _part_of(file: str) -> pathlib.Path:
-    """Where the encoder writes until the file is complete."""
-    return pathlib.Path(f"{file}.part")
-
-
 def record(eye: Eye, file: str, rate: int, is_over: Callable[[float], bool]) -> None:
     """Records until is_over(SECONDS SO FAR), asked between frames; the file is then complete."""
     if not shutil.which("ffmpeg"):
         raise WatchError("ffmpeg is not installed (package ffmpeg)")
-    part = _part_of(file)
+    part = part_of(file)
     command = ["ffmpeg", "-v", "error", "-y", "-f", "rawvideo", "-pix_fmt", "rgba",
                "-s", f"{eye.size}x{eye.size}", "-r", str(rate), "-i", "-",
                *FORMATS[pathlib.Path(file).suffix.lower()], str(part)]
     # Ctrl-C ends the recording in order, and ffmpeg with it.
     with subprocess.Popen(command, stdin=subprocess.PIPE, stderr=subprocess.PIPE,
                           start_new_session=True) as encoder:
-        try:
-            _feed(eye, encoder, rate,
-                  lambda seconds: is_over(seconds) or encoder.poll() is not None)
-        finally:
-            _, complaint = encoder.communicate(timeout=END_PATIENCE_S)
+        with _Supervisor(encoder) as supervisor:
+            try:
+                _feed(eye, encoder, supervisor, rate,
+                      lambda seconds: is_over(seconds) or encoder.poll() is not None)
+            finally:
+                supervisor.is_at_work.set()
+                _, complaint = encoder.communicate()
     if encoder.returncode != 0:
         part.unlink(missing_ok=True)
-        lines = complaint.decode("utf-8", "replace").strip().splitlines() or ["ffmpeg failed"]
+        lines = complaint.decode("utf-8", "replace").strip().splitlines() or [
+            "ffmpeg hangs" if supervisor.has_hung else "ffmpeg failed"]
         raise WatchError(f'cannot record "{file}": {lines[-1]}')
     try:
-        os.replace(part, file)
+        put_in_place(part, file)
     except OSError as error:
-        part.unlink(missing_ok=True)
         raise WatchError(f'cannot record "{file}": {error.strerror}') from None
 
 
-def _feed(eye: Eye, encoder: subprocess.Popen, rate: int, is_over: Callable[[float], bool]) -> None:
+class _Supervisor:
+    """Ends an encoder that hangs: it has work, and uses no processor."""
+
+    def __init__(self, encoder: subprocess.Popen):
+        self.is_at_work = threading.Event()
+        self.has_hung = False
+        self._encoder = encoder
+        self._end = threading.Event()
+        self._thread = threading.Thread(target=self._watch)
+
+    def __enter__(self) -> "_Supervisor":
+        self._thread.start()
+        return self
+
+    def __exit__(self, *_: object) -> None:
+        self._end.set()
+        self._thread.join()
+
+    def _watch(self) -> None:
+        used, since = "", time.monotonic()
+        while not self._end.wait(HANG_S / 10):
+            now = _processor_time(self._encoder.pid)
+            if now != used or not self.is_at_work.is_set():
+                used, since = now, time.monotonic()
+            elif time.monotonic() - since > HANG_S:
+                self.has_hung = True
+                self._encoder.kill()
+                return
+
+
+def _processor_time(process: int) -> str:
+    try:
+        fields = pathlib.Path(f"/proc/{process}/stat").read_text(encoding="ascii").split()
+    except OSError:
+        return ""
+    return f"{fields[13]} {fields[14]}"
+
+
+def _feed(eye: Eye, encoder: subprocess.Popen, supervisor: _Supervisor, rate: int,
+          is_over: Callable[[float], bool]) -> None:
     """Takes one picture for each frame of the rate; a slower encoder catches up later."""
     frames: queue.Queue[tuple[bytes, int] | None] = queue.Queue(MOST_WAITING)
-    writer = threading.Thread(target=_write, args=(encoder, frames))
+    writer = threading.Thread(target=_write, args=(encoder, supervisor, frames))
     writer.start()
     try:
         _look(eye, rate, is_over, frames)
@@ -114,13 +153,15 @@ def _sleep_until(moment: float) -> None:
     time.sleep(max(0.0, moment - time.monotonic()))
 
 
-def _write(encoder: subprocess.Popen, frames: queue.Queue) -> None:
+def _write(encoder: subprocess.Popen, supervisor: _Supervisor, frames: queue.Queue) -> None:
     """Feeds the encoder; one that has failed gets nothing more."""
     while (item := frames.get()) is not None:
         frame, count = item
+        supervisor.is_at_work.set()
         with contextlib.suppress(BrokenPipeError):
             for _ in range(count):
                 encoder.stdin.write(frame)
+        supervisor.is_at_work.clear()
 
 
 class Recording:

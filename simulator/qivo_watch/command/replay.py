@@ -17,7 +17,7 @@ from qivo_watch.command.arguments import Grammar
 from qivo_watch.command.commands import Session
 from qivo_watch.command.recorder import Recording, check_file
 from qivo_watch.errors import UsageError, WatchError
-from qivo_watch.processes import REQUESTS
+from qivo_watch.processes import INTERRUPTS
 
 MOST_BYTES = 1 << 20
 LONGEST_LINE = 8192
@@ -151,7 +151,7 @@ class _Player:
             self._has_begun = True
         if verb in ("start", "stop"):
             self._has_started = verb == "start"
-            signal.pthread_sigmask(signal.SIG_UNBLOCK, REQUESTS)
+            signal.pthread_sigmask(signal.SIG_UNBLOCK, INTERRUPTS)
 
     def _record(self, given: argparse.Namespace) -> None:
         if self._recording:

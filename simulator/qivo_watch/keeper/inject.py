@@ -15,10 +15,20 @@ class Hand:
     def __init__(self, display):
         self._display = display
         self._codes = {name: self._code_of(keysym) for name, keysym in _KEYS.items()}
+        self._held: set[str] = set()
         display.sync()
 
-    def key(self, name: str, is_down: bool) -> None:
-        self._fake(X.KeyPress if is_down else X.KeyRelease, self._codes[name])
+    def push(self, name: str) -> None:
+        self._held.add(name)
+        self._fake(X.KeyPress, self._codes[name])
+
+    def release(self, name: str) -> bool:
+        """Returns whether the key was down for the applications."""
+        if name not in self._held:
+            return False
+        self._held.remove(name)
+        self._fake(X.KeyRelease, self._codes[name])
+        return True
 
     def detent(self, direction: str) -> None:
         """One detent of the bezel: the mouse wheel, at the pointer's place."""

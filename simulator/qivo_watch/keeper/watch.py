@@ -110,7 +110,7 @@ class Watch:
         with self._let_go_on_failure(key):
             self._show_key(key, True)
             if self._is_on:
-                self._hand.key(key, True)
+                self._hand.push(key)
                 yield from self._settler.settle(self._app)
 
     def release_key(self, key: str) -> Work:
@@ -118,8 +118,7 @@ class Watch:
             raise WatchError(f"the {key} key is not down")
         self._show_key(key, False)
         app = self._app
-        if self._is_on:
-            self._hand.key(key, False)
+        if self._hand.release(key):
             yield from self._settler.settle(app)
         if key == "power":
             yield from self._switch_screen()
@@ -133,8 +132,7 @@ class Watch:
             yield
         except BaseException:
             self._show_key(key, False)
-            if self._is_on:
-                self._hand.key(key, False)
+            self._hand.release(key)
             raise
 
     def _show_key(self, key: str, is_down: bool) -> None:

@@ -1,14 +1,20 @@
 """A watch that hangs somewhere: each command gives up soon and says where, and it can be ended."""
 
 import concurrent.futures
+import contextlib
 import os
 import pathlib
 import signal
+import socket
+import subprocess
+import sys
+import threading
 import time
 
 import pytest
 
-from simulator.desk import GUIDE, Desk
+from simulator.desk import BUILD, GUIDE, Desk
+from support.display import Display
 
 LIMIT_S = 5
 """For a command to give up, on a machine that has time for it."""
@@ -92,3 +98,68 @@ def test_a_silent_display_of_the_users_is_told_soon(desk):
     complaint, = refused_soon(desk, ["--name", "second", "start"])
     assert '"192.0.2.1:0" ' in complaint and "use --headless or --web" in complaint
     assert not pathlib.Path(desk.runtime, "qivo-watch", "second").exists()
+
+
+class StallingServer:
+    """Context manager: passes an X server's answers on, and nothing more after some of them."""
+
+    def __init__(self, server, answers):
+        self._server, self._answers = server, answers
+        self._listener = socket.socket(socket.AF_UNIX)
+        self._ends = []
+
+    def __enter__(self):
+        number = next(number for number in range(500, 600)
+                      if not os.path.exists(f"/tmp/.X11-unix/X{number}"))
+        self._path = f"/tmp/.X11-unix/X{number}"
+        self._listener.bind(self._path)
+        self._listener.listen()
+        threading.Thread(target=self._serve, daemon=True).start()
+        return f":{number}"
+
+    def __exit__(self, *_):
+        os.unlink(self._path)
+        self._listener.close()
+        for end in self._ends:
+            end.close()
+
+    def _serve(self):
+        while True:
+            try:
+                client, _ = self._listener.accept()
+            except OSError:
+                return
+            server = socket.socket(socket.AF_UNIX)
+            server.connect(f"/tmp/.X11-unix/X{self._server.removeprefix(':')}")
+            self._ends += [client, server]
+            threading.Thread(target=self._pass, args=(client, server), daemon=True).start()
+            threading.Thread(target=self._answer, args=(server, client), daemon=True).start()
+
+    def _pass(self, source, target):
+        with contextlib.suppress(OSError):
+            while piece := source.recv(65536):
+                target.sendall(piece)
+
+    def _answer(self, server, client):
+        with contextlib.suppress(OSError):
+            while self._answers and (piece := server.recv(65536)):
+                self._answers -= 1
+                client.sendall(piece)
+            server.recv(1)  # Whoever waits for more is not told of an end.
+
+
+@pytest.mark.parametrize("answers", [0, 1, 2, 3])
+def test_a_server_that_hangs_while_a_look_begins_is_given_up(tmp_path, answers):
+    script = ("import pathlib, sys\n"
+              f"sys.path.insert(0, {str(BUILD / 'simulator')!r})\n"
+              "from qivo_watch.command.eye import Eye\n"
+              "from qivo_watch.errors import WatchError\n"
+              "try:\n"
+              "    Eye(sys.argv[1], pathlib.Path(sys.argv[2]))\n"
+              "except WatchError as error:\n"
+              "    print(error)\n")
+    with Display("100x100x24") as display, StallingServer(display.name, answers) as name:
+        told = subprocess.run([sys.executable, "-c", script, name, tmp_path / "no-authority"],
+                              capture_output=True, text=True, timeout=30, check=True)
+    assert told.stdout == ("the watch hangs: the X server does not answer "
+                           "(qivo-watch stop ends it)\n")

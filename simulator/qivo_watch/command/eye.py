@@ -41,16 +41,13 @@ class Eye:
         if is_server_silent(name):
             raise hang("the X server")
         self._has_hung = False
-        try:
-            self._display = display.Display(name)
-        except error.DisplayConnectionError:
-            raise ScreenGone() from None
-        self._root = self._display.screen().root
-        geometry = self._root.get_geometry()
-        self.size = geometry.width
-        self._display.damage_query_version()
-        self._damage = self._root.damage_create(damage.DamageReportNonEmpty)
-        self._display.sync()
+        self._display = _opened(name)
+        with self._bounded():
+            self._root = self._display.screen().root
+            self.size = self._root.get_geometry().width
+            self._display.damage_query_version()
+            self._damage = self._root.damage_create(damage.DamageReportNonEmpty)
+            self._display.sync()
 
     def close(self) -> None:
         with contextlib.suppress(error.ConnectionClosedError):
@@ -132,7 +129,7 @@ class Eye:
         timer.start()
         try:
             yield
-        except (error.ConnectionClosedError, error.DisplayConnectionError):
+        except error.ConnectionClosedError:
             raise (hang("the X server") if self._has_hung else ScreenGone()) from None
         finally:
             timer.cancel()
@@ -140,3 +137,18 @@ class Eye:
     def _hang_up(self) -> None:
         self._has_hung = True
         self._display.display.socket.shutdown(socket.SHUT_RDWR)
+
+
+def _opened(name: str) -> display.Display:
+    """The connection cannot be hung up on while it is being made."""
+    made: list[display.Display] = []
+
+    def connect() -> None:
+        with contextlib.suppress(error.DisplayConnectionError, error.ConnectionClosedError):
+            made.append(display.Display(name))
+    connecting = threading.Thread(target=connect, daemon=True)
+    connecting.start()
+    connecting.join(ANSWER_S)
+    if made:
+        return made[0]
+    raise hang("the X server") if connecting.is_alive() else ScreenGone()

@@ -61,7 +61,7 @@ int app_control_create(app_control_h* app_control)
 try
 {
     if (!app_control)
-        return Reject(__func__, "no place for the handle");
+        return Reject(__func__, "the pointer for the handle is null");
     *app_control = new LaunchRequest;
     return APP_CONTROL_ERROR_NONE;
 }
@@ -107,7 +107,7 @@ try
         return Reject(__func__, "the handle or the application id is null");
     if (!IsApplicationId(app_id))
         return PORT_REFUSE(APP_CONTROL_ERROR_INVALID_PARAMETER, __func__,
-                           "%s is no application id such as \"org.example.Clock\"",
+                           "%s is not an application id (such as \"org.example.Clock\")",
                            Quoted(app_id).c_str());
     app_control->appId = app_id;
     return APP_CONTROL_ERROR_NONE;
@@ -187,7 +187,7 @@ try
                            "\"%s\": there is no session bus, or it does not answer", id);
     case BusAnswer::Unknown:
         return PORT_REFUSE(APP_CONTROL_ERROR_APP_NOT_FOUND, __func__,
-                           "\"%s\" does not run, and the session bus cannot start it", id);
+                           "\"%s\" is not running, and the session bus cannot start it", id);
     case BusAnswer::Known:
         break;
     }
@@ -217,7 +217,7 @@ try
         return PORT_REFUSE(APP_CONTROL_ERROR_NO_SENDER, __func__, "nobody waits for an answer");
     if (call->IsAnswered())
         return PORT_REFUSE(APP_CONTROL_ERROR_ALREADY_REPLIED, __func__,
-                           "the request has had its reply");
+                           "the request has already been answered");
     if (IsTooBig(*reply))
         return Reject(__func__, kTooBig);
     call->SendReply(*reply, result);

@@ -101,8 +101,8 @@ std::string CommandLineUsage(const std::string& program)
            program +
            " --service\n"
            "\n"
-           "Starts the application with a launch request, or hands the request to the\n"
-           "application that runs already.\n"
+           "Starts the application with a launch request, or passes the request to the\n"
+           "application that is already running.\n"
            "\n"
            "  --operation OP     what to do (without it: " APP_CONTROL_OPERATION_DEFAULT ")\n"
            "  --extra KEY=VALUE  extra data of the request; may be given several times\n"

@@ -33,7 +33,7 @@ std::string ReadOwnId(const Installation& installation)
         return {};
     if (errno != 0)
         return Warn(file, std::string("cannot be read (") + std::strerror(errno) + ")");
-    return Warn(file, "holds no application id such as \"org.example.Clock\"");
+    return Warn(file, "holds no application id (such as \"org.example.Clock\")");
 }
 
 } // namespace WatchPort

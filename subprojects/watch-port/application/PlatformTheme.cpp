@@ -27,7 +27,7 @@ PlatformTheme::PlatformTheme(const std::filesystem::path& file)
         return;
     }
     PORT_LOG_WARN(
-        "the watch's theme \"%s\" is missing or no theme: screens without a title stay empty",
+        "the watch's theme \"%s\" is missing or not a theme: screens without a title stay empty",
         file.c_str());
 }
 

@@ -86,8 +86,9 @@ std::optional<int> AnswerInstance(const SingleInstance& instance, bool isService
     case SingleInstance::Standing::Forwarded:
         return APP_ERROR_NONE;
     case SingleInstance::Standing::NotTaken:
-        return PORT_REFUSE(APP_ERROR_NOT_FORWARDED, kCall,
-                           "the application runs already, but did not take the launch request");
+        return PORT_REFUSE(
+            APP_ERROR_NOT_FORWARDED, kCall,
+            "the application is already running, but did not take the launch request");
     case SingleInstance::Standing::Alone:
         if (isService)
             return PORT_REFUSE(APP_ERROR_NO_SESSION_BUS, kCall,
@@ -108,7 +109,7 @@ try
 }
 catch (const std::system_error& error)
 {
-    return "no thread can be started: " + error.code().message();
+    return "cannot start a thread: " + error.code().message();
 }
 
 // Ends what has nothing to draw on; nothing when there is a display.
@@ -144,7 +145,7 @@ int Run(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks, voi
     SetTextLocale();
     const Toolkit toolkit(argc, argv, display);
     if (!toolkit.IsUp())
-        return PORT_REFUSE(APP_ERROR_NO_TOOLKIT, kCall, "the toolkit does not start");
+        return PORT_REFUSE(APP_ERROR_NO_TOOLKIT, kCall, "the toolkit did not start");
     TellMotions(display);
     // The toolkit has set the character type of the environment, which may be that of C.
     SetTextLocale();
@@ -166,7 +167,7 @@ int ui_app_main(int argc, char** argv, ui_app_lifecycle_callback_s* callbacks, v
     if (argc < 1 || !argv || !callbacks)
         return PORT_REFUSE(APP_ERROR_INVALID_PARAMETER, kCall, "no arguments or no callbacks");
     if (sRunning)
-        return PORT_REFUSE(APP_ERROR_ALREADY_RUNNING, kCall, "the application runs already");
+        return PORT_REFUSE(APP_ERROR_ALREADY_RUNNING, kCall, "the application is already running");
     const CommandLine commandLine = ParseCommandLine({argv + 1, argv + argc});
     const auto answer = AnswerCommandLine(commandLine, ProgramName(argv[0]));
     return answer ? *answer : Run(argc, argv, *callbacks, user_data, commandLine);

@@ -72,7 +72,7 @@ LocaleSettings::Validate(const std::map<std::string_view, std::string_view>& tex
         if (const std::optional<std::string> locale = NormaliseLocale(text->second))
             entries[variable] = *locale;
         else
-            PORT_LOG_WARN("%s=%s is passed over: no locale's name such as ko_KR.UTF-8", variable,
+            PORT_LOG_WARN("%s=%s is ignored: not a locale (such as ko_KR.UTF-8)", variable,
                           std::string(text->second.substr(0, 64)).c_str());
     }
     return entries;

@@ -65,7 +65,7 @@ try
     const bool isLanguage = key == SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE;
     if (!isLanguage && key != SYSTEM_SETTINGS_KEY_LOCALE_COUNTRY)
         return PORT_REFUSE(SYSTEM_SETTINGS_ERROR_NO_STRING, __func__,
-                           "key %d has no text; 12 (region) and 13 (language) have", key);
+                           "key %d is not a text; 12 (region) and 13 (language) are", key);
     const Locales locales = Settings::GetInstance().ReadLocales();
     char* copy = strdup((isLanguage ? locales.language : locales.region).c_str());
     if (!copy)

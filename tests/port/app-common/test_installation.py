@@ -215,7 +215,7 @@ def test_a_theme_that_is_none_is_one_warning(installation, content):
         installation.theme().parent.mkdir()
         installation.theme().write_bytes(content)
     (line,) = about_the_theme(installation.run({})[1])
-    assert f'"{installation.theme()}" is missing or no theme' in line
+    assert f'"{installation.theme()}" is missing or not a theme' in line
 
 
 def test_a_theme_that_is_there_is_no_warning(installation):

@@ -115,7 +115,7 @@ TEST_F(AppControl, NamesTheRejectedApplicationIdInOneLine)
     testing::internal::CaptureStderr();
     app_control_set_app_id(mHandle, "a b\n");
     const std::string line = testing::internal::GetCapturedStderr();
-    EXPECT_THAT(line, HasSubstr("app_control_set_app_id: \"a b\\x0a\" is no application id"));
+    EXPECT_THAT(line, HasSubstr("app_control_set_app_id: \"a b\\x0a\" is not an application id"));
     EXPECT_EQ(line.find('\n'), line.size() - 1);
 }
 

@@ -102,7 +102,7 @@ def test_a_request_leaves_though_the_sender_ends_at_once(bus, tmp_path):
 def test_an_unknown_application_is_not_found(bus):
     result = send(bus.address, "org.example.Nobody", "")
     assert result.stdout == f"sent {APP_NOT_FOUND}\n"
-    assert ('E WATCH_PORT: app_control_send_launch_request: "org.example.Nobody" does not run'
+    assert ('E WATCH_PORT: app_control_send_launch_request: "org.example.Nobody" is not running'
             in result.stderr)
 
 

@@ -59,8 +59,8 @@ def test_a_second_start_gives_up_an_owner_that_does_not_answer(apps, clock):
     second = apps.start("clock")
     assert second.end() == (NOT_FORWARDED, [])
     assert 4.9 < time.monotonic() - before < 10
-    assert "E WATCH_PORT: ui_app_main: the application runs already, but did not take the launch " \
-           "request" in second.port_lines()
+    assert "E WATCH_PORT: ui_app_main: the application is already running, but did not take the " \
+           "launch request" in second.port_lines()
     clock.process.send_signal(signal.SIGCONT)
 
 

@@ -153,7 +153,7 @@ def test_where_no_thread_can_be_started_one_line_says_so(tmp_path):
     env = {"DISPLAY": f"unix:{tmp_path}/nobody", "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nobody"}
     with App(env, tmp_path, f"--stack={1 << 47}", PROGRAM, program="prlimit") as app:
         assert app.end()[0] == 256 + NO_TOOLKIT
-        assert app.port_lines() == ["E WATCH_PORT: ui_app_main: no thread can be started: "
+        assert app.port_lines() == ["E WATCH_PORT: ui_app_main: cannot start a thread: "
                                     "Resource temporarily unavailable"]
 
 

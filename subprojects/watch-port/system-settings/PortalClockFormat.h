@@ -16,7 +16,7 @@ namespace WatchPort
  * desktop's is as widespread.
  *
  * The portal is started by the first question where the bus can do so, and by nothing after it.
- * What is of another type or says something else is passed over in silence.
+ * Values of another type or text are ignored silently.
  */
 class PortalClockFormat : private BusListener
 {

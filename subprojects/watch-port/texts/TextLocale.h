@@ -9,7 +9,7 @@ namespace WatchPort
  * are those of "C" or the locale is not installed, they become UTF-8, and messages never stay in
  * "C" or "C.UTF-8".
  *
- * To be repeated after the toolkit's start, which sets the locale anew.
+ * Repeat this after the toolkit's start, which sets the locale again.
  */
 void SetTextLocale();
 

@@ -107,7 +107,7 @@ bool Display::ConnectX11(const Termination& termination)
     if (name.empty())
         return false;
     const auto connect = [name] { return XConnection(xcb_connect(name.c_str(), nullptr)); };
-    // Held until the toolkit has its own: a server may begin anew when its last client leaves.
+    // Held until the toolkit has its own: a server may reset when its last client leaves.
     const auto connection = CallWithPatience(kPatience, connect);
     if (connection && xcb_connection_has_error(connection->get()) == 0)
     {

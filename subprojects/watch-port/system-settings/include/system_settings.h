@@ -16,7 +16,7 @@
  *
  * The first that is set counts; a service that sets none of them leaves the environment's.
  * "C" and "POSIX" (with any codeset), and nothing at all, read as "en_US.UTF-8".
- * Accepted is [A-Za-z]{2,3}(_[A-Z]{2})?(.codeset)?(@modifier)?; another value is passed over with
+ * Accepted is [A-Za-z]{2,3}(_[A-Z]{2})?(.codeset)?(@modifier)?; another value is ignored with
  * one warning line (tag "WATCH_PORT"). A value without a codeset gets ".UTF-8".
  *
  * Message catalogues follow the language: at the first use of a language or region key, and at each
@@ -34,7 +34,7 @@
  *
  * The first use of a key connects to its bus: about 1 ms, and 2 s where a bus accepts and then
  * keeps silent, which is given up then for as long as the process lives. A bus that is not there
- * or dies is borne in silence.
+ * or dies is not logged.
  *
  * All calls belong to the main loop's thread; they may precede the toolkit's initialisation.
  * Calls that fail for their arguments log one error line.
@@ -108,7 +108,7 @@ int system_settings_unset_changed_cb(system_settings_key_e key);
 
 /**
  * Reads the language or the region, without waiting for any service. Where no callback follows
- * them, the service is asked anew in the background, and a later reading gets its answer.
+ * them, the service is asked again in the background, and a later reading gets its answer.
  *
  * @param key SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE or SYSTEM_SETTINGS_KEY_LOCALE_COUNTRY.
  * @param value Set to a copy on success, which the caller frees with free(); else left as it is.
@@ -122,7 +122,7 @@ int system_settings_get_value_string(system_settings_key_e key, char** value);
 
 /**
  * Reads whether clocks count to 24, without waiting for any service. Where no callback follows
- * the key, the services are asked anew in the background, and a later reading gets their answer.
+ * the key, the services are asked again in the background, and a later reading gets their answer.
  *
  * @param key SYSTEM_SETTINGS_KEY_LOCALE_TIMEFORMAT_24HOUR.
  * @param value Set on success, left as it is otherwise.

@@ -1,6 +1,15 @@
-"""A watch for all tests that leave one as it was."""
+"""A watch for all tests that leave one as it was, and a place for watches of a test's own."""
 
 import pytest
+
+from simulator.desk import Desk
+
+
+@pytest.fixture(name="fresh")
+def _fresh():
+    """A place without a watch."""
+    with Desk() as desk:
+        yield desk
 
 
 @pytest.fixture(name="desk")

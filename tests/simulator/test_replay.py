@@ -6,14 +6,7 @@ import zlib
 import pytest
 from PIL import Image, ImageDraw
 
-from simulator.desk import GUIDE, Desk
-
-
-@pytest.fixture(scope="module", name="desk")
-def _desk():
-    with Desk() as desk:
-        desk.do("start", "--headless")
-        yield desk
+from simulator.desk import GUIDE
 
 
 @pytest.fixture(name="replay")

@@ -101,13 +101,6 @@ def test_another_time_zone_is_told_and_moves_the_hands(desk, probe, tmp_path):
     desk.do("compare", tmp_path / "utc.png")
 
 
-@pytest.mark.parametrize("zone", ["Mars/Base", "../etc/passwd", "Europe", ""])
-def test_what_is_no_time_zone_is_refused(desk, zone):
-    before = desk.status()["time"]["zone"]
-    assert f'"{zone}" is not a time zone (such as Asia/Seoul)' in desk.refused("time", "zone", zone)
-    assert desk.status()["time"]["zone"] == before
-
-
 def test_an_application_is_launched_with_the_settings(desk, tmp_path):
     program = tmp_path / "program"
     program.write_text('#!/bin/sh\necho "$LANG $LC_TIME $TZ"\n'
@@ -128,21 +121,6 @@ def test_the_settings_are_described_for_people(desk):
     assert "hours     as in the region" in text
     desk.do("time", "hours", "24")
     assert "hours     24" in desk.do("status")
-
-
-def test_charge_and_charger_that_are_set_at_a_time_are_both_set(desk):
-    for charge in range(10):
-        state = ("charging", "discharging")[charge % 2]
-        both = [subprocess.Popen(desk.command("battery", *words), env=desk.environment)
-                for words in (["--percent", str(charge)], [f"--{state}"])]
-        assert [setting.wait() for setting in both] == [0, 0]
-        assert desk.status()["battery"] == {"percent": charge, "state": state}
-
-
-def test_a_setting_waits_for_the_application_to_take_it(desk):
-    desk.do("launch")
-    desk.do("language", "ar_EG")
-    assert "currentLanguage:[ar_EG" in desk.do("log")
 
 
 def test_the_clocks_format_is_among_all_settings(desk):

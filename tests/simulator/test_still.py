@@ -5,16 +5,8 @@ import contextlib
 import pytest
 from Xlib import X, Xatom, display
 
-from simulator.desk import Desk
 
 MOTION = "_WATCH_PORT_MOTION"
-
-
-@pytest.fixture(scope="module", name="desk")
-def _desk():
-    with Desk() as desk:
-        desk.do("start", "--headless")
-        yield desk
 
 
 @pytest.fixture(name="screen")

@@ -190,6 +190,28 @@ def test_the_guide_follows_the_language(desk):
     desk.do("wait", "log", "currentLanguage:[ar_EG")
 
 
+@pytest.mark.parametrize("zone", ["Mars/Base", "../etc/passwd", "Europe", ""])
+def test_what_is_no_time_zone_is_refused(desk, zone):
+    before = desk.status()["time"]["zone"]
+    assert f'"{zone}" is not a time zone (such as Asia/Seoul)' in desk.refused("time", "zone", zone)
+    assert desk.status()["time"]["zone"] == before
+
+
+def test_charge_and_charger_that_are_set_at_a_time_are_both_set(desk):
+    for charge in range(10):
+        state = ("charging", "discharging")[charge % 2]
+        both = [subprocess.Popen(desk.command("battery", *words), env=desk.environment)
+                for words in (["--percent", str(charge)], [f"--{state}"])]
+        assert [setting.wait() for setting in both] == [0, 0]
+        assert desk.status()["battery"] == {"percent": charge, "state": state}
+
+
+def test_a_setting_waits_for_the_application_to_take_it(desk):
+    desk.do("launch")
+    desk.do("language", "ar_EG")
+    assert "currentLanguage:[ar_EG" in desk.do("log")
+
+
 def test_words_that_are_no_text_are_refused(desk):
     told = desk.refused("language", "\udcff", status=2)
     assert told == r"qivo-watch: '\udcff' is not UTF-8"

@@ -15,7 +15,6 @@ from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
 from selenium.webdriver.common.actions.wheel_input import ScrollOrigin
 
-from simulator.desk import Desk
 from support.bus import wait_until
 
 LIT_PIXELS = """
@@ -35,12 +34,6 @@ return Array.from(pixels).reduce((sum, value) => (sum * 31 + value) % 1000000007
 """
 
 
-@pytest.fixture(name="desk")
-def _desk():
-    with Desk() as desk:
-        yield desk
-
-
 @pytest.fixture(name="browser")
 def _browser(tmp_path):
     options = webdriver.ChromeOptions()
@@ -52,27 +45,27 @@ def _browser(tmp_path):
     browser.quit()
 
 
-def test_a_browser_sees_the_page_scrolls_it_and_leaves_it(desk, browser):
-    address = desk.do("start", "--web").strip()
-    desk.do("launch")
-    desk.do("wait", "still")
+def test_a_browser_sees_the_page_scrolls_it_and_leaves_it(fresh, browser):
+    address = fresh.do("start", "--web").strip()
+    fresh.do("launch")
+    fresh.do("wait", "still")
     browser.get(address)
     wait_until(lambda: browser.execute_script(LIT_PIXELS) > 500, "the page in the browser")
     top = browser.execute_script(TOP_OF_SCREEN)
     canvas = browser.find_element(By.TAG_NAME, "canvas")
     origin = ScrollOrigin.from_element(canvas)
     ActionChains(browser).scroll_from_origin(origin, 0, 400).perform()
-    wait_until(lambda: desk.status()["bezel"] > 0, "the bezel turned by the browser's wheel")
+    wait_until(lambda: fresh.status()["bezel"] > 0, "the bezel turned by the browser's wheel")
     wait_until(lambda: browser.execute_script(TOP_OF_SCREEN) != top, "the scrolled page")
     browser.execute_script("arguments[0].focus()", canvas)
     ActionChains(browser).send_keys(Keys.ESCAPE).perform()
-    wait_until(lambda: desk.status()["app"] is None, "the application left by the browser's key")
+    wait_until(lambda: fresh.status()["app"] is None, "the application left by the browser's key")
 
 
-def listening_ports(desk):
+def listening_ports(fresh):
     """Addresses and ports that the watch's processes listen at."""
     listening = subprocess.run(["ss", "-ltnpH"], check=True, capture_output=True, text=True).stdout
-    own = desk.processes()
+    own = fresh.processes()
     return {tuple(line.split()[3].rsplit(":", 1)) for line in listening.splitlines()
             if any(int(process) in own for process in re.findall(r"pid=(\d+)", line))}
 
@@ -95,41 +88,41 @@ def answer_to_upgrade(port, origin):
     return answer
 
 
-def test_the_page_is_for_this_machine_alone_and_asks_for_the_password(desk, tmp_path):
+def test_the_page_is_for_this_machine_alone_and_asks_for_the_password(fresh, tmp_path):
     (tmp_path / "password").write_text("letmein1\nnothing of this\n", encoding="ascii")
-    address = desk.do("start", "--web", "--password-file", tmp_path / "password").strip()
+    address = fresh.do("start", "--web", "--password-file", tmp_path / "password").strip()
     found = re.fullmatch(r"http://127\.0\.0\.1:(\d+)/vnc\.html\?.*#password=letmein1", address)
     assert found and urllib.request.urlopen(address).status == 200
-    assert listening_ports(desk) == {("127.0.0.1", found[1])}
-    assert not any(b"letmein1" in command for command in desk.processes().values())
+    assert listening_ports(fresh) == {("127.0.0.1", found[1])}
+    assert not any(b"letmein1" in command for command in fresh.processes().values())
 
 
-def test_a_password_is_read_from_standard_input(desk):
-    result = subprocess.run(desk.command("start", "--web", "--password-file", "-"), text=True,
-                            input="Q8wertzu\n", env=desk.environment, capture_output=True)
+def test_a_password_is_read_from_standard_input(fresh):
+    result = subprocess.run(fresh.command("start", "--web", "--password-file", "-"), text=True,
+                            input="Q8wertzu\n", env=fresh.environment, capture_output=True)
     assert (result.returncode, result.stderr) == (0, "")
     assert result.stdout.endswith("#password=Q8wertzu\n")
 
 
 @pytest.mark.parametrize("text", ["", "x", "seven77", "nine99999", "no-words", "\u00e9ightsss"])
-def test_what_is_no_password_of_8_letters_and_digits_is_refused(desk, tmp_path, text):
+def test_what_is_no_password_of_8_letters_and_digits_is_refused(fresh, tmp_path, text):
     (tmp_path / "password").write_text(text, encoding="utf-8")
-    told = desk.refused("start", "--web", "--password-file", tmp_path / "password")
+    told = fresh.refused("start", "--web", "--password-file", tmp_path / "password")
     assert 'password" is not a password (8 of A-Z a-z 0-9)' in told
-    assert not desk.processes()
+    assert not fresh.processes()
 
 
-def test_a_password_file_that_cannot_be_read_is_told(desk):
-    told = desk.refused("start", "--web", "--password-file", "/nowhere")
+def test_a_password_file_that_cannot_be_read_is_told(fresh):
+    told = fresh.refused("start", "--web", "--password-file", "/nowhere")
     assert 'cannot read the password from "/nowhere": No such file or directory' in told
 
 
-def test_a_password_on_the_command_line_is_refused(desk):
-    desk.refused("start", "--web", "--password", "letmein1", status=2)
+def test_a_password_on_the_command_line_is_refused(fresh):
+    fresh.refused("start", "--web", "--password", "letmein1", status=2)
 
 
-def test_only_the_page_itself_gets_the_screen(desk):
-    port = urllib.parse.urlsplit(desk.do("start", "--web")).port
+def test_only_the_page_itself_gets_the_screen(fresh):
+    port = urllib.parse.urlsplit(fresh.do("start", "--web")).port
     for origin in (None, "null", "http://example.org", f"http://example.org:{port}",
                    f"https://127.0.0.1:{port}", "http://127.0.0.1:1"):
         assert b"403 Invalid Origin" in answer_to_upgrade(port, origin), origin
@@ -137,29 +130,29 @@ def test_only_the_page_itself_gets_the_screen(desk):
         assert b"RFB 003" in answer_to_upgrade(port, f"http://{host}:{port}")
 
 
-def test_more_idle_connections_than_a_server_bears_do_not_end_the_watch(desk):
-    port = urllib.parse.urlsplit(desk.do("start", "--web")).port
+def test_more_idle_connections_than_a_server_bears_do_not_end_the_watch(fresh):
+    port = urllib.parse.urlsplit(fresh.do("start", "--web")).port
     with contextlib.ExitStack() as stack:
-        for _, listening in listening_ports(desk):
+        for _, listening in listening_ports(fresh):
             for _ in range(1042):
                 stack.enter_context(socket.create_connection(("127.0.0.1", listening), timeout=60))
-        assert desk.status()["running"]
+        assert fresh.status()["running"]
     assert b"RFB 003" in answer_to_upgrade(port, f"http://127.0.0.1:{port}")
 
 
-def test_a_fresh_password_is_made_for_each_start(desk):
+def test_a_fresh_password_is_made_for_each_start(fresh):
     passwords = set()
     for _ in range(2):
-        passwords.add(desk.do("start", "--web").strip().partition("#password=")[2])
-        desk.do("stop")
+        passwords.add(fresh.do("start", "--web").strip().partition("#password=")[2])
+        fresh.do("stop")
     assert len(passwords) == 2 and all(re.fullmatch(r"\w{8}", word) for word in passwords)
 
 
-def test_a_port_that_is_taken_is_told(desk):
+def test_a_port_that_is_taken_is_told(fresh):
     with socket.socket() as taken:
         taken.bind(("127.0.0.1", 0))
         taken.listen()
         port = taken.getsockname()[1]
-        told = desk.refused("start", "--web", "--port", port)
+        told = fresh.refused("start", "--web", "--port", port)
     assert f"cannot listen at port {port}: Address already in use" in told
-    assert not desk.processes()
+    assert not fresh.processes()

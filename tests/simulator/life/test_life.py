@@ -18,12 +18,6 @@ from support.shared_memory import are_left, segments_of
 PARTS = ["server", "bus", "manager", "home", "body"]
 
 
-@pytest.fixture(name="desk")
-def _desk():
-    with Desk() as desk:
-        yield desk
-
-
 def kill(pid, number=signal.SIGKILL):
     os.kill(pid, number)
 

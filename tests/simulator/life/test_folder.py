@@ -7,14 +7,6 @@ import subprocess
 
 import pytest
 
-from simulator.desk import Desk
-
-
-@pytest.fixture(name="desk")
-def _desk():
-    with Desk() as desk:
-        yield desk
-
 
 @pytest.fixture(name="precious")
 def _precious(tmp_path):

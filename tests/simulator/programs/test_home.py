@@ -6,7 +6,7 @@ import time
 import dbus
 import pytest
 
-from simulator.watch import KEEPER, TEN_PAST_TEN, Watch, times_woken
+from simulator.programs.watch import KEEPER, TEN_PAST_TEN, Watch, times_woken
 from support.bus import wait_until
 
 ICON = (180, 257)

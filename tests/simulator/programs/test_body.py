@@ -11,7 +11,7 @@ from Xlib import X, display
 from Xlib.protocol import event
 
 from simulator.painter import Painter
-from simulator.watch import BODY, KEEPER, PROGRAMS, Watch
+from simulator.programs.watch import BODY, KEEPER, PROGRAMS, Watch
 from support.bus import wait_until
 
 CENTRE = (370, 340)

@@ -6,15 +6,8 @@ import subprocess
 
 import pytest
 
-from simulator.desk import Desk
 
 NAMESPACE = ["unshare", "--map-root-user", "--mount"]
-
-
-@pytest.fixture(name="desk")
-def _desk():
-    with Desk() as desk:
-        yield desk
 
 
 def start_beside_small_disk(desk, folder):

@@ -7,14 +7,7 @@ import subprocess
 
 import pytest
 
-from simulator.desk import Desk
 from support.bus import wait_until
-
-
-@pytest.fixture(name="desk")
-def _desk():
-    with Desk() as desk:
-        yield desk
 
 
 @pytest.fixture(name="starting")

@@ -1,6 +1,6 @@
 #include "body/Body.h"
 
-#include "body/PictureFile.h"
+#include "body/picture/PictureFile.h"
 #include "common/Complaint.h"
 
 #include <Ecore.h>

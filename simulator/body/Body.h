@@ -2,12 +2,12 @@
 #define SIMULATOR_BODY_BODY_H
 
 #include "body/BodyService.h"
-#include "body/KeyInput.h"
-#include "body/Layout.h"
-#include "body/ManagerStandIn.h"
-#include "body/MouseInput.h"
-#include "body/NestedScreen.h"
-#include "body/WatchPicture.h"
+#include "body/input/KeyInput.h"
+#include "body/input/MouseInput.h"
+#include "body/picture/Layout.h"
+#include "body/picture/WatchPicture.h"
+#include "body/screen/ManagerStandIn.h"
+#include "body/screen/NestedScreen.h"
 #include "common/ControlClient.h"
 #include "common/Options.h"
 #include "common/Window.h"

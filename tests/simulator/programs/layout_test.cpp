@@ -1,4 +1,4 @@
-#include "body/Layout.h"
+#include "body/picture/Layout.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_BODY_LAYOUT_H
-#define SIMULATOR_BODY_LAYOUT_H
+#ifndef SIMULATOR_BODY_PICTURE_LAYOUT_H
+#define SIMULATOR_BODY_PICTURE_LAYOUT_H
 
 /** A point of the window in its pixels, from the upper left corner. */
 struct Point

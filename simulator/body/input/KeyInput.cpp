@@ -1,4 +1,4 @@
-#include "body/KeyInput.h"
+#include "body/input/KeyInput.h"
 
 #include <Ecore_Input.h>
 #include <map>

@@ -1,4 +1,4 @@
-#include "body/MouseInput.h"
+#include "body/input/MouseInput.h"
 
 namespace
 {

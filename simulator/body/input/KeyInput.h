@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_BODY_KEY_INPUT_H
-#define SIMULATOR_BODY_KEY_INPUT_H
+#ifndef SIMULATOR_BODY_INPUT_KEY_INPUT_H
+#define SIMULATOR_BODY_INPUT_KEY_INPUT_H
 
 #include "common/ControlClient.h"
 

@@ -1,7 +1,7 @@
-#ifndef SIMULATOR_BODY_PICTURE_FILE_H
-#define SIMULATOR_BODY_PICTURE_FILE_H
+#ifndef SIMULATOR_BODY_PICTURE_PICTURE_FILE_H
+#define SIMULATOR_BODY_PICTURE_PICTURE_FILE_H
 
-#include "body/NestedScreen.h"
+#include "body/screen/NestedScreen.h"
 #include "common/WatchState.h"
 
 #include <Evas.h>

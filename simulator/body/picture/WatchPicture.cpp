@@ -1,6 +1,6 @@
-#include "body/WatchPicture.h"
+#include "body/picture/WatchPicture.h"
 
-#include "body/RoundMask.h"
+#include "body/picture/RoundMask.h"
 #include "common/Theme.h"
 
 #include <Edje.h>

@@ -1,5 +1,5 @@
-#ifndef SIMULATOR_BODY_DETENT_DRAG_H
-#define SIMULATOR_BODY_DETENT_DRAG_H
+#ifndef SIMULATOR_BODY_INPUT_DETENT_DRAG_H
+#define SIMULATOR_BODY_INPUT_DETENT_DRAG_H
 
 /** The bezel has 24 detents a turn. */
 constexpr double kDegreesPerDetent = 15;

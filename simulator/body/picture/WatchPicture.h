@@ -1,8 +1,8 @@
-#ifndef SIMULATOR_BODY_WATCH_PICTURE_H
-#define SIMULATOR_BODY_WATCH_PICTURE_H
+#ifndef SIMULATOR_BODY_PICTURE_WATCH_PICTURE_H
+#define SIMULATOR_BODY_PICTURE_WATCH_PICTURE_H
 
-#include "body/BezelRing.h"
-#include "body/Layout.h"
+#include "body/picture/BezelRing.h"
+#include "body/picture/Layout.h"
 #include "common/WatchState.h"
 
 #include <Evas.h>

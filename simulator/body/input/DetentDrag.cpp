@@ -1,4 +1,4 @@
-#include "body/DetentDrag.h"
+#include "body/input/DetentDrag.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
-#include "body/BezelRing.h"
+#include "body/picture/BezelRing.h"
 
-#include "body/DetentDrag.h"
+#include "body/input/DetentDrag.h"
 
 #include <cmath>
 

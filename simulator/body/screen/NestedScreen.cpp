@@ -1,4 +1,4 @@
-#include "body/NestedScreen.h"
+#include "body/screen/NestedScreen.h"
 
 #include <algorithm>
 #include <cstdlib>

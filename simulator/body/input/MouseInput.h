@@ -1,9 +1,9 @@
-#ifndef SIMULATOR_BODY_MOUSE_INPUT_H
-#define SIMULATOR_BODY_MOUSE_INPUT_H
+#ifndef SIMULATOR_BODY_INPUT_MOUSE_INPUT_H
+#define SIMULATOR_BODY_INPUT_MOUSE_INPUT_H
 
-#include "body/DetentDrag.h"
-#include "body/Layout.h"
-#include "body/NestedScreen.h"
+#include "body/input/DetentDrag.h"
+#include "body/picture/Layout.h"
+#include "body/screen/NestedScreen.h"
 #include "common/ControlClient.h"
 
 #include <Evas.h>

@@ -1,4 +1,4 @@
-#include "body/ManagerStandIn.h"
+#include "body/screen/ManagerStandIn.h"
 
 #include <Ecore_X.h>
 #include <Elementary.h>

@@ -1,6 +1,6 @@
-#include "body/PictureFile.h"
+#include "body/picture/PictureFile.h"
 
-#include "body/WatchPicture.h"
+#include "body/picture/WatchPicture.h"
 
 #include <Ecore_Evas.h>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "body/RoundMask.h"
+#include "body/picture/RoundMask.h"
 
 #include <algorithm>
 

@@ -75,8 +75,8 @@ def test_a_screenshot_shows_the_first_complete_frame_and_leaves_nothing_running(
     rgb = subprocess.run(["convert", picture, "-alpha", "off", "-depth", "8", "rgb:-"], check=True,
                          capture_output=True).stdout
     page = Picture(rgb)
-    assert page.colours(top=240).get((255, 255, 255), 0) > 100
-    assert len(page.colours(bottom=240)) > 50
+    assert page.colours(top=158).get((255, 255, 255), 0) > 100
+    assert len(page.colours(bottom=158)) > 50
 
 
 @builds_guide

@@ -270,7 +270,8 @@ TEST_F(GuideViewScrollTest, AppendsOnePadWhenTheRealScrollerMoves)
     ASSERT_TRUE(Toolkit::RunUntil([&] { return height() > 360; }));
     EXPECT_EQ(CountBoxed(), 1);
 
-    for (const int y : {20, 40})
+    const int end = height() - 360;
+    for (const int y : {end / 2, end})
     {
         elm_scroller_region_show(mView.mScroller, 0, y, 360, 360);
         const auto position = [&]

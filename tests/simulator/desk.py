@@ -42,7 +42,8 @@ class Desk:
         # A short path: sockets lie in it.
         self._folder = tempfile.TemporaryDirectory(prefix="desk-")
         self.runtime = pathlib.Path(self._folder.name)
-        unwanted = ("DISPLAY", "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS")
+        # A user's commands find their modules compiled.
+        unwanted = ("DISPLAY", "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS", "PYTHONDONTWRITEBYTECODE")
         self.environment = {key: value for key, value in os.environ.items()
                             if key not in unwanted} | {"XDG_RUNTIME_DIR": str(self.runtime)}
         if self._display:

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <string>
 
 using testing::ElementsAre;
 
@@ -216,9 +217,9 @@ protected:
     }
     void Release() { evas_event_feed_mouse_up(mCanvas, 1, EVAS_BUTTON_NONE, mTime + 10, nullptr); }
 
-    Evas_Object* AddPlainScroller()
+    Evas_Object* AddPlainScroller(int width = kSize)
     {
-        Evas_Object* scroller = AddScroller(kSize, 4 * kSize, "effect");
+        Evas_Object* scroller = AddScroller(width, 4 * kSize, "effect");
         evas_object_geometry_set(scroller, 0, kTop, kSize, kHeight);
         return scroller;
     }
@@ -234,6 +235,17 @@ protected:
         int top = 0;
         elm_scroller_region_get(scroller, nullptr, &top, nullptr, nullptr);
         return top;
+    }
+
+    // Whether there is none although one had the time to come.
+    static bool IsWithoutShade(Evas_Object* scroller)
+    {
+        const double end = ecore_loop_time_get() + 0.3;
+        Toolkit::RunUntil([end] { return ecore_loop_time_get() > end; });
+        double value = 0;
+        const char* state =
+            edje_object_part_state_get(elm_layout_edje_get(scroller), "top_shade", &value);
+        return std::string("default") == state;
     }
 
     static constexpr unsigned int kContent = 0x000080;
@@ -262,6 +274,7 @@ TEST_F(EffectScroller, FadesOutWhatIsScrolledUp)
     Evas_Object* scroller = AddPlainScroller();
     elm_scroller_region_show(scroller, 0, 500, kSize, kHeight);
     EXPECT_TRUE(Toolkit::RunUntil([&] { return (PixelAt(180, kTop) & 0xffffff) == 0; }));
+    EXPECT_FALSE(IsWithoutShade(scroller));
     for (int y = kTop; y < kTop + kHeight / 3; ++y)
         EXPECT_LE(PixelAt(180, y) & 0xff, PixelAt(180, y + 1) & 0xff) << y;
     for (int y = kTop + kHeight / 3; y < kTop + kHeight; ++y)
@@ -269,6 +282,22 @@ TEST_F(EffectScroller, FadesOutWhatIsScrolledUp)
 
     elm_scroller_region_show(scroller, 0, 0, kSize, kHeight);
     EXPECT_TRUE(Toolkit::RunUntil([&] { return (PixelAt(180, kTop) & 0xffffff) == kContent; }));
+}
+
+TEST_F(EffectScroller, FadesOutNothingOfWhatIsPulledDownAtTheTop)
+{
+    Evas_Object* scroller = AddPlainScroller();
+    Touch(100, 300);
+    ASSERT_TRUE(Toolkit::RunUntil([&] { return TopOf(scroller) < -20; }));
+    EXPECT_TRUE(IsWithoutShade(scroller));
+    Release();
+}
+
+TEST_F(EffectScroller, FadesOutNothingOfWhatIsScrolledSideways)
+{
+    Evas_Object* scroller = AddPlainScroller(3 * kSize);
+    elm_scroller_region_show(scroller, 100, 0, kSize, kHeight);
+    EXPECT_TRUE(IsWithoutShade(scroller));
 }
 
 TEST_F(EffectScroller, FollowsATouchAndBouncesBack)

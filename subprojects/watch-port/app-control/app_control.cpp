@@ -46,6 +46,14 @@ int CopyOut(const char* function, const std::string& text, char** copy)
     return APP_CONTROL_ERROR_NONE;
 }
 
+std::vector<std::string> KeysOf(const LaunchRequest& request)
+{
+    std::vector<std::string> keys;
+    for (const auto& entry : request.extraData)
+        keys.push_back(entry.first);
+    return keys;
+}
+
 // Null when the session bus has gone. Never released, as its bus is not.
 LaunchOutbox* SessionOutbox()
 {
@@ -150,23 +158,25 @@ catch (const std::bad_alloc&)
 
 int app_control_foreach_extra_data(app_control_h app_control, app_control_extra_data_cb callback,
                                    void* user_data)
-try
 {
     if (!app_control || !callback)
         return Reject(__func__, "the handle or the callback is null");
     std::vector<std::string> keys;
-    for (const auto& entry : app_control->extraData)
-        keys.push_back(entry.first);
+    // Only here: what the callback throws is the caller's own.
+    try
+    {
+        keys = KeysOf(*app_control);
+    }
+    catch (const std::bad_alloc&)
+    {
+        return RefuseForMemory(__func__);
+    }
     for (const std::string& key : keys)
     {
         if (!callback(app_control, key.c_str(), user_data))
             break;
     }
     return APP_CONTROL_ERROR_NONE;
-}
-catch (const std::bad_alloc&)
-{
-    return RefuseForMemory(__func__);
 }
 
 int app_control_send_launch_request(app_control_h app_control, app_control_reply_cb callback,

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -166,6 +167,13 @@ TEST_F(AppControl, EndsTheWalkWhereTheCallbackDoes)
     walk.most = 2;
     EXPECT_EQ(app_control_foreach_extra_data(mHandle, SCollect, &walk), APP_CONTROL_ERROR_NONE);
     EXPECT_THAT(walk.keys, ElementsAre("a", "b"));
+}
+
+TEST_F(AppControl, LeavesTheCallersOwnExceptionsToIt)
+{
+    app_control_add_extra_data(mHandle, "a", "value");
+    const auto throwing = [](app_control_h, const char*, void*) -> bool { throw std::bad_alloc(); };
+    EXPECT_THROW(app_control_foreach_extra_data(mHandle, throwing, nullptr), std::bad_alloc);
 }
 
 TEST_F(AppControl, MayBeChangedDuringTheWalk)

@@ -49,9 +49,16 @@ CircleScroller::CircleScroller(Evas_Object* scroller, Evas_Object* conformant)
     : mScroller(scroller), mConformant(conformant),
       mCircleObject(evas_object_vg_add(evas_object_evas_get(scroller)))
 {
-    // Only this can fail here.
-    Rotary::GetInstance().AddCallback(mCircleObject, EVAS_CALLBACK_PRIORITY_DEFAULT, SRotaryCB,
-                                      this);
+    try
+    {
+        Rotary::GetInstance().AddCallback(mCircleObject, EVAS_CALLBACK_PRIORITY_DEFAULT, SRotaryCB,
+                                          this);
+    }
+    catch (...)
+    {
+        evas_object_del(mCircleObject);
+        throw;
+    }
     evas_object_data_set(mCircleObject, kDataKey, this);
     evas_object_pass_events_set(mCircleObject, EINA_TRUE);
     evas_object_event_callback_add(mCircleObject, EVAS_CALLBACK_DEL, SCircleObjectDeletedCB, this);

@@ -61,7 +61,7 @@ typedef struct _Eext_Circle_Surface Eext_Circle_Surface;
  * with it. Its circle objects then stop drawing and go on working without it.
  *
  * @param conformant the window's conformant, or any other object of the screen's size
- * @return the surface, or null for null and without memory
+ * @return the surface; null if the conformant is null or there is no memory
  */
 Eext_Circle_Surface* eext_circle_surface_conformant_add(Evas_Object* conformant);
 
@@ -86,7 +86,7 @@ Eext_Circle_Surface* eext_circle_surface_conformant_add(Evas_Object* conformant)
  * @param surface where to draw, or null to draw nothing; a surface whose conformant is gone is
  *                one line in the log and counts as null
  * @return the circle object, on the scroller's canvas and deleted with the scroller; null if the
- *         scroller is null and without memory
+ *         scroller is null or there is no memory
  */
 Evas_Object* eext_circle_object_scroller_add(Evas_Object* scroller, Eext_Circle_Surface* surface);
 
@@ -145,7 +145,7 @@ typedef Eina_Bool (*Eext_Rotary_Event_Cb)(void* data, Evas_Object* object,
  * @param priority EVAS_CALLBACK_PRIORITY_DEFAULT or any other value
  * @param callback the function to call
  * @param data passed to the callback
- * @return EINA_TRUE, or EINA_FALSE for a null object or callback and without memory
+ * @return EINA_TRUE; EINA_FALSE if the object or callback is null or there is no memory
  */
 Eina_Bool eext_rotary_object_event_callback_priority_add(Evas_Object* object,
                                                          Evas_Callback_Priority priority,

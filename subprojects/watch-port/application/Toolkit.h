@@ -24,7 +24,7 @@ public:
      * screen, whose scale is 1.3 at 360 pixels, the base scale of the watch's applications. Nothing
      * is left that wakes the application while it stands still.
      *
-     * @param display Outlives the object.
+     * @param display Looked at during the call.
      */
     Toolkit(int argc, char** argv, const Display& display);
     ~Toolkit();

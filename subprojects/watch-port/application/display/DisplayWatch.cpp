@@ -20,15 +20,16 @@ namespace
 {
 using Clock = std::chrono::steady_clock;
 
-// A turn that takes half a second has the server asked. It has 3.4 seconds to answer, and another
-// one when they are over.
+// A turn that takes half a second has the server asked. It has 3.4 seconds to answer, and most
+// of another one when they are over.
 constexpr itimerspec kTurn = {{3, 400'000'000}, {0, 500'000'000}};
 constexpr itimerspec kSleep = {};
 constexpr std::chrono::milliseconds kAnswerPatience(3300);
 
-// The last second is waited for in parts, of which a stop of the process takes up one at most.
-constexpr int kLastLooks = 100;
-constexpr std::chrono::milliseconds kLook(10);
+// The rest is waited for in parts, of which a stop of the process takes up one at most. They are
+// few: each lasts a little longer on a busy machine.
+constexpr int kLastLooks = 18;
+constexpr std::chrono::milliseconds kLook(50);
 
 // Lives as long as the process, for a thread that hangs may look at it at any time.
 struct Question

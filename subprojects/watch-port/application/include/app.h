@@ -120,8 +120,9 @@ typedef struct
  * Runs the application until ui_app_exit(), SIGTERM, SIGINT, SIGHUP, the toolkit's own exit or the
  * end of its last window by the user's hand.
  *
- * A signal that comes while the display is looked for ends the run with APP_ERROR_NONE before any
- * callback; what handles the signal has it then.
+ * A signal that comes while a display does not answer ends the run before any callback: with
+ * APP_ERROR_NONE where the application has its name on the session bus or handles the signal
+ * itself, else as the signal does by default.
  *
  * Before create: the command line is read, the display is looked for, the locale is set (with
  * UTF-8 where the environment's is not installed, and never one in which gettext looks at no
@@ -150,8 +151,9 @@ typedef struct
  * grabbed for five seconds is silent, too.
  *
  * An exception of a callback leaves ui_app_main() when the toolkit is shut down; no further
- * callback is called then. A process has one run: the toolkit does not start twice without
- * complaints and leaks.
+ * callback is called then. Only std::bad_alloc does not where a message of a bus has led to the
+ * call (device, settings, launch replies): it is one error line. A process has one run: the toolkit
+ * does not start twice without complaints and leaks.
  *
  * @param callbacks Copied.
  * @param user_data Passed to each callback; not touched after terminate has been called.

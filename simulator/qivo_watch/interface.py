@@ -43,7 +43,8 @@ class Number(NamedTuple):
     def check(self, value: Any) -> Any:
         """The value, if it is one of this kind."""
         kinds = (int, float) if self.signature == "d" else int
-        if not isinstance(value, kinds) or not self.least <= value <= self.most:
+        if (isinstance(value, bool) or not isinstance(value, kinds)
+                or not self.least <= value <= self.most):
             raise self._refusal(value)
         return value
 
@@ -166,7 +167,7 @@ class Verb(NamedTuple):
         bound = {argument.name: value for argument, value in zip(self.needed, values)}
         bound |= {argument.name: argument.default for argument in self.optional} | options
         known = {argument.name: argument for argument in self.arguments}
-        for name in bound.keys() - known.keys():
+        for name in options.keys() - {argument.name for argument in self.optional}:
             raise UsageError(f'{self.method} has no argument "{name}"')
         for name, value in bound.items():
             if name in options or known[name].is_needed:

@@ -21,11 +21,11 @@ def parse_time(text: str, now_ms: int | None = None, zone: str = "") -> int:
     found = re.fullmatch(pattern, text, re.ASCII)
     if not found:
         raise UsageError(f'"{text}" is not a time (HH:MM, HH:MM:SS or YYYY-MM-DDTHH:MM[:SS])')
-    year, month, day, hour, minute, second = (int(part) if part else None
-                                              for part in found.groups())
+    *date, hour, minute, second = (int(part) if part else None for part in found.groups())
+    if date[0] is None:
+        date = [today.year, today.month, today.day]
     try:
-        moment = datetime.datetime(year or today.year, month or today.month, day or today.day,
-                                   hour, minute, second or 0, tzinfo=place)
+        moment = datetime.datetime(*date, hour, minute, second or 0, tzinfo=place)
         return round(moment.timestamp() * 1000)
     except (ValueError, OverflowError, OSError) as error:
         raise UsageError(f'"{text}" is not a time: {error}') from None

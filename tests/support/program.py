@@ -71,5 +71,7 @@ class Program:
             return False
         data = os.read(self.process.stdout.fileno(), 1 << 20)
         *whole, self._rest = (self._rest + data).split(b"\n")
+        if not data and self._rest:
+            whole, self._rest = [self._rest], b""
         self.lines += [line.decode(errors="replace") for line in whole]
         return bool(data)

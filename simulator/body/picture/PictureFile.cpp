@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <random>
 #include <stdexcept>
 #include <string_view>
 
@@ -70,7 +71,8 @@ void SavePicture(const std::string& file, const WatchState& state, const NestedS
     const Canvas canvas = Draw(side, state, screen);
     Evas_Object* image = AddImage(ecore_evas_get(canvas.get()), canvas.get(), side);
     // Beside the file, so that a failed write leaves the old file alone.
-    const std::string part = file + ".part.png";
+    const std::string part =
+        path.parent_path() / (".qivo-watch-" + std::to_string(std::random_device{}()) + ".png");
     std::error_code error;
     const bool isSaved =
         evas_object_image_save(image, part.c_str(), nullptr, "compress=6") && IsWhole(part);

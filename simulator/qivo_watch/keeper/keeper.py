@@ -30,7 +30,7 @@ FLUSH_PATIENCE_S = 2
 """Seconds for the last answers to reach the bus."""
 
 LOSS_PATIENCE_MS = 1000
-"""Seconds until the end of a bus that has closed its connection is seen, if it has ended."""
+"""Milliseconds until the end of a bus that has closed its connection is seen, if it has ended."""
 
 _NO_ROOM = (errno.ENOSPC, errno.EDQUOT)
 

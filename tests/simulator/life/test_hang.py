@@ -109,10 +109,11 @@ class StallingServer:
         self._ends = []
 
     def __enter__(self):
-        number = next(number for number in range(500, 600)
-                      if not os.path.exists(f"/tmp/.X11-unix/X{number}"))
-        self._path = f"/tmp/.X11-unix/X{number}"
-        self._listener.bind(self._path)
+        for number in range(500, 600):
+            self._path = f"/tmp/.X11-unix/X{number}"
+            with contextlib.suppress(OSError):
+                self._listener.bind(self._path)
+                break
         self._listener.listen()
         threading.Thread(target=self._serve, daemon=True).start()
         return f":{number}"

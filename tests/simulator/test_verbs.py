@@ -4,6 +4,7 @@ import contextlib
 import importlib
 import itertools
 import pathlib
+import shutil
 import subprocess
 import time
 
@@ -303,13 +304,17 @@ def test_a_recording_moves_and_is_of_the_kind_of_its_name(desk, tmp_path, ending
         assert probed.stdout.strip() == "360,360,yuv420p"
 
 
-def test_a_recording_lasts_as_long_as_it_is_told(desk, tmp_path):
-    file = tmp_path / "second.mp4"
-    desk.do("record", file, "-d", "1", "--fps", "20")
+def duration_of(file):
     probed = subprocess.run(
         ["ffprobe", "-v", "error", "-show_entries", "format=duration", "-of", "csv=p=0", file],
         capture_output=True, text=True, check=True)
-    assert 0.9 < float(probed.stdout) < 3
+    return float(probed.stdout)
+
+
+def test_a_recording_lasts_as_long_as_it_is_told(desk, tmp_path):
+    file = tmp_path / "second.mp4"
+    desk.do("record", file, "-d", "1", "--fps", "20")
+    assert 0.9 < duration_of(file) < 3
 
 
 @pytest.mark.parametrize("place", ["nowhere/run.gif", "folder.gif"])
@@ -320,11 +325,43 @@ def test_a_recording_that_cannot_be_written_is_told_without_being_stopped(desk, 
     assert [path.name for path in tmp_path.rglob("*")] == ["folder.gif"]
 
 
-def test_an_encoder_that_hangs_is_told(desk, tmp_path, monkeypatch):
-    encoder = tmp_path / "ffmpeg"
-    encoder.write_text("#!/bin/sh\nexec sleep 60\n", encoding="utf-8")
-    encoder.chmod(0o700)
-    monkeypatch.setitem(desk.environment, "PATH", f"{tmp_path}:{desk.environment['PATH']}")
+@pytest.fixture(name="take_encoder")
+def _take_encoder(desk, tmp_path, monkeypatch):
+    """Has a shell script stand in for ffmpeg; returns its file."""
+    def take(script):
+        encoder = tmp_path / "ffmpeg"
+        encoder.write_text(f"#!/bin/sh\n{script}\n", encoding="utf-8")
+        encoder.chmod(0o700)
+        monkeypatch.setitem(desk.environment, "PATH", f"{tmp_path}:{desk.environment['PATH']}")
+        return encoder
+    return take
+
+
+def run_signalled(desk, take_encoder, number, *command):
+    """Carries out a command that gets the signal when its recording begins."""
+    take_encoder(f'kill -{number} $PPID\nexec {shutil.which("ffmpeg")} "$@"')
+    return subprocess.run(command, env=desk.environment, stdin=subprocess.DEVNULL,
+                          capture_output=True, text=True, timeout=30, check=False)
+
+
+def test_a_signal_that_the_caller_ignores_does_not_end_a_recording(desk, tmp_path, take_encoder):
+    file = tmp_path / "second.mp4"
+    result = run_signalled(desk, take_encoder, "HUP", "nohup",
+                           *desk.command("record", file, "-d", "1", "--fps", "20"))
+    assert result.returncode == 0 and duration_of(file) > 0.9
+
+
+def test_a_replay_that_a_signal_ends_while_its_recording_begins_ends(desk, tmp_path, take_encoder):
+    file, replay = tmp_path / "run.gif", tmp_path / "run.replay"
+    replay.write_text(f"record {file}\nwait log 'never said'\n", encoding="utf-8")
+    result = run_signalled(desk, take_encoder, "TERM", *desk.command("play", replay))
+    assert (result.returncode, result.stderr) == (143, "")
+    assert {path.name for path in tmp_path.iterdir()} == {"ffmpeg", "run.gif", "run.replay"}
+
+
+def test_an_encoder_that_hangs_is_told(desk, tmp_path, take_encoder):
+    # The shell waits for a child, which keeps the encoder's outputs open.
+    encoder = take_encoder("sleep 60\nexit 1")
     begin = time.monotonic()
     told = desk.refused("record", tmp_path / "run.gif", "-d", "0.1")
     assert told.endswith("run.gif\": ffmpeg hangs") and time.monotonic() - begin < 40

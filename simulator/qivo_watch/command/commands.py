@@ -152,7 +152,8 @@ class Session:
         recorder.check_file(given.file)
         requests: list[int] = []
         for number in INTERRUPTS:
-            signal.signal(number, lambda request, _: requests.append(request))
+            if signal.getsignal(number) is not signal.SIG_IGN:
+                signal.signal(number, lambda request, _: requests.append(request))
 
         def is_over(seconds: float) -> bool:
             return bool(requests) or (given.duration is not None and seconds >= given.duration)

@@ -6,7 +6,7 @@ import warnings
 
 from PIL import Image, ImageChops, ImageOps
 
-from qivo_watch.command.parts import part_of, put_in_place
+from qivo_watch.command.beside import beside
 from qivo_watch.errors import WatchError
 
 ALLOWED_SHARE = 0.002
@@ -41,12 +41,10 @@ def make_round(picture: Image.Image, mask: Image.Image) -> Image.Image:
 
 def save(picture: Image.Image, file: str) -> None:
     """Writes beside the file first, so that a full disk leaves the old file."""
-    part = part_of(file)
     try:
-        picture.save(part, "PNG")
-        put_in_place(part, file)
+        with beside(file) as part:
+            picture.save(part, "PNG")
     except OSError as problem:
-        part.unlink(missing_ok=True)
         raise WatchError(f'cannot write "{file}": {problem.strerror or problem}') from None
 
 

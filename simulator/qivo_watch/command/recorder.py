@@ -11,10 +11,11 @@ import threading
 import time
 from typing import Callable
 
+from qivo_watch.command.beside import beside, part_of
 from qivo_watch.command.eye import Eye
-from qivo_watch.command.parts import part_of, put_in_place
 from qivo_watch.command.pictures import disc_mask, make_round
 from qivo_watch.errors import ScreenGone, UsageError, WatchError
+from qivo_watch.processes import kill_group
 
 FORMATS = {
     ".gif": ["-filter_complex",
@@ -51,7 +52,16 @@ def record(eye: Eye, file: str, rate: int, is_over: Callable[[float], bool]) -> 
     """Records until is_over(SECONDS SO FAR), asked between frames; the file is then complete."""
     if not shutil.which("ffmpeg"):
         raise WatchError("ffmpeg is not installed (package ffmpeg)")
-    part = part_of(file)
+    try:
+        with beside(file) as part:
+            _encode(eye, file, part, rate, is_over)
+    except OSError as error:
+        raise WatchError(f'cannot record "{file}": {error.strerror}') from None
+
+
+def _encode(eye: Eye, file: str, part: pathlib.Path, rate: int,
+            is_over: Callable[[float], bool]) -> None:
+    """Records into a part of the file."""
     command = ["ffmpeg", "-v", "error", "-y", "-f", "rawvideo", "-pix_fmt", "rgba",
                "-s", f"{eye.size}x{eye.size}", "-r", str(rate), "-i", "-",
                *FORMATS[pathlib.Path(file).suffix.lower()], str(part)]
@@ -66,14 +76,9 @@ def record(eye: Eye, file: str, rate: int, is_over: Callable[[float], bool]) -> 
                 supervisor.is_at_work.set()
                 _, complaint = encoder.communicate()
     if encoder.returncode != 0:
-        part.unlink(missing_ok=True)
         lines = complaint.decode("utf-8", "replace").strip().splitlines() or [
             "ffmpeg hangs" if supervisor.has_hung else "ffmpeg failed"]
         raise WatchError(f'cannot record "{file}": {lines[-1]}')
-    try:
-        put_in_place(part, file)
-    except OSError as error:
-        raise WatchError(f'cannot record "{file}": {error.strerror}') from None
 
 
 class _Supervisor:
@@ -102,7 +107,7 @@ class _Supervisor:
                 used, since = now, time.monotonic()
             elif time.monotonic() - since > HANG_S:
                 self.has_hung = True
-                self._encoder.kill()
+                kill_group(self._encoder.pid)
                 return
 
 
@@ -172,8 +177,13 @@ class Recording:
         self._news = threading.Event()
         self._error: WatchError | None = None
         self._thread = threading.Thread(target=self._record, args=(eye, file, rate))
-        self._thread.start()
-        self._news.wait()
+        try:
+            self._thread.start()
+            self._news.wait()
+        except BaseException:
+            # Nobody else can end what is not made, and the process would wait for its end.
+            self._end.set()
+            raise
 
     def finish(self) -> None:
         """Ends it; fails if the recording has failed."""

@@ -85,6 +85,18 @@ def test_a_recording_ends_well_with_the_watch(desk, tmp_path):
     assert file.stat().st_size > 1000 and list(tmp_path.iterdir()) == [file]
 
 
+def test_a_recording_of_a_screen_that_hangs_leaves_no_file(desk, tmp_path):
+    desk.do("start", "--headless")
+    with subprocess.Popen(desk.command("record", tmp_path / "run.apng", "--fps", "10"),
+                          env=desk.environment, text=True, stderr=subprocess.PIPE) as recording:
+        wait_until(lambda: desk.do("button", "click", "power") or list(tmp_path.iterdir()),
+                   "a first frame")
+        kill(desk.status()["processes"]["server"], signal.SIGSTOP)
+        assert recording.wait(30) == 1
+        assert "the X server does not answer" in recording.stderr.read()
+    assert not list(tmp_path.iterdir())
+
+
 @pytest.mark.parametrize("program", ["Xvfb", "dbus-daemon", "openbox"])
 def test_a_program_that_is_not_installed_is_named_and_nothing_is_left(desk, tmp_path, program):
     for installed in pathlib.Path("/usr/bin").iterdir():

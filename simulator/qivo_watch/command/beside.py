@@ -1,8 +1,10 @@
 """Files that are written beside their place first: what fails leaves what was there."""
 
+import contextlib
 import os
 import pathlib
 import secrets
+from typing import Iterator
 
 
 def part_of(file: str) -> pathlib.Path:
@@ -10,10 +12,13 @@ def part_of(file: str) -> pathlib.Path:
     return pathlib.Path(file).absolute().with_name(f".qivo-watch-{secrets.token_hex(8)}")
 
 
-def put_in_place(part: pathlib.Path, file: str) -> None:
-    """Fails with an OSError; nothing is left of the part then."""
+@contextlib.contextmanager
+def beside(file: str) -> Iterator[pathlib.Path]:
+    """A file to write within, which then takes FILE's place; a failure leaves nothing of it."""
+    part = part_of(file)
     try:
+        yield part
         os.replace(part, file)
-    except OSError:
+    except BaseException:
         part.unlink(missing_ok=True)
         raise

@@ -16,7 +16,7 @@ from qivo_watch.command import life
 from qivo_watch.command.arguments import Grammar
 from qivo_watch.command.commands import Session
 from qivo_watch.command.recorder import Recording, check_file
-from qivo_watch.errors import UsageError, WatchError
+from qivo_watch.errors import ScreenGone, UsageError, WatchError
 from qivo_watch.processes import INTERRUPTS
 
 MOST_BYTES = 1 << 20
@@ -86,16 +86,16 @@ def play(file: pathlib.Path, name: str, is_update: bool) -> None:
     """Runs a replay; the first command that fails ends it, and the watch that it started."""
     steps = read(file)
     with contextlib.closing(_Player(file, name, is_update)) as player:
-        for step in steps:
-            try:
-                player.take(step)
-            except (WatchError, UsageError) as error:
-                player.give_up()
-                raise WatchError(
-                    f"{file}:{step.line}: {shlex.join(step.words)}: {error}") from None
-            except BaseException:
-                player.give_up()
-                raise
+        try:
+            for step in steps:
+                try:
+                    player.take(step)
+                except (WatchError, UsageError) as error:
+                    raise WatchError(
+                        f"{file}:{step.line}: {shlex.join(step.words)}: {error}") from None
+        except BaseException:
+            player.give_up()
+            raise
 
 
 class _Player:
@@ -109,16 +109,10 @@ class _Player:
         self._has_started = False
 
     def take(self, step: Step) -> None:
-        if step.given is None:
-            if not self._recording:
-                raise WatchError("no recording is running")
-            self._end_recording()
-        elif step.given.verb == "record":
-            self._record(step.given)
-        else:
-            self._begin(step.given.verb)
-            self._session.run(step.given)
-            self._end(step.given.verb)
+        try:
+            self._take(step)
+        except ScreenGone:
+            raise life.ended(self._session.folder) from None
 
     def give_up(self) -> None:
         """Ends the watch that the replay started."""
@@ -134,6 +128,18 @@ class _Player:
                 self._end_recording()
         finally:
             self._session.close()
+
+    def _take(self, step: Step) -> None:
+        if step.given is None:
+            if not self._recording:
+                raise WatchError("no recording is running")
+            self._end_recording()
+        elif step.given.verb == "record":
+            self._record(step.given)
+        else:
+            self._begin(step.given.verb)
+            self._session.run(step.given)
+            self._end(step.given.verb)
 
     def _begin(self, verb: str) -> None:
         if verb == "stop" and self._recording:

@@ -1,5 +1,6 @@
 """A watch's beginning and end: starts, several at once, crashes, and nothing left behind."""
 
+import importlib
 import os
 import pathlib
 import signal
@@ -95,6 +96,27 @@ def test_a_recording_of_a_screen_that_hangs_leaves_no_file(desk, tmp_path):
         assert recording.wait(30) == 1
         assert "the X server does not answer" in recording.stderr.read()
     assert not list(tmp_path.iterdir())
+
+
+def test_a_replay_whose_watch_ends_between_two_commands_says_so(desk, tmp_path, monkeypatch):
+    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
+    for key in ("XDG_RUNTIME_DIR", "XAUTHORITY"):
+        monkeypatch.setenv(key, str(desk.runtime))
+    replay = importlib.import_module("qivo_watch.command.replay")
+    desk.do("start", "--headless")
+    file = tmp_path / "run.replay"
+    file.write_text("bezel cw\nbezel cw\n", encoding="utf-8")
+    read = replay.read
+
+    def steps(given):
+        first, second = read(given)
+        yield first
+        kill(desk.status()["processes"]["server"])
+        yield second
+    monkeypatch.setattr(replay, "read", steps)
+    with pytest.raises(importlib.import_module("qivo_watch.errors").WatchError) as told:
+        replay.play(file, "watch", False)
+    assert "run.replay:2: bezel cw: the watch has ended" in str(told.value)
 
 
 @pytest.mark.parametrize("program", ["Xvfb", "dbus-daemon", "openbox"])

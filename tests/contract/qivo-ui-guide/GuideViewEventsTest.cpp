@@ -261,17 +261,20 @@ TEST_F(GuideViewScrollTest, DoesNothingWithoutAView)
 TEST_F(GuideViewScrollTest, AppendsOnePadWhenTheRealScrollerMoves)
 {
     elm_win_resize_object_add(mWindow, mOuterLayout);
+    // However short the page is.
+    Evas_Object* longer = evas_object_rectangle_add(evas_object_evas_get(mWindow));
+    evas_object_size_hint_min_set(longer, 360, 360);
+    elm_box_pack_end(mView.mBox, longer);
     const auto height = [&]
     {
         int h = 0;
-        evas_object_geometry_get(mView.mGuideLayout, nullptr, nullptr, nullptr, &h);
+        elm_scroller_child_size_get(mView.mScroller, nullptr, &h);
         return h;
     };
-    ASSERT_TRUE(Toolkit::RunUntil([&] { return height() > 360; }));
-    EXPECT_EQ(CountBoxed(), 1);
+    ASSERT_TRUE(Toolkit::RunUntil([&] { return height() >= 2 * 360; }));
+    EXPECT_EQ(CountBoxed(), 2);
 
-    const int end = height() - 360;
-    for (const int y : {end / 2, end})
+    for (const int y : {20, 40})
     {
         elm_scroller_region_show(mView.mScroller, 0, y, 360, 360);
         const auto position = [&]
@@ -281,8 +284,8 @@ TEST_F(GuideViewScrollTest, AppendsOnePadWhenTheRealScrollerMoves)
             return shown;
         };
         ASSERT_TRUE(Toolkit::RunUntil([&] { return position() == y; }));
-        ASSERT_TRUE(Toolkit::RunUntil([&] { return CountBoxed() > 1; }));
-        EXPECT_EQ(CountBoxed(), 2);
+        ASSERT_TRUE(Toolkit::RunUntil([&] { return CountBoxed() > 2; }));
+        EXPECT_EQ(CountBoxed(), 3);
     }
 }
 

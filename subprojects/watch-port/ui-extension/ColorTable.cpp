@@ -41,12 +41,15 @@ bool ColorTable::Load(const char* path)
     return true;
 }
 
-void ColorTable::Apply() const
+void ColorTable::Apply(Contrast contrast) const
 {
     // Classes multiply, so opaque white keeps the theme's colours for a text's outline and shadow.
-    for (const auto& [id, color] : mColors)
+    for (const auto& [id, plain] : mColors)
+    {
+        const Color color = WithContrast(plain, contrast);
         edje_color_class_set(id.c_str(), color.r, color.g, color.b, color.a, 255, 255, 255, 255,
                              255, 255, 255, 255);
+    }
 }
 
 void ColorTable::TakeOff() const

@@ -1,20 +1,13 @@
 #ifndef WATCH_PORT_UI_EXTENSION_COLOR_TABLE_H
 #define WATCH_PORT_UI_EXTENSION_COLOR_TABLE_H
 
+#include "ui-extension/Contrast.h"
+
 #include <map>
 #include <string>
 
 namespace WatchPort
 {
-
-/** A colour of 0 to 255 a channel, not premultiplied. */
-struct Color
-{
-    int r;
-    int g;
-    int b;
-    int a;
-};
 
 /** The colours of a table by their ids, which are both Edje colour classes and colour codes. */
 class ColorTable
@@ -22,8 +15,8 @@ class ColorTable
 public:
     /** Reads a table file; false when it is not a colour table at all. */
     bool Load(const char* path);
-    /** Sets the process's colour class of every id. */
-    void Apply() const;
+    /** Sets the process's colour class of every id, with a contrast. */
+    void Apply(Contrast contrast) const;
     /** Deletes the process's colour class of every id. */
     void TakeOff() const;
     /** The colour of an id, or null. It belongs to the table. */

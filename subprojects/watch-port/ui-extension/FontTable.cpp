@@ -45,10 +45,10 @@ bool FontTable::Load(const char* path)
     return true;
 }
 
-void FontTable::Apply() const
+void FontTable::Apply(const TextSize& size) const
 {
     for (const auto& [id, font] : mFonts)
-        edje_text_class_set(id.c_str(), font.description.c_str(), font.size);
+        edje_text_class_set(id.c_str(), font.description.c_str(), size.Of(font.size));
 }
 
 void FontTable::TakeOff() const

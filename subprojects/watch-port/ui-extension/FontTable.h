@@ -1,6 +1,8 @@
 #ifndef WATCH_PORT_UI_EXTENSION_FONT_TABLE_H
 #define WATCH_PORT_UI_EXTENSION_FONT_TABLE_H
 
+#include "ui-extension/TextSize.h"
+
 #include <map>
 #include <string>
 
@@ -13,8 +15,8 @@ class FontTable
 public:
     /** Reads a table file; false when it is not a font table at all. */
     bool Load(const char* path);
-    /** Sets the process's text class of every id. */
-    void Apply() const;
+    /** Sets the process's text class of every id, at a text size. */
+    void Apply(const TextSize& size) const;
     /** Deletes the process's text class of every id. */
     void TakeOff() const;
 

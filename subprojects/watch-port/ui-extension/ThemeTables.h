@@ -10,9 +10,9 @@ namespace WatchPort
 
 /**
  * The tables of one kind that the process has read, and which of them is set. The set table is
- * applied while the tables are enabled; at first they are not.
+ * applied, in the way that the user wants it, while the tables are enabled; at first they are not.
  */
-template <typename Table> class ThemeTables
+template <typename Table, typename Way> class ThemeTables
 {
 public:
     /** Reads a table, which lives as long as this object; null when the file is not such a table.
@@ -37,25 +37,35 @@ public:
             mCurrent->TakeOff();
         mCurrent = table;
         if (mIsEnabled)
-            mCurrent->Apply();
+            mCurrent->Apply(mWay);
         return true;
     }
 
     void SetEnabled(bool isEnabled)
     {
         if (mCurrent && isEnabled && !mIsEnabled)
-            mCurrent->Apply();
+            mCurrent->Apply(mWay);
         if (mCurrent && !isEnabled && mIsEnabled)
             mCurrent->TakeOff();
         mIsEnabled = isEnabled;
     }
 
+    void SetWay(const Way& way)
+    {
+        mWay = way;
+        if (mCurrent && mIsEnabled)
+            mCurrent->Apply(mWay);
+    }
+
+    /** How tables are applied. */
+    const Way& GetWay() const { return mWay; }
     /** The set table, or null. */
     const Table* Current() const { return mCurrent; }
 
 private:
     std::vector<std::unique_ptr<Table>> mTables;
     const Table* mCurrent = nullptr;
+    Way mWay{};
     bool mIsEnabled = false;
 };
 

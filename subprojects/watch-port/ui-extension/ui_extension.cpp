@@ -2,7 +2,9 @@
 
 #include "base/Printable.h"
 #include "dlog/PortLog.h"
+#include "ui-extension/Appearance.h"
 #include "ui-extension/ColorTable.h"
+#include "ui-extension/ColoredObjects.h"
 #include "ui-extension/FontTable.h"
 #include "ui-extension/ThemeTables.h"
 
@@ -21,20 +23,29 @@ struct uxt_theme_font_table_s : FontTable
 namespace
 {
 
-ThemeTables<uxt_theme_color_table_s>& ColorTables()
+using ColorTablesOfProcess = ThemeTables<uxt_theme_color_table_s, Contrast>;
+using FontTablesOfProcess = ThemeTables<uxt_theme_font_table_s, TextSize>;
+
+ColorTablesOfProcess& ColorTables()
 {
-    static ThemeTables<uxt_theme_color_table_s> tables;
+    static ColorTablesOfProcess tables;
     return tables;
 }
 
-ThemeTables<uxt_theme_font_table_s>& FontTables()
+FontTablesOfProcess& FontTables()
 {
-    static ThemeTables<uxt_theme_font_table_s> tables;
+    static FontTablesOfProcess tables;
     return tables;
 }
 
-template <typename Table>
-int SetTable(ThemeTables<Table>& tables, const Table* table, const char* function)
+ColoredObjects& Objects()
+{
+    static ColoredObjects objects;
+    return objects;
+}
+
+template <typename Table, typename Way>
+int SetTable(ThemeTables<Table, Way>& tables, const Table* table, const char* function)
 {
     if (tables.Set(table))
         return UXT_THEME_ERROR_NONE;
@@ -44,6 +55,23 @@ int SetTable(ThemeTables<Table>& tables, const Table* table, const char* functio
 }
 
 } // namespace
+
+void WatchPort::SetTextSize(double factor)
+{
+    const TextSize size(factor);
+    if (size == FontTables().GetWay())
+        return;
+    size.Publish();
+    // Last, as a table may have a font for a text of the toolkit.
+    FontTables().SetWay(size);
+}
+
+void WatchPort::SetHighContrast(bool isHigh)
+{
+    const Contrast contrast = isHigh ? Contrast::High : Contrast::Normal;
+    ColorTables().SetWay(contrast);
+    Objects().SetContrast(contrast);
+}
 
 int uxt_theme_set_changeable_ui_enabled(Eina_Bool enabled)
 {
@@ -99,9 +127,7 @@ try
         return PORT_REFUSE(UXT_THEME_ERROR_UNKNOWN_CODE, __func__,
                            "colour code %s is not an id of the colour table",
                            Quoted(color_code).c_str());
-    Color color = *found;
-    evas_color_argb_premul(color.a, &color.r, &color.g, &color.b);
-    evas_object_color_set(object, color.r, color.g, color.b, color.a);
+    Objects().SetColor(object, *found);
     return UXT_THEME_ERROR_NONE;
 }
 catch (const std::bad_alloc&)

@@ -34,7 +34,7 @@ bool IsFolder(const fs::path& path)
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// Like mkdir -p, but private: nobody else may look into a folder that we make.
+// Like mkdir -p, but private: other users may not look into a folder that we make.
 bool MakeFolders(const fs::path& path)
 {
     fs::path folder;

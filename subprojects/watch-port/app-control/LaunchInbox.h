@@ -32,8 +32,8 @@ public:
     static constexpr size_t kMostBytes = size_t{16} * 1024 * 1024;
 
     /**
-     * @param bus Outlives the object. The bus hands over the calls that it started the application
-     *        for before it tells who owns the name, so this comes before the name.
+     * @param bus Outlives the object. The bus delivers the calls that it started the application
+     * for before it says who owns the name, so this object must exist before the name is taken.
      */
     LaunchInbox(BusConnection& bus, const std::string& applicationId);
     ~LaunchInbox();
@@ -43,14 +43,14 @@ public:
     bool IsEmpty() const { return mArrived.empty(); }
 
     /**
-     * Hands over the request that came first; there must be one. Its sender is told when
-     * `receive` has returned, or, when he wants a reply, by the reply.
+     * Hands over the request that came first; there must be one. Its sender gets an answer when
+     * `receive` has returned, or, if it wants a reply, with the reply.
      */
     void HandOver(const std::function<void(app_control_h)>& receive);
 
     /**
-     * Destroys the requests that have got their reply, and those whose sender waits no more. A
-     * timer sees to the latter also when nobody calls.
+     * Destroys the requests that have got their reply, and those whose sender has stopped waiting.
+     * A timer destroys the latter also without a call.
      */
     void ReleaseWaiting();
 

@@ -11,11 +11,10 @@ namespace WatchPort
 {
 
 /**
- * The launch requests that went out over a bus, each until its callback has been told what became
- * of it.
+ * The launch requests that went out over a bus, each until its callback has got the outcome.
  *
- * One that wants a reply is sent again through the desktop's interface to an application that has
- * no other.
+ * A request that wants a reply is sent again through the desktop's interface to an application that
+ * has no other.
  */
 class LaunchOutbox
 {
@@ -47,7 +46,7 @@ private:
         BusPending answer;
     };
 
-    // What the callback is told. The reason of a failure is part of the answer.
+    // What the callback gets. The reason of a failure is part of the answer.
     struct Outcome
     {
         app_control_result_e result = APP_CONTROL_RESULT_FAILED;

@@ -22,7 +22,7 @@ constexpr double kFlickSpeed = 2.0;
 // Every 64 seconds the toolkit would wake a watch that sleeps; the caches have limits without it.
 void StopCacheClock()
 {
-    // It flushes once when told so.
+    // The call flushes once.
     const HeldTheme theme;
     elm_config_cache_flush_enabled_set(EINA_FALSE);
 }

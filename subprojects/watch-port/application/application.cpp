@@ -78,7 +78,8 @@ std::optional<Installation> FindOwnInstallation()
     return installation;
 }
 
-// Ends what another process does, or what nobody could; nothing when this one is to run.
+// The exit status when another process runs the application or none can; nothing when this one is
+// to run.
 std::optional<int> AnswerInstance(const SingleInstance& instance, bool isService)
 {
     switch (instance.GetStanding())

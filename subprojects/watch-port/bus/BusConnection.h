@@ -27,8 +27,8 @@ using BusPending = std::unique_ptr<DBusPendingCall, BusPendingRelease>;
 /**
  * A connection of its own to a message bus.
  *
- * At first its questions block, each until a deadline, whatever the bus does: accept nobody, fall
- * silent or stop reading. SIGTERM, SIGINT and SIGHUP end such a wait within
+ * At first its questions block, each until a deadline, even if the bus does not accept, falls
+ * silent or stops reading. SIGTERM, SIGINT and SIGHUP end such a wait within
  * Termination::kLookMilliseconds. After FollowLoop() the main loop reads and writes.
  *
  * The bus library's own functions to connect and to wait have no deadline until the bus has

@@ -16,8 +16,8 @@ constexpr char kOwnerChanged[] = "NameOwnerChanged";
 // The bus filters out other senders' messages.
 std::string SignalRule(const BusSignalAddress& address)
 {
-    return std::string("type='signal',sender='") + address.mService + "',path='" + address.mPath +
-           "',interface='" + address.mInterface + "',member='" + address.mSignal + "'";
+    return std::string("type='signal',sender='") + address.service + "',path='" + address.path +
+           "',interface='" + address.interface + "',member='" + address.signal + "'";
 }
 
 std::string OwnerRule(const char* service)
@@ -30,7 +30,7 @@ std::string OwnerRule(const char* service)
 
 BusListener::BusListener(BusConnection& bus, const BusSignalAddress& address)
     : mBus(bus), mAddress(address), mSignalRule(SignalRule(address)),
-      mOwnerRule(OwnerRule(address.mService))
+      mOwnerRule(OwnerRule(address.service))
 {
     mBus.FollowLoop();
     RequireMemory(dbus_connection_add_filter(mBus.Get(), SMessageCB, this, nullptr));
@@ -38,7 +38,7 @@ BusListener::BusListener(BusConnection& bus, const BusSignalAddress& address)
     for (const std::string& rule : {mSignalRule, mOwnerRule})
         dbus_bus_add_match(mBus.Get(), rule.c_str(), nullptr);
     mOwnerQuestion = mBus.Call(NewCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS,
-                                       "GetNameOwner", {mAddress.mService}),
+                                       "GetNameOwner", {mAddress.service}),
                                kAnswerPatience, SOwnerCB, this);
 }
 
@@ -87,8 +87,8 @@ void BusListener::OnMessage(DBusMessage* message)
     else if (dbus_message_is_signal(message, DBUS_INTERFACE_DBUS, kOwnerChanged) &&
              dbus_message_has_sender(message, DBUS_SERVICE_DBUS))
         OnOwnerChanged(message);
-    else if (dbus_message_is_signal(message, mAddress.mInterface, mAddress.mSignal) &&
-             dbus_message_has_path(message, mAddress.mPath) &&
+    else if (dbus_message_is_signal(message, mAddress.interface, mAddress.signal) &&
+             dbus_message_has_path(message, mAddress.path) &&
              dbus_message_has_sender(message, mOwner.c_str()))
         OnSignal(message);
 }
@@ -100,7 +100,7 @@ void BusListener::OnOwnerChanged(DBusMessage* message)
     const char* now = nullptr;
     if (!dbus_message_get_args(message, nullptr, DBUS_TYPE_STRING, &service, DBUS_TYPE_STRING,
                                &before, DBUS_TYPE_STRING, &now, DBUS_TYPE_INVALID) ||
-        std::strcmp(service, mAddress.mService) != 0)
+        std::strcmp(service, mAddress.service) != 0)
         return;
     mOwner = now;
     if (mOwner.empty())

@@ -11,10 +11,10 @@ namespace WatchPort
 /** Where a service emits a signal. */
 struct BusSignalAddress
 {
-    const char* mService;
-    const char* mPath;
-    const char* mInterface;
-    const char* mSignal;
+    const char* service;
+    const char* path;
+    const char* interface;
+    const char* signal;
 };
 
 /**

@@ -17,8 +17,8 @@ constexpr char kProperties[] = "org.freedesktop.DBus.Properties";
 
 BusMessage NewQuestion(const BusPropertyAddress& address)
 {
-    return NewCall(address.mService, address.mPath, kProperties, "Get",
-                   {address.mInterface, address.mProperty});
+    return NewCall(address.service, address.path, kProperties, "Get",
+                   {address.interface, address.property});
 }
 
 // False for an error and for an answer of another type.
@@ -73,7 +73,7 @@ bool BusProperty::Read(const BusPropertyAddress& address, std::chrono::milliseco
     const auto bus = BusConnection::Open(SystemBusAddress(), deadline);
     const BusMessage answer = bus ? bus->Ask(NewQuestion(address), deadline) : nullptr;
     DBusMessageIter value;
-    if (!answer || !GetValue(answer.get(), address.mSignature, value))
+    if (!answer || !GetValue(answer.get(), address.signature, value))
         return false;
     take(&value);
     return true;
@@ -81,7 +81,7 @@ bool BusProperty::Read(const BusPropertyAddress& address, std::chrono::milliseco
 
 BusProperty::BusProperty(BusConnection& bus, const BusPropertyAddress& address,
                          ValueCallback onValue, GoneCallback onGone)
-    : BusListener(bus, {address.mService, address.mPath, kProperties, "PropertiesChanged"}),
+    : BusListener(bus, {address.service, address.path, kProperties, "PropertiesChanged"}),
       mAddress(address), mOnValue(std::move(onValue)), mOnGone(std::move(onGone))
 {
     Ask(NewQuestion(mAddress));
@@ -95,7 +95,7 @@ void BusProperty::OnAppeared()
 void BusProperty::OnAnswer(DBusMessage* answer)
 {
     DBusMessageIter value;
-    if (GetValue(answer, mAddress.mSignature, value))
+    if (GetValue(answer, mAddress.signature, value))
         CallBack(mOnValue, &value);
     else
         OnGone();
@@ -105,15 +105,15 @@ void BusProperty::OnSignal(DBusMessage* signal)
 {
     DBusMessageIter iter;
     if (!dbus_message_has_signature(signal, "sa{sv}as") || !dbus_message_iter_init(signal, &iter) ||
-        std::strcmp(ReadText(&iter), mAddress.mInterface) != 0)
+        std::strcmp(ReadText(&iter), mAddress.interface) != 0)
         return;
     const DBusMessageIter changed = Enter(&iter);
     const DBusMessageIter invalidated = Enter(&iter);
     // A pending answer is newer than this signal: messages keep their order.
-    if (IsIn(invalidated, mAddress.mProperty) && !IsAsking())
+    if (IsIn(invalidated, mAddress.property) && !IsAsking())
         Ask(NewQuestion(mAddress));
     DBusMessageIter value;
-    if (Find(changed, mAddress.mProperty, value) && HasSignature(&value, mAddress.mSignature))
+    if (Find(changed, mAddress.property, value) && HasSignature(&value, mAddress.signature))
         CallBack(mOnValue, &value);
 }
 

@@ -13,11 +13,11 @@ namespace WatchPort
 /** Where a property is on the system bus, and the type that it must have. */
 struct BusPropertyAddress
 {
-    const char* mService;
-    const char* mPath;
-    const char* mInterface;
-    const char* mProperty;
-    const char* mSignature;
+    const char* service;
+    const char* path;
+    const char* interface;
+    const char* property;
+    const char* signature;
 };
 
 /**
@@ -38,8 +38,7 @@ public:
     /** Called with the value, of the address's type, at every reading, changed or not. */
     using ValueCallback = std::function<void(DBusMessageIter* value)>;
 
-    /** Called when nobody has the value (any more): there is no such service, or the bus has gone.
-     */
+    /** Called when there is no value (any more): the service or the bus has gone. */
     using GoneCallback = std::function<void()>;
 
     /**

@@ -36,7 +36,7 @@ std::optional<bool> Charger::Read()
     if (!BusProperty::Read(kState, kPatience, [&](auto* value) { isCharging = IsCharging(value); }))
         isCharging = ReadPowerSupplies();
     mWasRead = true;
-    // While there are callbacks they get each change, whoever has read it before.
+    // Callbacks get each change, also one that a read has seen before.
     if (mRegistrations.empty())
         mIsCharging = isCharging.value_or(false);
     return isCharging;
@@ -72,7 +72,7 @@ bool Charger::RemoveCallback(device_changed_cb callback)
 std::vector<Charger::Registration>::iterator Charger::Find(device_changed_cb callback)
 {
     return std::find_if(mRegistrations.begin(), mRegistrations.end(),
-                        [=](const Registration& known) { return known.mCallback == callback; });
+                        [=](const Registration& known) { return known.callback == callback; });
 }
 
 void Charger::Follow()
@@ -111,10 +111,10 @@ void Charger::SetCharging(bool isCharging)
     for (const Registration& known : std::vector<Registration>(mRegistrations))
     {
         // A callback may have removed another one, or run the main loop into the next change.
-        const auto registration = Find(known.mCallback);
+        const auto registration = Find(known.callback);
         if (registration != mRegistrations.end() && mIsCharging == isCharging &&
             MayCallApplication())
-            known.mCallback(DEVICE_CALLBACK_BATTERY_CHARGING, value, registration->mUserData);
+            known.callback(DEVICE_CALLBACK_BATTERY_CHARGING, value, registration->userData);
     }
 }
 

@@ -30,8 +30,8 @@ public:
 private:
     struct Registration
     {
-        device_changed_cb mCallback;
-        void* mUserData;
+        device_changed_cb callback;
+        void* userData;
     };
 
     Charger() = default;

@@ -11,8 +11,8 @@ namespace WatchPort
  * A filter of the toolkit's events that stays until the toolkit ends.
  *
  * If a filter is deleted while events are filtered, Ecore frees it and goes on to call it, and
- * nobody can ask whether events are being filtered. So a filter with nothing to do lets everything
- * pass.
+ * there is no way to ask whether events are being filtered. So a filter with nothing to do lets all
+ * events pass.
  */
 class EventFilter
 {

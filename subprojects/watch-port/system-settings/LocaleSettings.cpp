@@ -1,5 +1,6 @@
 #include "system-settings/LocaleSettings.h"
 
+#include "base/Printable.h"
 #include "dlog/PortLog.h"
 #include "texts/CatalogueList.h"
 #include "texts/LocaleName.h"
@@ -73,7 +74,7 @@ LocaleSettings::Validate(const std::map<std::string_view, std::string_view>& tex
             entries[variable] = *locale;
         else
             PORT_LOG_WARN("%s=%s is ignored: not a locale (such as ko_KR.UTF-8)", variable,
-                          std::string(text->second.substr(0, 64)).c_str());
+                          Quoted(text->second).c_str());
     }
     return entries;
 }

@@ -13,8 +13,8 @@ namespace WatchPort
 void BeginCatalogues(const std::string& language);
 
 /**
- * Turns gettext to another language, whatever LANGUAGE was, but to no broken catalogue of the text
- * domain.
+ * Makes gettext use another language, no matter what LANGUAGE was, but never a broken catalogue of
+ * the text domain.
  */
 void ChangeCatalogues(const std::string& language);
 

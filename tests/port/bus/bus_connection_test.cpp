@@ -126,7 +126,7 @@ private:
         {
             DBusMessageIter entry;
             dbus_message_iter_open_container(&changed, DBUS_TYPE_DICT_ENTRY, nullptr, &entry);
-            AppendText(&entry, kLevel.mProperty);
+            AppendText(&entry, kLevel.property);
             AppendLevel(&entry);
             dbus_message_iter_close_container(&changed, &entry);
         }
@@ -134,7 +134,7 @@ private:
         DBusMessageIter withdrawn;
         dbus_message_iter_open_container(&iter, DBUS_TYPE_ARRAY, "s", &withdrawn);
         if (!isTold)
-            AppendText(&withdrawn, kLevel.mProperty);
+            AppendText(&withdrawn, kLevel.property);
         dbus_message_iter_close_container(&iter, &withdrawn);
         mBus->Post(std::move(signal));
     }

@@ -157,9 +157,14 @@ class Watch:
 
 def times_woken(process):
     """How often the kernel has had to run a process's threads so far."""
-    statuses = pathlib.Path(f"/proc/{process.pid}/task").glob("*/status")
-    return sum(int(line.split()[1]) for status in statuses
-               for line in status.read_text().splitlines() if "ctxt_switches" in line)
+    count = 0
+    for thread in pathlib.Path(f"/proc/{process.pid}/task").iterdir():
+        # A thread may end meanwhile.
+        with contextlib.suppress(FileNotFoundError, ProcessLookupError):
+            count += sum(int(line.split()[1])
+                         for line in (thread / "status").read_text().splitlines()
+                         if "ctxt_switches" in line)
+    return count
 
 
 def _plain(value):

@@ -14,10 +14,10 @@ namespace WatchPort
  * of the main loop that takes long makes a thread ask the server a question on a connection of its
  * own, and without an answer the process ends with one error line and the status of
  * APP_ERROR_NO_DISPLAY, five seconds at most after the turn began. No callback is called then: the
- * main thread hangs. A long turn of the application's own making changes nothing.
+ * main thread hangs. A turn that the application itself makes long changes nothing.
  *
- * While the main loop sleeps nobody waits for the server, and no timer runs. What goes on before
- * and after the main loop counts as a turn.
+ * While the main loop sleeps nothing waits for the server, and no timer runs. The time before and
+ * after the main loop counts as a turn.
  */
 class DisplayWatch
 {

@@ -9,8 +9,8 @@ namespace WatchPort
 /**
  * Keeps the toolkit's own theme read, as long as the object lives.
  *
- * A flush of the toolkit's caches throws away what nobody uses. Before the first window that is the
- * theme, whose directory is 1.4 MB long and would be read a second time.
+ * A flush of the toolkit's caches drops what is not in use. Before the first window that includes
+ * the theme, whose directory is 1.4 MB long and would be read a second time.
  */
 class HeldTheme
 {

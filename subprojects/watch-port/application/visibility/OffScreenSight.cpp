@@ -45,8 +45,8 @@ bool OffScreenSight::CanBeSeen(const Ecore_Evas* window) const
     return ecore_evas_data_get(window, kDrawn) && IsShown(window);
 }
 
-// The toolkit leaves the canvas of an engine without windows visible whatever becomes of the
-// window's object.
+// On an engine without windows the toolkit leaves the canvas visible when the window's object is
+// hidden.
 bool OffScreenSight::IsShown(const Ecore_Evas* window)
 {
     return ecore_evas_visibility_get(window) != 0 && !ecore_evas_iconified_get(window) &&

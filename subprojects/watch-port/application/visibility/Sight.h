@@ -6,7 +6,7 @@
 namespace WatchPort
 {
 
-/** What a kind of display tells of whether windows can be seen, whoever has left them. */
+/** Which windows one kind of display shows, whether or not the application has left them. */
 class Sight
 {
 public:
@@ -15,13 +15,13 @@ public:
     Sight(const Sight&) = delete;
     Sight& operator=(const Sight&) = delete;
 
-    /** Sums up what has been told since the last call. */
+    /** Takes in the display's events since the last call. */
     virtual void Update() = 0;
 
     /** Whether the user can see the window, as of the last Update(). */
     virtual bool CanBeSeen(const Ecore_Evas* window) const = 0;
 
-    /** Whether the user has asked for the window between the last two calls of Update(). */
+    /** Whether the user asked for the window between the last two calls of Update(). */
     virtual bool IsAskedFor(const Ecore_Evas* window) const = 0;
 };
 

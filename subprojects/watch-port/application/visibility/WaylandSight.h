@@ -7,9 +7,9 @@ namespace WatchPort
 {
 
 /**
- * Nobody tells on Wayland what covers a window: one that was active is in sight until another one
- * is active or it is minimised. One that the compositor never made active, since it was shown, is
- * in sight once it is drawn.
+ * Wayland does not say what covers a window: one that was active is in sight until it is minimised
+ * or another one is active. One that the compositor has not made active since it was shown is in
+ * sight once it is drawn.
  */
 class WaylandSight : public OffScreenSight
 {

@@ -14,16 +14,15 @@ namespace WatchPort
 /**
  * Watches whether any window of the process can be seen.
  *
- * Events are gathered, and the sum is drawn by Update(), when the loop has none left: a window that
- * is covered and uncovered at once changes nothing, nor does a window manager's shuffling during a
- * start.
+ * Events only count in Update(), when the loop has none left: a window that is covered and
+ * uncovered at once changes nothing, nor does a window manager that reorders windows at the start.
  *
  * A window that the application leaves (see LeftWindows.h) is out of sight until the application
  * brings it back, it is uncovered after it was covered, or the user asks for it.
  *
- * What the application does with its windows is seen when the display has followed. A window that
- * it shows, and those that lay behind one that it has taken away, are awaited for five seconds, and
- * an application that was in sight stays so meanwhile.
+ * The display takes time to do what the application does with its windows. A window that it shows,
+ * and those behind one that it takes away, are awaited for five seconds; an application that was in
+ * sight stays in sight meanwhile.
  */
 class WindowVisibility
 {
@@ -34,7 +33,7 @@ public:
     WindowVisibility(const WindowVisibility&) = delete;
     WindowVisibility& operator=(const WindowVisibility&) = delete;
 
-    /** Sums up what has happened; to be called at each end of a turn of the main loop. */
+    /** Takes in what has happened. To be called at the end of each turn of the main loop. */
     void Update();
 
     /** Whether the application is in sight now, after Update(). */
@@ -53,7 +52,7 @@ private:
 
     const Display& mDisplay;
     const std::unique_ptr<Sight> mSight;
-    /** Those that were shown and not left when IsInSight() was asked last; of them: */
+    /** Those that were shown and not left at the last IsInSight(); of them: */
     Windows mShown;
     Windows mVisible;
     /** Those that the display is about to show. */

@@ -137,7 +137,7 @@ Eina_Bool X11Sight::SNotReturnedCB(void* data)
     return ECORE_CALLBACK_CANCEL;
 }
 
-// Of a window that is active and has nothing above it, nobody else tells that it is wanted again.
+// Nothing else shows that the user wants a window again that is active and has nothing above it.
 Eina_Bool X11Sight::SPressCB(void* data, int, void* event)
 {
     const Ecore_Window pressed = static_cast<Ecore_Event_Mouse_Button*>(event)->event_window;

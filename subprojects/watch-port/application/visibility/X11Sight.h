@@ -14,12 +14,12 @@ namespace WatchPort
 {
 
 /**
- * On X11 the server tells what is covered, and X11Stacking what it does not tell. What another
- * program hides stays in sight until it is called minimised, or has not been shown again for five
- * seconds: a window manager hides a window to put it into a frame.
+ * The X server reports which windows are covered, and X11Stacking finds what it does not report. A
+ * window that another program hides stays in sight until it is minimised or has not been shown
+ * again for five seconds: a window manager hides a window to put it into a frame.
  *
- * The user asks for a window by making it active again. Who presses in a window that the
- * application has left brings it back at once.
+ * The user asks for a window by making it active again. A press in a window that the application
+ * has left brings it back at once.
  */
 class X11Sight : public Sight
 {

@@ -25,7 +25,7 @@ public:
     X11Stacking(const X11Stacking&) = delete;
     X11Stacking& operator=(const X11Stacking&) = delete;
 
-    /** Whether a compositing manager draws the windows: what the server tells says nothing then. */
+    /** Whether a compositing manager draws the windows: the server's reports mean nothing then. */
     bool IsComposited() const { return mIsComposited; }
 
     /** The active window, as of the last Update(); 0 without one. */

@@ -7,13 +7,13 @@ namespace WatchPort
 {
 
 /**
- * Has each window of the process that is made from now on tell on X11 whether anything in it moves:
- * its property "_WATCH_PORT_MOTION", a cardinal, is 1 while the toolkit ticks for a motion in the
- * window or for a frame that is still to be drawn, else 0. It is written when that changes, so a
- * motion costs two requests and a window that stands still none.
+ * Makes each later window of the process report on X11 whether anything in it moves: its property
+ * "_WATCH_PORT_MOTION", a cardinal, is 1 while the toolkit ticks for a motion in the window or for
+ * a frame that is still to be drawn, else 0. It is written when that changes, so a motion costs two
+ * requests and a window that stands still none.
  *
- * Only so can one who looks from outside know that a motion has ended: the last pixels of a slow
- * one may lie any time apart. On other displays nothing happens.
+ * From the pixels alone another program cannot know that a motion has ended: the last steps of a
+ * slow one may lie any time apart. On other displays nothing happens.
  */
 void TellMotions(const Display& display);
 

@@ -7,8 +7,8 @@ namespace WatchPort
 {
 
 /**
- * What the toolkit calls when it does something with a window. It knows one such table alone: who
- * wants to be called sets a function here that nobody else has set.
+ * What the toolkit calls when it does something with a window. It knows only one such table: each
+ * user sets functions here that no other user sets.
  */
 Elm_Win_Trap& WindowTrap();
 

@@ -43,12 +43,12 @@ class ForkServer:
         here, there = socket.socketpair()
         with here, tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
             with there:
-                socket.send_fds(self._here, [order], [file.fileno() for file in (there, out, err)])
+                self._send(order, there, out, err)
             here.settimeout(timeout)
             answer = here.makefile("r")
-            process = int(answer.readline())
+            process = self._number(answer)
             try:
-                status = int(answer.readline())
+                status = self._number(answer)
             except TimeoutError as error:
                 os.kill(process, signal.SIGKILL)
                 raise subprocess.TimeoutExpired([self._program, *words], timeout) from error
@@ -57,6 +57,26 @@ class ForkServer:
                 file.seek(0)
                 texts.append(file.read().decode())
             return subprocess.CompletedProcess([self._program, *words], status, *texts)
+
+    def _send(self, order, *files):
+        try:
+            socket.send_fds(self._here, [order], [file.fileno() for file in files])
+        except ConnectionError:
+            raise self._death() from None
+
+    def _number(self, answer):
+        """The next line of an answer, which ends early when who should give it dies."""
+        line = answer.readline()
+        if not line:
+            raise self._death()
+        return int(line)
+
+    def _death(self):
+        try:
+            how = f"has ended with status {self._process.wait(timeout=1)}"
+        except subprocess.TimeoutExpired:
+            how = "lives, but the process that ran a command of it has died"
+        return RuntimeError(f"the fork server of {self._program} {how}")
 
 
 def serve(orders, program, *modules):

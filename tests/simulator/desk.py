@@ -21,6 +21,14 @@ PATIENCE_S = 120
 STARTS = {"start", "play"}
 """The commands that a watch comes from, whose processes are known by how they were started."""
 
+STOP_ALL = """read -r _ && exit
+for watch in "$XDG_RUNTIME_DIR"/qivo-watch/*/; do
+    "$0" --name "$(basename "$watch")" stop
+done
+rm -rf "$XDG_RUNTIME_DIR"
+"""
+"""What a shell does for a test that is killed: its end of the pipe closes without a line."""
+
 
 @functools.cache
 def command_server():
@@ -34,6 +42,7 @@ class Desk:
 
     def __init__(self, display=None):
         self._folder = None
+        self._guard = None
         self._display = display
         self.runtime = None
         self.environment = {}
@@ -48,6 +57,9 @@ class Desk:
                             if key not in unwanted} | {"XDG_RUNTIME_DIR": str(self.runtime)}
         if self._display:
             self.environment["DISPLAY"] = self._display
+        self._guard = subprocess.Popen(
+            ["sh", "-c", STOP_ALL, QIVO_WATCH], env=self.environment, stdin=subprocess.PIPE,
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
         return self
 
     def __exit__(self, *_):
@@ -56,6 +68,7 @@ class Desk:
         with contextlib.suppress(FileNotFoundError, NotADirectoryError):
             for name in os.listdir(self.runtime / "qivo-watch"):
                 self.run("--name", name, "stop")
+        self._guard.communicate(b"\n")
         left = self.processes()
         self._folder.cleanup()
         assert not left, left

@@ -4,10 +4,52 @@ import pytest
 
 from simulator.desk import Desk
 
+CHANGES_BY_ITSELF = {"display", "processes", "lastEnd", "bezel"}
+"""What a status says besides the state that a test must leave as it was."""
 
-@pytest.fixture(scope="session", name="running")
-def _running():
-    """A desk watch for all tests that leave it as it was."""
+
+@pytest.fixture(scope="session", name="shared")
+def _shared():
+    """A desk watch for all tests that leave it as it was, and its state at rest."""
     with Desk() as desk:
         desk.do("start", "--headless")
-        yield desk
+        yield desk, state_of(desk.status())
+
+
+@pytest.fixture(name="desk")
+def _desk(shared):
+    """A watch that shows its home face, awake, on its battery, in English."""
+    desk, at_rest = shared
+    yield desk
+    left = desk.status()
+    if state_of(left) == at_rest:
+        return
+    take_back(desk, left, at_rest)
+    # No verb takes back all settings: the clock's format, once set, stays.
+    if state_of(desk.status()) != at_rest:
+        desk.do("stop")
+        desk.do("start", "--headless")
+
+
+def state_of(status):
+    state = {name: value for name, value in status.items() if name not in CHANGES_BY_ITSELF}
+    return state | {"time": {**status["time"], "now": None}}
+
+
+def take_back(desk, left, at_rest):
+    for key in left["keysDown"]:
+        desk.run("button", "release", key)
+    if desk.status()["screen"] == "off":
+        desk.do("button", "click", "power")
+    while desk.status()["app"]:
+        desk.do("terminate")
+    if left["battery"] != at_rest["battery"]:
+        desk.do("battery", "--percent", at_rest["battery"]["percent"], "--discharging")
+    if left["region"] != left["language"]:
+        desk.do("region", "auto")
+    if left["language"] != at_rest["language"]:
+        desk.do("language", at_rest["language"])
+    if left["time"]["zone"] != at_rest["time"]["zone"]:
+        desk.do("time", "zone", at_rest["time"]["zone"])
+    if left["time"]["frozen"]:
+        desk.do("time", "thaw")

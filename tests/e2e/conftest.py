@@ -6,6 +6,6 @@ from e2e.watch import Watch
 
 
 @pytest.fixture(name="watch")
-def _watch(running):
-    with Watch(running) as watch:
+def _watch(desk):
+    with Watch(desk) as watch:
         yield watch

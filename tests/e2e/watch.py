@@ -10,9 +10,6 @@ from e2e.picture import Picture
 from support.bus import SystemBus, wait_until
 from support.display import Display
 
-AT_REST = {"battery": {"percent": 80, "state": "discharging"}, "language": "en_US.UTF-8",
-           "screen": "on"}
-
 
 class Desktop:
     """Context manager: a window manager on a screen, and no session bus. The guide is a program
@@ -70,7 +67,7 @@ class Desktop:
 
 
 class Watch(Desktop):
-    """Context manager: a desk watch that runs, awake, not charging, in English; it is left so."""
+    """Context manager: a desk watch that runs, awake, not charging, in English."""
 
     def __init__(self, desk):
         super().__init__(None)
@@ -82,14 +79,6 @@ class Watch(Desktop):
         self.environment = bare_environment(f"{folder}/home") | {
             "DISPLAY": status["display"], "XAUTHORITY": f"{folder}/Xauthority",
             "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={folder}/bus"}
-        stack.callback(self._reset)
-
-    def _reset(self):
-        status = self.desk.status()
-        if status["battery"] != AT_REST["battery"]:
-            self.unplug_charger()
-        if status["language"] != AT_REST["language"]:
-            self.set_language("en_US")
 
     # Hands
 

@@ -4,20 +4,12 @@ import subprocess
 
 import pytest
 
-from simulator.desk import Desk
 from support.bus import LOCALE, TIMEDATE
 from support.probe import Probe
 from support.session_bus import PORTAL, PORTAL_PATH, SETTINGS
 
 OK = "0"
 CLOCK_FORMAT = ("org.gnome.desktop.interface", "clock-format")
-
-
-@pytest.fixture(name="desk")
-def _desk():
-    with Desk() as desk:
-        desk.do("start", "--headless", "--language", "en_US", "--at", "2026-03-01T10:08")
-        yield desk
 
 
 @pytest.fixture(name="probe")

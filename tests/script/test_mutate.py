@@ -1,5 +1,7 @@
 """The script that changes the sources one place at a time, on a source of three lines."""
 
+import contextlib
+import fcntl
 import pathlib
 import subprocess
 import sys
@@ -94,6 +96,18 @@ def test_wrong_use_is_named_in_one_line_with_status_2(arguments, named):
     result = run(*arguments)
     assert (result.returncode, result.stdout) == (2, "")
     assert result.stderr.count("\n") == 1 and named in result.stderr
+
+
+def test_a_second_run_at_the_same_time_is_refused():
+    folder = ROOT / "build" / "mutation"
+    folder.mkdir(parents=True, exist_ok=True)
+    with (folder / "lock").open("w") as lock:
+        # A real run may hold it as well.
+        with contextlib.suppress(BlockingIOError):
+            fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+        done = run("--report")
+    assert done.returncode == 2
+    assert done.stderr == f"script/mutate: another run works in {folder}\n"
 
 
 def test_help_says_what_it_takes():

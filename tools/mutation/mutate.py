@@ -8,6 +8,7 @@ there explains nothing.
 """
 
 import argparse
+import fcntl
 import hashlib
 import pathlib
 import random
@@ -77,6 +78,18 @@ def fingerprint(root):
     return digest.hexdigest()
 
 
+def hold(folder):
+    """Keeps other runs out of the scratch copies: each begins by undoing the changes in them."""
+    folder.mkdir(parents=True, exist_ok=True)
+    lock = (folder / "lock").open("w")
+    try:
+        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except BlockingIOError:
+        print(f"script/mutate: another run works in {folder}", file=sys.stderr)
+        sys.exit(2)
+    return lock
+
+
 def opened_record(options):
     """The record of the last run, without what no longer holds."""
     kept, mark = BUILD / "results.jsonl", BUILD / "fingerprint"
@@ -124,6 +137,7 @@ def main():
     reasons = explained.read(EXPLAINED)
     copies = 1 if options.list or options.report else options.jobs
     scratches = [BUILD / f"copy{n}" for n in range(1, copies + 1)]
+    lock = hold(BUILD)
     project.prepare(scratches[0])
     mutants = trial.mutants_of(project, scratches[0], sources)
     if options.list:
@@ -144,6 +158,7 @@ def main():
         for key, fault in explained.stale(reasons, mutants, results):
             print(f"script/mutate: an explained change {fault}:\n{key}", file=sys.stderr)
             is_well = False
+    lock.close()
     return 0 if is_well else 1
 
 

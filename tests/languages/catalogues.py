@@ -9,6 +9,8 @@ import subprocess
 LOCALE = pathlib.Path(__file__).parents[2] / "res" / "locale"
 TEMPLATE = LOCALE / "qivo-guide-app.pot"
 HELP_TEXT = "MIDS_QIVOG_BODY_PRESS_N_HOLD_BACK_KEY_ON_ANY_SCREEN_ABB"
+WATCH = "MIDS_QIVOG_TMBODY_WATCH_AND_BACK_KEY"
+BACK_KEY = "MIDS_QIVOG_TMBODY_BACK_KEY"
 
 LANGUAGES = (LOCALE / "LINGUAS").read_text(encoding="utf-8").split()
 
@@ -28,6 +30,6 @@ def compile_catalogue(language):
     return complaints, gettext.GNUTranslations(io.BytesIO(compiler.stdout))
 
 
-def texts():
-    """The help text in each language."""
-    return {language: compile_catalogue(language)[1].gettext(HELP_TEXT) for language in LANGUAGES}
+def texts(message=HELP_TEXT):
+    """The help text, or another message, in each language."""
+    return {language: compile_catalogue(language)[1].gettext(message) for language in LANGUAGES}

@@ -2,7 +2,7 @@
 
 import unicodedata
 
-from languages.catalogues import texts
+from languages.catalogues import BACK_KEY, LANGUAGES, WATCH, texts
 
 LONGEST = 90
 """Characters of which no more than six or seven lines come on a round screen."""
@@ -116,3 +116,21 @@ def test_each_line_of_a_right_to_left_text_begins_with_a_letter_of_its_script():
     assert wrong_texts(lambda language, text: NON_LATIN.get(language) in ({"ARABIC"}, {"HEBREW"})
                        and any(unicodedata.bidirectional(line[0]) not in ("R", "AL")
                                for line in text.split("\n"))) == {}
+
+
+def test_the_picture_is_called_by_more_than_the_key_at_which_the_arrow_points():
+    """A screen reader says the two one after the other."""
+    wrong = {language: (picture, key)
+             for language, picture, key in zip(LANGUAGES, texts(WATCH).values(),
+                                               texts(BACK_KEY).values())
+             if not picture.endswith(key) or len(picture) < len(key) + 2}
+    assert wrong == {}
+
+
+def test_every_letter_of_a_name_is_of_the_languages_script():
+    def is_wrong(language, name):
+        scripts = NON_LATIN.get(language, {"LATIN"})
+        return any(character.isalpha() and script_of(character) not in scripts
+                   for character in name)
+
+    assert [language for language, name in texts(WATCH).items() if is_wrong(language, name)] == []

@@ -127,6 +127,10 @@ class Bus:
 
     def has_client(self, process):
         """Whether a process, by its id, is connected."""
+        return self.client_of(process) is not None
+
+    def client_of(self, process):
+        """The unique name of a process, by its id; None when it is not connected."""
         def process_of(name):
             try:
                 return self._client.call_blocking(
@@ -134,7 +138,8 @@ class Bus:
                     "GetConnectionUnixProcessID", "s", (name,))
             except dbus.DBusException:
                 return None
-        return any(process_of(name) == process for name in self._client.list_names())
+        return next((name for name in self._client.list_names()
+                     if name.startswith(":") and process_of(name) == process), None)
 
     def matches(self, name):
         """The match rules by which clients listen to a service."""

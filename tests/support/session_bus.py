@@ -13,6 +13,9 @@ from support.bus import MOCK, Bus
 PORTAL = "org.freedesktop.portal.Desktop"
 PORTAL_PATH = "/org/freedesktop/portal/desktop"
 SETTINGS = "org.freedesktop.portal.Settings"
+ACCESSIBILITY, ACCESSIBILITY_PATH = "org.a11y.Bus", "/org/a11y/bus"
+ACCESSIBILITY_STATUS = "org.a11y.Status"
+REGISTRY = "org.a11y.atspi.Registry"
 CLOCK_FORMAT = ("org.gnome.desktop.interface", "clock-format")
 
 
@@ -43,3 +46,22 @@ class SessionBus(Bus):
         """Has the portal answer every question in a shape of its own: "ret = ..."."""
         portal = self._client.get_object(PORTAL, PORTAL_PATH, introspect=False)
         portal.AddMethod(SETTINGS, "ReadOne", "ss", signature, code, dbus_interface=MOCK)
+
+    # Screen readers
+
+    def start_accessibility(self, address, reads=True):
+        """The service that knows whether somebody reads, and the address of the readers' bus."""
+        self._start(ACCESSIBILITY, str(Path(__file__).with_name("accessibility.py")),
+                    address=address, reads=reads)
+
+    def stop_accessibility(self):
+        self._stop(ACCESSIBILITY)
+
+    def set_reading(self, value):
+        """Any value, of any type; the service emits PropertiesChanged."""
+        self.set_property(ACCESSIBILITY, ACCESSIBILITY_PATH, ACCESSIBILITY_STATUS, "IsEnabled",
+                          value)
+
+    def start_registry(self):
+        """The registry, which makes this bus one of screen readers."""
+        self._start(REGISTRY, str(Path(__file__).with_name("accessibility_registry.py")))

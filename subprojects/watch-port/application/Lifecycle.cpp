@@ -151,8 +151,10 @@ void Lifecycle::Resume()
         mCallbacks.resume(mUserData);
     Ecore_Evas* window = mWasResumed ? nullptr : mVisibility.FindVisibleWindow();
     mWasResumed = true;
-    if (window)
-        ReportFrame(window, mDisplay);
+    if (!window)
+        return;
+    ReportFrame(window, mDisplay);
+    mAccessibility.FollowAfterFrame(window);
 }
 
 void Lifecycle::Pause()

@@ -4,6 +4,7 @@
 #include "app-control/LaunchInbox.h"
 #include "application/CommandLine.h"
 #include "application/Exhaustion.h"
+#include "application/access/Accessibility.h"
 #include "application/display/Display.h"
 #include "application/visibility/WindowVisibility.h"
 #include "application/windows/ClosedWindow.h"
@@ -59,6 +60,7 @@ private:
     LaunchInbox* const mInbox;
     WindowVisibility mVisibility;
     ClosedWindow mClosedWindow;
+    Accessibility mAccessibility{mDisplay};
     /** Called at each end of a turn of the main loop, before frames are drawn. */
     Ecore_Idle_Enterer* mIdleEnterer;
     Ecore_Event_Handler* mTerminationHandler;

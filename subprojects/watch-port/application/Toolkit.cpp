@@ -46,6 +46,8 @@ void SetUp(const Display& display)
     elm_config_scroll_bounce_enabled_set(EINA_TRUE);
     elm_config_scroll_thumbscroll_sensitivity_friction_set(kFlickSpeed);
     StopCacheClock();
+    // The port's own bridge to screen readers takes its place (access/AccessBus.h).
+    elm_config_atspi_mode_set(EINA_FALSE);
     elm_config_scale_set(kUsualScale * display.GetScreenSize() / Display::kUsualScreenSize);
 }
 } // namespace

@@ -61,7 +61,11 @@ bool BusConnection::Enter(Clock::time_point deadline)
 {
     const BusMessage name =
         Ask(NewCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "Hello"), deadline);
-    return !IsError(name);
+    const char* unique = nullptr;
+    return !IsError(name) &&
+           dbus_message_get_args(name.get(), nullptr, DBUS_TYPE_STRING, &unique,
+                                 DBUS_TYPE_INVALID) &&
+           dbus_bus_set_unique_name(mConnection, unique);
 }
 
 BusMessage BusConnection::Ask(BusMessage question, Clock::time_point deadline)

@@ -1,0 +1,49 @@
+#ifndef WATCH_PORT_APPLICATION_ACCESS_SCREEN_READER_H
+#define WATCH_PORT_APPLICATION_ACCESS_SCREEN_READER_H
+
+#include "bus/BusListener.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace WatchPort
+{
+
+/**
+ * Whether somebody on the desktop reads what applications show: "ScreenReaderEnabled" or
+ * "IsEnabled" of org.a11y.Status on the session bus, followed while readers come and go.
+ *
+ * The service is never started by this. Answers of another shape are ignored, and so are addresses
+ * of a bus that are not those of a socket of this machine: others can run a program.
+ */
+class ScreenReader : private BusListener
+{
+public:
+    /**
+     * Told the address of the readers' bus when somebody reads, and an empty one when nobody does
+     * (any more); also when it is nothing new. Comes from the main loop, never from inside a call
+     * of this class.
+     */
+    using Callback = std::function<void(const std::string& address)>;
+
+    /** @return null when there is no session bus; nothing is logged then */
+    static std::unique_ptr<ScreenReader> Follow(Callback onAnswer);
+
+private:
+    ScreenReader(BusConnection& bus, Callback onAnswer);
+
+    void OnAppeared() override;
+    void OnAnswer(DBusMessage* answer) override;
+    void OnSignal(DBusMessage* signal) override;
+    void OnGone() override;
+
+    void AskAddress();
+
+    const Callback mOnAnswer;
+    bool mIsAskingAddress = false;
+};
+
+} // namespace WatchPort
+
+#endif

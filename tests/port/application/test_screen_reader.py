@@ -1,0 +1,211 @@
+"""What the port says to screen readers, and that no lie of theirs or of their bus harms it."""
+
+import contextlib
+import time
+
+import dbus
+import dbus.bus
+import dbus.lowlevel
+import pytest
+
+from port.lifecycle import App, wait_until_still
+from support.bus import wait_until
+from support.session_bus import ACCESSIBILITY, SessionBus
+from support.silent_bus import SilentBus
+
+ROOT = "/org/a11y/atspi/accessible/root"
+ACCESSIBLE = "org.a11y.atspi.Accessible"
+COMPONENT = "org.a11y.atspi.Component"
+
+
+@pytest.fixture(scope="module", name="readers")
+def _readers():
+    """The readers' bus."""
+    with SessionBus() as bus:
+        bus.start_registry()
+        yield bus
+
+
+@pytest.fixture(name="session")
+def _session():
+    with SessionBus() as bus:
+        yield bus
+
+
+def start_on(session, folder):
+    """An application in sight that has looked for a reader."""
+    app = App({"ELM_ENGINE": "buffer", **session.env}, folder)
+    app.wait_for("resume")
+    wait_until(lambda: session.matches(ACCESSIBILITY), "a look for screen readers")
+    return app
+
+
+@pytest.fixture(name="start")
+def _start(session, tmp_path):
+    with contextlib.ExitStack() as apps:
+        yield lambda: apps.enter_context(start_on(session, tmp_path))
+
+
+def is_read(readers, app):
+    return readers.has_client(app.process.pid)
+
+
+def wait_until_read(readers, app):
+    wait_until(lambda: is_read(readers, app), "the application on the readers' bus")
+
+
+class Reader:
+    """A client of the readers' bus that asks the application whatever it likes."""
+
+    def __init__(self, readers, app):
+        self._bus = dbus.bus.BusConnection(readers.address)
+        self._name = readers.client_of(app.process.pid)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self._bus.close()
+
+    def ask(self, path, interface, member, signature="", *arguments):
+        return self._bus.call_blocking(self._name, path, interface, member, signature, arguments)
+
+    def error(self, *question):
+        with pytest.raises(dbus.DBusException) as refusal:
+            self.ask(*question)
+        return refusal.value.get_dbus_name().removeprefix("org.freedesktop.DBus.Error.")
+
+    def post(self, path, interface, member, signature, *arguments):
+        """Asks and wants no answer."""
+        message = dbus.lowlevel.MethodCallMessage(self._name, path, interface, member)
+        message.append(*arguments, signature=signature)
+        message.set_no_reply(True)
+        self._bus.send_message(message)
+
+
+@pytest.fixture(scope="module", name="read")
+def _read(readers, tmp_path_factory):
+    """An application that is read, and who reads it."""
+    with SessionBus() as session:
+        session.start_accessibility(readers.address)
+        with start_on(session, tmp_path_factory.mktemp("home")) as app:
+            wait_until_read(readers, app)
+            with Reader(readers, app) as reader:
+                yield app, reader
+
+
+def test_without_a_reader_nothing_is_started_and_nothing_wakes_the_application(
+        session, start, tmp_path):
+    started = tmp_path / "started"
+    session.add_activatable(ACCESSIBILITY, f"/usr/bin/touch {started}")
+    wait_until_still(start())
+    assert not session.has_owner(ACCESSIBILITY) and not started.exists()
+
+
+def test_a_service_that_says_nobody_reads_leaves_the_application_off_the_readers_bus(
+        session, readers, start):
+    session.start_accessibility(readers.address, reads=False)
+    app = start()
+    wait_until_still(app)
+    assert not is_read(readers, app)
+
+
+def test_a_service_that_comes_later_and_goes_is_followed(session, readers, start):
+    app = start()
+    session.start_accessibility(readers.address)
+    wait_until_read(readers, app)
+    session.stop_accessibility()
+    wait_until(lambda: not is_read(readers, app), "the application off the readers' bus")
+    session.start_accessibility(readers.address)
+    wait_until_read(readers, app)
+
+
+def test_values_of_other_types_are_nobody_who_reads(session, readers, start):
+    session.start_accessibility(readers.address)
+    app = start()
+    wait_until_read(readers, app)
+    session.set_reading("yes")
+    wait_until(lambda: not is_read(readers, app), "the application off the readers' bus")
+
+
+@pytest.mark.parametrize("address", ["", "nonsense", "unix:path=/nowhere", "tcp:host=localhost"])
+def test_an_address_of_no_bus_is_left_alone(session, start, address):
+    session.start_accessibility(address)
+    app = start()
+    wait_until_still(app)
+    app.tell("exit")
+    assert app.end()[0] == 0
+
+
+def test_an_address_that_would_run_a_program_is_left_alone(session, start, tmp_path):
+    ran = tmp_path / "ran"
+    program = f"unixexec:path=/usr/bin/touch,argv1={ran}"
+    for address in (program, f"unix:path=/nowhere;{program}"):
+        session.start_accessibility(address)
+        wait_until_still(start())
+        session.stop_accessibility()
+    assert not ran.exists()
+
+
+def test_a_silent_readers_bus_holds_the_application_up_for_less_than_five_seconds(session, start):
+    with SilentBus() as silent:
+        session.start_accessibility(silent.address)
+        begin = time.monotonic()
+        app = start()
+        app.wait_for_log("the screen readers' bus does not answer")
+        assert time.monotonic() - begin < 5
+        wait_until_still(app)
+
+
+def test_the_window_is_in_the_tree_under_its_title(read):
+    _, reader = read
+    (window,) = reader.ask(ROOT, ACCESSIBLE, "GetChildren")
+    assert reader.ask(window[1], ACCESSIBLE, "GetRoleName") == "frame"
+    assert reader.ask(window[1], "org.freedesktop.DBus.Properties", "Get", "ss", ACCESSIBLE,
+                      "Name") == "lifecycle-app"
+    assert reader.ask(window[1], ACCESSIBLE, "GetChildAtIndex", "i", 99)[1].endswith("/null")
+
+
+@pytest.mark.parametrize("question, error", [
+    ((f"{ROOT}/1", ACCESSIBLE, "GetRole"), "UnknownObject"),
+    (("/org/a11y/atspi/accessible/0", ACCESSIBLE, "GetRole"), "UnknownObject"),
+    (("/org/a11y/atspi/accessible/99999999999999999999", ACCESSIBLE, "GetRole"), "UnknownObject"),
+    (("/org/a11y/atspi/accessible/1x", ACCESSIBLE, "GetRole"), "UnknownObject"),
+    (("/org/a11y/atspi", ACCESSIBLE, "GetRole"), "UnknownObject"),
+    ((ROOT, ACCESSIBLE, "GetSecret"), "UnknownMethod"),
+    ((ROOT, COMPONENT, "GetExtents", "u", 0), "UnknownMethod"),
+    ((ROOT, "org.a11y.atspi.Text", "GetText", "ii", 0, -1), "UnknownMethod"),
+    ((ROOT, ACCESSIBLE, "GetChildAtIndex", "s", "first"), "InvalidArgs"),
+    ((ROOT, "org.freedesktop.DBus.Properties", "Get", "ss", ACCESSIBLE, "Secret"), "InvalidArgs"),
+])
+def test_a_question_without_an_answer_gets_an_error(read, question, error):
+    _, reader = read
+    assert reader.error(*question) == error
+
+
+def test_no_reader_moves_or_sizes_the_window(read):
+    _, reader = read
+    window = reader.ask(ROOT, ACCESSIBLE, "GetChildren")[0][1]
+    place = reader.ask(window, COMPONENT, "GetExtents", "u", 0)
+    assert reader.error(window, COMPONENT, "SetExtents", "iiiiu", 1, 2, 3, 4, 0) == "UnknownMethod"
+    assert reader.ask(window, COMPONENT, "GetExtents", "u", 0) == place
+
+
+def test_ten_thousand_questions_leave_the_application_its_turn(read):
+    app, reader = read
+    for _ in range(10_000):
+        reader.post(ROOT, ACCESSIBLE, "GetChildAtIndex", "i", -1)
+    app.tell("lower")
+    assert reader.ask(ROOT, ACCESSIBLE, "GetRoleName") == "application"
+
+
+def test_a_readers_bus_that_dies_leaves_the_application_running(session, start):
+    with SessionBus() as readers:
+        readers.start_registry()
+        session.start_accessibility(readers.address)
+        app = start()
+        wait_until_read(readers, app)
+        readers.die()
+        wait_until_still(app)
+        app.tell("exit")
+        assert app.end()[0] == 0

@@ -166,7 +166,7 @@ TEST_F(Font, ALanguageTakesWhatTheTablesFontLacksFromOneOther)
         while (Eina_Unicode letter = eina_unicode_utf8_next_get(text.c_str(), &next))
         {
             const std::string font = fonts.Of(letter);
-            EXPECT_NE(font, "") << language << " " << std::hex << letter;
+            EXPECT_NE(font, "") << language << " " << std::hex << static_cast<unsigned>(letter);
             if (font != own && !IsDanda(letter))
                 others.insert(font);
         }

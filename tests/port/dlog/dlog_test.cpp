@@ -123,7 +123,7 @@ TEST(DlogArguments, RejectAMissingFormat)
 {
     const char* format = nullptr;
     const Outcome outcome =
-        RunChild([=] { return __dlog_print(LOG_ID_MAIN, DLOG_INFO, "T", format); });
+        RunChild([=] { return __dlog_print(LOG_ID_MAIN, DLOG_INFO, "T", format, "text"); });
     EXPECT_EQ(outcome.result, DLOG_ERROR_INVALID_PARAMETER);
     EXPECT_EQ(outcome.text, "");
 }

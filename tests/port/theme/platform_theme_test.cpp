@@ -52,7 +52,7 @@ protected:
     bool IsSeen(unsigned int color) const { return (PixelAt(180, 180) & 0xffffff) == color; }
     bool IsSeenSoon(unsigned int color) const
     {
-        return Toolkit::RunUntil([=] { return IsSeen(color); });
+        return Toolkit::RunUntil([this, color] { return IsSeen(color); });
     }
 
     static constexpr unsigned int kRed = 0xff0000;

@@ -8,6 +8,7 @@ The other end is this file, run as a program.
 """
 
 import contextlib
+import gc
 import importlib
 import json
 import os
@@ -84,6 +85,7 @@ def serve(orders, program, *modules):
     sys.path.insert(0, os.path.dirname(program))
     for module in modules:
         importlib.import_module(module)
+    gc.freeze()
     while True:
         order, files, *_ = socket.recv_fds(orders, 1 << 20, 3)
         if not order:
@@ -117,7 +119,15 @@ def attend(program, words, environment, folder, answer, out, err):
     # As its first line has it.
     signal.pthread_sigmask(signal.SIG_BLOCK, [signal.SIGINT])
     sys.argv = [program, *words]
-    runpy.run_path(program, run_name="__main__")
+    try:
+        runpy.run_path(program, run_name="__main__")
+    except SystemExit as end:
+        if not isinstance(end.code, int):
+            raise
+        sys.stdout.flush()
+        sys.stderr.flush()
+        # An interpreter that ends visits all its objects, which takes longer than a command.
+        os._exit(end.code)
 
 
 if __name__ == "__main__":

@@ -53,6 +53,16 @@ _CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Co
 </busconfig>
 """
 
+_FLOOD = """
+import dbus.lowlevel
+signal = dbus.lowlevel.SignalMessage(self.path, *args[1:3])
+signal.append(*args[4], signature=args[3])
+for _ in range(args[0]):
+    for connection, *_ in self.locations:
+        connection.send_message(signal)
+"""
+"""A method of a mock."""
+
 
 def wait_until(condition, what):
     """Returns the first true result of condition(); fails after DEADLINE_S seconds."""
@@ -161,13 +171,10 @@ class Bus:
 
     def flood(self, count, name, path, interface, member, signature, arguments):
         """Has the mocked service send the same signal many times."""
-        for _ in range(count):
-            order = dbus.lowlevel.MethodCallMessage(name, path, MOCK, "EmitSignal")
-            order.append(interface, member, signature, dbus.Array(arguments, signature="v"),
-                         signature="sssav")
-            order.set_no_reply(True)
-            self._client.send_message(order)
-        self.emit(name, path, interface, member, signature, arguments)
+        mock = self._client.get_object(name, path, introspect=False)
+        mock.AddMethod(MOCK, "Flood", "usssav", "", _FLOOD, dbus_interface=MOCK)
+        mock.Flood(count, interface, member, signature, dbus.Array(arguments, signature="v"),
+                   dbus_interface=MOCK)
 
     def emit_as_stranger(self, path, interface, member, signature, arguments):
         """Sends a signal from a connection that owns no name."""

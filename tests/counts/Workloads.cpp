@@ -14,7 +14,7 @@
 namespace
 {
 constexpr int kTimes = 1000;
-constexpr int kScreens = 100;
+constexpr int kScreens = 20;
 
 Evas_Object* sWindow = nullptr;
 
@@ -66,10 +66,12 @@ void PushAndPopScreens()
 
 template <typename Work> void Count(Work work)
 {
+    CALLGRIND_START_INSTRUMENTATION;
     CALLGRIND_TOGGLE_COLLECT;
     work();
     CALLGRIND_TOGGLE_COLLECT;
     CALLGRIND_DUMP_STATS;
+    CALLGRIND_STOP_INSTRUMENTATION;
 }
 
 template <typename Work> void CountTimes(Work work)

@@ -46,16 +46,12 @@ def memory_kb(pid):
     return int(status.partition("VmRSS:")[2].split()[0])
 
 
-def open_files(pid):
-    return len(list(pathlib.Path(f"/proc/{pid}/fd").iterdir()))
-
-
-def sockets(pid):
+def open_files(pid, kind=""):
     count = 0
     for file in pathlib.Path(f"/proc/{pid}/fd").iterdir():
         # The process may close a file meanwhile.
         with contextlib.suppress(FileNotFoundError):
-            count += os.readlink(file).startswith("socket:")
+            count += os.readlink(file).startswith(kind)
     return count
 
 
@@ -225,7 +221,7 @@ def test_a_wait_for_the_screen_is_told_that_the_watch_has_ended(desk):
     desk.do("wait", "still")
     with subprocess.Popen(desk.command("wait", "frame", "-t", "60"), env=desk.environment,
                           text=True, stderr=subprocess.PIPE) as waiting:
-        wait_until(lambda: sockets(waiting.pid) == 2, "a look at bus and screen")
+        wait_until(lambda: open_files(waiting.pid, "socket:") == 2, "a look at bus and screen")
         kill(desk.status()["processes"]["server"])
         assert waiting.wait(30) == 1
         told = waiting.stderr.read()
@@ -312,9 +308,16 @@ def test_many_launches_leave_no_process_no_file_and_no_growth(desk):
     desk.do("start", "--headless")
     parts = desk.status()["processes"]
 
+    def pidfds():
+        return open_files(parts["keeper"], "anon_inode:[pidfd]")
+
+    held = pidfds()
+
     def launch_and_leave():
         desk.do("launch")
         desk.do("button", "click", "back")
+        # The keeper lets go of an application a moment after it has told of its end.
+        wait_until(lambda: pidfds() == held, "its release")
 
     def measure():
         # The bus is measured too: what clients leave behind would pile up there.

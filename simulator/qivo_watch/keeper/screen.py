@@ -21,10 +21,13 @@ class Screen:
         self._on_news = on_news
         self._serials = itertools.count(1)
         self._answered: set[int] = set()
-        self._framed: set[int] = set()
+        self._has_manager_answered = False
         self._is_drain_due = False
         self.root.change_attributes(
             event_mask=X.SubstructureNotifyMask | X.PropertyChangeMask)
+        # The manager answers about windows that it does not manage.
+        self._asked = self.root.create_window(0, 0, 1, 1, 0, X.CopyFromParent,
+                                              event_mask=X.PropertyChangeMask)
         self.display.damage_query_version()
         self._damage = self.root.damage_create(damage.DamageReportNonEmpty)
         self.display.sync()
@@ -69,16 +72,15 @@ class Screen:
         self._drain()
         return serial == 0 or serial in self._answered
 
-    def ask_manager(self, window: Any) -> None:
+    def ask_manager(self) -> None:
         """Pings the window manager; manager_answered() says whether it has answered."""
-        self._framed.discard(window.id)
-        window.change_attributes(event_mask=X.PropertyChangeMask)
-        self._send(window, "_NET_REQUEST_FRAME_EXTENTS", [0] * 5, self.root,
+        self._has_manager_answered = False
+        self._send(self._asked, "_NET_REQUEST_FRAME_EXTENTS", [0] * 5, self.root,
                    X.SubstructureRedirectMask | X.SubstructureNotifyMask)
 
-    def manager_answered(self, window: Any) -> bool:
+    def manager_answered(self) -> bool:
         self._drain()
-        return window.id in self._framed
+        return self._has_manager_answered
 
     # Pixels
 
@@ -137,9 +139,8 @@ class Screen:
         if news.type == X.ClientMessage and news.data[0] == _LONG:
             if news.data[1][0] == self.display.get_atom("_NET_WM_PING"):
                 self._answered.add(news.data[1][1])
-        elif news.type == X.PropertyNotify:
-            if news.atom == self.display.get_atom("_NET_FRAME_EXTENTS"):
-                self._framed.add(news.window.id)
+        elif news.type == X.PropertyNotify and news.window.id == self._asked.id:
+            self._has_manager_answered = True
         elif news.type == self.display.extension_event.DamageNotify:
             self.display.damage_subtract(self._damage, X.NONE, X.NONE)
             self.display.flush()

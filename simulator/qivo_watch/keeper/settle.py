@@ -44,11 +44,10 @@ class Settler:
 
     def settle_if_covered(self, app: App) -> Work:
         """If an application has lowered its window, waits for what it does next."""
-        window = self._screen.window_of(app.pid) if app.is_running else None
-        if window is None:
+        if not app.is_running:
             return
-        self._screen.ask_manager(window)
-        yield Until(lambda: self._screen.manager_answered(window) or not app.is_running,
+        self._screen.ask_manager()
+        yield Until(lambda: self._screen.manager_answered() or not app.is_running,
                     PATIENCE_S, "the window manager does not answer")
         if app.is_running and self._screen.top_process() != app.pid:
             yield from self.settle(app)

@@ -24,8 +24,11 @@ ClosedWindow::~ClosedWindow()
 {
     for (const Ecore_Evas* window : ListWindows(mDisplay))
     {
-        if (Evas_Object* object = WindowObject(window))
-            evas_object_smart_callback_del_full(object, kDeleteRequest, SDeleteRequestCB, this);
+        auto* object = static_cast<Evas_Object*>(ecore_evas_data_get(window, kWatched));
+        if (!object)
+            continue;
+        evas_object_smart_callback_del_full(object, kDeleteRequest, SDeleteRequestCB, this);
+        evas_object_event_callback_del(object, EVAS_CALLBACK_DEL, SDeletedCB);
     }
     if (mKept)
         evas_object_unref(mKept);
@@ -40,7 +43,14 @@ void ClosedWindow::Update()
             continue;
         ecore_evas_data_set(window, kWatched, object);
         evas_object_smart_callback_add(object, kDeleteRequest, SDeleteRequestCB, this);
+        evas_object_event_callback_add(object, EVAS_CALLBACK_DEL, SDeletedCB, nullptr);
     }
+}
+
+// The toolkit goes on to list the window for a while.
+void ClosedWindow::SDeletedCB(void*, Evas* canvas, Evas_Object*, void*)
+{
+    ecore_evas_data_set(ecore_evas_ecore_evas_get(canvas), kWatched, nullptr);
 }
 
 bool ClosedWindow::IsLast(const Evas_Object* window) const

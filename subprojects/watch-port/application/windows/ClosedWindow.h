@@ -36,6 +36,7 @@ public:
 
 private:
     static void SDeleteRequestCB(void* data, Evas_Object* window, void* event);
+    static void SDeletedCB(void* data, Evas* canvas, Evas_Object* window, void* event);
 
     bool IsLast(const Evas_Object* window) const;
 

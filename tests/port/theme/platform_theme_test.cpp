@@ -192,6 +192,62 @@ TEST_F(PlatformTheme, EndsATitleTransitionThoughThereIsNoTitle)
     EXPECT_TRUE(IsSeen(kRed));
 }
 
+class TitledScreen : public PlatformTheme
+{
+protected:
+    Elm_Object_Item* PushTitled(const char* title, unsigned int color)
+    {
+        return elm_naviframe_item_push(mNaviframe, title, nullptr, nullptr, NewScreen(color), "");
+    }
+
+    bool HasTitle() const
+    {
+        for (int x = kSize / 4; x < kSize * 3 / 4; ++x)
+            for (int y = 0; y < kSize / 6; ++y)
+                if ((PixelAt(x, y) & 0xffffff) == 0xffffff)
+                    return true;
+        return false;
+    }
+};
+
+TEST_F(TitledScreen, HasItsTitleAboveItsContent)
+{
+    PushTitled("III", kRed);
+    DeliverEvents();
+    EXPECT_TRUE(HasTitle());
+    EXPECT_TRUE(IsSeen(kRed));
+    EXPECT_NE(PixelAt(kSize / 2, 0) & 0xffffff, kRed);
+    EXPECT_EQ(PixelAt(kSize / 2, kSize - 1) & 0xffffff, kRed);
+}
+
+TEST_F(TitledScreen, MovesAsOneWithoutATitleDoes)
+{
+    Push(kRed);
+    DeliverEvents();
+    PushTitled("III", kGreen);
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return mFinished == 1; }));
+    EXPECT_TRUE(IsSeenSoon(kGreen));
+    elm_naviframe_item_pop(mNaviframe);
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return mFinished == 2; }));
+    EXPECT_TRUE(IsSeenSoon(kRed));
+    EXPECT_FALSE(HasTitle());
+}
+
+TEST_F(TitledScreen, GivesItsContentAllRoomWithoutItsTitle)
+{
+    int titles = 0;
+    evas_object_smart_callback_add(mNaviframe, "title,transition,finished", CountCB, &titles);
+    Elm_Object_Item* item = PushTitled("III", kRed);
+    DeliverEvents();
+    elm_naviframe_item_title_enabled_set(item, EINA_FALSE, EINA_TRUE);
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return titles == 1; }));
+    EXPECT_FALSE(HasTitle());
+    EXPECT_EQ(PixelAt(kSize / 2, 0) & 0xffffff, kRed);
+    elm_naviframe_item_title_enabled_set(item, EINA_TRUE, EINA_FALSE);
+    DeliverEvents();
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return HasTitle(); }));
+}
+
 class EffectScroller : public PlatformTheme
 {
 protected:

@@ -13,6 +13,19 @@ bool FolderExists(const fs::path& path)
     return fs::is_directory(path, ignored);
 }
 
+// One build of the port serves all the programs of a build tree, each with resources of its own.
+fs::path FindBuiltTheme(const fs::path& resourceRoot)
+{
+    const fs::path theme = "subprojects/watch-port/theme/platform.edj";
+    std::error_code ignored;
+    for (fs::path root = resourceRoot; root != root.root_path(); root = root.parent_path())
+    {
+        if (fs::exists(root / theme, ignored))
+            return root / theme;
+    }
+    return resourceRoot / theme;
+}
+
 fs::path ReadRunningExecutable()
 {
     std::error_code ignored;
@@ -30,8 +43,7 @@ std::optional<Installation> FindInstallation(const fs::path& executable)
             return Installation{program, share / program, share / "locale",
                                 share / "watch-port/platform.edj"};
         if (FolderExists(root / "res"))
-            return Installation{program, root / "res", root / "res/locale",
-                                root / "subprojects/watch-port/theme/platform.edj"};
+            return Installation{program, root / "res", root / "res/locale", FindBuiltTheme(root)};
         if (root == root.root_path())
             break;
     }

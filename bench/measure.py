@@ -204,6 +204,7 @@ def measure_operations(bench):
 
 def measure_size(bench):
     """Bytes of code and data in the objects of qivo-ui/."""
-    sizes = subprocess.run(["size", "-t", bench.build / "qivo-ui" / "libqivo-ui.a"], text=True,
-                           check=True, stdout=subprocess.PIPE).stdout.splitlines()[-1]
+    libraries = sorted((bench.build / "qivo-ui").glob("lib*.a"))
+    sizes = subprocess.run(["size", "-t", *libraries], text=True, check=True,
+                           stdout=subprocess.PIPE).stdout.splitlines()[-1]
     return int(sizes.split()[3])

@@ -11,7 +11,7 @@ import pytest
 
 ROOT = pathlib.Path(__file__).parents[2]
 BUILD = pathlib.Path(os.environ["BUILD_DIR"]).resolve()
-OBJECTS = BUILD / "qivo-ui" / "libqivo-ui.a.p"
+OBJECTS = sorted((BUILD / "qivo-ui").glob("lib*.a.p/*.o"))
 
 CLASSES = {
     "qivo-ui-guide": {"Application", "GuideApplication", "GuideView", "GuideViewController"},
@@ -39,7 +39,7 @@ CODE = {path: code(path) for path in sorted((ROOT / "qivo-ui").rglob("*.[ch]*"))
 
 
 def symbols(*options):
-    output = subprocess.run(["nm", "--format=posix", *options, *sorted(OBJECTS.glob("*.o"))],
+    output = subprocess.run(["nm", "--format=posix", *options, *OBJECTS],
                             check=True, capture_output=True, text=True).stdout
     return {line.split()[0] for line in output.splitlines() if not line.endswith(":")}
 

@@ -33,7 +33,11 @@ public:
     /** Pops the own screen with animation; does nothing when it was never shown. */
     void OnViewBackEvent() override;
 
-    /** @return true: a controller never refuses a pop */
+    /**
+     * @return true: a controller never refuses a pop. One that does, by overriding this, refuses in
+     * OnViewBackEvent() as well: of a pop that has begun, a callback is left to a later transition
+     * (NaviFramePopTransitionEventListener.h).
+     */
     bool OnViewPopEvent() override;
 
     /** Runs DeInitialize(). */

@@ -39,7 +39,9 @@ public:
     static NaviFrame* GetInstance();
 
     /**
-     * Deletes the instance, if there is one.
+     * Deletes the instance, if there is one. Its widget must still live, for the frame takes a
+     * callback off it. An application that deletes its window right afterwards, before anything
+     * else runs, may do so also in the middle of a transition: no callback is left to come.
      *
      * An item that dies later finds none and so makes a fresh, empty one: deliberately kept.
      */

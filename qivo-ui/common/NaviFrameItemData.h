@@ -23,7 +23,10 @@ public:
     /** Reserved: deliberately kept, null and unread, as a slot of the record's memory layout. */
     void* mReserved = nullptr;
 
-    /** The title; an empty one pushes the screen in the title-less item style. */
+    /**
+     * The title; an empty one pushes the screen in the title-less item style. The push copies it:
+     * where the language changes, the view sets the text of its item anew.
+     */
     std::string mTitle;
 
     /** Follows the screen on the stack; null for none. Not owned. */

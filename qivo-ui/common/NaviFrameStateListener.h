@@ -17,7 +17,10 @@ class NaviFrameStateListener
 public:
     virtual ~NaviFrameStateListener() = default;
 
-    /** The screen is on top and the application in the foreground; may be told repeatedly. */
+    /**
+     * The screen is on top and the application in the foreground; may be told repeatedly. After an
+     * animated pop it is told at the end of the transition, which has shown the screen already.
+     */
     virtual void OnItemResume() = 0;
 
     /** The screen is covered by another one, or the application left the foreground. */

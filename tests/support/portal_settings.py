@@ -1,4 +1,4 @@
-"""python-dbusmock template of the desktop's settings portal, with the clock's format alone."""
+"""python-dbusmock template of the desktop's settings portal, with settings of any kind."""
 
 import dbus
 import dbus.service
@@ -9,36 +9,24 @@ MAIN_IFACE = "org.freedesktop.portal.Settings"
 SYSTEM_BUS = False
 TEST_IFACE = "org.example.Test"
 
-CLOCK_FORMAT = ("org.gnome.desktop.interface", "clock-format")
-
 
 def load(mock, parameters):
-    mock.version = parameters["version"]
-    mock.clock_format = parameters["clock_format"]
+    mock.has_method = parameters["has_method"]
+    mock.settings = {tuple(setting): value for *setting, value in parameters["settings"]}
 
 
-def read(mock, setting, first_version):
-    if mock.version < first_version:
+@dbus.service.method(MAIN_IFACE, in_signature="as", out_signature="a{sa{sv}}")
+def ReadAll(self, namespaces):
+    if not self.has_method:
         raise dbus.DBusException("No such method",
                                  name="org.freedesktop.DBus.Error.UnknownMethod")
-    if setting != CLOCK_FORMAT or mock.clock_format is None:
-        raise dbus.DBusException("Requested setting not found",
-                                 name="org.freedesktop.portal.Error.NotFound")
-    return mock.clock_format
+    return {space: dbus.Dictionary({key: value for (within, key), value in self.settings.items()
+                                    if within == space}, signature="sv")
+            for space, _ in self.settings if space in namespaces}
 
 
-@dbus.service.method(MAIN_IFACE, in_signature="ss", out_signature="v")
-def ReadOne(self, namespace, key):
-    return read(self, (namespace, key), first_version=2)
-
-
-@dbus.service.method(MAIN_IFACE, in_signature="ss", out_signature="v")
-def Read(self, namespace, key):
-    return dbus.String(read(self, (namespace, key), first_version=1), variant_level=2)
-
-
-@dbus.service.method(TEST_IFACE, in_signature="v")
-def SetClockFormat(self, value):
+@dbus.service.method(TEST_IFACE, in_signature="ssv")
+def Set(self, namespace, key, value):
     """The value keeps its levels of variants."""
-    self.clock_format = value
-    self.EmitSignal(MAIN_IFACE, "SettingChanged", "ssv", [*CLOCK_FORMAT, value])
+    self.settings[namespace, key] = value
+    self.EmitSignal(MAIN_IFACE, "SettingChanged", "ssv", [namespace, key, value])

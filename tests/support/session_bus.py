@@ -1,7 +1,7 @@
 """A private session bus with a mocked settings portal.
 
     with SessionBus() as bus:
-        bus.start_portal("24h")
+        bus.start_portal(clock_format="24h")
         subprocess.Popen([...], env={**os.environ, **bus.env})
         bus.set_clock_format("12h")
 """
@@ -24,19 +24,22 @@ class SessionBus(Bus):
 
     variable = "DBUS_SESSION_BUS_ADDRESS"
 
-    def start_portal(self, clock_format=None, version=2):
-        """Version 1 has not the method ReadOne, version 0 no method at all; None: the desktop has
-        no format."""
+    def start_portal(self, clock_format=None, has_method=True):
+        """None: the desktop has no format. Without its method it knows nothing at all."""
         self._start(PORTAL, str(Path(__file__).with_name("portal_settings.py")),
-                    clock_format=clock_format, version=version)
+                    has_method=has_method,
+                    settings=[[*CLOCK_FORMAT, clock_format]] if clock_format else [])
 
     def stop_portal(self):
         self._stop(PORTAL)
 
     def set_clock_format(self, value):
+        self.set_setting(CLOCK_FORMAT, value)
+
+    def set_setting(self, setting, value):
         """Any value, of any type; the portal emits SettingChanged."""
         portal = self._client.get_object(PORTAL, PORTAL_PATH, introspect=False)
-        portal.SetClockFormat(value, dbus_interface="org.example.Test")
+        portal.Set(*setting, value, dbus_interface="org.example.Test")
 
     def emit_setting(self, signature, arguments):
         """Has the portal send a SettingChanged of any shape."""
@@ -45,7 +48,7 @@ class SessionBus(Bus):
     def answer_with(self, signature, code):
         """Has the portal answer every question in a shape of its own: "ret = ..."."""
         portal = self._client.get_object(PORTAL, PORTAL_PATH, introspect=False)
-        portal.AddMethod(SETTINGS, "ReadOne", "ss", signature, code, dbus_interface=MOCK)
+        portal.AddMethod(SETTINGS, "ReadAll", "as", signature, code, dbus_interface=MOCK)
 
     # Screen readers
 

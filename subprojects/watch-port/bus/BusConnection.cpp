@@ -74,18 +74,23 @@ BusMessage BusConnection::Ask(BusMessage question, Clock::time_point deadline)
     RequireMemory(
         dbus_connection_send_with_reply(mConnection, question.get(), &sent, DBUS_TIMEOUT_INFINITE));
     const BusPending pending(sent);
+    const bool isAnswered =
+        pending && HandleUntil([&] { return dbus_pending_call_get_completed(sent); }, deadline);
+    return BusMessage(isAnswered ? dbus_pending_call_steal_reply(sent) : nullptr);
+}
+
+bool BusConnection::HandleUntil(const std::function<bool()>& holds, Clock::time_point deadline)
+{
     const Termination termination;
-    bool isConnected = pending != nullptr;
-    while (isConnected && TimeLeft(deadline).count() > 0 && !termination.HasCome())
+    bool isConnected = true;
+    while (!holds() && isConnected && TimeLeft(deadline).count() > 0 && !termination.HasCome())
     {
         const auto slice =
             std::min(TimeLeft(deadline), milliseconds(Termination::kLookMilliseconds));
         isConnected =
             dbus_connection_read_write_dispatch(mConnection, static_cast<int>(slice.count()));
-        if (dbus_pending_call_get_completed(sent))
-            return BusMessage(dbus_pending_call_steal_reply(sent));
     }
-    return nullptr;
+    return holds();
 }
 
 // Ecore's own listeners on the system bus are disabled: they report a missing bus as an error and

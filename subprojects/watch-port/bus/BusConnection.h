@@ -5,6 +5,7 @@
 #include "bus/BusMessage.h"
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -66,6 +67,14 @@ public:
      * @return The answer, which may be an error; null if there was none before the deadline.
      */
     BusMessage Ask(BusMessage question, Clock::time_point deadline);
+
+    /**
+     * Handles what arrives until a condition holds.
+     *
+     * @return Whether it holds; not if the deadline came first, or a signal to end, or the
+     *         connection's end.
+     */
+    bool HandleUntil(const std::function<bool()>& holds, Clock::time_point deadline);
 
     /** Hands the connection to the main loop, the first time. Ecore then stays initialised. */
     void FollowLoop();

@@ -54,6 +54,12 @@ void BusListener::Ask(BusMessage question)
     mQuestion = mBus.Call(std::move(question), kAnswerPatience, SAnswerCB, this);
 }
 
+void BusListener::AwaitAnswer(BusConnection::Clock::time_point deadline)
+{
+    mBus.HandleUntil([this] { return !mQuestion || (!mOwnerQuestion && mOwner.empty()); },
+                     deadline);
+}
+
 void BusListener::SOwnerCB(DBusPendingCall* question, void* data)
 {
     auto* self = static_cast<BusListener*>(data);

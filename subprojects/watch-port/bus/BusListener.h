@@ -22,7 +22,7 @@ struct BusSignalAddress
  * answer to one question at a time.
  *
  * OnAnswer() and OnSignal() may get messages of any shape. All four are called from the main loop,
- * never from inside a call of this class, and may delete the object.
+ * never from inside a call of this class but AwaitAnswer(), and may delete the object.
  */
 class BusListener
 {
@@ -41,6 +41,12 @@ protected:
     /** Sends a question. The answer to an earlier one is no longer listened for. */
     void Ask(BusMessage question);
     bool IsAsking() const { return mQuestion != nullptr; }
+
+    /**
+     * Handles what the bus sends until the last question is answered, unless nobody owns the name:
+     * whom the question is to start is not waited for. OnAnswer() must not delete the object then.
+     */
+    void AwaitAnswer(BusConnection::Clock::time_point deadline);
 
     /** A service has taken the name, which was free or another one's. */
     virtual void OnAppeared() = 0;

@@ -30,18 +30,29 @@ bool CountsTo24(const std::string& locale)
 }
 
 TimeFormat::TimeFormat(std::function<void()> onAnswer)
-    : mOnAnswer(std::move(onAnswer)),
-      mPortal([this]
-              { return PortalClockFormat::Follow([this](auto answer) { OnAnswer(answer); }); })
+    : mOnAnswer(std::move(onAnswer)), mPortal([this] { return FollowPortal(); })
 {
 }
 
-void TimeFormat::OnAnswer(std::optional<bool> countsTo24)
+std::unique_ptr<PortalSettings> TimeFormat::FollowPortal()
+{
+    return PortalSettings::Follow(
+        {{kDesktopInterface, "clock-format", [this](auto* value) { Take(value); }}},
+        [this] { OnAnswer(); });
+}
+
+void TimeFormat::Take(DBusMessageIter* value)
+{
+    if (!HasSignature(value, "s"))
+        return;
+    const std::string_view format = ReadText(value);
+    if (format == "24h" || format == "12h")
+        mCountsTo24 = format == "24h";
+}
+
+void TimeFormat::OnAnswer()
 {
     mPortal.OnAnswer();
-    if (!countsTo24)
-        return;
-    mCountsTo24 = countsTo24;
     mOnAnswer();
 }
 

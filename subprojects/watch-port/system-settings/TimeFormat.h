@@ -2,9 +2,10 @@
 #define WATCH_PORT_SYSTEM_SETTINGS_TIME_FORMAT_H
 
 #include "system-settings/Following.h"
-#include "system-settings/PortalClockFormat.h"
+#include "system-settings/PortalSettings.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -14,7 +15,11 @@ namespace WatchPort
 /** Tells whether clocks count to 24 in a locale, a result of NormaliseLocale(). */
 bool CountsTo24(const std::string& locale);
 
-/** What the desktop last said of its clocks. */
+/**
+ * What the desktop last said of its clocks: the setting "clock-format", "24h" or "12h". The
+ * portal's own namespaces have none, and no other desktop's is as widespread. Values of another
+ * type or text are ignored silently.
+ */
 class TimeFormat
 {
 public:
@@ -31,11 +36,13 @@ public:
     void Follow(bool isWanted) { mPortal.Follow(isWanted); }
 
 private:
-    void OnAnswer(std::optional<bool> countsTo24);
+    std::unique_ptr<PortalSettings> FollowPortal();
+    void Take(DBusMessageIter* value);
+    void OnAnswer();
 
     const std::function<void()> mOnAnswer;
     std::optional<bool> mCountsTo24;
-    Following<PortalClockFormat> mPortal;
+    Following<PortalSettings> mPortal;
 };
 
 } // namespace WatchPort

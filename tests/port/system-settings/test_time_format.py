@@ -53,11 +53,10 @@ def test_arguments_that_make_no_sense_are_refused():
         assert len(log.splitlines()) == 7
 
 
-@pytest.mark.parametrize("version", [1, 2])
 @pytest.mark.parametrize("region, clock_format, answer", [("de_DE", "12h", COUNTS_TO_12),
                                                           ("en_US", "24h", COUNTS_TO_24)])
-def test_the_desktop_is_believed_before_the_region(bus, version, region, clock_format, answer):
-    bus.start_portal(clock_format, version)
+def test_the_desktop_is_believed_before_the_region(bus, region, clock_format, answer):
+    bus.start_portal(clock_format)
     with Probe("settings_probe", {**bus.env, "LANG": region}) as probe:
         assert probe.ask("set format is+format") == OK
         assert probe.wait_for_changes(1) == ["format"]
@@ -65,17 +64,15 @@ def test_the_desktop_is_believed_before_the_region(bus, version, region, clock_f
         assert probe.end() == (0, "")
 
 
-@pytest.mark.parametrize("version", [1, 2])
-def test_a_desktop_that_agrees_with_the_region_is_no_change(bus, probe, version):
-    bus.start_portal("24h", version)
+def test_a_desktop_that_agrees_with_the_region_is_no_change(bus, probe):
+    bus.start_portal("24h")
     probe.ask("set format")
     assert changes(probe) == []
     assert probe.ask("is format") == COUNTS_TO_24
 
 
-@pytest.mark.parametrize("version", [1, 2])
-def test_a_desktop_without_the_setting_leaves_the_region(bus, probe, version):
-    bus.start_portal(None, version)
+def test_a_desktop_without_the_setting_leaves_the_region(bus, probe):
+    bus.start_portal(None)
     probe.ask("set format")
     assert changes(probe) == []
     assert probe.ask("is format") == COUNTS_TO_24
@@ -129,7 +126,7 @@ def test_a_portal_that_starts_late_restarts_or_leaves_is_borne(bus, probe):
     bus.stop_portal()
     assert probe.ask("is format") == COUNTS_TO_12
     for clock_format in ("24h", "12h"):
-        bus.start_portal(clock_format, version=1)
+        bus.start_portal(clock_format)
         assert probe.wait_for_changes(1) == ["format"]
         bus.stop_portal()
     bus.start_portal(None)
@@ -177,8 +174,8 @@ def test_a_later_reading_has_the_answer_without_any_callback(bus, probe):
     wait_until(lambda: bus.matches(PORTAL) == [], "no listener")
 
 
-def test_a_portal_without_any_method_is_asked_no_more(bus, probe):
-    bus.start_portal("12h", version=0)
+def test_a_portal_without_its_method_is_asked_no_more(bus, probe):
+    bus.start_portal("12h", has_method=False)
     assert probe.ask("is format") == COUNTS_TO_24
     wait_until(lambda: bus.matches(PORTAL) == [], "no listener")
     assert probe.ask("is format") == COUNTS_TO_24
@@ -226,7 +223,9 @@ def test_an_answer_that_is_no_format_is_passed_over(bus, value):
 
 @pytest.mark.parametrize("signature, code", [
     ("", ""), ("s", 'ret = "12h"'), ("ss", 'ret = ("12h", "12h")'), ("as", 'ret = ["12h"]'),
-    ("vv", 'ret = ("12h", "12h")'), ("a{sv}", 'ret = {"12h": "12h"}')])
+    ("vv", 'ret = ("12h", "12h")'), ("a{sv}", 'ret = {"clock-format": "12h"}'),
+    ("v", 'ret = "12h"'), ("a{sa{ss}}", f'ret = {{"{CLOCK_FORMAT[0]}": {{"clock-format": "12h"}}}}'),
+    ("a{sa{sv}}s", f'ret = ({{"{CLOCK_FORMAT[0]}": {{"clock-format": "12h"}}}}, "12h")')])
 def test_an_answer_of_another_shape_is_passed_over(bus, probe, signature, code):
     bus.start_portal()
     bus.answer_with(signature, code)

@@ -91,23 +91,16 @@ def test_lowering_out_of_sight_pauses_and_raising_resumes(run):
     app.wait_for("resume")
 
 
-def test_lowering_with_nothing_behind_pauses(run):
+@pytest.mark.parametrize("leaving, returning", [
+    ("lower", "raise"), ("lower", "activate"), ("hide", "show"), ("delete", "new")])
+def test_the_application_leaves_with_a_pause_and_comes_back_with_a_resume(run, leaving, returning):
     app = run()
-    app.tell("lower")
+    app.tell(leaving)
     app.wait_for("pause")
-    app.tell("exit")
-    ends_well(app, "did lower", "pause", "did exit")
-
-
-@pytest.mark.parametrize("word", ["raise", "activate"])
-def test_the_application_brings_a_lowered_window_back(run, word):
-    app = run()
-    app.tell("lower")
-    app.wait_for("pause")
-    app.tell(word)
+    app.tell(returning)
     app.wait_for("resume")
     app.tell("exit")
-    ends_well(app, "did lower", "pause", "did " + word, "resume", "did exit", "pause")
+    ends_well(app, "did " + leaving, "pause", "did " + returning, "resume", "did exit", "pause")
 
 
 def test_lowering_and_raising_at_once_is_not_seen(run):
@@ -134,31 +127,13 @@ def test_iconifying_from_outside_pauses_and_mapping_resumes(run, display):
     app.wait_for("resume")
 
 
-@pytest.mark.parametrize("word", ["iconify", "withdraw", "hide"])
+@pytest.mark.parametrize("word", ["iconify", "withdraw", "hide", "lower"])
 def test_the_applications_own_leaving_pauses(run, word):
     app = run()
     app.tell(word)
     app.wait_for("pause")
     app.tell("exit")
     ends_well(app, "did " + word, "pause", "did exit")
-
-
-def test_hiding_pauses_and_showing_resumes(run):
-    app = run()
-    app.tell("hide")
-    app.wait_for("pause")
-    app.tell("show")
-    app.wait_for("resume")
-
-
-def test_the_end_of_the_window_pauses_and_a_new_one_resumes(run):
-    app = run()
-    app.tell("delete")
-    app.wait_for("pause")
-    app.tell("new")
-    app.wait_for("resume")
-    app.tell("exit")
-    ends_well(app, "did delete", "pause", "did new", "resume", "did exit", "pause")
 
 
 def test_closing_the_window_ends_the_application_before_the_window_goes(run):
@@ -254,17 +229,13 @@ def test_an_exit_in_resume_pauses_first(run):
 
 
 @pytest.mark.parametrize("number", [signal.SIGTERM, signal.SIGINT, signal.SIGHUP])
-def test_a_signal_ends_the_run_with_success(run, number):
+@pytest.mark.parametrize("is_covered", [False, True], ids=["in-sight", "covered"])
+def test_a_signal_ends_the_run_with_success(run, number, is_covered):
     app = run()
+    if is_covered:
+        run()
+        app.wait_for("pause")
     app.process.send_signal(number)
-    ends_well(app, "pause")
-
-
-def test_a_signal_ends_a_covered_application(run):
-    app = run()
-    run()
-    app.wait_for("pause")
-    app.process.send_signal(signal.SIGTERM)
     ends_well(app, "pause")
 
 

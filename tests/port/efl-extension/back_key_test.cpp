@@ -34,6 +34,14 @@ protected:
         eext_object_event_callback_add(object, EEXT_CALLBACK_BACK, NoteCB, const_cast<char*>(name));
     }
 
+    void OnDetent(Eext_Rotary_Event_Cb callback)
+    {
+        Evas_Object* bezel = AddRectangle();
+        eext_rotary_object_event_callback_priority_add(bezel, EVAS_CALLBACK_PRIORITY_DEFAULT,
+                                                       callback, nullptr);
+        eext_rotary_object_event_activated_set(bezel, EINA_TRUE);
+    }
+
     Evas_Object* AddBox()
     {
         Evas_Object* box = elm_box_add(mWindow);
@@ -152,14 +160,17 @@ TEST_F(BackKey, ReachesWhatIsInsideAWidgetBeforeTheWidget)
     EXPECT_THAT(gCalls, ElementsAre("inner"));
 }
 
-TEST_F(BackKey, PassesOverHiddenObjects)
+TEST_F(BackKey, PassesOverHiddenObjectsAndForgetsDeletedOnes)
 {
     OnBack(AddRectangle(), "lower");
-    Evas_Object* upper = AddRectangle();
-    OnBack(upper, "upper");
-    evas_object_hide(upper);
-    ReleaseKey("XF86Back");
-    EXPECT_THAT(gCalls, ElementsAre("lower"));
+    for (auto* takeAway : {evas_object_hide, evas_object_del})
+    {
+        Evas_Object* upper = AddRectangle();
+        OnBack(upper, "upper");
+        takeAway(upper);
+        ReleaseKey("XF86Back");
+    }
+    EXPECT_THAT(gCalls, ElementsAre("lower", "lower"));
 }
 
 TEST_F(BackKey, PassesOverObjectsInAHiddenWidget)
@@ -296,19 +307,15 @@ TEST_F(BackKey, PassesOverACoveredScreenWhenTheOneOnTopHasNoCallback)
 // The wheel is taken while events are filtered, so the press filter goes in the middle of that.
 TEST_F(BackKey, BearsThatABezelCallbackDeletesTheLastObject)
 {
-    Evas_Object* bezel = AddRectangle();
     static Evas_Object* gLast = nullptr;
-    gLast = AddRectangle();
-    OnBack(gLast, "deleted");
-    eext_rotary_object_event_callback_priority_add(
-        bezel, EVAS_CALLBACK_PRIORITY_DEFAULT,
+    OnDetent(
         [](void*, Evas_Object*, Eext_Rotary_Event_Info*) -> Eina_Bool
         {
             evas_object_del(gLast);
             return EINA_FALSE;
-        },
-        nullptr);
-    eext_rotary_object_event_activated_set(bezel, EINA_TRUE);
+        });
+    gLast = AddRectangle();
+    OnBack(gLast, "deleted");
     TurnWheel(1);
     ReleaseKey("XF86Back");
     EXPECT_THAT(gCalls, IsEmpty());
@@ -320,18 +327,14 @@ TEST_F(BackKey, BearsThatABezelCallbackDeletesTheLastObject)
 
 TEST_F(BackKey, BearsThatABezelCallbackAddsAndDeletesTheOnlyObject)
 {
-    Evas_Object* bezel = AddRectangle();
-    eext_rotary_object_event_callback_priority_add(
-        bezel, EVAS_CALLBACK_PRIORITY_DEFAULT,
+    OnDetent(
         [](void*, Evas_Object* object, Eext_Rotary_Event_Info*) -> Eina_Bool
         {
             Evas_Object* only = evas_object_rectangle_add(evas_object_evas_get(object));
             OnBack(only, "only");
             evas_object_del(only);
             return EINA_FALSE;
-        },
-        nullptr);
-    eext_rotary_object_event_activated_set(bezel, EINA_TRUE);
+        });
     TurnWheel(3);
     PressKey("Escape");
     ReleaseKey("XF86Back");
@@ -345,16 +348,6 @@ TEST_F(BackKey, CallsAllCallbacksOfAnObjectNewestFirst)
     OnBack(object, "new");
     ReleaseKey("XF86Back");
     EXPECT_THAT(gCalls, ElementsAre("new", "old"));
-}
-
-TEST_F(BackKey, ForgetsDeletedObjects)
-{
-    OnBack(AddRectangle(), "lower");
-    Evas_Object* upper = AddRectangle();
-    OnBack(upper, "upper");
-    evas_object_del(upper);
-    ReleaseKey("XF86Back");
-    EXPECT_THAT(gCalls, ElementsAre("lower"));
 }
 
 TEST_F(BackKey, StillWorksAfterTheLastObjectWasDeleted)

@@ -38,34 +38,27 @@ def replace(link, target):
     new.rename(link)
 
 
-def test_a_replaced_link_is_another_time_zone(link):
+def put_file(link):
+    new = link.with_name("new")
+    new.write_bytes(b"TZif2 one")
+    new.rename(link)
+
+
+@pytest.mark.parametrize("changes", [
+    pytest.param([lambda link: replace(link, SEOUL),
+                  lambda link: replace(link, "../usr/share/zoneinfo/Europe/Berlin")],
+                 id="replaced-link"),
+    pytest.param([lambda link: link.unlink(), lambda link: link.symlink_to(SEOUL)],
+                 id="link-that-comes-and-goes"),
+    pytest.param([put_file, lambda link: link.write_bytes(b"TZif2 two")],
+                 id="file-that-is-written")])
+def test_what_the_link_becomes_is_another_time_zone(link, changes):
     with probe_with(link, {}) as probe:
         probe.ask("set time")
-        replace(link, SEOUL)
-        assert probe.wait_for_changes(1) == ["time"]
-        replace(link, "../usr/share/zoneinfo/Europe/Berlin")
-        assert probe.wait_for_changes(1) == ["time"]
+        for change in changes:
+            change(link)
+            assert probe.wait_for_changes(1) == ["time"]
         assert probe.end() == (0, "")
-
-
-def test_a_link_that_comes_and_goes_is_another_time_zone(link):
-    with probe_with(link, {}) as probe:
-        probe.ask("set time")
-        link.unlink()
-        assert probe.wait_for_changes(1) == ["time"]
-        link.symlink_to(SEOUL)
-        assert probe.wait_for_changes(1) == ["time"]
-
-
-def test_a_file_in_the_place_of_the_link_is_another_time_zone_when_it_is_written(link):
-    with probe_with(link, {}) as probe:
-        probe.ask("set time")
-        new = link.with_name("new")
-        new.write_bytes(b"TZif2 one")
-        new.rename(link)
-        assert probe.wait_for_changes(1) == ["time"]
-        link.write_bytes(b"TZif2 two")
-        assert probe.wait_for_changes(1) == ["time"]
 
 
 def test_the_same_zone_and_other_files_are_no_change(link):

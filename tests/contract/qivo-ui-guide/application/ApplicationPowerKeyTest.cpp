@@ -59,32 +59,32 @@ void SendRelease(const char* keyName)
     ecore_event_add(ECORE_EVENT_KEY_UP, key, nullptr, nullptr);
 }
 
-TEST_F(ApplicationPowerKeyTest, NotesAReleaseWhileResumed)
+bool AnotherHandlerSeesARelease()
 {
-    mApp.mAppState = Application::APP_STATE_RESUMED;
-
-    EXPECT_EQ(Release("XF86PowerOff"), ECORE_CALLBACK_PASS_ON);
-
-    EXPECT_EQ(Recorder::Take(), kReleased);
-    EXPECT_TRUE(mApp.mIsPowerKeyReleased);
+    bool isSeen = false;
+    Ecore_Event_Handler* witness = ecore_event_handler_add(
+        ECORE_EVENT_KEY_UP,
+        [](void* data, int, void*) -> Eina_Bool { return *static_cast<bool*>(data) = true; },
+        &isSeen);
+    SendRelease("XF86PowerOff");
+    const bool isHeard = Toolkit::RunUntil([&] { return isSeen; });
+    ecore_event_handler_del(witness);
+    return isHeard;
 }
 
-TEST_F(ApplicationPowerKeyTest, NotesNoReleaseBeforeTheFirstResume)
+TEST_F(ApplicationPowerKeyTest, NotesAReleaseOnlyWhileResumed)
 {
-    EXPECT_EQ(Release("XF86PowerOff"), ECORE_CALLBACK_PASS_ON);
+    // First as it is before the first resume.
+    for (const int state : std::initializer_list<int>{mApp.mAppState, Application::APP_STATE_PAUSED,
+                                                      Application::APP_STATE_RESUMED})
+    {
+        mApp.mAppState = state;
 
-    EXPECT_EQ(Recorder::Take(), kReleased);
-    EXPECT_FALSE(mApp.mIsPowerKeyReleased);
-}
+        EXPECT_EQ(Release("XF86PowerOff"), ECORE_CALLBACK_PASS_ON);
 
-TEST_F(ApplicationPowerKeyTest, NotesNoReleaseWhilePaused)
-{
-    mApp.mAppState = Application::APP_STATE_PAUSED;
-
-    EXPECT_EQ(Release("XF86PowerOff"), ECORE_CALLBACK_PASS_ON);
-
-    EXPECT_EQ(Recorder::Take(), kReleased);
-    EXPECT_FALSE(mApp.mIsPowerKeyReleased);
+        EXPECT_EQ(Recorder::Take(), kReleased);
+        EXPECT_EQ(mApp.mIsPowerKeyReleased, state == Application::APP_STATE_RESUMED);
+    }
 }
 
 TEST_F(ApplicationPowerKeyTest, KeepsAnEarlierReleaseWhenPaused)
@@ -153,14 +153,7 @@ TEST_F(ApplicationPowerKeyTest, HearsReleasesFromResumeToPause)
 
     mApp.OnAppPauseImpl();
     Recorder::Take();
-    bool isSeen = false;
-    Ecore_Event_Handler* witness = ecore_event_handler_add(
-        ECORE_EVENT_KEY_UP,
-        [](void* data, int, void*) -> Eina_Bool { return *static_cast<bool*>(data) = true; },
-        &isSeen);
-    SendRelease("XF86PowerOff");
-    ASSERT_TRUE(Toolkit::RunUntil([&] { return isSeen; }));
-    ecore_event_handler_del(witness);
+    EXPECT_TRUE(AnotherHandlerSeesARelease());
 
     EXPECT_EQ(Recorder::TakeLog(), Lines());
 }
@@ -189,16 +182,8 @@ TEST_F(ApplicationPowerKeyTest, HearsNoReleaseThatAnotherHandlerPausedItOn)
 TEST_F(ApplicationPowerKeyTest, LetsOtherHandlersSeeTheRelease)
 {
     mApp.OnAppResumeImpl();
-    bool isSeen = false;
-    Ecore_Event_Handler* witness = ecore_event_handler_add(
-        ECORE_EVENT_KEY_UP,
-        [](void* data, int, void*) -> Eina_Bool { return *static_cast<bool*>(data) = true; },
-        &isSeen);
 
-    SendRelease("XF86PowerOff");
-
-    EXPECT_TRUE(Toolkit::RunUntil([&] { return isSeen; }));
-    ecore_event_handler_del(witness);
+    EXPECT_TRUE(AnotherHandlerSeesARelease());
 }
 
 TEST_F(ApplicationPowerKeyTest, RegistersTheHandlerForItself)
@@ -238,24 +223,17 @@ TEST_F(ApplicationHandlersTest, DeletesBothHandlersInOrder)
     EXPECT_EQ(mApp.mExtraKeyHandler, nullptr);
 }
 
-TEST_F(ApplicationHandlersTest, DeletesThePowerKeyHandlerAlone)
+TEST_F(ApplicationHandlersTest, DeletesOneOfThemAlone)
 {
-    mApp.mPowerKeyHandler = AddHandler("power");
+    for (auto handler : {&Application::mPowerKeyHandler, &Application::mExtraKeyHandler})
+    {
+        mApp.*handler = AddHandler("only");
 
-    mApp.UnRegisterPowerKeyEvent();
+        mApp.UnRegisterPowerKeyEvent();
 
-    EXPECT_EQ(Recorder::Take(), Lines({"ecore_event_handler_del(power)"}));
-    EXPECT_EQ(mApp.mPowerKeyHandler, nullptr);
-}
-
-TEST_F(ApplicationHandlersTest, DeletesTheExtraHandlerAlone)
-{
-    mApp.mExtraKeyHandler = AddHandler("extra");
-
-    mApp.UnRegisterPowerKeyEvent();
-
-    EXPECT_EQ(Recorder::Take(), Lines({"ecore_event_handler_del(extra)"}));
-    EXPECT_EQ(mApp.mExtraKeyHandler, nullptr);
+        EXPECT_EQ(Recorder::Take(), Lines({"ecore_event_handler_del(only)"}));
+        EXPECT_EQ(mApp.*handler, nullptr);
+    }
 }
 
 TEST_F(ApplicationHandlersTest, DeletesNothingWhereNothingIsRegistered)

@@ -1,6 +1,7 @@
 #include "common/NaviFrame.h"
 #include "page/Clock.h"
 #include "page/Page.h"
+#include "ui-extension/Appearance.h"
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -69,7 +70,64 @@ protected:
         mPage.Release();
     }
 
+    // A screen of the application, pushed above the page.
+    static std::shared_ptr<QivoUi::NaviFrameItemPopHandler>
+    PushScreen(QivoUi::NaviFrameStateListener* listener = nullptr)
+    {
+        auto* frame = QivoUi::NaviFrame::GetInstance();
+        auto screen = std::make_shared<QivoUi::NaviFrameItemData>();
+        screen->mViewLayout = elm_bg_add(frame->GetParent());
+        screen->mStateListener = listener;
+        return frame->PushNaviframeItem(screen, true);
+    }
+
     Page mPage{kSide};
+};
+
+class ReducedMotion : public Motion
+{
+protected:
+    ReducedMotion() { WatchPort::SetReducedMotion(true); }
+    ~ReducedMotion() override { WatchPort::SetReducedMotion(false); }
+
+    // What the framework says of a screen that is pushed and popped.
+    static std::vector<std::string> ToldOfAScreen()
+    {
+        class Listener : public QivoUi::NaviFrameStateListener,
+                         public QivoUi::NaviFramePopTransitionEventListener
+        {
+        public:
+            void OnItemResume() override { told.emplace_back("resume"); }
+            void OnItemPause() override { told.emplace_back("pause"); }
+            void OnItemTransitionFinished() override { told.emplace_back("pushed"); }
+            void OnPopTransitionFinished() override { told.emplace_back("popped"); }
+
+            std::vector<std::string> told;
+        } listener;
+        const auto handle = PushScreen(&listener);
+        Clock::Advance(1);
+        listener.told.emplace_back("pop");
+        handle->Pop(true, &listener);
+        Clock::Advance(1);
+        return listener.told;
+    }
+
+    // Whether every frame shows what was there before, or at once what is there after.
+    bool ChangesAtOnce(const Picture& before)
+    {
+        std::vector<Picture> seen;
+        for (int frame = 0; frame < 30; ++frame)
+        {
+            Clock::Advance(kFrame);
+            seen.push_back(mPage.Look());
+        }
+        const Picture& after = seen.back();
+        const auto change = std::find(seen.begin(), seen.end(), after);
+        EXPECT_LE(change - seen.begin(), 3) << "frames until it is there";
+        return after != before &&
+               std::count(seen.begin(), change, before) == change - seen.begin() &&
+               std::count(change, seen.end(), after) == seen.end() - change;
+    }
 };
 
 int CountPeaks(const std::vector<int>& values)
@@ -242,10 +300,7 @@ TEST_F(Motion, PulledBeyondTheTopThePageGivesWayAndComesBack)
 TEST_F(Motion, ScreensFadeIntoEachOtherQuickly)
 {
     const Picture below = mPage.Look();
-    auto screen = std::make_shared<QivoUi::NaviFrameItemData>();
-    auto* frame = QivoUi::NaviFrame::GetInstance();
-    screen->mViewLayout = elm_layout_add(frame->GetParent());
-    auto handle = frame->PushNaviframeItem(screen, true);
+    const auto handle = PushScreen();
     auto frames = [&]
     {
         int moving = 0;
@@ -269,6 +324,88 @@ TEST_F(Motion, ScreensFadeIntoEachOtherQuickly)
         EXPECT_GE(moving, 8);
         EXPECT_LE(moving, 15) << "a quarter of a second";
     }
+}
+
+TEST_F(ReducedMotion, TheArrowIsSimplyThereAndRests)
+{
+    const Picture shown = mPage.Look();
+    mPage.SetArrowVisible(false);
+    EXPECT_TRUE(ChangesAtOnce(shown));
+    const Picture hidden = mPage.Look();
+    mPage.SetArrowVisible(true);
+    EXPECT_TRUE(ChangesAtOnce(hidden));
+    EXPECT_EQ(mPage.Look(), shown);
+    EXPECT_EQ(CountFrames(3), 0);
+}
+
+TEST_F(ReducedMotion, ADetentIsAtItsEndAtOnce)
+{
+    Page::TurnBezel(1);
+    EXPECT_EQ(mPage.ScrolledBy(), kDetent);
+    EXPECT_EQ(WatchScrolling(1), std::vector<int>(60, kDetent));
+}
+
+TEST_F(ReducedMotion, EachDetentCountsAndThePageEndsWhereItAlwaysDoes)
+{
+    MakeLong();
+    for (int detent = 1; detent <= 20; ++detent)
+    {
+        Page::TurnBezel(1);
+        EXPECT_EQ(mPage.ScrolledBy(), detent * kDetent);
+    }
+    Page::TurnBezel(1000);
+    EXPECT_EQ(mPage.ScrolledBy(), mPage.End());
+    Page::TurnBezel(-1000);
+    EXPECT_EQ(mPage.ScrolledBy(), 0);
+    EXPECT_EQ(WatchScrolling(1), std::vector<int>(60, 0));
+}
+
+TEST_F(ReducedMotion, AFingerThrowsThePageAsEver)
+{
+    MakeLong();
+    Flick(20);
+    const int released = mPage.ScrolledBy();
+    EXPECT_GT(WatchScrolling(4).back(), released + 200);
+}
+
+TEST_F(ReducedMotion, ScreensReplaceEachOtherWithoutAFade)
+{
+    const Picture below = mPage.Look();
+    const auto handle = PushScreen();
+    EXPECT_TRUE(ChangesAtOnce(below));
+    const Picture above = mPage.Look();
+    handle->Pop(true, nullptr);
+    EXPECT_TRUE(ChangesAtOnce(above));
+    EXPECT_EQ(mPage.Look(), below);
+}
+
+TEST_F(ReducedMotion, TheFrameworkIsToldOfAScreensTransitionsAsEver)
+{
+    const std::vector<std::string> reduced = ToldOfAScreen();
+    WatchPort::SetReducedMotion(false);
+    EXPECT_EQ(reduced, ToldOfAScreen());
+    EXPECT_EQ(reduced.size(), 4);
+}
+
+TEST_F(ReducedMotion, WhatMovesWhenItBeginsIsAtItsEndAtOnce)
+{
+    WatchPort::SetReducedMotion(false);
+    mPage.SetArrowVisible(false);
+    Clock::Advance(0.1);
+    const Picture half = mPage.Look();
+    WatchPort::SetReducedMotion(true);
+    EXPECT_TRUE(ChangesAtOnce(half));
+}
+
+TEST_F(ReducedMotion, WhenItEndsTheArrowBeckonsAgain)
+{
+    mPage.SetArrowVisible(false);
+    Clock::Advance(1);
+    WatchPort::SetReducedMotion(false);
+    mPage.SetArrowVisible(true);
+    EXPECT_EQ(CountPeaks(Watch(2, [this] { return ArrowX(); })), 3);
+    Page::TurnBezel(1);
+    EXPECT_LT(mPage.ScrolledBy(), kDetent);
 }
 
 } // namespace

@@ -75,6 +75,14 @@ def wait_until(condition, what):
     raise TimeoutError(f"not within {DEADLINE_S} s: {what}")
 
 
+@contextlib.contextmanager
+def _stopped(process):
+    process.send_signal(signal.SIGSTOP)
+    os.waitid(os.P_PID, process.pid, os.WSTOPPED)
+    yield
+    process.send_signal(signal.SIGCONT)
+
+
 class Bus:
     """A private dbus-daemon, in the place of the bus that an environment variable names."""
 
@@ -127,10 +135,12 @@ class Bus:
     @contextlib.contextmanager
     def held(self):
         """Within the block the bus reads nothing and answers nobody."""
-        self._daemon.send_signal(signal.SIGSTOP)
-        os.waitid(os.P_PID, self._daemon.pid, os.WSTOPPED)
-        yield
-        self._daemon.send_signal(signal.SIGCONT)
+        with _stopped(self._daemon):
+            yield
+
+    def service_held(self, name):
+        """Within the block a mocked service answers nobody."""
+        return _stopped(self._services[name])
 
     def has_owner(self, name):
         return self._client.name_has_owner(name)

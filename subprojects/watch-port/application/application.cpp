@@ -3,6 +3,7 @@
 #include "app-common/Installation.h"
 #include "app-control/SingleInstance.h"
 #include "application/CommandLine.h"
+#include "application/DesktopPreferences.h"
 #include "application/Exhaustion.h"
 #include "application/Lifecycle.h"
 #include "application/OwnId.h"
@@ -139,6 +140,7 @@ int Run(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks, voi
     if (const auto answer = AnswerInstance(instance, commandLine.isService))
         return *answer;
 
+    DesktopPreferences preferences;
     const Display display;
     if (const auto answer = AnswerDisplay(display.GetKind()))
         return *answer;
@@ -156,6 +158,7 @@ int Run(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks, voi
         BindTextDomain(*installation, Settings::GetInstance().ReadLocales().language);
         theme.emplace(installation->platformTheme);
     }
+    preferences.Begin();
 
     Lifecycle lifecycle(callbacks, userData, display, instance.Inbox());
     const RunningMark mark(lifecycle);

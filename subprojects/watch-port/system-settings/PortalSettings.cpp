@@ -41,7 +41,7 @@ BusMessage PortalSettings::NewQuestion() const
     std::vector<const char*> spaces;
     spaces.reserve(mSettings.size());
     for (const PortalSetting& setting : mSettings)
-        spaces.push_back(setting.mNamespace);
+        spaces.push_back(setting.space);
     const char** const array = spaces.data();
     RequireMemory(dbus_message_append_args(question.get(), DBUS_TYPE_ARRAY, DBUS_TYPE_STRING,
                                            &array, static_cast<int>(spaces.size()),
@@ -86,10 +86,10 @@ bool PortalSettings::Take(const char* space, const char* key, DBusMessageIter va
     bool isWanted = false;
     for (const PortalSetting& setting : mSettings)
     {
-        if (std::strcmp(setting.mNamespace, space) != 0 || std::strcmp(setting.mKey, key) != 0)
+        if (std::strcmp(setting.space, space) != 0 || std::strcmp(setting.key, key) != 0)
             continue;
         isWanted = true;
-        setting.mTake(&value);
+        setting.take(&value);
     }
     return isWanted;
 }

@@ -13,10 +13,10 @@ namespace WatchPort
 /** A setting of the desktop's settings portal, and who takes it. */
 struct PortalSetting
 {
-    const char* mNamespace;
-    const char* mKey;
+    const char* space;
+    const char* key;
     /** Called with a value of any type at every reading, changed or not. */
-    std::function<void(DBusMessageIter* value)> mTake;
+    std::function<void(DBusMessageIter* value)> take;
 };
 
 /** The namespace in which most desktops keep what the portal's own namespaces lack. */

@@ -28,6 +28,19 @@ void SetTextSize(double factor);
  */
 void SetHighContrast(bool isHigh);
 
+/**
+ * The colour class that tells a theme whether to let anything move by itself: it is set, to white,
+ * while motion is reduced. A script reads it with get_color_class(), which finds zeros else.
+ */
+constexpr const char* kStillClass = "watch/still";
+
+/**
+ * Shows the end of each motion at once, of what moves now and will, or the whole motion again:
+ * scrolling to a place, and each transition whose theme says USE_DURATION_FACTOR. That is at its
+ * end in the next frame, and its end is told as usual. What a finger throws still slows down.
+ */
+void SetReducedMotion(bool isReduced);
+
 } // namespace WatchPort
 
 #endif

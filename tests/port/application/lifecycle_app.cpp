@@ -1,5 +1,6 @@
 // An application that prints each callback of its life, with what it got, and obeys words on its
 // standard input. LIFECYCLE holds what its callbacks do besides, such as "create:exit,pause:throw".
+// COLOR_TABLE is a file with a colour "probe".
 
 #include "AppTalk.h"
 #include "support/Allocations.h"
@@ -22,6 +23,7 @@
 #include <sys/resource.h>
 #include <system_settings.h>
 #include <thread>
+#include <ui_extension.h>
 #include <unistd.h>
 
 namespace
@@ -153,6 +155,28 @@ void SaySize()
     Say("size " + std::to_string(width) + "x" + std::to_string(height));
 }
 
+// How the user wants applications to look, as a theme finds it.
+void SayLook()
+{
+    int percent = 0;
+    int lightness = 0;
+    // Not set at the usual size.
+    if (!edje_size_class_get("watch/text-size", &percent, nullptr, nullptr, nullptr))
+        percent = 100;
+    edje_color_class_get("probe", &lightness, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                         nullptr, nullptr, nullptr, nullptr, nullptr);
+    const bool isStill = edje_transition_duration_factor_get() < 1;
+    Say("look " + std::to_string(percent) + " % " + (isStill ? "still" : "moving") + " " +
+        std::to_string(lightness));
+}
+
+void SetColors()
+{
+    if (const char* file = std::getenv("COLOR_TABLE"))
+        uxt_theme_set_color_table(uxt_theme_add_color_table(file));
+    uxt_theme_set_changeable_ui_enabled(EINA_TRUE);
+}
+
 void Obey(const std::string& word)
 {
     static const std::map<std::string, std::function<void()>> kWords = {
@@ -175,6 +199,7 @@ void Obey(const std::string& word)
         {"quit", elm_exit},
         {"size", SaySize},
         {"text", SayText},
+        {"look", SayLook},
     };
     kWords.at(word)();
     Say("did " + word);
@@ -185,6 +210,9 @@ bool SCreate(void* data)
     Say(std::string("create ") + static_cast<const char*>(data));
     if (!Does("create:nothing"))
         MakeWindow();
+    SetColors();
+    if (Does("create:look"))
+        SayLook();
     if (Does("services:followed"))
         FollowServices();
     ObeyInput(Obey);

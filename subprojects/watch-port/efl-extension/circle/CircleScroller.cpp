@@ -187,7 +187,8 @@ void CircleScroller::BringIn(int target, bool isVertical)
     evas_object_ref(scroller);
     elm_scroller_region_get(scroller, &region.x, &region.y, &region.w, &region.h);
     int& position = isVertical ? region.y : region.x;
-    position += FirstStep(target - position);
+    const bool isStill = elm_config_scroll_animation_disabled_get() != EINA_FALSE;
+    position += isStill ? target - position : FirstStep(target - position);
     elm_scroller_region_show(scroller, region.x, region.y, region.w, region.h);
     position = target;
     if (!life.expired())

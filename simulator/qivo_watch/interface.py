@@ -274,6 +274,7 @@ def describe() -> str:
     <arg name="first" type="t" direction="out"/>
     <arg name="lines" type="as" direction="out"/>
   </method>
+  <method name="ShowTree"><arg name="bus" type="s" direction="out"/></method>
   <method name="Status"><arg name="json" type="s" direction="out"/></method>
   <signal name="LogGrown"><arg name="count" type="t"/></signal>
   {"".join(f'<property name="{name}" type="{kind}" access="read"/>'

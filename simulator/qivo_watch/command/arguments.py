@@ -76,10 +76,11 @@ class Grammar:
             self.parser.add_argument("--name", default=DEFAULT_NAME, help=_NAME_HELP)
         self._start()
         for verb in VERBS.values():
-            if verb.words:
+            if verb.words and verb.method != "Touch":
                 self._add_call(verb)
-        for add in (self._screenshot, self._wait, self._compare, self._record, self._log,
-                    self._play, self._status, self._list, self._stop):
+        for add in (self._touch, self._tree, self._audit, self._screenshot, self._wait,
+                    self._compare, self._record, self._log, self._play, self._status, self._list,
+                    self._stop):
             add()
 
     def parse(self, words: list[str]) -> argparse.Namespace:
@@ -130,6 +131,26 @@ class Grammar:
             default="discharging", help="with the charger plugged")
         add("--at", type=_reader(Time()), metavar="TIME", help=f"the watch's time: {TIMES}")
 
+    def _touch(self) -> None:
+        verb = VERBS["Touch"]
+        parser = self._add(verb.words, verb.help, verb)
+        for place in verb.arguments:
+            parser.add_argument(place.name, nargs="?", type=_reader(place.kind),
+                                metavar=place.metavar)
+        parser.add_argument("--text", metavar="TEXT",
+                            help="where this text is in sight, instead of X and Y")
+
+    def _tree(self) -> None:
+        self._add("tree", "Show what the application shows to a screen reader, with places on the "
+                  "screen.").add_argument("--json", action="store_true", help="as JSON")
+
+    def _audit(self) -> None:
+        self._add("audit", "Check the application's page: contrast, size of letters, what the edge "
+                  "cuts, what has no name, what the bezel does not reach. Turns the bezel to both "
+                  "ends and back.").add_argument(
+                      "--picture", type=_picture, metavar="FILE",
+                      help="a PNG for what fails, marked on the screen")
+
     def _screenshot(self) -> None:
         add = self._add("screenshot", "Save a picture of the round screen.").add_argument
         add("file", type=_picture, metavar="FILE", help="a PNG")
@@ -139,8 +160,9 @@ class Grammar:
         self._add_group("wait", "Wait for something to happen.", "|".join(_WAITS), True)
         for what, text in _WAITS.items():
             add = self._add(f"wait {what}", text).add_argument
-            if what == "log":
+            if what in ("log", "text"):
                 add("text", metavar="TEXT")
+            if what == "log":
                 add("--new", action="store_true",
                     help="ignore the lines that are already there")
             add("-t", "--timeout", type=_SECONDS, default=WAIT_PATIENCE_S, metavar="SECONDS",
@@ -211,6 +233,7 @@ def _add_argument(parser: argparse.ArgumentParser, argument: Argument) -> None:
 _NAME_HELP = "which watch (default: watch)"
 _WAITS = {
     "log": "for a log line that contains TEXT",
+    "text": "for TEXT among what the application shows to a screen reader, in sight or not",
     "still": "for a screen without motion",
     "frame": "for a change of the screen",
     "exit": "for the end of the application; fails if it crashed or failed",

@@ -13,6 +13,7 @@ from typing import Any
 from qivo_watch.command import life
 from qivo_watch.command.client import Client
 from qivo_watch.errors import ScreenGone, UsageError, WatchEnded, WatchError
+from qivo_watch.interface import VERBS
 from qivo_watch.lines import coloured, is_at_least, printable
 from qivo_watch.processes import INTERRUPTS
 from qivo_watch.state import Folder, running
@@ -128,7 +129,42 @@ class Session:
         else:
             print(self.client.status()["time"]["now"])
 
+    def do_touch(self, given: argparse.Namespace) -> None:
+        has_place = given.x is not None and given.y is not None
+        if has_place == (given.text is not None) or (given.x is not None and not has_place):
+            raise UsageError("touch needs X and Y, or --text")
+        if given.text is not None:
+            place = self._find_text(given.text)
+            if place is None:
+                raise WatchError(f'no "{given.text}" is in sight')
+            given.x, given.y = place
+        self.call(given)
+
     # Eyes
+
+    def do_tree(self, given: argparse.Namespace) -> None:
+        windows = self._read_windows()
+        if given.json:
+            print(json.dumps([window.as_json() for window in windows], indent=2,
+                             ensure_ascii=False))
+        else:
+            for window in windows:
+                print("\n".join(map(printable, window.described())))
+
+    def do_audit(self, given: argparse.Namespace) -> None:
+        from qivo_watch.command import audit  # pylint: disable=import-outside-toplevel
+        audit.audit(self.eye(), self._read_windows, self._turn, given.picture)
+
+    def _turn(self, direction: str, count: int) -> None:
+        self.client.carry_out(VERBS["Bezel"], {"direction": direction, "count": count})
+
+    def _read_windows(self) -> Any:
+        from qivo_watch.command import tree  # pylint: disable=import-outside-toplevel
+        return tree.read_windows(self.client)
+
+    def _find_text(self, text: str) -> tuple[int, int] | None:
+        from qivo_watch.command import tree  # pylint: disable=import-outside-toplevel
+        return tree.find_text(self._read_windows(), text)
 
     def do_screenshot(self, given: argparse.Namespace) -> None:
         if given.body:
@@ -188,6 +224,8 @@ class Session:
             if place is None:
                 raise WatchError(f'no line with "{given.text}" within {given.timeout:g} s')
             self.log_place = place
+        elif given.what == "text":
+            self._wait_text(given.text, given.timeout)
         elif given.what == "exit":
             self._wait_exit(given.timeout)
         elif given.what == "still":
@@ -197,6 +235,16 @@ class Session:
             before = self._picture or self.eye().look()
             if self.eye().wait_other(before, time.monotonic() + given.timeout) is None:
                 raise WatchError(f"the screen did not change within {given.timeout:g} s")
+
+    def _wait_text(self, text: str, seconds: float) -> None:
+        deadline = time.monotonic() + seconds
+        while True:
+            # What comes or goes is drawn.
+            picture = self.eye().look()
+            if any(text in part.name for window in self._read_windows() for part in window.all()):
+                return
+            if self.eye().wait_other(picture, deadline) is None:
+                raise WatchError(f'no text "{text}" within {seconds:g} s')
 
     def _wait_exit(self, seconds: float) -> None:
         deadline = time.monotonic() + seconds

@@ -39,6 +39,8 @@ class Control:
             return None
         if method == "ReadLog":
             return GLib.Variant("(ttas)", self._watch.log.read(*arguments))
+        if method == "ShowTree":
+            return GLib.Variant("(s)", ((yield from self._watch.show_tree()),))
         if method == "Status":
             return GLib.Variant("(s)", (json.dumps(self._watch.status()),))
         raise WatchError(f"a watch has no {method}")

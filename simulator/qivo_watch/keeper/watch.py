@@ -21,6 +21,7 @@ from qivo_watch.keeper.services.battery import Battery
 from qivo_watch.keeper.services.clock import Clock
 from qivo_watch.keeper.services.clock_format import ClockFormat
 from qivo_watch.keeper.services.locale import Locale
+from qivo_watch.keeper.services.screen_reader import ScreenReader
 from qivo_watch.keeper.services.time_zone import TimeZone
 from qivo_watch.keeper.settle import Settler
 from qivo_watch.keeper.tasks import Pause, Until, Work
@@ -29,6 +30,9 @@ from qivo_watch.times import format_time, machine_zone, parse_time
 
 PATIENCE_S = 10.0
 """Seconds for the screen to turn on or off; a sanitized application on a busy machine is slow."""
+
+TREE_PATIENCE_S = 4.0
+"""Seconds for an application to see that somebody reads it, and to show its tree."""
 
 FINGER_STEP_MS = 10
 DETENTS_AT_ONCE = 50
@@ -58,6 +62,7 @@ class Watch:
         if options["at"]:
             self._clock.set(parse_time(options["at"]))
         self._zone = TimeZone(connection, lambda: self._clock.now_ms() * 1000)
+        self._reader = ScreenReader(connection, f"unix:path={facts['folder']}/bus", on_news)
         self._is_on = True
         self._is_touched = False
         self._bezel_position = 0
@@ -77,6 +82,19 @@ class Watch:
 
     def terminate(self, app: str, timeout: float) -> Work:
         yield from self.applications.terminate(app, timeout)
+
+    def show_tree(self) -> Work:
+        """Has the last application show what is on it to a screen reader; returns its name on the
+        bus for that."""
+        app = self._app
+        if app is None:
+            raise WatchError("no application is running")
+        self._reader.read()
+        yield Until(lambda: self._reader.name_of(app.pid) or not app.is_running, TREE_PATIENCE_S,
+                    f"{app.name} shows no tree (programs built on the port do)")
+        if not app.is_running:
+            raise WatchError(f"{app.name} {end_of(app.status or 0)}")
+        return self._reader.name_of(app.pid)
 
     def _settings(self) -> dict[str, str]:
         """The settings as an application reads them before a service has answered."""

@@ -1,0 +1,145 @@
+"""What an application shows to a screen reader: its accessible tree, read over the watch's bus."""
+
+from typing import Any, Iterator, NamedTuple
+
+from gi.repository import Gio, GLib
+
+from qivo_watch.bus import PATIENCE_MS
+from qivo_watch.command.client import Client
+from qivo_watch.command.pulse import hang
+from qivo_watch.errors import WatchError
+
+_ROOT = "/org/a11y/atspi/accessible/root"
+_ACCESSIBLE, _COMPONENT, _TEXT = (f"org.a11y.atspi.{name}"
+                                  for name in ("Accessible", "Component", "Text"))
+_ON_SCREEN, _LINE = 0, 3
+_SHOWING = 25
+"""The numbers of AT-SPI2."""
+
+_MOST_OBJECTS = 5000
+"""A tree that is larger counts as broken."""
+
+_GONE = "org.freedesktop.DBus.Error.UnknownObject"
+
+Place = tuple[int, int, int, int]
+
+
+class Line(NamedTuple):
+    """A line of a text, and where it is on the screen: x, y, width, height."""
+
+    text: str
+    place: Place
+
+
+class Part(NamedTuple):
+    """An object of the tree with all that is in it."""
+
+    role: str
+    name: str
+    place: Place
+    is_showing: bool
+    lines: list[Line]
+    children: list["Part"]
+
+    def all(self) -> Iterator["Part"]:
+        """In reading order."""
+        yield self
+        for child in self.children:
+            yield from child.all()
+
+    def as_json(self) -> dict[str, Any]:
+        described: dict[str, Any] = {"role": self.role, "name": self.name, "place": self.place,
+                                     "showing": self.is_showing}
+        if self.lines:
+            described["lines"] = [{"text": line.text, "place": line.place} for line in self.lines]
+        return described | {"children": [child.as_json() for child in self.children]}
+
+    def described(self, depth: int = 0) -> Iterator[str]:
+        """A line for each object."""
+        x, y, width, height = self.place
+        name = " ".join(self.name.split())
+        yield (f"{'  ' * depth}{self.role}{f' {chr(34)}{name}{chr(34)}' if name else ''} "
+               f"{x},{y} {width}x{height}{'' if self.is_showing else ' out of sight'}")
+        for child in self.children:
+            yield from child.described(depth + 1)
+
+
+def read_windows(client: Client) -> list[Part]:
+    """The windows of the application that was started last."""
+    bus = client.call("ShowTree")[0]
+    while True:
+        try:
+            return _Reader(client.connection, bus).windows()
+        except _Changed:
+            pass  # Something went while it was read.
+
+
+def find_text(windows: list[Part], text: str) -> tuple[int, int] | None:
+    """The middle of the first line or object in sight whose name contains a text."""
+    for part in (part for window in windows for part in window.all()):
+        if not part.is_showing or text not in part.name:
+            continue
+        place = next((line.place for line in part.lines if text in line.text), part.place)
+        return place[0] + place[2] // 2, place[1] + place[3] // 2
+    return None
+
+
+class _Changed(Exception):
+    """An object has gone since its parent told of it."""
+
+
+class _Reader:
+    def __init__(self, connection: Gio.DBusConnection, bus: str):
+        self._connection = connection
+        self._bus = bus
+        self._left = _MOST_OBJECTS
+
+    def windows(self) -> list[Part]:
+        return self._children(_ROOT)
+
+    def _children(self, path: str) -> list[Part]:
+        return [self._part(child) for _, child in self._ask(
+            path, _ACCESSIBLE, "GetChildren", "()", (), "(a(so))")]
+
+    def _part(self, path: str) -> Part:
+        self._left -= 1
+        if self._left < 0:
+            raise WatchError(f"the tree has more than {_MOST_OBJECTS} objects")
+        interfaces = self._ask(path, _ACCESSIBLE, "GetInterfaces", "()", (), "(as)")
+        states = self._ask(path, _ACCESSIBLE, "GetState", "()", (), "(au)")
+        return Part(
+            self._ask(path, _ACCESSIBLE, "GetRoleName", "()", (), "(s)"),
+            self._ask(path, "org.freedesktop.DBus.Properties", "Get", "(ss)",
+                      (_ACCESSIBLE, "Name"), "(v)"),
+            self._ask(path, _COMPONENT, "GetExtents", "(u)", (_ON_SCREEN,), "((iiii))"),
+            bool(states and states[0] >> _SHOWING & 1),
+            list(self._lines(path)) if _TEXT in interfaces else [], self._children(path))
+
+    def _lines(self, path: str) -> Iterator[Line]:
+        offset = 0
+        while True:
+            text, begin, end = self._ask(path, _TEXT, "GetStringAtOffset", "(iu)",
+                                         (offset, _LINE), "(sii)")
+            if end <= offset:
+                return
+            place = self._ask(path, _TEXT, "GetRangeExtents", "(iiu)", (begin, end, _ON_SCREEN),
+                              "(iiii)")
+            yield Line(text.strip(), place)
+            offset = end
+
+    def _ask(self, path: str, interface: str, method: str, signature: str, arguments: tuple,
+             answer: str) -> Any:
+        try:
+            values = self._connection.call_sync(
+                self._bus, path, interface, method, GLib.Variant(signature, arguments),
+                GLib.VariantType(answer), Gio.DBusCallFlags.NO_AUTO_START, PATIENCE_MS,
+                None).unpack()
+        except GLib.Error as error:
+            name = Gio.DBusError.get_remote_error(error)
+            if name == _GONE:
+                raise _Changed() from None
+            if error.matches(Gio.io_error_quark(), Gio.IOErrorEnum.TIMED_OUT):
+                raise hang("the application") from None
+            raise WatchError("the application's tree cannot be read: "
+                             f"{error.message.splitlines()[0]}") from None
+        return values[0] if len(values) == 1 else values

@@ -1,0 +1,76 @@
+// An application that draws a sound page, and on it the faults that FAULTS names.
+
+#include <Elementary.h>
+#include <app.h>
+#include <cstdlib>
+#include <string>
+
+namespace
+{
+Evas_Object* sWindow = nullptr;
+
+constexpr int kMiddle = 180;
+constexpr int kLetters = 36;
+
+bool Has(const std::string& fault)
+{
+    const char* const all = std::getenv("FAULTS");
+    return all && (" " + std::string(all) + " ").find(" " + fault + " ") != std::string::npos;
+}
+
+void Write(const char* text, int middle, int y, int size, int grey)
+{
+    Evas_Object* const letters = evas_object_text_add(evas_object_evas_get(sWindow));
+    evas_object_text_font_set(letters, "Sans", size);
+    evas_object_text_text_set(letters, text);
+    evas_object_color_set(letters, grey, grey, grey, 255);
+    int width = 0;
+    evas_object_geometry_get(letters, nullptr, nullptr, &width, nullptr);
+    evas_object_move(letters, middle - width / 2, y);
+    evas_object_show(letters);
+}
+
+void Place(Evas_Object* object, int x, int y)
+{
+    evas_object_move(object, x, y);
+    evas_object_resize(object, 60, 40);
+    evas_object_show(object);
+}
+
+bool Create(void*)
+{
+    sWindow = elm_win_add(nullptr, "audited-page", ELM_WIN_BASIC);
+    elm_win_title_set(sWindow, "audited-page");
+    evas_object_show(sWindow);
+    Evas_Object* const background = elm_bg_add(sWindow);
+    evas_object_size_hint_weight_set(background, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
+    elm_win_resize_object_add(sWindow, background);
+    evas_object_show(background);
+
+    Write("Whole", kMiddle, 140, kLetters, 255);
+    if (Has("pale"))
+        Write("Pale", kMiddle, 80, kLetters, 100);
+    if (Has("small"))
+        Write("Small", kMiddle, 230, 12, 255);
+    if (Has("cut"))
+        Write("Cut off", 80, 30, kLetters, 255);
+    if (Has("unreached"))
+        Write("Unreached", kMiddle, 500, kLetters, 255);
+    if (Has("nameless"))
+        Place(elm_image_add(sWindow), 150, 280);
+    if (Has("lost-button"))
+    {
+        Evas_Object* const button = elm_button_add(sWindow);
+        elm_object_text_set(button, "Lost");
+        Place(button, 150, 500);
+    }
+    return true;
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    ui_app_lifecycle_callback_s callbacks = {};
+    callbacks.create = Create;
+    return ui_app_main(argc, argv, &callbacks, nullptr);
+}

@@ -1,0 +1,118 @@
+"""What testers see of an application without looking: its tree, and the audit of its page."""
+
+import json
+
+import pytest
+from PIL import Image
+
+from languages.catalogues import BACK_KEY, WATCH, texts
+from simulator.desk import BUILD
+
+PAGE = BUILD / "tests" / "simulator" / "audited_page"
+RED = (255, 0, 0, 255)
+
+
+def parts(part):
+    yield part
+    for child in part["children"]:
+        yield from parts(child)
+
+
+def tree(desk):
+    (window,) = json.loads(desk.do("tree", "--json"))
+    return list(parts(window))
+
+
+def test_the_tree_shows_what_is_on_the_guides_page_and_where(desk):
+    desk.do("launch")
+    desk.do("wait", "still")
+    window, page, picture, arrow, label = tree(desk)
+    assert [part["role"] for part in (window, page, picture, arrow, label)] == [
+        "frame", "page", "image", "image", "label"]
+    assert [part["name"] for part in (picture, arrow, label)] == [
+        texts(WATCH)["en"], texts(BACK_KEY)["en"], texts()["en"]]
+    assert window["place"] == [0, 0, 360, 360] and all(part["showing"] for part in (page, label))
+    assert " ".join(line["text"] for line in label["lines"]).split() == label["name"].split()
+    printed = desk.do("tree").splitlines()
+    assert printed[0] == 'frame "qivo-guide-app" 0,0 360x360'
+    x, y, width, height = picture["place"]
+    assert printed[2] == f'    image "{picture["name"]}" {x},{y} {width}x{height}'
+
+
+def test_the_tree_follows_the_page(desk):
+    desk.do("launch")
+    before = tree(desk)[-1]["place"][1]
+    desk.do("bezel", "cw")
+    desk.do("wait", "still")
+    assert tree(desk)[-1]["place"][1] == before - 90
+    desk.do("language", "ko_KR")
+    desk.do("wait", "text", texts()["ko"].split("\n")[0])
+    desk.do("battery", "--charging")
+    desk.do("wait", "still")
+    assert texts(BACK_KEY)["ko"] not in [part["name"] for part in tree(desk)]
+
+
+def test_waiting_for_a_text_that_does_not_come_fails(desk):
+    desk.do("launch")
+    assert desk.refused("wait", "text", "never shown", "-t", "0.2") == (
+        'qivo-watch: no text "never shown" within 0.2 s')
+
+
+def test_without_an_application_there_is_no_tree(desk):
+    for words in (["tree"], ["audit"], ["wait", "text", "any"], ["touch", "--text", "any"]):
+        assert desk.refused(*words) == "qivo-watch: no application is running"
+
+
+def test_a_program_that_is_not_on_the_port_shows_no_tree(desk):
+    # A launch waits for the first frame, which such a program does not report.
+    desk.do("launch", "--env", "DBUS_SESSION_BUS_ADDRESS=unix:path=/nowhere")
+    assert "shows no tree" in desk.refused("tree")
+
+
+def test_a_touch_finds_its_text(desk):
+    desk.do("launch")
+    desk.do("wait", "still")
+    desk.do("touch", "--text", "Back key")
+    assert desk.refused("touch", "--text", "zzz") == 'qivo-watch: no "zzz" is in sight'
+
+
+@pytest.mark.parametrize("words", [[], ["5"], ["5", "5", "--text", "any"], ["5", "--text", "any"]])
+def test_a_touch_takes_a_place_or_a_text(desk, words):
+    assert desk.refused("touch", *words, status=2) == (
+        "qivo-watch: touch needs X and Y, or --text")
+
+
+def test_the_guides_page_has_no_fault_and_stands_afterwards_where_it_stood(desk):
+    desk.do("launch")
+    desk.do("bezel", "cw")
+    desk.do("wait", "still")
+    before = tree(desk)
+    assert desk.do("audit") == ""
+    desk.do("wait", "still")
+    assert tree(desk) == before
+
+
+def audited(desk, faults, *words):
+    desk.do("launch", PAGE, "--env", f"FAULTS={faults}")
+    return desk.run("audit", *words)
+
+
+def test_a_page_without_a_fault_passes_and_leaves_no_picture(desk, tmp_path):
+    file = tmp_path / "faults.png"
+    result = audited(desk, "", "--picture", file)
+    assert (result.returncode, result.stdout, result.stderr) == (0, "", "")
+    assert not file.exists()
+
+
+def test_each_rule_finds_the_fault_that_is_planted_and_marks_it(desk, tmp_path):
+    file = tmp_path / "faults.png"
+    result = audited(desk, "pale small cut unreached nameless lost-button", "--picture", file)
+    assert sorted(result.stdout.splitlines()) == [
+        'contrast 3.5 instead of 7: "Pale"', 'cut by the edge: "Cut off"',
+        'letters 10 pixels high instead of 24: "Small"', "no name: image at 150,280 60x40",
+        'out of the bezel\'s reach: "Unreached"',
+        'out of the bezel\'s reach: push button "Lost"']
+    assert (result.returncode, result.stderr) == (1, "qivo-watch: 6 faults on the page\n")
+    with Image.open(file) as picture:
+        assert picture.size == (360, 360)
+        assert picture.getpixel((150, 280)) == RED

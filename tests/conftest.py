@@ -49,6 +49,9 @@ def take_back(desk, left, at_rest):
         desk.do("region", "auto")
     if left["language"] != at_rest["language"]:
         desk.do("language", at_rest["language"])
+    for verb, name in (("text-size", "textSize"), ("motion", "motion"), ("contrast", "contrast")):
+        if left[name] != at_rest[name]:
+            desk.do(verb, at_rest[name])
     if left["time"]["zone"] != at_rest["time"]["zone"]:
         desk.do("time", "zone", at_rest["time"]["zone"])
     if left["time"]["frozen"]:

@@ -114,6 +114,10 @@ const std::map<std::string, ControlClient::Property>& ControlClient::Properties(
          {"d", [](State& state, Value v) { state.percentage = Read<double>(v, "d"); }}},
         {"Time", {"x", [](State& state, Value v) { state.time = Read<int64_t>(v, "x"); }}},
         {"TimeFrozen", {"b", [](State& state, Value v) { state.isTimeFrozen = ReadFlag(v); }}},
+        {"TextSize", {"d", [](State& state, Value v) { state.textSize = Read<double>(v, "d"); }}},
+        {"MotionReduced",
+         {"b", [](State& state, Value v) { state.isMotionReduced = ReadFlag(v); }}},
+        {"ContrastHigh", {"b", [](State& state, Value v) { state.isContrastHigh = ReadFlag(v); }}},
         {"Zone", {"s", [](State& state, Value v) { state.zone = Read<const char*>(v, "s"); }}},
     };
     return sProperties;

@@ -16,6 +16,9 @@ struct WatchState
     double percentage = 100;
     int64_t time = 0; ///< the watch's, in milliseconds since the epoch, at the last report
     bool isTimeFrozen = false;
+    double textSize = 1; ///< how large the user wants all text, from 0.8 to 2
+    bool isMotionReduced = false;
+    bool isContrastHigh = false;
     std::string zone; ///< such as "Asia/Seoul"; empty: the machine's
 };
 

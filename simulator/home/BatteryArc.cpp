@@ -12,6 +12,8 @@ constexpr double kFace = 360;
 constexpr double kCentreX = 180;
 constexpr double kCentreY = 103;
 constexpr double kRadius = 33;
+// More radius where all text is twice as large: three digits fit in.
+constexpr double kMoreRadius = 13;
 constexpr double kWidth = 4;
 
 // From the lower left over the top to the lower right, in degrees clockwise from the right.
@@ -38,13 +40,14 @@ BatteryArc::BatteryArc(Evas* canvas) : mObject(evas_object_vg_add(canvas))
     evas_object_show(mObject);
 }
 
-void BatteryArc::Stroke(Evas_Vg_Shape* shape, int faceSide, double percentage) const
+void BatteryArc::Stroke(Evas_Vg_Shape* shape, int faceSide, double percentage,
+                        double textSize) const
 {
     const double unit = faceSide / kFace;
     const double sweep = kSweep * std::clamp(percentage, 0.0, 100.0) / 100;
     const double end = (kStart + sweep) * kPi / 180;
     const double start = kStart * kPi / 180;
-    const double radius = kRadius * unit;
+    const double radius = (kRadius + kMoreRadius * (textSize - 1)) * unit;
     evas_vg_shape_reset(shape);
     if (sweep <= 0)
         return;
@@ -56,12 +59,12 @@ void BatteryArc::Stroke(Evas_Vg_Shape* shape, int faceSide, double percentage) c
                                 sweep > 180, EINA_TRUE);
 }
 
-void BatteryArc::Draw(int faceSide, double percentage, bool isCharging)
+void BatteryArc::Draw(int faceSide, const WatchState& state)
 {
-    if (isCharging || percentage > kLowPercentage)
+    if (state.isCharging || state.percentage > kLowPercentage)
         evas_vg_shape_stroke_color_set(mLevel, 63, 240, 208, 255);
     else
         evas_vg_shape_stroke_color_set(mLevel, 255, 107, 94, 255);
-    Stroke(mTrack, faceSide, 100);
-    Stroke(mLevel, faceSide, percentage);
+    Stroke(mTrack, faceSide, 100, state.textSize);
+    Stroke(mLevel, faceSide, state.percentage, state.textSize);
 }

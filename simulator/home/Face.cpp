@@ -11,6 +11,10 @@ namespace
 {
 constexpr double kUsualSide = 360;
 
+constexpr int kTextSize = 20;
+// The toolkit would divide by nothing.
+constexpr double kAlmostNothing = 0.001;
+
 // A thin stem with a thick blade; the dark rim sets both off from what is below.
 void AddHand(TurnedLines& hand, double width, double length)
 {
@@ -51,7 +55,12 @@ void Face::Show(const WatchState& state)
 {
     const std::string percentage = std::to_string(std::lround(state.percentage));
     edje_object_part_text_set(mFace, "percentage", percentage.c_str());
-    mBattery.Draw(mSide, state.percentage, state.isCharging);
+    edje_object_text_class_set(mFace, "watch/percentage", "Sans",
+                               static_cast<int>(std::lround(kTextSize * state.textSize)));
+    edje_transition_duration_factor_set(state.isMotionReduced ? kAlmostNothing : 1);
+    edje_object_signal_emit(mFace, state.isContrastHigh ? "contrast,high" : "contrast,normal",
+                            "watch");
+    mBattery.Draw(mSide, state);
     edje_object_signal_emit(mFace, state.isCharging ? "charge,begin" : "charge,end", "watch");
     edje_object_signal_emit(mFace, state.isScreenOn ? "screen,on" : "screen,off", "watch");
     edje_object_message_signal_process(mFace);

@@ -28,7 +28,7 @@ public:
 
     void ShowTime(const Hands& hands);
 
-    /** Shows the battery, and whether the screen is on. */
+    /** Shows the battery, and whether the screen is on, as the user wants faces to look. */
     void Show(const WatchState& state);
 
 private:

@@ -179,6 +179,8 @@ class Verb(NamedTuple):
 
 
 PERCENT = Number("d", 0, 100)
+TEXT_SIZE = Number("d", 0.8, 2.0)
+MOTION, CONTRAST = Choice(("full", "reduced")), Choice(("normal", "high"))
 SECONDS = Number("d", 0, 3600)
 MILLISECONDS = Number("u", 0, 60_000)
 _PLACE = Number("i", 0, max(SIZES) - 1)
@@ -253,13 +255,19 @@ VERBS = {verb.method: verb for verb in (
         Argument("zone", Text(), "such as Asia/Seoul", "ZONE", is_needed=True),)),
     Verb("SetHours", "time hours", "Set the clock's format to 12 or 24 hours.", (
         Argument("hours", Choice((12, 24)), is_needed=True),)),
+    Verb("SetTextSize", "text-size", "Set how large the user wants all text.", (
+        Argument("factor", TEXT_SIZE, "0.8 to 2.0; 1.0 is usual", "FACTOR", is_needed=True),)),
+    Verb("SetMotion", "motion", "Set whether things move and fade.", (
+        Argument("motion", MOTION, is_needed=True),)),
+    Verb("SetContrast", "contrast", "Set the contrast that the user wants.", (
+        Argument("contrast", CONTRAST, is_needed=True),)),
     Verb("Stop", "", "End the watch."),
 )}
 
 PROPERTIES = {
     "ScreenOn": "b", "BezelPosition": "i", "BackPressed": "b", "PowerPressed": "b",
     "Plugged": "b", "Charging": "b", "Percentage": "d", "Language": "s", "App": "s", "Time": "x",
-    "TimeFrozen": "b", "Zone": "s",
+    "TimeFrozen": "b", "Zone": "s", "TextSize": "d", "MotionReduced": "b", "ContrastHigh": "b",
 }
 """The keeper's properties, each with its type on the bus."""
 

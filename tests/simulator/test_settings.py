@@ -4,11 +4,16 @@ import subprocess
 
 import pytest
 
+from simulator.desk import BUILD
 from support.bus import LOCALE, TIMEDATE
 from support.probe import Probe
 from support.session_bus import PORTAL, PORTAL_PATH, SETTINGS
 
 OK = "0"
+LIFECYCLE_APP = BUILD / "tests" / "port" / "lifecycle_app"
+LOOK = {"text-size": ("org.gnome.desktop.interface", "text-scaling-factor"),
+        "motion": ("org.gnome.desktop.interface", "enable-animations"),
+        "contrast": ("org.freedesktop.appearance", "contrast")}
 CLOCK_FORMAT = ("org.gnome.desktop.interface", "clock-format")
 
 
@@ -119,3 +124,46 @@ def test_the_clocks_format_is_among_all_settings(desk):
     desk.do("time", "hours", "24")
     for asked, found in (("[]", True), ("['org.gnome.*']", True), ("['org.kde.*']", False)):
         assert ("<'24h'>" in ask_portal(desk, "ReadAll", asked)) is found
+
+
+@pytest.mark.parametrize("method", ["ReadOne", "Read"])
+def test_how_the_user_wants_applications_to_look_is_told_by_the_portal(desk, method):
+    def answers():
+        return [ask_portal(desk, method, *setting).strip("()<>,\n") for setting in LOOK.values()]
+
+    assert answers() == ["1.0", "true", "uint32 0"]
+    for verb, value in (("text-size", "1.5"), ("motion", "reduced"), ("contrast", "high")):
+        desk.do(verb, value)
+    assert answers() == ["1.5", "false", "uint32 1"]
+    status = desk.status()
+    assert (status["textSize"], status["motion"], status["contrast"]) == (1.5, "reduced", "high")
+    text = desk.do("status")
+    assert "text size 1.5" in text and "motion    reduced" in text and "contrast  high" in text
+
+
+def test_an_application_looks_from_the_first_as_the_user_wants_it(desk):
+    for verb, value in (("text-size", "2"), ("motion", "reduced")):
+        desk.do(verb, value)
+    desk.do("launch", LIFECYCLE_APP, "--env", "LIFECYCLE=create:look")
+    desk.do("wait", "log", "look 200 % still")
+
+
+def test_a_watch_starts_as_the_user_wants_it(fresh):
+    fresh.do("start", "--headless", "--text-size", "0.8", "--motion", "reduced", "--contrast",
+             "high")
+    status = fresh.status()
+    assert (status["textSize"], status["motion"], status["contrast"]) == (0.8, "reduced", "high")
+
+
+def test_a_page_that_is_shown_follows_and_comes_back(desk, tmp_path):
+    desk.do("launch")
+    desk.do("wait", "still")
+    desk.do("screenshot", tmp_path / "usual.png")
+    for verb, value, usual in (("text-size", "2.0", "1.0"), ("motion", "reduced", "full")):
+        desk.do(verb, value)
+        desk.do("wait", "still")
+        if verb == "text-size":
+            assert "pixels differ" in desk.refused("compare", tmp_path / "usual.png")
+        desk.do(verb, usual)
+        desk.do("wait", "still")
+        desk.do("compare", tmp_path / "usual.png")

@@ -477,6 +477,12 @@ def test_status_is_described_for_people(desk):
     (["wait"], "the following arguments are required"),
     (["log", "--level", "loud"], "invalid choice: 'loud'"),
     (["start", "--size", "400"], "invalid choice: 400"),
+    (["start", "--text-size", "2.1"], '"2.1" is not from 0.8 to 2'),
+    (["text-size", "large"], '"large" is not from 0.8 to 2'),
+    (["text-size", "nan"], '"nan" is not from 0.8 to 2'),
+    (["text-size"], "the following arguments are required: FACTOR"),
+    (["motion", "none"], "invalid choice: 'none'"),
+    (["contrast", "1"], "invalid choice: '1'"),
     (["start", "--headless", "--web"], "cannot be combined"),
     (["start", "--headless", "--zoom", "2"], "--zoom needs a window or --web"),
     (["start", "--port", "80"], "--port and --password-file need --web"),
@@ -493,9 +499,9 @@ def test_wrong_use_is_one_line_with_status_2(call, words, complaint):
 @pytest.mark.parametrize("verb", [
     [], ["start"], ["launch"], ["terminate"], ["bezel"], ["button"], ["button", "click"],
     ["button", "push"], ["touch"], ["swipe"], ["battery"], ["language"], ["region"], ["time"],
-    ["time", "set"], ["time", "zone"], ["time", "hours"], ["list"], ["screenshot"], ["record"],
-    ["log"], ["wait"], ["wait", "log"], ["wait", "text"], ["tree"], ["audit"], ["compare"],
-    ["play"], ["status"], ["stop"]])
+    ["time", "set"], ["time", "zone"], ["time", "hours"], ["text-size"], ["motion"], ["contrast"],
+    ["list"], ["screenshot"], ["record"], ["log"], ["wait"], ["wait", "log"], ["wait", "text"],
+    ["tree"], ["audit"], ["compare"], ["play"], ["status"], ["stop"]])
 def test_every_command_explains_itself(call, verb):
     status, out, error = call(*verb, "--help")
     assert (status, error) == (0, "") and out.startswith("usage: qivo-watch")

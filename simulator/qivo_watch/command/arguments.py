@@ -5,8 +5,9 @@ import pathlib
 from typing import Any, Callable, NoReturn
 
 from qivo_watch.errors import UsageError
-from qivo_watch.interface import (GROUPS, LEAST_ZOOM, MOST_ZOOM, PERCENT, SECONDS, SIZES, TIMES,
-                                  VERBS, Argument, Choice, Kind, Number, Pairs, Time, Verb)
+from qivo_watch.interface import (CONTRAST, GROUPS, LEAST_ZOOM, MOST_ZOOM, MOTION, PERCENT,
+                                  SECONDS, SIZES, TEXT_SIZE, TIMES, VERBS, Argument, Choice, Kind,
+                                  Number, Pairs, Time, Verb)
 from qivo_watch.lines import LEVELS
 from qivo_watch.state import DEFAULT_NAME
 
@@ -129,6 +130,12 @@ class Grammar:
         add("--percent", type=_reader(PERCENT), default=80.0, help="the battery's charge")
         add("--charging", dest="battery", action="store_const", const="charging",
             default="discharging", help="with the charger plugged")
+        add("--text-size", type=_reader(TEXT_SIZE), default=1.0, metavar="FACTOR",
+            help="how large the user wants all text, 0.8 to 2.0 (default: %(default)s)")
+        add("--motion", choices=MOTION.values, default="full",
+            help="whether things move and fade (default: %(default)s)")
+        add("--contrast", choices=CONTRAST.values, default="normal",
+            help="the contrast that the user wants (default: %(default)s)")
         add("--at", type=_reader(Time()), metavar="TIME", help=f"the watch's time: {TIMES}")
 
     def _touch(self) -> None:

@@ -90,7 +90,8 @@ class Session:
         if not (given.headless or given.web):
             zoom = desktop.window_zoom(given.size, given.zoom)
         options = {key: getattr(given, key) for key in (
-            "headless", "web", "port", "size", "language", "percent", "battery", "at")}
+            "headless", "web", "port", "size", "language", "percent", "battery", "text_size",
+            "motion", "contrast", "at")}
         life.start(self.folder, options | {
             "name": self.folder.name, "zoom": zoom, "side": desktop.side_of(given.size, zoom),
             "password": _password(given.password_file)})
@@ -282,6 +283,9 @@ def _described(status: dict[str, Any]) -> list[str]:
         f"time      {clock['now']}{', frozen' if clock['frozen'] else ''}",
         f"zone      {clock['zone']}",
         f"hours     {clock['hours'] or 'as in the region'}",
+        f"text size {status['textSize']:g}",
+        f"motion    {status['motion']}",
+        f"contrast  {status['contrast']}",
         f"bezel     {status['bezel']} detents",
     ]
     if status["keysDown"]:

@@ -19,9 +19,9 @@ from qivo_watch.keeper.objects import BusObject
 from qivo_watch.keeper.screen import Screen
 from qivo_watch.keeper.services.battery import Battery
 from qivo_watch.keeper.services.clock import Clock
-from qivo_watch.keeper.services.clock_format import ClockFormat
 from qivo_watch.keeper.services.locale import Locale
 from qivo_watch.keeper.services.screen_reader import ScreenReader
+from qivo_watch.keeper.services.settings_portal import SettingsPortal
 from qivo_watch.keeper.services.time_zone import TimeZone
 from qivo_watch.keeper.settle import Settler
 from qivo_watch.keeper.tasks import Pause, Until, Work
@@ -57,7 +57,8 @@ class Watch:
             name: facts["processes"][name] for name in ("home", "body")}, on_news)
         self._battery = Battery(connection, options["percent"], options["battery"])
         self._locale = Locale(connection, options["language"])
-        self._clock_format = ClockFormat(connection)
+        self._portal = SettingsPortal(connection, options["text_size"], options["motion"],
+                                      options["contrast"])
         self._clock = Clock()
         if options["at"]:
             self._clock.set(parse_time(options["at"]))
@@ -234,8 +235,27 @@ class Watch:
         yield from self._settle_services()
 
     def set_hours(self, hours: int) -> Work:
-        self._clock_format.set(hours)
+        self._portal.set(hours=hours)
         yield from self._settle_services()
+
+    def set_text_size(self, factor: float) -> Work:
+        yield from self._set_look(text_size=float(factor))
+
+    def set_motion(self, motion: str) -> Work:
+        yield from self._set_look(motion=motion)
+
+    def set_contrast(self, contrast: str) -> Work:
+        yield from self._set_look(contrast=contrast)
+
+    def _set_look(self, **values: Any) -> Work:
+        self._portal.set(**values)
+        self.object.set(**self._look_properties())
+        yield from self._settle_services()
+
+    def _look_properties(self) -> dict[str, Any]:
+        return {"TextSize": self._portal.text_size,
+                "MotionReduced": self._portal.motion == "reduced",
+                "ContrastHigh": self._portal.contrast == "high"}
 
     def set_zone(self, zone: str) -> Work:
         self._zone.set(zone)
@@ -275,7 +295,7 @@ class Watch:
 
     def _properties(self) -> dict[str, Any]:
         """The first values on the bus."""
-        return self._battery_properties() | {
+        return self._battery_properties() | self._look_properties() | {
             "ScreenOn": True, "BezelPosition": 0, "BackPressed": False, "PowerPressed": False,
             "Language": self._locale.language, "App": "", "Time": self._clock.now_ms,
             "TimeFrozen": False, "Zone": ""}
@@ -295,7 +315,9 @@ class Watch:
             "time": {"now": format_time(self._clock.now_ms(), self._zone.chosen),
                      "frozen": self._clock.is_frozen,
                      "zone": self._zone.chosen or machine_zone(),
-                     "hours": self._clock_format.hours},
+                     "hours": self._portal.hours},
+            "textSize": self._portal.text_size, "motion": self._portal.motion,
+            "contrast": self._portal.contrast,
             "bezel": self._bezel_position,
             "keysDown": [name for name, is_down in self._pressed.items() if is_down],
         }

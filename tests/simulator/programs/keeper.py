@@ -24,5 +24,6 @@ def load(mock, parameters):
             ("ScreenOn", True), ("BezelPosition", dbus.Int32(0)), ("BackPressed", False),
             ("PowerPressed", False), ("Plugged", False), ("Charging", False), ("Percentage", 82.0),
             ("Language", "en_US.UTF-8"), ("App", ""), ("Time", dbus.Int64(parameters["Time"])),
-            ("TimeFrozen", bool(parameters["TimeFrozen"])), ("Zone", "")):
+            ("TimeFrozen", bool(parameters["TimeFrozen"])), ("Zone", ""), ("TextSize", 1.0),
+            ("MotionReduced", False), ("ContrastHigh", False)):
         mock.AddProperty(MAIN_IFACE, name, value)

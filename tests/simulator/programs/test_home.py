@@ -44,6 +44,31 @@ def test_follows_time_battery_and_charger():
             before = wait_change(watch.screen, before)
 
 
+def test_text_follows_its_size_and_contrast():
+    with Watch() as watch:
+        watch.start_home()
+        usual = before = look(watch.screen)
+        for change in ({"TextSize": 2.0}, {"TextSize": 1.0, "ContrastHigh": True}):
+            watch.set(**change)
+            before = wait_change(watch.screen, before)
+        watch.set(ContrastHigh=False)
+        wait_until(lambda: look(watch.screen) == usual, "the usual face")
+
+
+def test_with_reduced_motion_the_bolt_is_simply_there():
+    with Watch() as watch:
+        watch.start_home()
+        watch.set(MotionReduced=True)
+        unplugged = look(watch.screen)
+        seen = set()
+        for _ in range(3):
+            watch.set(Charging=True)
+            seen.add(wait_change(watch.screen, unplugged))
+            watch.set(Charging=False)
+            wait_until(lambda: look(watch.screen) == unplugged, "no bolt")
+        assert len(seen) == 1
+
+
 def test_the_hands_move_when_the_watchs_own_minute_is_full():
     with Watch(time=TEN_PAST_TEN + 59_000, frozen=True) as watch:
         watch.start_home()

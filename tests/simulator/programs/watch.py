@@ -26,7 +26,7 @@ TEN_PAST_TEN = 1_700_000_000_000 // 86_400_000 * 86_400_000 + (10 * 60 + 10) * 6
 
 AT_REST = {"ScreenOn": True, "BezelPosition": dbus.Int32(0), "BackPressed": False,
            "PowerPressed": False, "Plugged": False, "Charging": False,
-           "Percentage": 82.0}
+           "Percentage": 82.0, "TextSize": 1.0, "MotionReduced": False, "ContrastHigh": False}
 
 
 class Watch:

@@ -1,4 +1,6 @@
-"""The desktop's settings portal with the format of clocks."""
+"""The desktop's settings portal with what the watch's user has set."""
+
+from typing import Any
 
 from gi.repository import Gio, GLib
 
@@ -28,39 +30,53 @@ _PORTAL = """<node><interface name="org.freedesktop.portal.Settings">
 </interface></node>"""
 
 
-class ClockFormat:
-    """The desktop's settings portal with the clock's format, which is missing until it is set."""
+_INTERFACE, _APPEARANCE = "org.gnome.desktop.interface", "org.freedesktop.appearance"
 
-    _SPACE, _KEY = "org.gnome.desktop.interface", "clock-format"
 
-    def __init__(self, connection: Gio.DBusConnection):
+class SettingsPortal:
+    """The desktop's settings portal: the clock's format, which is missing until it is set, and how
+    the user wants applications to look."""
+
+    def __init__(self, connection: Gio.DBusConnection, text_size: float, motion: str,
+                 contrast: str):
         self.hours: int | None = None
+        self.text_size, self.motion, self.contrast = text_size, motion, contrast
+        self._told = self._settings()
         self._object = BusObject(connection, "/org/freedesktop/portal/desktop", _PORTAL,
                                  {"version": 2})
         self._object.serve(self._answer)
         own_name(connection, "org.freedesktop.portal.Desktop")
 
-    def set(self, hours: int) -> None:
-        if hours != self.hours:
-            self.hours = hours
-            self._object.emit("SettingChanged", GLib.Variant(
-                "(ssv)", (self._SPACE, self._KEY, self._format())))
+    def set(self, **values: Any) -> None:
+        """Sets hours, text_size, motion, contrast."""
+        vars(self).update(values)
+        before, self._told = self._told, self._settings()
+        for setting, value in self._told.items():
+            if value != before.get(setting):
+                self._object.emit("SettingChanged", GLib.Variant("(ssv)", (*setting, value)))
 
-    def _format(self) -> GLib.Variant:
-        return GLib.Variant("s", f"{self.hours}h")
+    def _settings(self) -> dict[tuple[str, str], GLib.Variant]:
+        settings = {
+            (_INTERFACE, "text-scaling-factor"): GLib.Variant("d", self.text_size),
+            (_INTERFACE, "enable-animations"): GLib.Variant("b", self.motion == "full"),
+            (_APPEARANCE, "contrast"): GLib.Variant("u", self.contrast == "high")}
+        if self.hours:
+            settings[_INTERFACE, "clock-format"] = GLib.Variant("s", f"{self.hours}h")
+        return settings
 
     def _answer(self, method: str, arguments: tuple, call: Gio.DBusMethodInvocation) -> None:
         if method == "ReadAll":
-            is_asked = self.hours and any(_is_within(self._SPACE, space)
-                                          for space in arguments[0] or [""])
-            found = {self._SPACE: {self._KEY: self._format()}} if is_asked else {}
+            found: dict[str, dict[str, GLib.Variant]] = {}
+            for (space, key), value in self._told.items():
+                if any(_is_within(space, pattern) for pattern in arguments[0] or [""]):
+                    found.setdefault(space, {})[key] = value
             call.return_value(GLib.Variant("(a{sa{sv}})", (found,)))
-        elif self.hours is None or arguments != (self._SPACE, self._KEY):
+        elif arguments not in self._told:
             call.return_dbus_error("org.freedesktop.portal.Error.NotFound",
                                    "Requested setting not found")
         else:
             # The first version's method wraps the value once more.
-            value = self._format()
+            value = self._told[arguments]
             call.return_value(GLib.Variant(
                 "(v)", (GLib.Variant("v", value) if method == "Read" else value,)))
 

@@ -1,4 +1,4 @@
-// Fixed work, the steps of which are counted: under callgrind, one profile each, in this order.
+// Fixed work. callgrind counts its steps and writes one profile each, in this order.
 
 #include "common/Log.h"
 #include "common/NaviFrame.h"

@@ -68,12 +68,12 @@ def count_start(build, home):
         process.kill()
         process.communicate()
     profile = Profile(f"{home}/start.1")
-    # Without the port, whose work depends on the order in which the loop's events come. Not every
+    # Without the port: its work depends on the order of the loop's events. Not every
     # build folder lets callgrind see the names of the sources.
     own = figures(profile, lambda function: "/qivo-ui/" in function[1] or "QivoUi::" in function[2]
                   or function[2] == "main")
     # The toolkit's own theme is the dearest thing to read, and easily read twice. Fonts are loaded
-    # by another thread, of which callgrind counts nothing here.
+    # by another thread, and callgrind counts nothing of that here.
     return own | {
         "themes read": profile.calls_of(lambda function: function[2] == "eet_mmap",
                                         lambda function: "/libedje.so" in function[0]),

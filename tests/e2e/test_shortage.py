@@ -13,7 +13,7 @@ from e2e.watch import bare_environment
 
 LIMITS = int(os.environ.get("LIMITS", 12))
 PATIENCE = 5.0
-"""Seconds that a guide of which nothing comes is left alone."""
+"""Seconds to wait for a guide that says nothing."""
 
 MARKER = "SOnOutOfMemory"
 LAST_LINE = "the memory is exhausted"

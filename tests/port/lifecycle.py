@@ -8,10 +8,10 @@ from support.program import DEADLINE_S, Program
 
 PROGRAM = pathlib.Path(os.environ["BUILD_DIR"], "tests/port/lifecycle_app")
 PSELECT = {"x86_64": "270", "aarch64": "72"}
-"""The number of the call pselect6, in which the main loop waits."""
+"""The number of the system call pselect6; the main loop waits in it."""
 
 SANITIZERS = {name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")}
-"""What a sanitized build is told; the rest of the environment is the test's alone."""
+"""The options of the sanitizers; the rest of the environment is the test's alone."""
 
 
 class App(Program):

@@ -16,7 +16,7 @@ from e2e.watch import Watch, bare_environment
 PLAIN = pathlib.Path(os.environ["PLAIN_BUILD"])
 STARTS = int(os.environ.get("STARTS", 5))
 FOUND = 66
-"""The exit status of a program in which something was found."""
+"""The exit status of a program when a race was found."""
 
 PATIENCE = 180.0
 """Seconds for the first frame, for which helgrind takes half a minute on a busy machine."""

@@ -17,7 +17,7 @@ custom_target('where', output: 'where', build_by_default: true,
 
 @pytest.fixture(name="checkout")
 def _checkout(tmp_path):
-    """A project of nothing but its build scripts, whose one target says where it was built."""
+    """A project of nothing but its build scripts. Its one target says where it was built."""
     root = tmp_path / "first"
     (root / "script").mkdir(parents=True)
     shutil.copy(SCRIPT / "build", root / "script")

@@ -19,7 +19,7 @@ PATIENCE_S = 120
 """Seconds for any command; a sanitized build on a busy machine is slow."""
 
 STARTS = {"start", "play"}
-"""The commands that a watch comes from, whose processes are known by how they were started."""
+"""The commands that start a watch; its processes are recognised by their environment."""
 
 STOP_ALL = """read -r _ && exit
 for watch in "$XDG_RUNTIME_DIR"/qivo-watch/*/; do

@@ -1,4 +1,4 @@
-"""Commands that end before their work does, or whose output has: nothing goes on without them."""
+"""Commands that are interrupted or cannot write their output: nothing goes on without them."""
 
 import contextlib
 import pathlib

@@ -84,7 +84,7 @@ def _stopped(process):
 
 
 class Bus:
-    """A private dbus-daemon, in the place of the bus that an environment variable names."""
+    """A private dbus-daemon; an environment variable leads clients to it."""
 
     variable = None
 
@@ -215,7 +215,7 @@ class Bus:
 
 
 class SystemBus(Bus):
-    """A private dbus-daemon in the place of the system bus."""
+    """A private dbus-daemon that clients take for the system bus."""
 
     variable = "DBUS_SYSTEM_BUS_ADDRESS"
 

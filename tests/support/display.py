@@ -23,7 +23,7 @@ NOBODY = 65534
 """A user who owns nothing."""
 
 START_DEADLINE = 20.0
-"""Seconds in which the server and the window manager must be ready; normally 0.2 are enough."""
+"""Seconds until the server and the window manager must be ready; normally 0.2 are enough."""
 
 
 def end(process):
@@ -215,7 +215,7 @@ class Display:
     def _start_weston(self):
         width, height, _ = self.size.split("x")
         env = {"XDG_RUNTIME_DIR": self._home.name, "WAYLAND_DISPLAY": "wayland-test"}
-        # It says that it is ready over the socket that NOTIFY_SOCKET names.
+        # It reports over the socket in NOTIFY_SOCKET that it is ready.
         with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as notices:
             path = os.path.join(self._home.name, "notify")
             notices.bind(path)

@@ -21,7 +21,7 @@ import tempfile
 
 
 class ForkServer:
-    """Context manager: the process of which each run is a fork. It ends with the test's own."""
+    """Context manager: the process that forks for each run. It ends with the test's process."""
 
     def __init__(self, program, modules=()):
         self._program = program

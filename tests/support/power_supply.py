@@ -12,7 +12,7 @@ import sys
 
 
 class PowerSupplies:
-    """What a process sees in the place of the machine's own supplies. umockdev wants to be
+    """What a process sees instead of the machine's own supplies. umockdev must be
     loaded before the interpreter, so the mock is a process apart."""
 
     def __enter__(self):

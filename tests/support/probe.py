@@ -1,4 +1,4 @@
-"""A probe: a small program of ours whose answers and reports of changes come in any order."""
+"""A probe: a small program of ours. Its answers and reports of changes come in any order."""
 
 import contextlib
 import os

@@ -44,7 +44,7 @@ class Program:
             return log.read().decode(errors="replace")
 
     def say(self, *words):
-        """Writes lines, for whose effect nobody waits."""
+        """Writes lines, and does not wait for their effect."""
         self.process.stdin.write("".join(f"{word}\n" for word in words).encode())
 
     def next_line(self, accept=lambda _: True, deadline=DEADLINE_S):

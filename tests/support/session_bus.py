@@ -20,7 +20,7 @@ CLOCK_FORMAT = ("org.gnome.desktop.interface", "clock-format")
 
 
 class SessionBus(Bus):
-    """A private dbus-daemon in the place of the session bus."""
+    """A private dbus-daemon that clients take for the session bus."""
 
     variable = "DBUS_SESSION_BUS_ADDRESS"
 

@@ -16,7 +16,7 @@ namespace
 
 const Lines kAskedToExit = {"mark(SOnOutOfMemory)", "ui_app_exit()"};
 
-// Plays a scene whose nth allocation fails at first. @return how many allocations there were
+// Plays a scene; its nth allocation fails at first. @return how many allocations there were
 long PlayFailing(const Scene& scene, long nth, std::new_handler handler, Lines& lines)
 {
     lines = Play(scene,

@@ -66,7 +66,7 @@ int Result(const char* call, bool& gives);
 /// Whether the call was told an answer, which is then taken.
 bool IsToldToFail(const char* call);
 
-/// A copy that the caller frees; null when the call is told to fail.
+/// A copy that the caller frees; null when the call shall fail.
 char* Copy(const char* call, const std::string& text);
 
 /// Only a call that succeeds gives its caller a text to free.

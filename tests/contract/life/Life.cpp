@@ -70,7 +70,7 @@ int LiveThrough(ui_app_lifecycle_callback_s* callbacks, void* data)
 extern "C" {
 
 // The address sanitizer's own choice of how much of a stack it keeps costs half the time of many
-// lives; this is enough to tell whose an allocation was.
+// lives; this is enough to tell who made an allocation.
 const char* __asan_default_options()
 {
     return "malloc_context_size=16";

@@ -39,7 +39,7 @@ protected:
         ToolkitTest::TearDown();
     }
 
-    // The main window with its tree, in which the guide can be shown.
+    // The main window with its tree, ready to show the guide.
     void SetUpLayout()
     {
         Application::mWindow = mWindow;

@@ -100,7 +100,7 @@ std::string ReadSealedFile(int file)
     return text;
 }
 
-// The work, in a process whose standard error stream is the journal's.
+// The work, in a process with the journal's socket as its standard error stream.
 Work OnJournal(const Work& work)
 {
     return [work]

@@ -218,7 +218,7 @@ TEST_F(CircleScroller, LeavesItsScrollerAloneOnceDeleted)
     evas_object_del(second);
 }
 
-// What an application does when it hears of a step: it deletes something, once.
+// What an application does at a step: it deletes something, once.
 class DeletionInAStep : public CircleScroller,
                         public testing::WithParamInterface<std::tuple<const char*, const char*>>
 {

@@ -1,4 +1,4 @@
-"""When the time is told anew: another time zone of the service, and a clock that is set."""
+"""What reports a change of the time: another time zone of the service, and a clock that is set."""
 
 import dbus
 import pytest

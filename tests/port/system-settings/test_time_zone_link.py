@@ -1,4 +1,4 @@
-"""The time zone's link, /etc/localtime, for machines whose time service does not answer."""
+"""The time zone's link, /etc/localtime, for machines without a time service that answers."""
 
 import subprocess
 
@@ -25,7 +25,7 @@ def localtime_in_a_folder_to_mount_over_etc(tmp_path):
 
 
 def probe_with(link, environment):
-    """A probe that sees the link in the place of the machine's."""
+    """A probe that sees this link instead of the machine's."""
     script = 'mount --bind "$0" /etc && exec "$@"'
     return Probe("settings_probe", environment,
                  ["unshare", "--mount", "sh", "-c", script, link.parent])
@@ -67,7 +67,7 @@ def test_the_same_zone_and_other_files_are_no_change(link):
         replace(link, "../usr/share/zoneinfo/Europe/Berlin")
         link.with_name("hostname").write_text("x")
         link.with_name("localtime.bak").symlink_to(SEOUL)
-        # Events keep their order, so the first that is told came after those.
+        # Events keep their order, so the first report came after those.
         replace(link, SEOUL)
         assert probe.wait_for_changes(1) == ["time"]
         link.with_name("hostname").write_text("y")

@@ -11,7 +11,7 @@ NAMESPACE = ["unshare", "--map-root-user", "--mount"]
 
 
 def start_beside_small_disk(desk, folder):
-    """Starts a watch whose programs see a disk of 16 KiB in the folder, with a picture on it."""
+    """Starts a watch; its programs see a disk of 16 KiB in the folder, with a picture on it."""
     mount = (f"mount -t tmpfs -o size=16k none {shlex.quote(str(folder))} && "
              f"echo before >{shlex.quote(str(folder))}/watch.png && ")
     probe = subprocess.run([*NAMESPACE, "sh", "-c", f"{mount}true"], capture_output=True,

@@ -37,7 +37,7 @@ def test_a_log_of_any_size_is_read(desk, tmp_path):
 def test_a_keeper_that_its_bus_has_dropped_ends_the_watch(desk):
     bus = dbus.bus.BusConnection(f"unix:path={desk.status()['folder']}/bus")
     watch = bus.get_object("com.velmora.QivoWatch", "/com/velmora/QivoWatch", introspect=False)
-    # What the watch tells of it is a little longer than the call, whose own limit is not met.
+    # The watch's message about it is a little longer than the call, which stays below the limit.
     with pytest.raises(dbus.DBusException, match="NoReply"):
         for rest in range(300, 180, -20):
             watch.SetLanguage("ko_KR.UTF-8@" + "x" * (MOST_BYTES - rest),

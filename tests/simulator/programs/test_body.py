@@ -329,7 +329,7 @@ def test_a_picture_shows_the_disc_round_and_the_surroundings_transparent(tmp_pat
 def test_a_picture_shows_keys_ring_and_charger_as_they_are(watch, tmp_path):
     def shown(**properties):
         watch.set(**properties)
-        # It is drawn from the state that the body has been told before it is asked.
+        # The body draws the state that it got before the request.
         watch.picture(tmp_path / "watch.png")
         return read(tmp_path / "watch.png")
 

@@ -119,7 +119,7 @@ TEST_F(ApplicationLanguageTest, KeepsTheLanguageWhenThereIsNone)
 class ApplicationLanguageCallbackTest : public ApplicationLanguageTest
 {
 protected:
-    // Neither the hook nor the listeners hear of the language.
+    // The language reaches neither the hook nor the listeners.
     static Lines LinesAfter(const char* marker)
     {
         return {marker, kAsked, "warn(GetCurrentLocale) Lang region text : fr_FR.UTF-8",

@@ -191,7 +191,7 @@ TEST_F(ApplicationLifecycleTest, IsInTheNewStateWhenListenersAreTold)
     EXPECT_EQ(Recorder::TakeOnly({"resumed", "paused"}), Lines({"resumed in 1", "paused in 2"}));
 }
 
-// Pauses the application as soon as it is told of a resume.
+// Pauses the application in its resume callback.
 class PausingListener : public TestListener
 {
 public:

@@ -238,7 +238,7 @@ TEST_F(ApplicationTest, TellsALanguageChangeToItsOwnHookOnly)
     }
 }
 
-// Unregisters a listener, itself if none is given, while it is told of a pause.
+// Unregisters a listener (itself if none is given) in its pause callback.
 class LeavingListener : public TestListener
 {
 public:
@@ -282,7 +282,7 @@ TEST_F(ApplicationTest, DoesNotTellAListenerThatAnotherOneUnregistered)
     EXPECT_EQ(Recorder::Take(), Lines({"leaving.OnAppPause()", "second.OnAppPause()"}));
 }
 
-// Unregisters itself while it is told of a pause, and dies.
+// Unregisters itself in its pause callback, and dies.
 class DyingListener : public TestListener
 {
 public:
@@ -312,7 +312,7 @@ TEST_F(ApplicationTest, GoesOnWhenAListenerDies)
                      "first.OnAppPause()", "second.OnAppPause()"}));
 }
 
-// Registers a listener, itself if none is given, while it is told of a pause.
+// Registers a listener (itself if none is given) in its pause callback.
 class InvitingListener : public TestListener
 {
 public:

@@ -7,7 +7,7 @@ import sys
 
 import pytest
 
-TOTALS = pathlib.Path(__file__).parents[1] / "support" / "totals.py"
+TOTALS = pathlib.Path(__file__).parents[2] / "tools" / "totals.py"
 CASES = """<testsuites><testsuite name="suite">
 <testcase classname="Case" name="Passes" status="run"/>
 <testcase classname="Case" name="Off" status="notrun"/>

@@ -23,6 +23,9 @@ import dbus
 import dbus.bus
 import dbus.lowlevel
 
+SERVICES = Path(__file__).with_name("services")
+"""The mocks that are not the mocker's own."""
+
 UPOWER = "org.freedesktop.UPower"
 UPOWER_DEVICE = "org.freedesktop.UPower.Device"
 DISPLAY_DEVICE = "/org/freedesktop/UPower/devices/DisplayDevice"
@@ -239,7 +242,7 @@ class SystemBus(Bus):
 
     def start_locale(self, entries=("LANG=C.UTF-8",)):
         """entries as localed has them: ["LANG=ko_KR.UTF-8", "LC_TIME=de_DE.UTF-8"]"""
-        self._start(LOCALE, str(Path(__file__).with_name("locale1.py")))
+        self._start(LOCALE, str(SERVICES / "locale1.py"))
         self.set_locale(entries)
 
     def stop_locale(self):

@@ -6,9 +6,7 @@
         bus.set_clock_format("12h")
 """
 
-from pathlib import Path
-
-from support.bus import MOCK, Bus
+from support.bus import MOCK, SERVICES, Bus
 
 PORTAL = "org.freedesktop.portal.Desktop"
 PORTAL_PATH = "/org/freedesktop/portal/desktop"
@@ -26,8 +24,7 @@ class SessionBus(Bus):
 
     def start_portal(self, clock_format=None, has_method=True):
         """None: the desktop has no format. Without its method it knows nothing at all."""
-        self._start(PORTAL, str(Path(__file__).with_name("portal_settings.py")),
-                    has_method=has_method,
+        self._start(PORTAL, str(SERVICES / "portal_settings.py"), has_method=has_method,
                     settings=[[*CLOCK_FORMAT, clock_format]] if clock_format else [])
 
     def stop_portal(self):
@@ -54,7 +51,7 @@ class SessionBus(Bus):
 
     def start_accessibility(self, address, reads=True):
         """The service that knows whether somebody reads, and the address of the readers' bus."""
-        self._start(ACCESSIBILITY, str(Path(__file__).with_name("accessibility.py")),
+        self._start(ACCESSIBILITY, str(SERVICES / "accessibility.py"),
                     address=address, reads=reads)
 
     def stop_accessibility(self):
@@ -67,4 +64,4 @@ class SessionBus(Bus):
 
     def start_registry(self):
         """The registry, which makes this bus one of screen readers."""
-        self._start(REGISTRY, str(Path(__file__).with_name("accessibility_registry.py")))
+        self._start(REGISTRY, str(SERVICES / "accessibility_registry.py"))

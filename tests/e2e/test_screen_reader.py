@@ -42,7 +42,8 @@ class Desk:
 
     def speak(self, language):
         """Sets the desktop's language."""
-        self.system.set_locale([f"LANG={language}.UTF-8"])
+        stem, at, modifier = language.partition("@")
+        self.system.set_locale([f"LANG={stem}.UTF-8{at}{modifier}"])
 
 
 @pytest.fixture(scope="module", name="scene")

@@ -104,6 +104,14 @@ def test_a_page_without_a_fault_passes_and_leaves_no_picture(desk, tmp_path):
     assert not file.exists()
 
 
+def test_high_contrast_is_judged_by_a_stricter_rule(desk):
+    assert audited(desk, "grey").returncode == 0
+    desk.do("contrast", "high")
+    result = desk.run("audit")
+    desk.do("contrast", "normal")
+    assert result.stdout.startswith("contrast 11.") and ' instead of 15: "Grey"' in result.stdout
+
+
 def test_each_rule_finds_the_fault_that_is_planted_and_marks_it(desk, tmp_path):
     file = tmp_path / "faults.png"
     result = audited(desk, "pale small cut unreached nameless lost-button", "--picture", file)

@@ -16,8 +16,9 @@ from qivo_watch.command.pictures import disc_mask, make_round, save
 from qivo_watch.command.tree import Line, Part, Place
 from qivo_watch.errors import WatchError
 
-LEAST_CONTRAST = 7.0
-"""Of a text with what is behind it, as the Web's accessibility guidelines reckon."""
+LEAST_CONTRAST = {"normal": 7.0, "high": 15.0}
+"""Of a text with what is behind it, as the Web's accessibility guidelines reckon, for the contrast
+that the user wants."""
 
 LEAST_HEIGHT = 24 / 360
 """Of the tallest line of a text, from the lowest to the highest pixel, for a screen of size 1."""
@@ -63,13 +64,14 @@ class _Ink(NamedTuple):
     is_cut: bool
 
 
-def audit(eye: Eye, read_windows: Callable[[], list[Part]], turn: _Turn,
+def audit(eye: Eye, read_windows: Callable[[], list[Part]], turn: _Turn, contrast: str,
           file: str | None) -> None:
-    """Fails when the page has faults, which it prints; FILE gets a picture of them."""
+    """Fails when the page has faults, which it prints; FILE gets a picture of them. CONTRAST: the
+    one that the user wants."""
     rests = list(_rests(eye, read_windows, turn))
     faults = [list(_faults_at(rest)) for rest in rests]
     if rests:
-        faults[0] += _faults_of_all(rests)
+        faults[0] += _faults_of_all(rests, LEAST_CONTRAST[contrast])
     known: set[str] = set()
     for fault in (fault for found in faults for fault in found):
         if fault.what not in known:
@@ -128,19 +130,20 @@ def _faults_at(rest: _Rest) -> Iterator[Fault]:
                 yield Fault(f'cut by the edge: "{line.text}"', line.place)
 
 
-def _faults_of_all(rests: list[_Rest]) -> Iterator[Fault]:
+def _faults_of_all(rests: list[_Rest], contrast: float) -> Iterator[Fault]:
     """Of what is nowhere as it should be: a text is its lines, wherever the page rests."""
     for index, part in enumerate(rests[0].parts):
         same = [(rest, rest.parts[index]) for rest in rests if len(rest.parts) > index
                 and rest.parts[index].name == part.name]
         if part.lines:
-            yield from _faults_of_text(part, same)
+            yield from _faults_of_text(part, same, contrast)
         elif part.role in _CONTROLS and not any(
                 _is_inside(other.place, rest.picture.width) for rest, other in same):
             yield Fault(f'out of the bezel\'s reach: {part.role} "{part.name}"', part.place)
 
 
-def _faults_of_text(part: Part, same: list[tuple[_Rest, Part]]) -> Iterator[Fault]:
+def _faults_of_text(part: Part, same: list[tuple[_Rest, Part]],
+                    contrast: float) -> Iterator[Fault]:
     heights = []
     for number, line in enumerate(part.lines):
         if not line.text:
@@ -154,8 +157,8 @@ def _faults_of_text(part: Part, same: list[tuple[_Rest, Part]]) -> Iterator[Faul
             continue
         best = max(whole, key=lambda ink: ink.contrast)
         heights.append(best.box[3])
-        if best.contrast < LEAST_CONTRAST:
-            yield Fault(f'contrast {best.contrast:.1f} instead of {LEAST_CONTRAST:g}: '
+        if best.contrast < contrast:
+            yield Fault(f'contrast {best.contrast:.1f} instead of {contrast:g}: '
                         f'"{line.text}"', line.place)
     least = LEAST_HEIGHT * same[0][0].picture.width
     if heights and max(heights) < least:

@@ -154,7 +154,8 @@ class Session:
 
     def do_audit(self, given: argparse.Namespace) -> None:
         from qivo_watch.command import audit  # pylint: disable=import-outside-toplevel
-        audit.audit(self.eye(), self._read_windows, self._turn, given.picture)
+        audit.audit(self.eye(), self._read_windows, self._turn, self.client.status()["contrast"],
+                    given.picture)
 
     def _turn(self, direction: str, count: int) -> None:
         self.client.carry_out(VERBS["Bezel"], {"direction": direction, "count": count})

@@ -50,6 +50,8 @@ bool Create(void*)
     Write("Whole", kMiddle, 140, kLetters, 255);
     if (Has("pale"))
         Write("Pale", kMiddle, 80, kLetters, 100);
+    if (Has("grey"))
+        Write("Grey", kMiddle, 80, kLetters, 190);
     if (Has("small"))
         Write("Small", kMiddle, 230, 12, 255);
     if (Has("cut"))

@@ -1,5 +1,8 @@
 #include "app-common/Installation.h"
 
+#include <algorithm>
+#include <vector>
+
 namespace WatchPort
 {
 
@@ -13,17 +16,19 @@ bool FolderExists(const fs::path& path)
     return fs::is_directory(path, ignored);
 }
 
-// One build of the port serves all the programs of a build tree, each with resources of its own.
-fs::path FindBuiltTheme(const fs::path& resourceRoot)
+// One build of the port serves all the programs of a build tree, each with resources of its own;
+// and an installed port those that were built elsewhere.
+fs::path FindTheme(const fs::path& beside, const fs::path& resourceRoot)
 {
-    const fs::path theme = "subprojects/watch-port/theme/platform.edj";
     std::error_code ignored;
+    std::vector<fs::path> places = {beside};
     for (fs::path root = resourceRoot; root != root.root_path(); root = root.parent_path())
-    {
-        if (fs::exists(root / theme, ignored))
-            return root / theme;
-    }
-    return resourceRoot / theme;
+        places.push_back(root / BUILT_THEME);
+    places.emplace_back(INSTALLED_THEME);
+    const auto found =
+        std::find_if(places.begin(), places.end(),
+                     [&](const fs::path& place) { return fs::exists(place, ignored); });
+    return found == places.end() ? beside : *found;
 }
 
 fs::path ReadRunningExecutable()
@@ -41,9 +46,10 @@ std::optional<Installation> FindInstallation(const fs::path& executable)
         const fs::path share = root / "share";
         if (FolderExists(share / program))
             return Installation{program, share / program, share / "locale",
-                                share / "watch-port/platform.edj"};
+                                FindTheme(share / "watch-port/platform.edj", root)};
         if (FolderExists(root / "res"))
-            return Installation{program, root / "res", root / "res/locale", FindBuiltTheme(root)};
+            return Installation{program, root / "res", root / "res/locale",
+                                FindTheme(root / BUILT_THEME, root)};
         if (root == root.root_path())
             break;
     }

@@ -17,7 +17,12 @@ struct Installation
     std::filesystem::path platformTheme; /**< The watch's theme for the toolkit. */
 };
 
-/** Finds what belongs to an executable, given by its absolute path; nothing without a ROOT. */
+/**
+ * Finds what belongs to an executable, given by its absolute path; nothing without a ROOT.
+ *
+ * The theme is that of the same installation or build tree, else of an outer build tree, else that
+ * which was installed with this library; where there is none, the place of the first.
+ */
 std::optional<Installation> FindInstallation(const std::filesystem::path& executable);
 
 /** Returns the absolute path of the running executable; empty when /proc does not give it. */

@@ -1,0 +1,123 @@
+"""What is installed for the developers of other applications, and one that needs nothing else."""
+
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+
+import pytest
+
+ROOT = pathlib.Path(__file__).parents[2]
+BUILD = pathlib.Path(os.environ["BUILD_DIR"]).resolve()
+FOLDER = pathlib.Path("lib/watch-port")
+WATCH = ["dlog", "capi-appfw-application", "capi-appfw-app-control", "capi-appfw-app-common",
+         "capi-system-system-settings", "capi-system-device", "efl-extension", "ui-extension"]
+
+APPLICATION = """
+#include "common/BaseView.h"
+#include "common/NaviFrame.h"
+#include <Elementary.h>
+#include <app.h>
+#include <device/battery.h>
+#include <efl_extension.h>
+#include <system_settings.h>
+#include <ui_extension.h>
+
+class View : public QivoUi::BaseView
+{
+    std::shared_ptr<QivoUi::NaviFrameItemData> CreateViewImpl(Evas_Object* parent) override
+    {
+        auto data = std::make_shared<QivoUi::NaviFrameItemData>();
+        data->mViewLayout = elm_layout_add(parent);
+        return data;
+    }
+};
+
+View view;
+
+bool Create(void*)
+{
+    Evas_Object* window = elm_win_add(nullptr, "app", ELM_WIN_BASIC);
+    evas_object_show(window);
+    Evas_Object* layout = elm_layout_add(window);
+    elm_layout_theme_set(layout, "layout", "application", "default");
+    elm_win_resize_object_add(window, layout);
+    evas_object_show(layout);
+    QivoUi::NaviFrame::GetInstance()->CreateNaviFrame(layout);
+    view.CreateView();
+    bool isCharging = false;
+    device_battery_is_charging(&isCharging);
+    return view.Show(true) != nullptr && uxt_theme_set_changeable_ui_enabled(EINA_TRUE) == 0 &&
+           system_settings_unset_changed_cb(SYSTEM_SETTINGS_KEY_LOCALE_LANGUAGE) == 0;
+}
+
+int main(int argc, char** argv)
+{
+    ui_app_lifecycle_callback_s callbacks = {};
+    callbacks.create = Create;
+    callbacks.resume = [](void*) { ui_app_exit(); };
+    return ui_app_main(argc, argv, &callbacks, nullptr);
+}
+"""
+
+
+def planned(build, *options):
+    """Where an installation with these options gets each file from, by its place."""
+    subprocess.run(["meson", "setup", build, ROOT, "-Dtests=false", "-Dexamples=false",
+                    "--prefix=/prefix", *options], check=True, capture_output=True)
+    plan = json.loads((build / "meson-info" / "intro-installed.json").read_text())
+    return {pathlib.Path(place).relative_to("/prefix"): pathlib.Path(source)
+            for source, place in plan.items()}
+
+
+def copy_archive(source, place):
+    """The archive of the build that is tested, which may only refer to its objects."""
+    names = subprocess.run(["ar", "t", source], cwd=BUILD, check=True, capture_output=True,
+                           text=True).stdout.split()
+    subprocess.run(["ar", "rcs", place, *names], cwd=BUILD, check=True)
+
+
+@pytest.fixture(scope="module", name="sdk")
+def _sdk(tmp_path_factory):
+    """The folder for developers, moved to another place than it was configured for."""
+    folder = tmp_path_factory.mktemp("sdk")
+    build = folder / "build"
+    for place, source in planned(build, "-Dsdk=true").items():
+        if FOLDER not in place.parents:
+            continue
+        target = folder / place
+        target.parent.mkdir(parents=True, exist_ok=True)
+        if source.is_dir():
+            shutil.copytree(source, target, ignore=shutil.ignore_patterns("*.cpp"))
+        elif source.suffix == ".a":
+            copy_archive(BUILD / source.relative_to(build), target)
+        else:
+            shutil.copy(source, target)
+    return folder / FOLDER
+
+
+def test_nothing_is_installed_for_developers_unless_they_ask(tmp_path):
+    places = planned(tmp_path / "build")
+    assert not [place for place in places if place.suffix in (".a", ".h", ".pc")]
+
+
+def test_each_library_has_the_watchs_name_in_a_private_folder(sdk):
+    assert sorted(file.stem for file in (sdk / "pkgconfig").iterdir()) == sorted(
+        [*WATCH, "qivo-framework"])
+
+
+def test_an_application_is_built_with_the_installed_files_alone(sdk, tmp_path):
+    (tmp_path / "app.cpp").write_text(APPLICATION)
+    (tmp_path / "res").mkdir()
+    flags = subprocess.run(
+        ["pkg-config", "--cflags", "--libs", "qivo-framework"], check=True, capture_output=True,
+        text=True, env={**os.environ, "PKG_CONFIG_PATH": str(sdk / "pkgconfig")}).stdout.split()
+    assert not [flag for flag in flags if str(ROOT) in flag]
+    subprocess.run(["g++", "-std=c++17", "-Wall", "-Wextra", "-Werror", "app.cpp", "-o", "app",
+                    *flags], cwd=tmp_path, check=True)
+    done = subprocess.run([tmp_path / "app"], capture_output=True, text=True, env={
+        "PATH": os.environ["PATH"], "HOME": str(tmp_path), "XDG_RUNTIME_DIR": str(tmp_path),
+        "ELM_ENGINE": "buffer", "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={tmp_path}/no-bus"})
+    assert done.returncode == 0, done.stderr
+    assert "[Failed]" not in done.stderr

@@ -224,7 +224,8 @@ def test_an_answer_that_is_no_format_is_passed_over(bus, value):
 @pytest.mark.parametrize("signature, code", [
     ("", ""), ("s", 'ret = "12h"'), ("ss", 'ret = ("12h", "12h")'), ("as", 'ret = ["12h"]'),
     ("vv", 'ret = ("12h", "12h")'), ("a{sv}", 'ret = {"clock-format": "12h"}'),
-    ("v", 'ret = "12h"'), ("a{sa{ss}}", f'ret = {{"{CLOCK_FORMAT[0]}": {{"clock-format": "12h"}}}}'),
+    ("v", 'ret = "12h"'),
+    ("a{sa{ss}}", f'ret = {{"{CLOCK_FORMAT[0]}": {{"clock-format": "12h"}}}}'),
     ("a{sa{sv}}s", f'ret = ({{"{CLOCK_FORMAT[0]}": {{"clock-format": "12h"}}}}, "12h")')])
 def test_an_answer_of_another_shape_is_passed_over(bus, probe, signature, code):
     bus.start_portal()

@@ -10,10 +10,9 @@ namespace
 
 constexpr double kHigh = 15.0;
 constexpr double kFlare = 0.05;
-// Rounding to whole channels takes nothing from the contrast.
-constexpr double kRounding = 0.01;
-constexpr double kLight = kHigh * kFlare - kFlare + kRounding;
-constexpr double kDark = (1 + kFlare) / kHigh - kFlare - kRounding;
+// Rounding to whole channels, and soft edges, take something from the contrast.
+constexpr double kLight = (kHigh + 1) * kFlare - kFlare;
+constexpr double kDark = (1 + kFlare) / (kHigh + 1) - kFlare;
 // As far from black as from white.
 constexpr double kMiddle = 0.179;
 

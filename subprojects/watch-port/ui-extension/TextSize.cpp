@@ -5,6 +5,8 @@
 #include <Elementary.h>
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <utility>
 
 namespace WatchPort
 {
@@ -14,8 +16,9 @@ namespace
 
 constexpr double kSmallest = 0.8;
 constexpr double kLargest = 2.0;
-constexpr int kScreenHeight = 360;
-constexpr int kUsualLines = 8;
+
+// The height of a line up to a text size in percent. A screen of 360 is a whole number of lines.
+constexpr std::pair<int, int> kLines[] = {{100, 45}, {133, 60}, {160, 72}, {200, 90}};
 
 // What the toolkit's theme has besides the classes that the toolkit lists.
 constexpr const char* kUnlistedClasses[] = {"tb_plain", "tb_light", "tb_big", "label_light",
@@ -56,10 +59,11 @@ int TextSize::Of(int fontSize) const
     return std::max(1, static_cast<int>(std::lround(fontSize * mFactor)));
 }
 
-// A screen is a whole number of lines high, so that a page can show whole lines wherever it rests.
 int TextSize::LineHeight() const
 {
-    return kScreenHeight / (kUsualLines * 100 / Percent());
+    return std::find_if(std::begin(kLines), std::end(kLines),
+                        [this](const auto& line) { return Percent() <= line.first; })
+        ->second;
 }
 
 void TextSize::Publish() const

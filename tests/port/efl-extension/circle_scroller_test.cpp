@@ -1,4 +1,5 @@
 #include "port/efl-extension/CircleScrollerFixture.h"
+#include "ui-extension/Appearance.h"
 
 #include <gmock/gmock.h>
 
@@ -91,6 +92,18 @@ TEST_F(CircleScroller, GoesOnFromWhereTheContentWasMovedMeanwhile)
     ASSERT_TRUE(Toolkit::RunUntil([&] { return TopOf(scroller) == 500; }));
     TurnAndWait(1);
     EXPECT_EQ(TopOf(scroller), 500 + kStep);
+}
+
+TEST_F(CircleScroller, MovesByOneLineOfLargeText)
+{
+    Evas_Object* scroller = AddScroller(kSize, 2000);
+    AddActivated(scroller);
+    WatchPort::SetTextSize(1.3);
+    TurnAndWait(2);
+    EXPECT_EQ(TopOf(scroller), 2 * kSize / 6);
+    WatchPort::SetTextSize(1.0);
+    TurnAndWait(-1);
+    EXPECT_EQ(TopOf(scroller), 2 * kSize / 6 - kStep);
 }
 
 TEST_F(CircleScroller, StopsExactlyAtBothEnds)

@@ -300,7 +300,7 @@ protected:
         Toolkit::RunUntil([end] { return ecore_loop_time_get() > end; });
         double value = 0;
         const char* state =
-            edje_object_part_state_get(elm_layout_edje_get(scroller), "top_shade", &value);
+            edje_object_part_state_get(elm_layout_edje_get(scroller), "top_veil", &value);
         return std::string("default") == state;
     }
 
@@ -323,6 +323,29 @@ TEST_F(EffectScroller, DrawsNothingButItsClippedContentAtTheTop)
         ExpectContent(y);
     EXPECT_NE(PixelAt(180, kTop - 1) & 0xffffff, kContent);
     EXPECT_NE(PixelAt(180, kTop + kHeight) & 0xffffff, kContent);
+}
+
+TEST_F(EffectScroller, EndsLargeTextWithAMarkUntilNothingMoreFollows)
+{
+    edje_size_class_set("watch/text-size", 200, 90, 200, 90);
+    Evas_Object* scroller = AddPlainScroller();
+    const int bottom = kTop + kHeight;
+    auto isShaded = [&] { return (PixelAt(10, bottom - 2) & 0xffffff) == 0; };
+    auto isMarked = [&]
+    {
+        for (int y = bottom - kHeight / 12; y < bottom; ++y)
+        {
+            if ((PixelAt(180, y) & 0xff) > 0xc0 && PixelAt(180, y) != PixelAt(100, y))
+                return true;
+        }
+        return false;
+    };
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return isShaded() && isMarked(); }));
+    elm_scroller_region_show(scroller, 0, 4 * kSize, kSize, kHeight);
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return !isShaded() && !isMarked(); }));
+    elm_scroller_region_show(scroller, 0, 0, kSize, kHeight);
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return isShaded() && isMarked(); }));
+    edje_size_class_del("watch/text-size");
 }
 
 TEST_F(EffectScroller, FadesOutWhatIsScrolledUp)

@@ -157,7 +157,7 @@ TEST_F(Appearance, TextSizeReachesTheToolkitsOwnTextsShownNowAndLater)
 TEST_F(Appearance, TextSizeTellsThemesHowHighALineIs)
 {
     for (auto [factor, percent, line] :
-         {std::tuple(0.8, 80, 36), {1.15, 115, 60}, {1.3, 130, 60}, {1.6, 160, 72}, {2.0, 200, 90}})
+         {std::tuple(0.8, 80, 45), {1.1, 110, 60}, {1.3, 130, 60}, {1.6, 160, 72}, {2.0, 200, 90}})
     {
         WatchPort::SetTextSize(factor);
         EXPECT_EQ(TextSizeClass(), std::pair(percent, line));

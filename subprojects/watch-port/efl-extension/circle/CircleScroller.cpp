@@ -12,7 +12,6 @@ namespace
 {
 
 constexpr const char* kDataKey = "watch-port/circle-scroller";
-constexpr int kDetentsPerViewport = 4;
 constexpr double kArcLingers = 0.5;
 // In its first sixtieth of a second the toolkit's motion covers one part of the way in:
 constexpr int kFirstFrames = 15;
@@ -47,7 +46,7 @@ CircleScroller* CircleScroller::Of(Evas_Object* circleObject)
 
 CircleScroller::CircleScroller(Evas_Object* scroller, Evas_Object* conformant)
     : mScroller(scroller), mConformant(conformant),
-      mCircleObject(evas_object_vg_add(evas_object_evas_get(scroller)))
+      mCircleObject(evas_object_vg_add(evas_object_evas_get(scroller))), mWholeLines(scroller)
 {
     try
     {
@@ -170,7 +169,7 @@ void CircleScroller::Turn(int direction)
     ScrollPosition now = Position();
     if (IsLocked(now.isVertical))
         return;
-    int step = std::max(1, now.viewport / kDetentsPerViewport);
+    int step = WholeLines::Step(now.viewport);
     int end = std::max(0, now.content - now.viewport);
     int target = std::clamp(mTarget.value_or(now.position) + direction * step, 0, end);
     if (target != now.position || mTarget)

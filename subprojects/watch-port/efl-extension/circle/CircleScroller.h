@@ -2,6 +2,7 @@
 #define WATCH_PORT_EFL_EXTENSION_CIRCLE_CIRCLE_SCROLLER_H
 
 #include "efl-extension/circle/ScrollArc.h"
+#include "efl-extension/circle/WholeLines.h"
 #include <efl_extension.h>
 
 #include <memory>
@@ -56,6 +57,7 @@ private:
     Evas_Object* mScroller;
     Evas_Object* mConformant;
     Evas_Object* mCircleObject;
+    WholeLines mWholeLines;
     std::optional<ScrollArc> mArc;
     Elm_Scroller_Policy mHorizontalPolicy = ELM_SCROLLER_POLICY_AUTO;
     Elm_Scroller_Policy mVerticalPolicy = ELM_SCROLLER_POLICY_AUTO;

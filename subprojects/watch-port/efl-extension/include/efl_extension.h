@@ -69,9 +69,11 @@ Eext_Circle_Surface* eext_circle_surface_conformant_add(Evas_Object* conformant)
  * Makes a circle object that scrolls a scroller with the bezel while the circle object is activated
  * with eext_rotary_object_event_activated_set().
  *
- * A clockwise detent scrolls by a quarter of the viewport's length towards the end of the content,
- * a counter-clockwise one towards the start, with the toolkit's own animation and the scroller's
- * usual smart signals. Detents that come while it moves add up. It stops at both ends. It scrolls
+ * A clockwise detent scrolls towards the end of the content, a counter-clockwise one towards the
+ * start, with the toolkit's own animation and the scroller's usual smart signals. It goes over the
+ * lines of text that are in a quarter of the viewport, at least one: eight are in the viewport, of
+ * larger text down to four. Detents that come while it moves add up. It stops at both ends. What a
+ * finger leaves between two lines, scrolled vertically, goes on to the nearer one. It scrolls
  * vertically if the content is higher than the viewport, else horizontally, and not at all while
  * that direction is locked (elm_object_scroll_lock_y_set() and its like,
  * elm_scroller_movement_block_set()) or scrolling is frozen (elm_object_scroll_freeze_push()).

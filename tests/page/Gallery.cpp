@@ -1,5 +1,6 @@
 #include "page/Clock.h"
 #include "page/Page.h"
+#include "page/Vision.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -23,6 +24,28 @@ public:
             Page page(side);
             for (const std::string& language : Page::Languages())
                 isSaved = isSaved && Show(page, language);
+            for (const int percent : {130, 200})
+            {
+                page.SetTextSize(percent / 100.0);
+                for (const std::string& language : Page::Languages())
+                    isSaved = isSaved && ShowAtRest(page, language, std::to_string(percent));
+            }
+        }
+        return isSaved;
+    }
+
+    // What each kind of eye sees of the arrow, with the usual contrast and with high contrast.
+    bool ShowEyes() const
+    {
+        bool isSaved = true;
+        Page page(360);
+        for (const std::string contrast : {"usual", "high"})
+        {
+            Page::SetHighContrast(contrast == "high");
+            Clock::Advance(kMotion);
+            for (const Vision& vision : Vision::All())
+                isSaved = isSaved && Save(vision.See(page.Look()), "eyes",
+                                          "360-" + contrast + "-" + vision.name + "-shown");
         }
         return isSaved;
     }
@@ -49,13 +72,28 @@ private:
         return isSaved;
     }
 
+    // As it stands at the top, and after some detents.
+    bool ShowAtRest(Page& page, const std::string& language, const std::string& percent) const
+    {
+        page.SetLanguage(language);
+        page.ScrollToTop();
+        const bool isSaved = Save(page, language, percent + "-shown");
+        Page::TurnBezel(3);
+        Clock::Skip();
+        return isSaved && Save(page, language, percent + "-text");
+    }
+
     // Once the motions have ended.
     bool Save(const Page& page, const std::string& language, const std::string& state) const
     {
         Clock::Skip();
-        const std::filesystem::path folder = mFolder / language;
-        std::filesystem::create_directories(folder);
-        return page.Look().Save(folder / (std::to_string(page.Side()) + "-" + state + ".ppm"));
+        return Save(page.Look(), language, std::to_string(page.Side()) + "-" + state);
+    }
+
+    bool Save(const Picture& picture, const std::string& folder, const std::string& name) const
+    {
+        std::filesystem::create_directories(mFolder / folder);
+        return picture.Save(mFolder / folder / (name + ".ppm"));
     }
 
     std::filesystem::path mFolder;
@@ -63,7 +101,8 @@ private:
 
 } // namespace
 
-/// Renders the page in every language and size into FOLDER/LANGUAGE/SIDE-STATE.ppm.
+/// Renders the page in every language, size and text size into FOLDER/LANGUAGE/SIDE-STATE.ppm, and
+/// as each kind of eye sees it into FOLDER/eyes.
 int main(int argc, char** argv)
 {
     if (argc != 2)
@@ -71,5 +110,6 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "%s: takes a folder\n", argv[0]);
         return 2;
     }
-    return Gallery(argv[1]).ShowAll() ? EXIT_SUCCESS : EXIT_FAILURE;
+    const Gallery gallery(argv[1]);
+    return gallery.ShowAll() && gallery.ShowEyes() ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -1,6 +1,7 @@
 #include "page/Clock.h"
 #include "page/Ink.h"
 #include "page/Page.h"
+#include "page/Setting.h"
 
 #include <gtest/gtest.h>
 
@@ -34,13 +35,15 @@ void ExpectBrightOnBlack(const Picture& picture, const Box& line, const Box& ink
     EXPECT_EQ(picture.At(ink.right + 3, line.Middle()), 0U);
 }
 
-/// The page on a screen of a size, measured by its pixels.
-class Layout : public testing::TestWithParam<int>
+/// The page, measured by its pixels.
+class Layout : public testing::TestWithParam<Setting>
 {
 protected:
+    Layout() { mPage.SetTextSize(mPercent / 100.0); }
+
     template <typename Measure> void InEachLanguage(const Measure& measure)
     {
-        for (const std::string& language : Page::Languages())
+        for (const std::string& language : Page::LanguagesAt(mSide, mPercent))
         {
             SCOPED_TRACE(language);
             mPage.SetLanguage(language);
@@ -62,13 +65,29 @@ protected:
         }
     }
 
-    double Scaled(double pixels) const { return pixels * GetParam() / kUsualSide; }
+    // At the usual text size.
+    double Scaled(double pixels) const { return pixels * mSide / kUsualSide; }
 
+    // Large letters stand lower in a line than small ones.
+    int Tolerance(const Box& line) const { return mPercent == 100 ? 2 : line.Height() / 8; }
+
+    const int mSide = std::get<0>(GetParam());
+    const int mPercent = std::get<1>(GetParam());
+    Page mPage{mSide};
+};
+
+/// The page at the usual text size, on a screen of a size.
+class Screen : public testing::TestWithParam<int>
+{
+protected:
     Page mPage{GetParam()};
 };
 
 TEST_P(Layout, EveryLineComesToTheMiddleAndIsApartLargeAndBrightThere)
 {
+    // At the largest size the arrow is beside the first line.
+    mPage.SetArrowVisible(false);
+    Clock::Advance(1);
     InEachLanguage(
         [&]
         {
@@ -76,7 +95,7 @@ TEST_P(Layout, EveryLineComesToTheMiddleAndIsApartLargeAndBrightThere)
             AtEachLine(
                 [&](const Picture& picture, const Box& line)
                 {
-                    EXPECT_NEAR(line.Middle(), GetParam() / 2, 2);
+                    EXPECT_NEAR(line.Middle(), mSide / 2, Tolerance(line));
                     const std::optional<Box> ink = Ink::Within(picture, line.top, line.bottom);
                     ASSERT_TRUE(ink);
                     letters = std::max(letters, ink->Height());
@@ -84,7 +103,7 @@ TEST_P(Layout, EveryLineComesToTheMiddleAndIsApartLargeAndBrightThere)
                     ExpectApart(picture, line);
                     ExpectBrightOnBlack(picture, line, *ink);
                 });
-            EXPECT_GE(letters, std::floor(Scaled(kLeastLetters)));
+            EXPECT_GE(letters, std::floor(Scaled(kLeastLetters) * mPercent / 100));
         });
 }
 
@@ -101,7 +120,7 @@ TEST_P(Layout, TheTextHasAllTheRoomThatItNeeds)
                 EXPECT_GE(line.left, mPage.PartBox("help_text").left);
                 EXPECT_LE(line.right, mPage.PartBox("help_text").right);
             }
-            EXPECT_GE(mPage.PartBox("help_text").top, mPage.PartBox("help_image").bottom);
+            EXPECT_GE(mPage.Lines().front().top, mPage.PartBox("help_image").bottom);
         });
 }
 
@@ -114,12 +133,12 @@ TEST_P(Layout, TheFirstScreenfulShowsThePictureTheArrowAndTheFirstLineInside)
             const Box line = mPage.Lines().front();
             EXPECT_LE(Ink::Reach(picture, line.top, line.bottom), 1);
             EXPECT_EQ(mPage.PartBox("help_image").top, 0);
-            EXPECT_LT(mPage.PartBox("arrow_image").bottom, GetParam() / 2);
+            EXPECT_LT(mPage.PartBox("arrow_image").bottom, mSide / 2);
             EXPECT_GE(Ink::Contrast(picture, line.top, line.bottom), kLeastContrast);
         });
 }
 
-TEST_P(Layout, ALongTextFadesTowardsTheLowerEdge)
+TEST_P(Screen, ALongTextFadesTowardsTheLowerEdge)
 {
     mPage.SetLanguage("en");
     const Picture picture = mPage.Look();
@@ -129,7 +148,7 @@ TEST_P(Layout, ALongTextFadesTowardsTheLowerEdge)
     EXPECT_LT(Ink::Contrast(picture, third.top, GetParam()), 15);
 }
 
-TEST_P(Layout, TheBackgroundIsTrueBlack)
+TEST_P(Screen, TheBackgroundIsTrueBlack)
 {
     for (bool isArrowVisible : {true, false})
     {
@@ -148,7 +167,7 @@ TEST_P(Layout, TheBackgroundIsTrueBlack)
 }
 
 // A picture that is scaled loses its edge.
-TEST_P(Layout, EveryPictureIsShownPixelByPixel)
+TEST_P(Screen, EveryPictureIsShownPixelByPixel)
 {
     for (auto [part, images] :
          {std::pair<const char*, std::vector<const char*>>{"help_image", {"image"}},
@@ -169,7 +188,7 @@ TEST_P(Layout, EveryPictureIsShownPixelByPixel)
     }
 }
 
-TEST_P(Layout, ThePageIsNotMirroredForALanguageFromRightToLeft)
+TEST_P(Screen, ThePageIsNotMirroredForALanguageFromRightToLeft)
 {
     mPage.SetLanguage("en");
     const Picture english = mPage.Look();
@@ -184,7 +203,9 @@ TEST_P(Layout, ThePageIsNotMirroredForALanguageFromRightToLeft)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(OnScreenOf, Layout, testing::ValuesIn(Page::Sides()),
+INSTANTIATE_TEST_SUITE_P(OnScreenOf, Layout, Settings(), NameOfSetting);
+
+INSTANTIATE_TEST_SUITE_P(Of, Screen, testing::ValuesIn(Page::Sides()),
                          testing::PrintToStringParamName());
 
 } // namespace

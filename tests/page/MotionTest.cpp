@@ -268,9 +268,10 @@ TEST_F(Motion, AFlickRunsOnAndSlowsDown)
     const size_t half = way.size() / 2;
     EXPECT_GT(way[half] - released, way.back() - way[half]);
     EXPECT_EQ(way[way.size() - 30], way.back()) << "comes to rest";
+    EXPECT_EQ(way.back() % (kDetent / 2), 0) << "with whole lines";
 }
 
-TEST_F(Motion, AFingerThatRestsBeforeItLeavesMovesThePageNoFurther)
+TEST_F(Motion, AFingerThatRestsBeforeItLeavesMovesThePageNoFurtherThanToTheNearestLine)
 {
     MakeLong();
     mPage.Touch(300);
@@ -280,7 +281,9 @@ TEST_F(Motion, AFingerThatRestsBeforeItLeavesMovesThePageNoFurther)
         mPage.DragTo(150);
     const int held = mPage.ScrolledBy();
     mPage.Release();
-    EXPECT_NEAR(WatchScrolling(2).back(), held, 2);
+    const int rest = WatchScrolling(2).back();
+    EXPECT_NEAR(rest, held, kDetent / 4);
+    EXPECT_EQ(rest % (kDetent / 2), 0);
 }
 
 TEST_F(Motion, PulledBeyondTheTopThePageGivesWayAndComesBack)

@@ -8,6 +8,7 @@
 #include "texts/CatalogueList.h"
 #include "texts/LocaleName.h"
 #include "texts/TextLocale.h"
+#include "ui-extension/Appearance.h"
 
 #include <Ecore_Evas.h>
 #include <algorithm>
@@ -109,6 +110,20 @@ std::vector<std::string> Page::Languages()
     return languages;
 }
 
+std::vector<std::string> Page::Scripts()
+{
+    if (std::getenv("PAGE_LANGUAGES"))
+        return Languages();
+    return {"am", "ar", "bn", "de", "el", "gu", "he", "hi", "hy", "ja", "ka", "km", "kn",
+            "ko", "lo", "ml", "my", "or", "pa", "ru", "si", "ta", "te", "th", "vi", "zh_CN"};
+}
+
+std::vector<std::string> Page::LanguagesAt(int side, int percent)
+{
+    const bool isTold = percent == 100 || (percent == 200 && side == Sides().front());
+    return isTold ? Languages() : Scripts();
+}
+
 Page::Page(int side) : mSide(side)
 {
     StartToolkit();
@@ -139,6 +154,8 @@ void Page::ShowView()
 Page::~Page()
 {
     UseCatalogues();
+    WatchPort::SetTextSize(1.0);
+    WatchPort::SetHighContrast(false);
     mView.reset();
     Toolkit::LeaveInput();
     QivoUi::NaviFrame::Destroy();
@@ -153,6 +170,18 @@ void Page::SetLanguage(const std::string& language)
     WatchPort::ChangeCatalogues(locale);
     elm_language_set(locale.c_str());
     Settle();
+}
+
+void Page::SetTextSize(double factor)
+{
+    WatchPort::SetTextSize(factor);
+    Settle();
+    ScrollToTop();
+}
+
+void Page::SetHighContrast(bool isHigh)
+{
+    WatchPort::SetHighContrast(isHigh);
 }
 
 void Page::UseCatalogues()

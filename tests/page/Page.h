@@ -33,6 +33,11 @@ public:
     /// The languages that have a catalogue, in alphabetical order; or those that the environment's
     /// PAGE_LANGUAGES names, in its order.
     static std::vector<std::string> Languages();
+    /// One of them for each script, and some with long words.
+    static std::vector<std::string> Scripts();
+    /// Those to look at on a screen with a text size in percent: all of them at the usual size and
+    /// the largest, and one for each script where a page differs little from these.
+    static std::vector<std::string> LanguagesAt(int side, int percent);
 
     /// The page in English at rest, the arrow shown.
     explicit Page(int side);
@@ -48,6 +53,10 @@ public:
     void SetTranslation(const std::string& text);
     /// Has the catalogues answer with their own texts again.
     static void UseCatalogues();
+    /// Makes all text larger or smaller, and leaves the page at its top.
+    void SetTextSize(double factor);
+    /// Gives all colours more contrast.
+    static void SetHighContrast(bool isHigh);
     /// Shows or hides the arrow; the motion needs time.
     void SetArrowVisible(bool visible);
 

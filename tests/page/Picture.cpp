@@ -3,23 +3,25 @@
 #include <cmath>
 #include <fstream>
 
-namespace
-{
-
-// The sRGB transfer function and the weights of WCAG 2.
-double Linear(uint32_t channel)
-{
-    double value = channel / 255.0;
-    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-}
-
-} // namespace
-
 Picture::Picture(const uint32_t* pixels, int side)
     : mSide(side), mPixels(pixels, pixels + static_cast<size_t>(side) * side)
 {
 }
 
+double Picture::Linear(uint32_t channel)
+{
+    const double value = channel / 255.0;
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+uint32_t Picture::Channel(double light)
+{
+    const double value =
+        light <= 0.0031308 ? light * 12.92 : 1.055 * std::pow(light, 1 / 2.4) - 0.055;
+    return static_cast<uint32_t>(std::lround(value * 255));
+}
+
+// The weights of WCAG 2.
 double Picture::LuminanceAt(int x, int y) const
 {
     uint32_t pixel = At(x, y);

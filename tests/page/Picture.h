@@ -17,6 +17,10 @@ public:
     /// The relative luminance of a pixel, from 0 (black) to 1 (white), as in WCAG 2.
     double LuminanceAt(int x, int y) const;
 
+    /// The light of a channel of 0 to 255, from 0 to 1, and back, as in sRGB.
+    static double Linear(uint32_t channel);
+    static uint32_t Channel(double light);
+
     /// Writes a binary PPM file; false when it cannot.
     bool Save(const std::string& file) const;
 

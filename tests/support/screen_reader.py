@@ -12,6 +12,7 @@ import contextlib
 import json
 import os
 import pathlib
+import subprocess
 import tempfile
 
 import dbus
@@ -44,7 +45,7 @@ class ScreenReader:
             home = stack.enter_context(tempfile.TemporaryDirectory())
             environment = {"PATH": os.environ["PATH"], "HOME": home, "XDG_RUNTIME_DIR": home,
                            "GSETTINGS_BACKEND": "memory", "LANG": "C.UTF-8", **self.bus.env}
-            stack.enter_context(Program([LAUNCHER, "--launch-immediately"], environment))
+            stack.enter_context(_launcher(environment))
             self._client = dbus.bus.BusConnection(self.bus.address)
             stack.callback(self._client.close)
             wait_until(self._answers, "the accessibility service")
@@ -95,6 +96,19 @@ class ScreenReader:
             return tree if accept(tree) else None
 
         return wait_until(accepted, f"what {name} shows")
+
+
+@contextlib.contextmanager
+def _launcher(environment):
+    # It ends the readers' bus when it is asked to end, and leaves it behind when it is killed.
+    launcher = subprocess.Popen(
+        ["setpriv", "--pdeathsig", "TERM", LAUNCHER, "--launch-immediately"], env=environment,
+        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    try:
+        yield
+    finally:
+        launcher.terminate()
+        launcher.wait()
 
 
 def parts(tree, role):

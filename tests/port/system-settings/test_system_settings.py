@@ -166,7 +166,7 @@ def test_an_invalid_name_of_the_service_is_passed_over_with_one_line(bus, probe)
     assert probe.ask("get language") == "0 de_DE.UTF-8"
     status, log = probe.end()
     assert status == 0
-    assert len(log.splitlines()) == 1 and "W WATCH_PORT: LANG=../../x" in log
+    assert len(log.splitlines()) == 1 and "W WATCH_PORT: LANG=\"../../x\"" in log
 
 
 def test_each_key_is_told_of_its_own_change_only(bus, probe):

@@ -231,6 +231,19 @@ TEST_F(CircleScroller, LeavesItsScrollerAloneOnceDeleted)
     evas_object_del(second);
 }
 
+TEST_F(CircleScroller, LeavesAnotherOneOfItsScrollerAloneOnceDeleted)
+{
+    Evas_Object* scroller = AddScroller(kSize, 1000);
+    AddActivated(scroller);
+    evas_object_del(AddActivated(scroller));
+    // It gets the memory of the one before.
+    AddActivated(AddScroller(kSize, 1000));
+    elm_scroller_region_show(scroller, 0, 50, kSize, kSize);
+    ASSERT_TRUE(Toolkit::RunUntil([&] { return TopOf(scroller) == 50; }));
+    elm_layout_signal_emit(scroller, "watch,text,size", "");
+    EXPECT_TRUE(Toolkit::RunUntil([&] { return TopOf(scroller) == kSize / 8; }));
+}
+
 // What an application does at a step: it deletes something, once.
 class DeletionInAStep : public CircleScroller,
                         public testing::WithParamInterface<std::tuple<const char*, const char*>>

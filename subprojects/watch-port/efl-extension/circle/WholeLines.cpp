@@ -46,13 +46,16 @@ WholeLines::WholeLines(Evas_Object* scroller) : mScroller(scroller)
     evas_object_smart_callback_add(mScroller, "scroll,drag,stop", SStandsCB, this);
     evas_object_smart_callback_add(mScroller, "scroll,anim,start", SMovingCB, this);
     evas_object_smart_callback_add(mScroller, "scroll,anim,stop", SStandsCB, this);
-    elm_layout_signal_callback_add(mScroller, kTextSizeSignal, "*", STextSizeCB, this);
+    edje_object_signal_callback_add(elm_layout_edje_get(mScroller), kTextSizeSignal, "*",
+                                    STextSizeCB, this);
 }
 
 WholeLines::~WholeLines()
 {
     LookLater();
-    elm_layout_signal_callback_del(mScroller, kTextSizeSignal, "*", STextSizeCB);
+    // The widget's own call deletes the oldest callback of a function, which may be another's.
+    edje_object_signal_callback_del_full(elm_layout_edje_get(mScroller), kTextSizeSignal, "*",
+                                         STextSizeCB, this);
     evas_object_smart_callback_del_full(mScroller, "scroll,anim,stop", SStandsCB, this);
     evas_object_smart_callback_del_full(mScroller, "scroll,anim,start", SMovingCB, this);
     evas_object_smart_callback_del_full(mScroller, "scroll,drag,stop", SStandsCB, this);

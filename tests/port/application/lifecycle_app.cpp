@@ -130,6 +130,24 @@ void MakePicture()
     evas_object_show(picture);
 }
 
+// A text, and a password under it.
+void Write()
+{
+    Evas_Object* label = elm_label_add(sWindow);
+    elm_object_text_set(label, "two words");
+    Evas_Object* entry = elm_entry_add(sWindow);
+    elm_entry_single_line_set(entry, EINA_TRUE);
+    elm_entry_password_set(entry, EINA_TRUE);
+    elm_entry_entry_set(entry, "secret");
+    int top = 0;
+    for (Evas_Object* object : {label, entry})
+    {
+        evas_object_geometry_set(object, 0, top, 300, 100);
+        evas_object_show(object);
+        top += 100;
+    }
+}
+
 // As an application does that ends without a thought for its callbacks.
 void FollowServices()
 {
@@ -190,6 +208,8 @@ void Obey(const std::string& word)
         {"delete", [] { evas_object_del(sWindow); }},
         {"new", MakeWindow},
         {"picture", MakePicture},
+        {"write", Write},
+        {"misname", [] { elm_win_title_set(sWindow, "caf\xe9"); }},
         {"close", [] { ecore_x_window_delete_request_send(elm_win_xwindow_get(sWindow)); }},
         {"sync", [] { ecore_x_sync(); }},
         {"toil", [] { std::this_thread::sleep_for(std::chrono::milliseconds(5500)); }},

@@ -16,6 +16,8 @@ from support.silent_bus import SilentBus
 ROOT = "/org/a11y/atspi/accessible/root"
 ACCESSIBLE = "org.a11y.atspi.Accessible"
 COMPONENT = "org.a11y.atspi.Component"
+TEXT = "org.a11y.atspi.Text"
+WORD, LINE = 1, 3
 
 
 @pytest.fixture(scope="module", name="readers")
@@ -70,6 +72,14 @@ class Reader:
     def ask(self, path, interface, member, signature="", *arguments):
         return self._bus.call_blocking(self._name, path, interface, member, signature, arguments)
 
+    def name_of(self, path):
+        return self.ask(path, "org.freedesktop.DBus.Properties", "Get", "ss", ACCESSIBLE, "Name")
+
+    def items(self):
+        """Path and name of all that the application shows."""
+        items = self.ask("/org/a11y/atspi/cache", "org.a11y.atspi.Cache", "GetItems")
+        return [(str(item[0][1]), str(item[6])) for item in items]
+
     def error(self, *question):
         with pytest.raises(dbus.DBusException) as refusal:
             self.ask(*question)
@@ -92,6 +102,22 @@ def _read(readers, tmp_path_factory):
             wait_until_read(readers, app)
             with Reader(readers, app) as reader:
                 yield app, reader
+
+
+@pytest.fixture(scope="module", name="written")
+def _written(read):
+    """A reader, and all that it can read of an application that has written something."""
+    app, reader = read
+    app.tell("write")
+    return reader, reader.items()
+
+
+@pytest.fixture(name="text")
+def _text(written):
+    """Asks about the text "two words"."""
+    reader, items = written
+    (path,) = [path for path, name in items if name == "two words"]
+    return lambda *question: reader.ask(path, TEXT, *question)
 
 
 def test_without_a_reader_nothing_is_started_and_nothing_wakes_the_application(
@@ -161,9 +187,39 @@ def test_the_window_is_in_the_tree_under_its_title(read):
     _, reader = read
     (window,) = reader.ask(ROOT, ACCESSIBLE, "GetChildren")
     assert reader.ask(window[1], ACCESSIBLE, "GetRoleName") == "frame"
-    assert reader.ask(window[1], "org.freedesktop.DBus.Properties", "Get", "ss", ACCESSIBLE,
-                      "Name") == "lifecycle-app"
+    assert reader.name_of(window[1]) == "lifecycle-app"
     assert reader.ask(window[1], ACCESSIBLE, "GetChildAtIndex", "i", 99)[1].endswith("/null")
+
+
+def test_a_name_that_is_not_utf_8_is_told_as_far_as_it_is(session, readers, start):
+    session.start_accessibility(readers.address)
+    app = start()
+    wait_until_read(readers, app)
+    app.tell("misname")
+    with Reader(readers, app) as reader:
+        window = reader.ask(ROOT, ACCESSIBLE, "GetChildAtIndex", "i", 0)[1]
+        assert reader.name_of(window) == "caf\N{REPLACEMENT CHARACTER}"
+
+
+def test_a_password_is_told_as_it_is_drawn(written):
+    names = [name for _, name in written[1]]
+    assert "******" in names and "secret" not in names
+
+
+def test_words_follow_each_other_up_to_the_end_of_the_text(text):
+    assert text("GetStringAtOffset", "iu", 0, WORD) == ("two ", 0, 4)
+    assert text("GetStringAtOffset", "iu", 3, WORD) == ("two ", 0, 4)
+    assert text("GetStringAtOffset", "iu", 4, WORD) == ("words", 4, 9)
+
+
+def test_the_last_line_ends_with_the_text(text):
+    assert text("GetStringAtOffset", "iu", 0, LINE) == ("two words", 0, 9)
+
+
+@pytest.mark.parametrize("offset", [-2**31, -2, -1, 9, 2**31 - 1])
+def test_a_letter_that_there_is_not_has_no_size(text, offset):
+    assert text("GetCharacterExtents", "iu", offset, 0)[2:] == (0, 0)
+    assert text("GetCharacterExtents", "iu", 0, 0)[2] > 0
 
 
 @pytest.mark.parametrize("question, error", [

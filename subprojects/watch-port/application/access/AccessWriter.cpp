@@ -1,6 +1,10 @@
 #include "application/access/AccessWriter.h"
 
 #include "application/access/AccessTree.h"
+#include "base/Utf8.h"
+
+#include <algorithm>
+#include <string_view>
 
 namespace WatchPort
 {
@@ -9,11 +13,30 @@ namespace
 {
 constexpr char kPathPrefix[] = "/org/a11y/atspi/accessible/";
 constexpr char kNothing[] = "/org/a11y/atspi/null";
+constexpr std::string_view kReplacement = "\xef\xbf\xbd";
+
+// The bus library ends a process that sends anything else.
+std::string ToUtf8(std::string_view text)
+{
+    std::string valid;
+    while (!text.empty())
+    {
+        const size_t length = Utf8CharacterLength(text);
+        valid += length == 0 ? kReplacement : text.substr(0, length);
+        text.remove_prefix(std::max<size_t>(length, 1));
+    }
+    return valid;
+}
 } // namespace
 
 AccessWriter::AccessWriter(DBusMessage* message, const char* bus) : mBus(bus)
 {
     dbus_message_iter_init_append(message, &mIter);
+}
+
+void AccessWriter::AddText(const std::string& text)
+{
+    AppendText(&mIter, ToUtf8(text));
 }
 
 void AccessWriter::AddTruth(bool isTrue)

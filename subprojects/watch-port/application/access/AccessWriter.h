@@ -16,7 +16,8 @@ public:
     /** @param bus The unique name of the process on the readers' bus; it outlives the object. */
     AccessWriter(DBusMessage* message, const char* bus);
 
-    void AddText(const std::string& text) { AppendText(&mIter, text); }
+    /** @param text A byte that is not UTF-8 is written as U+FFFD. */
+    void AddText(const std::string& text);
     void AddNumber(std::int32_t number) { Add(DBUS_TYPE_INT32, &number); }
     void AddUnsigned(std::uint32_t number) { Add(DBUS_TYPE_UINT32, &number); }
     void AddTruth(bool isTrue);

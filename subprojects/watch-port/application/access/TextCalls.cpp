@@ -17,17 +17,22 @@ enum Granularity : std::uint32_t
     kLine,
 };
 
-TextRange WordAt(const std::string& text, int offset)
+// A word goes on to the next one, so that a reader which asks for them in turn comes to the end.
+TextRange WordAt(const std::string& text, int offset, int length)
 {
     const auto isBlank = [&text](int character)
     {
         const std::string one = TakeCharacters(text, {character, character + 1});
-        return one.empty() || one == " " || one == "\n";
+        return one == " " || one == "\n";
     };
     TextRange word{offset, offset};
+    while (word.begin > 0 && isBlank(word.begin))
+        --word.begin;
     while (word.begin > 0 && !isBlank(word.begin - 1))
         --word.begin;
-    while (!isBlank(word.end))
+    while (word.end < length && !isBlank(word.end))
+        ++word.end;
+    while (word.end < length && isBlank(word.end))
         ++word.end;
     return word;
 }
@@ -43,9 +48,12 @@ TextRange RangeAt(const AccessCall& call, int offset, std::uint32_t granularity)
     case kCharacter:
         return {offset, offset + 1};
     case kWord:
-        return WordAt(text, offset);
+        return WordAt(text, offset, length);
     case kLine:
-        return LineAt(call.object.object, offset);
+    {
+        const TextRange line = LineAt(call.object.object, offset);
+        return {line.begin, std::min(line.end, length)};
+    }
     default:
         return {0, length};
     }
@@ -108,7 +116,8 @@ bool AnswerCharacterExtents(const AccessCall& call)
     std::int32_t offset = 0;
     std::uint32_t coordinates = 0;
     return call.Take(DBUS_TYPE_INT32, &offset, DBUS_TYPE_UINT32, &coordinates) &&
-           WriteSides(AreaOfRange(call, {offset, offset + 1}, coordinates), call.answer);
+           WriteSides(AreaOfRange(call, RangeAt(call, offset, kCharacter), coordinates),
+                      call.answer);
 }
 
 bool AnswerRangeExtents(const AccessCall& call)

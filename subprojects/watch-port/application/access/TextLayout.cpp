@@ -43,6 +43,22 @@ bool GetCharacterArea(Evas_Object* object, int character, Eina_Rectangle& area)
                                                   &area.y, &area.w, &area.h) >= 0;
 }
 
+std::string PlainTextOf(Evas_Object* block)
+{
+    const char* const markup = evas_object_textblock_text_markup_get(block);
+    const std::unique_ptr<char, MemoryRelease> text(
+        evas_textblock_text_markup_to_utf8(block, markup));
+    return text ? text.get() : "";
+}
+
+std::string Repeat(std::string_view character, int times)
+{
+    std::string repeated;
+    for (; times > 0; --times)
+        repeated += character;
+    return repeated;
+}
+
 size_t ByteOf(const std::string& text, int character)
 {
     size_t byte = 0;
@@ -68,10 +84,9 @@ std::string ReadDrawnText(Evas_Object* object)
     }
     if (!IsOfType(object, "textblock"))
         return {};
-    const char* const markup = evas_object_textblock_text_markup_get(object);
-    const std::unique_ptr<char, MemoryRelease> text(
-        evas_textblock_text_markup_to_utf8(object, markup));
-    return text ? text.get() : "";
+    if (const char* const hiding = evas_object_textblock_replace_char_get(object))
+        return Repeat(hiding, CountCharacters(PlainTextOf(object)));
+    return PlainTextOf(object);
 }
 
 TextRange LineAt(Evas_Object* object, int character)

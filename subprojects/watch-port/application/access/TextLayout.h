@@ -17,7 +17,10 @@ struct TextRange
 /** Whether the object draws text by itself. */
 bool DrawsText(const Evas_Object* object);
 
-/** The text that an object draws, without markup; empty for an object that draws none. */
+/**
+ * The text that an object draws, without markup: of a password what hides it. Empty for an object
+ * that draws none.
+ */
 std::string ReadDrawnText(Evas_Object* object);
 
 /** The line in which a character is drawn. */

@@ -52,6 +52,16 @@ def test_the_tree_follows_the_page(desk):
     assert texts(BACK_KEY)["ko"] not in [part["name"] for part in tree(desk)]
 
 
+def test_lines_that_break_within_a_word_have_each_letter_once(desk):
+    desk.do("text-size", "2.0")
+    desk.do("language", "my_MM")
+    desk.do("launch")
+    desk.do("wait", "still")
+    label = tree(desk)[-1]
+    drawn = "".join(line["text"] for line in label["lines"])
+    assert "".join(drawn.split()) == "".join(label["name"].split())
+
+
 def test_waiting_for_a_text_that_does_not_come_fails(desk):
     desk.do("launch")
     assert desk.refused("wait", "text", "never shown", "-t", "0.2") == (

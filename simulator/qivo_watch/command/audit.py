@@ -186,7 +186,9 @@ def _ink_of(line: Line, rest: _Rest) -> _Ink | None:
     seen = [(box[0] + index % pixels.width, box[1] + index // pixels.width)
             for index, colour in enumerate(pixels.getdata()) if ratios[colour] > faintest]
     across, down = [x for x, _ in seen], [y for _, y in seen]
-    reach = max(math.hypot(x + 0.5 - size / 2, y + 0.5 - size / 2) for x, y in seen)
+    # To the nearest corner of a pixel: a letter covers those at its own edge only in part.
+    reach = max(math.hypot(abs(x + 0.5 - size / 2) - 0.5, abs(y + 0.5 - size / 2) - 0.5)
+                for x, y in seen)
     return _Ink((min(across), min(down), max(across) - min(across) + 1,
                  max(down) - min(down) + 1), best, reach > size * (0.5 - LEAST_MARGIN)
                 or left < 0 or left + width > size)

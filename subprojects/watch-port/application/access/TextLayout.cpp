@@ -96,8 +96,12 @@ TextRange LineAt(Evas_Object* object, int character)
     const Cursor cursor = CursorAt(object, character);
     evas_textblock_cursor_line_char_first(cursor.get());
     const int begin = evas_textblock_cursor_pos_get(cursor.get());
-    evas_textblock_cursor_line_char_last(cursor.get());
-    return {begin, evas_textblock_cursor_pos_get(cursor.get()) + 1};
+    // What the toolkit calls a line's last character may stand in the next line, as in Burmese.
+    const int line =
+        evas_textblock_cursor_line_geometry_get(cursor.get(), nullptr, nullptr, nullptr, nullptr);
+    if (!evas_textblock_cursor_line_set(cursor.get(), line + 1))
+        return {begin, CountCharacters(ReadDrawnText(object))};
+    return {begin, evas_textblock_cursor_pos_get(cursor.get())};
 }
 
 Eina_Rectangle AreaOfText(Evas_Object* object, TextRange range)

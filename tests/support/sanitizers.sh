@@ -1,5 +1,5 @@
 # shellcheck shell=sh
-# What the tests of the sanitized build want to be told. Source it in the root of the checkout.
+# The options of the sanitized tests. Source it in the root of the checkout.
 
 # The toolkit has no frame pointers, so only the slow unwinder finds who allocated. It takes half
 # the time with just enough frames to recognise the known leaks.

@@ -1,8 +1,10 @@
 """What testers see of an application without looking: its tree, and the audit of its page."""
 
+import importlib
 import json
 
 import pytest
+from gi.repository import Gio, GLib
 from PIL import Image
 
 from languages.catalogues import BACK_KEY, WATCH, texts
@@ -68,6 +70,11 @@ def test_waiting_for_a_text_that_does_not_come_fails(desk):
         'qivo-watch: no text "never shown" within 0.2 s')
 
 
+def test_a_text_that_comes_out_of_sight_is_found(desk):
+    desk.do("launch", PAGE, "--env", "FAULTS=late")
+    desk.do("wait", "text", "Late", "-t", "20")
+
+
 def test_without_an_application_there_is_no_tree(desk):
     for words in (["tree"], ["audit"], ["wait", "text", "any"], ["touch", "--text", "any"]):
         assert desk.refused(*words) == "qivo-watch: no application is running"
@@ -80,10 +87,63 @@ def test_a_program_that_is_not_on_the_port_shows_no_tree(desk):
 
 
 def test_a_touch_finds_its_text(desk):
+    desk.do("text-size", "2.0")
     desk.do("launch")
     desk.do("wait", "still")
     desk.do("touch", "--text", "Back key")
-    assert desk.refused("touch", "--text", "zzz") == 'qivo-watch: no "zzz" is in sight'
+    for text in ("zzz", lines_of(desk)[-1]):
+        assert desk.refused("touch", "--text", text) == f'qivo-watch: no "{text}" is in sight'
+
+
+def lines_of(desk):
+    return [line["text"] for line in tree(desk)[-1]["lines"]]
+
+
+class Liar:
+    """An application's end of the bus, as the reader of its tree calls it."""
+
+    def __init__(self, **lies):
+        self.lies = lies
+        self.connection = self
+
+    def call(self, _method):
+        return (":1.0",)
+
+    def call_sync(self, _bus, path, _interface, method, arguments, kind, *_):
+        honest = {"GetChildren": ([(":1.0", "/part")] if path.endswith("root") else [],),
+                  "GetInterfaces": (["org.a11y.atspi.Text"],), "GetState": ([0, 0],),
+                  "GetRoleName": ("label",), "Get": (GLib.Variant("s", "Name"),),
+                  "GetExtents": ((0, 0, 9, 9),), "GetRangeExtents": (0, 0, 9, 9),
+                  "GetStringAtOffset": ("", 0, 0)}
+        answer = self.lies.get(method, honest[method])
+        if isinstance(answer, GLib.Error):
+            raise answer
+        return GLib.Variant(kind.dup_string(),
+                            answer(*arguments) if callable(answer) else answer)
+
+
+@pytest.mark.parametrize("lies, complaint", [
+    ({"GetChildren": ([(":1.0", "/part")],)}, "the tree is more than 100 objects deep"),
+    ({"GetStringAtOffset": lambda offset, _: ("x", offset, offset + 1)},
+     "the tree has more than 5000 objects and lines"),
+    ({"GetInterfaces": Gio.DBusError.new_for_dbus_error(
+        "org.freedesktop.DBus.Error.UnknownObject", "")},
+     "the application's tree was not read within 0.1 s")], ids=["deep", "long", "gone"])
+def test_a_tree_without_an_end_is_refused(monkeypatch, lies, complaint):
+    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
+    reader = importlib.import_module("qivo_watch.command.tree")
+    if "within" in complaint:
+        monkeypatch.setattr(reader, "_PATIENCE_S", 0.1)
+    with pytest.raises(importlib.import_module("qivo_watch.errors").WatchError) as told:
+        reader.read_windows(Liar(**lies))
+    assert str(told.value) == complaint
+
+
+def test_a_name_that_is_no_text_is_none(monkeypatch):
+    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
+    reader = importlib.import_module("qivo_watch.command.tree")
+    (part,) = reader.read_windows(Liar(Get=(GLib.Variant("i", 5),)))
+    assert part.name == ""
 
 
 @pytest.mark.parametrize("words", [[], ["5"], ["5", "5", "--text", "any"], ["5", "--text", "any"]])
@@ -112,6 +172,18 @@ def test_a_page_without_a_fault_passes_and_leaves_no_picture(desk, tmp_path):
     result = audited(desk, "", "--picture", file)
     assert (result.returncode, result.stdout, result.stderr) == (0, "", "")
     assert not file.exists()
+
+
+def test_what_would_turn_a_terminals_head_is_not_printed(desk):
+    result = audited(desk, "escape")
+    assert result.stdout.startswith("letters ") and "Red" in result.stdout
+    assert "\x1b" not in result.stdout and "\x9b" not in result.stdout
+
+
+def test_an_application_behind_another_has_no_page_to_audit(desk):
+    desk.do("launch", PAGE)
+    desk.do("button", "click", "back")
+    assert desk.refused("audit") == "qivo-watch: the application is not on the screen"
 
 
 def test_high_contrast_is_judged_by_a_stricter_rule(desk):

@@ -13,8 +13,9 @@ from PIL import Image, ImageDraw
 
 from qivo_watch.command.eye import Eye
 from qivo_watch.command.pictures import disc_mask, make_round, save
-from qivo_watch.command.tree import Line, Part, Place
+from qivo_watch.command.tree import Line, Part, Place, is_on_screen
 from qivo_watch.errors import WatchError
+from qivo_watch.lines import printable
 
 LEAST_CONTRAST = {"normal": 7.0, "high": 15.0}
 """Of a text with what is behind it, as the Web's accessibility guidelines reckon, for the contrast
@@ -75,7 +76,7 @@ def audit(eye: Eye, read_windows: Callable[[], list[Part]], turn: _Turn, contras
     known: set[str] = set()
     for fault in (fault for found in faults for fault in found):
         if fault.what not in known:
-            print(fault.what, flush=True)
+            print(printable(fault.what), flush=True)
         known.add(fault.what)
     if not known:
         return
@@ -138,7 +139,7 @@ def _faults_of_all(rests: list[_Rest], contrast: float) -> Iterator[Fault]:
         if part.lines:
             yield from _faults_of_text(part, same, contrast)
         elif part.role in _CONTROLS and not any(
-                _is_inside(other.place, rest.picture.width) for rest, other in same):
+                is_on_screen(other.place, rest.picture.width) for rest, other in same):
             yield Fault(f'out of the bezel\'s reach: {part.role} "{part.name}"', part.place)
 
 
@@ -202,12 +203,6 @@ def _luminance(colour: tuple[int, int, int]) -> float:
 
 def _contrast(one: float, other: float) -> float:
     return (max(one, other) + 0.05) / (min(one, other) + 0.05)
-
-
-def _is_inside(place: Place, size: int) -> bool:
-    """Whether the middle of a place is on the round screen."""
-    x, y, width, height = place
-    return math.hypot(x + width / 2 - size / 2, y + height / 2 - size / 2) <= size / 2
 
 
 def _spoken(place: Place) -> str:

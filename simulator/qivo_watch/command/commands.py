@@ -18,6 +18,9 @@ from qivo_watch.lines import coloured, is_at_least, printable
 from qivo_watch.processes import INTERRUPTS
 from qivo_watch.state import Folder, running
 
+LOOK_AGAIN_S = 0.5
+"""Seconds after which a text is looked for again though the screen has not changed."""
+
 
 class Session:
     """One command, or the commands of one replay. Reference pictures are relative to HERE."""
@@ -146,16 +149,17 @@ class Session:
     def do_tree(self, given: argparse.Namespace) -> None:
         windows = self._read_windows()
         if given.json:
-            print(json.dumps([window.as_json() for window in windows], indent=2,
-                             ensure_ascii=False))
+            print(json.dumps([window.as_json() for window in windows], indent=2))
         else:
             for window in windows:
                 print("\n".join(map(printable, window.described())))
 
     def do_audit(self, given: argparse.Namespace) -> None:
         from qivo_watch.command import audit  # pylint: disable=import-outside-toplevel
-        audit.audit(self.eye(), self._read_windows, self._turn, self.client.status()["contrast"],
-                    given.picture)
+        status = self.client.status()
+        if status["app"] and self.eye().top_process() != status["app"]["pid"]:
+            raise WatchError("the application is not on the screen")
+        audit.audit(self.eye(), self._read_windows, self._turn, status["contrast"], given.picture)
 
     def _turn(self, direction: str, count: int) -> None:
         self.client.carry_out(VERBS["Bezel"], {"direction": direction, "count": count})
@@ -166,7 +170,7 @@ class Session:
 
     def _find_text(self, text: str) -> tuple[int, int] | None:
         from qivo_watch.command import tree  # pylint: disable=import-outside-toplevel
-        return tree.find_text(self._read_windows(), text)
+        return tree.find_text(self._read_windows(), text, self.eye().size)
 
     def do_screenshot(self, given: argparse.Namespace) -> None:
         if given.body:
@@ -241,12 +245,13 @@ class Session:
     def _wait_text(self, text: str, seconds: float) -> None:
         deadline = time.monotonic() + seconds
         while True:
-            # What comes or goes is drawn.
-            picture = self.eye().look()
+            picture, now = self.eye().look(), time.monotonic()
             if any(text in part.name for window in self._read_windows() for part in window.all()):
                 return
-            if self.eye().wait_other(picture, deadline) is None:
+            if now > deadline:
                 raise WatchError(f'no text "{text}" within {seconds:g} s')
+            # What is in sight is drawn when it comes; the rest must be looked for.
+            self.eye().wait_other(picture, min(deadline, time.monotonic() + LOOK_AGAIN_S))
 
     def _wait_exit(self, seconds: float) -> None:
         deadline = time.monotonic() + seconds

@@ -84,21 +84,29 @@ class Eye:
                 picture, since = other, time.monotonic()
         return False
 
+    def top_process(self) -> int:
+        """The process of the topmost window; 0 if unknown."""
+        return self._read_of_top("_NET_WM_PID")
+
     def _is_top_moving(self) -> bool:
         """Whether the topmost window reports a motion; the server reports its changes."""
+        return self._read_of_top(_MOTION) == 1
+
+    def _read_of_top(self, name: str) -> int:
+        """A number that the topmost window has as a property; 0 if it has none."""
         with self._bounded():
             stack = self._root.get_full_property(
                 self._display.get_atom("_NET_CLIENT_LIST_STACKING"), Xatom.WINDOW)
             if not stack or not stack.value:
-                return False
+                return 0
             top = self._display.create_resource_object("window", stack.value[-1])
             top.change_attributes(event_mask=X.PropertyChangeMask,
                                   onerror=error.CatchError(error.BadWindow))
             try:
-                motion = top.get_full_property(self._display.get_atom(_MOTION), Xatom.CARDINAL)
+                found = top.get_full_property(self._display.get_atom(name), Xatom.CARDINAL)
             except error.BadWindow:
-                return False
-        return bool(motion) and motion.value[0] == 1
+                return 0
+        return found.value[0] if found else 0
 
     def _wait_news(self, deadline: float) -> bool:
         while True:

@@ -1,5 +1,7 @@
 """What an application shows to a screen reader: its accessible tree, read over the watch's bus."""
 
+import math
+import time
 from typing import Any, Iterator, NamedTuple
 
 from gi.repository import Gio, GLib
@@ -16,8 +18,11 @@ _ON_SCREEN, _LINE = 0, 3
 _SHOWING = 25
 """The numbers of AT-SPI2."""
 
-_MOST_OBJECTS = 5000
-"""A tree that is larger counts as broken."""
+_MOST_OBJECTS, _DEEPEST = 5000, 100
+"""A tree with more objects and lines, or with more of them in each other, counts as broken."""
+
+_PATIENCE_S = 20.0
+"""Seconds for a whole tree, also for one that changes again and again while it is read."""
 
 _GONE = "org.freedesktop.DBus.Error.UnknownObject"
 
@@ -67,21 +72,30 @@ class Part(NamedTuple):
 def read_windows(client: Client) -> list[Part]:
     """The windows of the application that was started last."""
     bus = client.call("ShowTree")[0]
+    deadline = time.monotonic() + _PATIENCE_S
     while True:
         try:
-            return _Reader(client.connection, bus).windows()
+            return _Reader(client.connection, bus, deadline).windows()
         except _Changed:
             pass  # Something went while it was read.
 
 
-def find_text(windows: list[Part], text: str) -> tuple[int, int] | None:
-    """The middle of the first line or object in sight whose name contains a text."""
+def find_text(windows: list[Part], text: str, size: int) -> tuple[int, int] | None:
+    """The middle of the first line or object that contains a text, of those whose middle is on a
+    round screen of SIZE pixels."""
     for part in (part for window in windows for part in window.all()):
         if not part.is_showing or text not in part.name:
             continue
-        place = next((line.place for line in part.lines if text in line.text), part.place)
-        return place[0] + place[2] // 2, place[1] + place[3] // 2
+        places = [line.place for line in part.lines if text in line.text] or [part.place]
+        for place in (place for place in places if is_on_screen(place, size)):
+            return place[0] + place[2] // 2, place[1] + place[3] // 2
     return None
+
+
+def is_on_screen(place: Place, size: int) -> bool:
+    """Whether the middle of a place is on a round screen."""
+    x, y, width, height = place
+    return math.hypot(x + width / 2 - size / 2, y + height / 2 - size / 2) <= size / 2
 
 
 class _Changed(Exception):
@@ -89,31 +103,39 @@ class _Changed(Exception):
 
 
 class _Reader:
-    def __init__(self, connection: Gio.DBusConnection, bus: str):
+    def __init__(self, connection: Gio.DBusConnection, bus: str, deadline: float):
         self._connection = connection
         self._bus = bus
+        self._deadline = deadline
         self._left = _MOST_OBJECTS
 
     def windows(self) -> list[Part]:
-        return self._children(_ROOT)
+        return self._children(_ROOT, 1)
 
-    def _children(self, path: str) -> list[Part]:
-        return [self._part(child) for _, child in self._ask(
-            path, _ACCESSIBLE, "GetChildren", "()", (), "(a(so))")]
+    def _children(self, path: str, depth: int) -> list[Part]:
+        children = self._ask(path, _ACCESSIBLE, "GetChildren", "()", (), "(a(so))")
+        if children and depth > _DEEPEST:
+            raise WatchError(f"the tree is more than {_DEEPEST} objects deep")
+        return [self._part(child, depth) for _, child in children]
 
-    def _part(self, path: str) -> Part:
+    def _count(self) -> None:
         self._left -= 1
         if self._left < 0:
-            raise WatchError(f"the tree has more than {_MOST_OBJECTS} objects")
+            raise WatchError(f"the tree has more than {_MOST_OBJECTS} objects and lines")
+
+    def _part(self, path: str, depth: int) -> Part:
+        self._count()
         interfaces = self._ask(path, _ACCESSIBLE, "GetInterfaces", "()", (), "(as)")
         states = self._ask(path, _ACCESSIBLE, "GetState", "()", (), "(au)")
+        name = self._ask(path, "org.freedesktop.DBus.Properties", "Get", "(ss)",
+                         (_ACCESSIBLE, "Name"), "(v)")
         return Part(
             self._ask(path, _ACCESSIBLE, "GetRoleName", "()", (), "(s)"),
-            self._ask(path, "org.freedesktop.DBus.Properties", "Get", "(ss)",
-                      (_ACCESSIBLE, "Name"), "(v)"),
+            name if isinstance(name, str) else "",
             self._ask(path, _COMPONENT, "GetExtents", "(u)", (_ON_SCREEN,), "((iiii))"),
             bool(states and states[0] >> _SHOWING & 1),
-            list(self._lines(path)) if _TEXT in interfaces else [], self._children(path))
+            list(self._lines(path)) if _TEXT in interfaces else [],
+            self._children(path, depth + 1))
 
     def _lines(self, path: str) -> Iterator[Line]:
         offset = 0
@@ -122,6 +144,7 @@ class _Reader:
                                          (offset, _LINE), "(sii)")
             if end <= offset:
                 return
+            self._count()
             place = self._ask(path, _TEXT, "GetRangeExtents", "(iiu)", (begin, end, _ON_SCREEN),
                               "(iiii)")
             yield Line(text.strip(), place)
@@ -129,6 +152,8 @@ class _Reader:
 
     def _ask(self, path: str, interface: str, method: str, signature: str, arguments: tuple,
              answer: str) -> Any:
+        if time.monotonic() > self._deadline:
+            raise WatchError(f"the application's tree was not read within {_PATIENCE_S:g} s")
         try:
             values = self._connection.call_sync(
                 self._bus, path, interface, method, GLib.Variant(signature, arguments),

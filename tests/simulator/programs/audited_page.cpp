@@ -1,5 +1,6 @@
 // An application that draws a sound page, and on it the faults that FAULTS names.
 
+#include <Ecore_Input.h>
 #include <Elementary.h>
 #include <app.h>
 #include <cstdlib>
@@ -11,6 +12,7 @@ Evas_Object* sWindow = nullptr;
 
 constexpr int kMiddle = 180;
 constexpr int kLetters = 36;
+constexpr double kLateS = 3;
 
 bool Has(const std::string& fault)
 {
@@ -37,6 +39,24 @@ void Place(Evas_Object* object, int x, int y)
     evas_object_show(object);
 }
 
+void WriteOutOfSight(const char* text)
+{
+    Write(text, kMiddle, 500, kLetters, 255);
+}
+
+Eina_Bool WriteLate(void*)
+{
+    WriteOutOfSight("Late");
+    return ECORE_CALLBACK_CANCEL;
+}
+
+// Any key has the window leave the screen.
+Eina_Bool Leave(void*, int, void*)
+{
+    elm_win_lower(sWindow);
+    return ECORE_CALLBACK_PASS_ON;
+}
+
 bool Create(void*)
 {
     sWindow = elm_win_add(nullptr, "audited-page", ELM_WIN_BASIC);
@@ -46,6 +66,7 @@ bool Create(void*)
     evas_object_size_hint_weight_set(background, EVAS_HINT_EXPAND, EVAS_HINT_EXPAND);
     elm_win_resize_object_add(sWindow, background);
     evas_object_show(background);
+    ecore_event_handler_add(ECORE_EVENT_KEY_DOWN, Leave, nullptr);
 
     Write("Whole", kMiddle, 140, kLetters, 255);
     if (Has("pale"))
@@ -56,8 +77,12 @@ bool Create(void*)
         Write("Small", kMiddle, 230, 12, 255);
     if (Has("cut"))
         Write("Cut off", 80, 30, kLetters, 255);
+    if (Has("escape"))
+        Write("\x1b[31mRed\xc2\x9b", kMiddle, 230, 12, 255);
     if (Has("unreached"))
-        Write("Unreached", kMiddle, 500, kLetters, 255);
+        WriteOutOfSight("Unreached");
+    if (Has("late"))
+        ecore_timer_add(kLateS, WriteLate, nullptr);
     if (Has("nameless"))
         Place(elm_image_add(sWindow), 150, 280);
     if (Has("lost-button"))

@@ -140,6 +140,8 @@ def test_payments_are_kept_for_the_next_run_and_wrong_lines_left_out(desk):
     assert desk.do("log").count("wrong line : ") == 4
     launch(desk, "--operation", "pay", "--extra", "card=7706", "--extra", "amount=39.95")
     desk.do("wait", "log", "paid : 39.95")
+    # Until its screen has gone, the payment is under way.
+    desk.do("wait", "still")
     launch(desk, "--operation", "pay", "--extra", "card=7706", "--extra", "amount=0.01")
     desk.do("wait", "log", "refused : 0.01 cannot be paid with this card")
 

@@ -11,7 +11,7 @@ namespace
 {
 
 // There is no till here: these take the place of one.
-constexpr double kWayToTheTillS = 1.5;
+constexpr double kWayToTheTillS = 3;
 constexpr double kSendingS = 1.5;
 
 } // namespace

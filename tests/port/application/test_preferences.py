@@ -14,7 +14,7 @@ ANIMATIONS = ("org.gnome.desktop.interface", "enable-animations")
 CONTRAST = ("org.freedesktop.appearance", "contrast")
 
 USUAL = "look 100 % moving 200"
-OTHER = "look 150 % still 219"
+OTHER = "look 150 % still 225"
 PATIENCE_S = 0.5
 
 

@@ -31,7 +31,7 @@ public:
     /**
      * Applies what the portal says from now on. The toolkit must be up. So that the first frame is
      * right, the answer of a portal that runs is waited for, until half a second after the
-     * question.
+     * question, and for a tenth of a second if the toolkit took longer than that to start.
      */
     void Begin();
 

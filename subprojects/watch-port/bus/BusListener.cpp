@@ -1,5 +1,6 @@
 #include "bus/BusListener.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace WatchPort
@@ -7,10 +8,13 @@ namespace WatchPort
 
 namespace
 {
+using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 // The bus library's default for a call.
 constexpr seconds kAnswerPatience(25);
+// For what has arrived before anyone looked.
+constexpr milliseconds kReadingPatience(100);
 constexpr char kOwnerChanged[] = "NameOwnerChanged";
 
 // The bus filters out other senders' messages.
@@ -56,8 +60,9 @@ void BusListener::Ask(BusMessage question)
 
 void BusListener::AwaitAnswer(BusConnection::Clock::time_point deadline)
 {
+    const auto enough = BusConnection::Clock::now() + kReadingPatience;
     mBus.HandleUntil([this] { return !mQuestion || (!mOwnerQuestion && mOwner.empty()); },
-                     deadline);
+                     std::max(deadline, enough));
 }
 
 void BusListener::SOwnerCB(DBusPendingCall* question, void* data)

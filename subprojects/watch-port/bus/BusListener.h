@@ -44,7 +44,8 @@ protected:
 
     /**
      * Handles what the bus sends until the last question is answered, unless nobody owns the name:
-     * whom the question is to start is not waited for. OnAnswer() must not delete the object then.
+     * whom the question is to start is not waited for. A tenth of a second is always left to read
+     * an answer that has come in time. OnAnswer() must not delete the object then.
      */
     void AwaitAnswer(BusConnection::Clock::time_point deadline);
 

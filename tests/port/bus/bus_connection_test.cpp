@@ -66,6 +66,33 @@ protected:
     static inline MessageBus* sBus = nullptr;
 };
 
+BusMessage NewIdQuestion()
+{
+    return NewCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "GetId");
+}
+
+/** Asks the bus itself something. */
+class Listener : private BusListener
+{
+public:
+    explicit Listener(BusConnection& bus)
+        : BusListener(bus, {DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "Unheard"})
+    {
+        Ask(NewIdQuestion());
+    }
+
+    void Await(BusConnection::Clock::time_point deadline) { AwaitAnswer(deadline); }
+    bool IsAnswered() const { return mIsAnswered; }
+
+private:
+    void OnAppeared() override {}
+    void OnAnswer(DBusMessage*) override { mIsAnswered = true; }
+    void OnSignal(DBusMessage*) override {}
+    void OnGone() override {}
+
+    bool mIsAnswered = false;
+};
+
 /** A service with a property, which the main loop serves. */
 class Service
 {
@@ -250,6 +277,19 @@ TEST_F(BusConnectionTest, LetsAnExceptionOfTheApplicationThroughAndIsNotLocked)
     };
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     EXPECT_EXIT(listen(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(BusConnectionTest, TakesAnAnswerThatHasComeWhenItLooksOnlyAfterTheDeadline)
+{
+    const auto bus = sBus->Connect();
+    const auto other = sBus->Connect();
+    const auto now = BusConnection::Clock::now();
+    Listener listener(*bus);
+    // The bus has answered the listener before these.
+    for (int i = 0; i < 2; ++i)
+        ASSERT_FALSE(IsError(other->Ask(NewIdQuestion(), now + seconds(25))));
+    listener.Await(now);
+    EXPECT_TRUE(listener.IsAnswered());
 }
 
 TEST_F(BusConnectionTest, ReadsAPropertyWithinItsPatienceWhenTheBusStopsToRead)

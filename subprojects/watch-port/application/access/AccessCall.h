@@ -46,7 +46,7 @@ struct AccessMethod
     bool (*run)(const AccessCall& call);
 };
 
-/** A property, which nobody but the process sets. */
+/** A property, which only the process sets. */
 struct AccessProperty
 {
     const char* interface;

@@ -121,7 +121,7 @@ bool AnswerGetAll(const AccessCall& call)
     return true;
 }
 
-// The registry gives each application a number, which nobody asks for again.
+// The registry gives each application a number, which no reader asks for.
 bool AnswerSet(const AccessCall& call)
 {
     return dbus_message_has_signature(call.message, "ssv");

@@ -29,7 +29,7 @@ bool IsReading(std::string_view property)
 }
 
 // Whether one of the properties of "a{sv}" says so.
-bool ReadsAnybody(DBusMessage* answer)
+bool HasReader(DBusMessage* answer)
 {
     DBusMessageIter iter;
     if (!dbus_message_has_signature(answer, "a{sv}") || !dbus_message_iter_init(answer, &iter))
@@ -92,7 +92,7 @@ void ScreenReader::OnAnswer(DBusMessage* answer)
 {
     if (mIsAskingAddress)
         mOnAnswer(ReadAddress(answer));
-    else if (ReadsAnybody(answer))
+    else if (HasReader(answer))
         AskAddress();
     else
         mOnAnswer("");

@@ -11,7 +11,7 @@ namespace WatchPort
 {
 
 /**
- * Whether somebody on the desktop reads what applications show: "ScreenReaderEnabled" or
+ * Whether a screen reader on the desktop reads what applications show: "ScreenReaderEnabled" or
  * "IsEnabled" of org.a11y.Status on the session bus, followed while readers come and go.
  *
  * The service is never started by this. Answers of another shape are ignored, and so are addresses
@@ -21,9 +21,9 @@ class ScreenReader : private BusListener
 {
 public:
     /**
-     * Told the address of the readers' bus when somebody reads, and an empty one when nobody does
-     * (any more); also when it is nothing new. Comes from the main loop, never from inside a call
-     * of this class.
+     * Called with the address of the readers' bus while a screen reader runs, and with an empty one
+     * while none does; also without a change. Comes from the main loop, never from inside a call of
+     * this class.
      */
     using Callback = std::function<void(const std::string& address)>;
 

@@ -50,10 +50,7 @@ TextRange RangeAt(const AccessCall& call, int offset, std::uint32_t granularity)
     case kWord:
         return WordAt(text, offset, length);
     case kLine:
-    {
-        const TextRange line = LineAt(call.object.object, offset);
-        return {line.begin, std::min(line.end, length)};
-    }
+        return LineAt(call.object.object, offset);
     default:
         return {0, length};
     }

@@ -40,7 +40,7 @@ def letters(text):
 def preferred_families():
     """Those that the page's text style asks for before any other."""
     source = THEME.read_text(encoding="utf-8").replace("\\\n", "")
-    named = re.search(r'font_fallbacks=([^" ]+)', source)[1].split(",")
+    named = re.search(r'font_fallbacks=([\w,]+)', source)[1].split(",")
     return [next((family for family in installed_fonts() if family.replace(" ", "") == name), name)
             for name in named]
 

@@ -21,7 +21,7 @@ def _replay(tmp_path):
 @pytest.mark.parametrize("line, complaint", [
     ("dance", "invalid choice: 'dance'"),
     ("bezel sideways", "argument direction: invalid choice: 'sideways' (choose from 'cw', 'ccw')"),
-    ("wait", "the following arguments are required: log|still|frame|exit"),
+    ("wait", "the following arguments are required: log|text|still|frame|exit"),
     ("wait log", "the following arguments are required: TEXT"),
     ("wait still -t soon", '"soon" is not from 0 to 3600'),
     ('wait log "open', "No closing quotation"),

@@ -27,8 +27,9 @@ FORMATS = {
               "-compression_level", "1", "-loop", "0", "-f", "webp"],
     ".mp4": ["-vf", "premultiply=inplace=1,format=yuv420p", "-movflags", "+faststart", "-f", "mp4"],
 }
-HANG_S = 4.0
-"""Seconds that an encoder may use no processor while it has work."""
+HANG_S = 10.0
+"""Seconds that an encoder may use neither processor nor new memory while it has work: on a busy
+machine it may wait for its libraries from the disk for some."""
 
 MOST_WAITING = 200
 """Pictures that may wait for the encoder, half a megabyte each."""
@@ -82,7 +83,7 @@ def _encode(eye: Eye, file: str, part: pathlib.Path, rate: int,
 
 
 class _Supervisor:
-    """Ends an encoder that hangs: it has work, and uses no processor."""
+    """Ends an encoder that hangs: it has work, and uses neither processor nor new memory."""
 
     def __init__(self, encoder: subprocess.Popen):
         self.is_at_work = threading.Event()
@@ -102,7 +103,7 @@ class _Supervisor:
     def _watch(self) -> None:
         used, since = "", time.monotonic()
         while not self._end.wait(HANG_S / 10):
-            now = _processor_time(self._encoder.pid)
+            now = _resources(self._encoder.pid)
             if now != used or not self.is_at_work.is_set():
                 used, since = now, time.monotonic()
             elif time.monotonic() - since > HANG_S:
@@ -111,12 +112,13 @@ class _Supervisor:
                 return
 
 
-def _processor_time(process: int) -> str:
+def _resources(process: int) -> str:
+    """The page faults and the processor time of a process so far."""
     try:
         fields = pathlib.Path(f"/proc/{process}/stat").read_text(encoding="ascii").split()
     except OSError:
         return ""
-    return f"{fields[13]} {fields[14]}"
+    return " ".join(fields[9:15])
 
 
 def _feed(eye: Eye, encoder: subprocess.Popen, supervisor: _Supervisor, rate: int,

@@ -5,6 +5,7 @@ import ctypes
 import json
 import os
 import pathlib
+import re
 import signal
 import statistics
 import subprocess
@@ -126,14 +127,22 @@ def measure_start(bench):
 
 
 def measure_share(bench):
-    """The instructions from main to the first frame, and how many of them are in qivo-ui/."""
+    """The instructions from main to the first frame, and how many of them are in qivo-ui/, for
+    screen readers, and to follow how the user wants the screen to look."""
     output = bench.home / "callgrind"
     with bench.running_guide("valgrind", "--tool=callgrind", f"--callgrind-out-file={output}",
                              "--toggle-collect=main", "--dump-before=*SFrameEndCB*"):
         pass
     profile = Profile(f"{output}.1")
     own = profile.total(lambda function: "/qivo-ui/" in function[1] or "QivoUi::" in function[2])
-    return {"own": own, "all": profile.total()}
+
+    def spent_in(names):
+        return profile.total_with_calls(
+            lambda function: re.match(f"WatchPort::({names})::", function[2]))
+
+    return {"own": own, "all": profile.total(),
+            "readers": spent_in("ScreenReader|Accessibility|AccessBus|AccessTree"),
+            "look": spent_in("DesktopPreferences|PortalSettings")}
 
 
 def await_rest(count):

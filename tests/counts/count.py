@@ -10,6 +10,7 @@ processor to processor.
 import json
 import os
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -17,6 +18,7 @@ import tempfile
 sys.path.insert(0, str(pathlib.Path(__file__).parents[1]))
 
 from support.callgrind import Profile  # noqa: E402
+from support.session_bus import SessionBus  # noqa: E402
 
 KEPT = pathlib.Path(__file__).with_name("kept.json")
 WORKLOADS = ["1000 detents", "1000 log lines", "1000 times texts", "20 screens"]
@@ -36,10 +38,11 @@ def lack_of(build):
 def count_all(build):
     """{work: {"instructions": N, "allocations": N}} of a build folder.
 
-    For the start also {"themes read": N, "fonts loaded": N}, both by the main thread.
+    For the start also {"themes read": N, "fonts loaded": N}, both by the main thread, what is made
+    for screen readers, and what is asked and waited for on the session bus.
     """
-    with tempfile.TemporaryDirectory() as home:
-        return count_workloads(build, home) | {START: count_start(build, home)}
+    with tempfile.TemporaryDirectory() as home, SessionBus() as bus:
+        return count_workloads(build, home) | {START: count_start(build, home, bus)}
 
 
 def count_workloads(build, home):
@@ -56,11 +59,11 @@ def count_workloads(build, home):
             for number, work in enumerate(WORKLOADS, 1)}
 
 
-def count_start(build, home):
+def count_start(build, home, bus):
     guide = build / "qivo-ui" / "qivo-guide-app"
     process = subprocess.Popen(
         [*callgrind(home, "start"), "--toggle-collect=main", "--dump-before=*SFrameEndCB*", guide],
-        env=environment(home) | {"ELM_ENGINE": "buffer"}, stderr=subprocess.PIPE, text=True,
+        env=environment(home) | bus.env | {"ELM_ENGINE": "buffer"}, stderr=subprocess.PIPE, text=True,
         errors="replace")
     try:
         assert any("first frame" in line for line in process.stderr), "the guide draws no frame"
@@ -72,13 +75,22 @@ def count_start(build, home):
     # build folder lets callgrind see the names of the sources.
     own = figures(profile, lambda function: "/qivo-ui/" in function[1] or "QivoUi::" in function[2]
                   or function[2] == "main")
+    def calls_of(library, *names):
+        return profile.calls_of(lambda function: library in function[0] and function[2] in names)
+
     # The toolkit's own theme is the dearest thing to read, and easily read twice. Fonts are loaded
     # by another thread, and callgrind counts nothing of that here.
     return own | {
         "themes read": profile.calls_of(lambda function: function[2] == "eet_mmap",
                                         lambda function: "/libedje.so" in function[0]),
-        "fonts loaded": profile.calls_of(lambda function: "/libfontconfig.so" in function[0] and
-                                         function[2] == "FcInitLoadConfigAndFonts")}
+        "fonts loaded": calls_of("/libfontconfig.so", "FcInitLoadConfigAndFonts"),
+        "objects for screen readers": profile.calls_of(
+            lambda function: re.match(r"WatchPort::(ScreenReader|Access(Bus|Tree))::",
+                                      function[2])),
+        "bus calls": calls_of("/libdbus-1.so", "dbus_connection_send",
+                              "dbus_connection_send_with_reply"),
+        "bus waits": profile.calls_of(
+            lambda function: function[2].startswith("WatchPort::BusConnection::HandleUntil("))}
 
 
 def callgrind(home, name):
@@ -87,7 +99,7 @@ def callgrind(home, name):
 
 def environment(home):
     return {"PATH": os.environ["PATH"], "HOME": home, "XDG_RUNTIME_DIR": home, "LANG": "C.UTF-8",
-            "EINA_LOG_LEVEL": "0"}
+            "EINA_LOG_LEVEL": "0", "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={home}/no-bus"}
 
 
 def figures(profile, is_own):

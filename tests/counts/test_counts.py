@@ -41,7 +41,9 @@ def _counted():
 @pytest.mark.parametrize("work, figure", [
     *((work, figure) for work in [*count.WORKLOADS, count.START]
       for figure in ["instructions", "allocations"]),
-    (count.START, "themes read"), (count.START, "fonts loaded")])
+    *((count.START, figure) for figure in ["themes read", "fonts loaded",
+                                           "objects for screen readers", "bus calls",
+                                           "bus waits"])])
 def test_work_takes_as_much_as_is_kept(counted, work, figure):
     kept = json.loads(count.KEPT.read_text())[work][figure]
     now = counted[work][figure]

@@ -9,12 +9,14 @@ class Profile:
 
     instructions: by function, as (object, file, name); what it called is not in it.
     calls: by caller and callee, each as above.
+    spent: instructions of those calls, with what the callee called.
     """
 
     def __init__(self, path):
         self._names = {"ob": {}, "fl": {}, "fn": {}}
         self.instructions = collections.Counter()
         self.calls = collections.Counter()
+        self.spent = collections.Counter()
         with open(path, encoding="utf-8", errors="replace") as lines:
             self._read(lines)
 
@@ -26,6 +28,11 @@ class Profile:
         """How often functions with one of these names were called by what caller() takes."""
         return sum(count for (calling, called), count in self.calls.items()
                    if callee(called) and caller(calling))
+
+    def total_with_calls(self, accept):
+        """The instructions of the functions that accept() takes, and of all that they called."""
+        return sum(count for (calling, called), count in self.spent.items()
+                   if accept(called) and not accept(calling))
 
     def _name(self, kind, text):
         """A name is given once, as "(7) name"; then its number stands for it."""
@@ -58,4 +65,5 @@ class Profile:
                 # The line after a call has what the callee took.
                 callee = (called.get("ob", own["ob"]), called.get("fl", own["fl"]), called["fn"])
                 self.calls[function, callee] += calls
+                self.spent[function, callee] += int(line.split()[1])
                 calls, called = None, {}

@@ -35,8 +35,11 @@ class SessionBus(Bus):
 
     def set_setting(self, setting, value):
         """Any value, of any type; the portal emits SettingChanged."""
-        portal = self._client.get_object(PORTAL, PORTAL_PATH, introspect=False)
-        portal.Set(*setting, value, dbus_interface="org.example.Test")
+        self._portal().Set(*setting, value, dbus_interface="org.example.Test")
+
+    def was_asked(self):
+        """Whether the portal has answered a question."""
+        return self._portal().WasAsked(dbus_interface="org.example.Test")
 
     def emit_setting(self, signature, arguments):
         """Has the portal send a SettingChanged of any shape."""
@@ -44,8 +47,10 @@ class SessionBus(Bus):
 
     def answer_with(self, signature, code):
         """Has the portal answer every question in a shape of its own: "ret = ..."."""
-        portal = self._client.get_object(PORTAL, PORTAL_PATH, introspect=False)
-        portal.AddMethod(SETTINGS, "ReadAll", "as", signature, code, dbus_interface=MOCK)
+        self._portal().AddMethod(SETTINGS, "ReadAll", "as", signature, code, dbus_interface=MOCK)
+
+    def _portal(self):
+        return self._client.get_object(PORTAL, PORTAL_PATH, introspect=False)
 
     # Screen readers
 

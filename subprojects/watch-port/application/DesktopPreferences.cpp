@@ -3,7 +3,6 @@
 #include "dlog/PortLog.h"
 #include "ui-extension/Appearance.h"
 
-#include <chrono>
 #include <cmath>
 #include <optional>
 
@@ -12,7 +11,6 @@ namespace WatchPort
 
 namespace
 {
-constexpr std::chrono::milliseconds kFirstFramePatience(500);
 constexpr char kAppearance[] = "org.freedesktop.appearance";
 constexpr char kTextSize[] = "text-scaling-factor";
 constexpr char kAnimations[] = "enable-animations";
@@ -42,7 +40,7 @@ DesktopPreferences::DesktopPreferences()
 void DesktopPreferences::Begin()
 {
     if (mPortal)
-        mPortal->Await(mAsked + kFirstFramePatience);
+        mPortal->TakeAnswer();
     mHasBegun = true;
     Apply();
 }

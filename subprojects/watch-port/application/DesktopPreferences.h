@@ -29,9 +29,9 @@ public:
     DesktopPreferences& operator=(const DesktopPreferences&) = delete;
 
     /**
-     * Applies what the portal says from now on. The toolkit must be up. So that the first frame is
-     * right, the answer of a portal that runs is waited for, until half a second after the
-     * question, and for a tenth of a second if the toolkit took longer than that to start.
+     * Applies what the portal has said while the toolkit started, and what it says from now on. The
+     * toolkit must be up. Nothing is waited for: a portal that hangs must not delay the first
+     * frame.
      */
     void Begin();
 
@@ -50,7 +50,6 @@ private:
     void Refuse(const char* key, const char* why);
     void Apply();
 
-    const BusConnection::Clock::time_point mAsked = BusConnection::Clock::now();
     bool mHasBegun = false;
     Look mWanted;
     Look mShown;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <exception>
 #include <new>
+#include <poll.h>
 
 namespace WatchPort
 {
@@ -15,6 +16,9 @@ namespace WatchPort
 namespace
 {
 using std::chrono::milliseconds;
+
+// Of those who send without end.
+constexpr milliseconds kArrivedPatience(100);
 
 struct Closer
 {
@@ -91,6 +95,22 @@ bool BusConnection::HandleUntil(const std::function<bool()>& holds, Clock::time_
             dbus_connection_read_write_dispatch(mConnection, static_cast<int>(slice.count()));
     }
     return holds();
+}
+
+void BusConnection::HandleArrivedUntil(const std::function<bool()>& holds)
+{
+    const auto enough = Clock::now() + kArrivedPatience;
+    while (!holds() && HasArrived() && TimeLeft(enough).count() > 0)
+        if (!dbus_connection_read_write_dispatch(mConnection, 0))
+            return;
+}
+
+bool BusConnection::HasArrived() const
+{
+    pollfd socket{-1, POLLIN, 0};
+    dbus_connection_get_unix_fd(mConnection, &socket.fd);
+    return dbus_connection_get_dispatch_status(mConnection) == DBUS_DISPATCH_DATA_REMAINS ||
+           poll(&socket, 1, 0) > 0;
 }
 
 // Ecore's own listeners on the system bus are disabled: they report a missing bus as an error and

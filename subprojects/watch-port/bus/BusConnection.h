@@ -76,6 +76,9 @@ public:
      */
     bool HandleUntil(const std::function<bool()>& holds, Clock::time_point deadline);
 
+    /** Handles what has arrived until a condition holds, and waits for nothing. */
+    void HandleArrivedUntil(const std::function<bool()>& holds);
+
     /** Hands the connection to the main loop, the first time. Ecore then stays initialised. */
     void FollowLoop();
 
@@ -111,6 +114,7 @@ private:
     explicit BusConnection(DBusConnection* connection);
 
     bool Enter(Clock::time_point deadline);
+    bool HasArrived() const;
     void KeepException() noexcept;
 
     DBusConnection* const mConnection;

@@ -1,6 +1,5 @@
 #include "bus/BusListener.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace WatchPort
@@ -8,13 +7,8 @@ namespace WatchPort
 
 namespace
 {
-using std::chrono::milliseconds;
-using std::chrono::seconds;
-
 // The bus library's default for a call.
-constexpr seconds kAnswerPatience(25);
-// For what has arrived before anyone looked.
-constexpr milliseconds kReadingPatience(100);
+constexpr std::chrono::seconds kAnswerPatience(25);
 constexpr char kOwnerChanged[] = "NameOwnerChanged";
 
 // The bus filters out other senders' messages.
@@ -58,11 +52,9 @@ void BusListener::Ask(BusMessage question)
     mQuestion = mBus.Call(std::move(question), kAnswerPatience, SAnswerCB, this);
 }
 
-void BusListener::AwaitAnswer(BusConnection::Clock::time_point deadline)
+void BusListener::TakeAnswer()
 {
-    const auto enough = BusConnection::Clock::now() + kReadingPatience;
-    mBus.HandleUntil([this] { return !mQuestion || (!mOwnerQuestion && mOwner.empty()); },
-                     std::max(deadline, enough));
+    mBus.HandleArrivedUntil([this] { return !mQuestion; });
 }
 
 void BusListener::SOwnerCB(DBusPendingCall* question, void* data)

@@ -22,7 +22,7 @@ struct BusSignalAddress
  * answer to one question at a time.
  *
  * OnAnswer() and OnSignal() may get messages of any shape. All four are called from the main loop,
- * never from inside a call of this class but AwaitAnswer(), and may delete the object.
+ * never from inside a call of this class but TakeAnswer(), and may delete the object.
  */
 class BusListener
 {
@@ -43,11 +43,10 @@ protected:
     bool IsAsking() const { return mQuestion != nullptr; }
 
     /**
-     * Handles what the bus sends until the last question is answered, unless nobody owns the name:
-     * whom the question is to start is not waited for. A tenth of a second is always left to read
-     * an answer that has come in time. OnAnswer() must not delete the object then.
+     * Handles what the bus has sent, up to the answer to the last question, and waits for nothing.
+     * OnAnswer() must not delete the object then.
      */
-    void AwaitAnswer(BusConnection::Clock::time_point deadline);
+    void TakeAnswer();
 
     /** A service has taken the name, which was free or another one's. */
     virtual void OnAppeared() = 0;

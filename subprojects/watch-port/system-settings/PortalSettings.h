@@ -27,8 +27,8 @@ constexpr char kDesktopInterface[] = "org.gnome.desktop.interface";
  * and leaves. The portal is started by the first question where the bus can do so, and by nothing
  * after it. Answers and signals of another shape are ignored silently.
  *
- * All callbacks come from the main loop or from Await(), never from inside another call of this
- * class.
+ * All callbacks come from the main loop or from TakeAnswer(), never from inside another call of
+ * this class.
  */
 class PortalSettings : private BusListener
 {
@@ -37,17 +37,14 @@ public:
      * @param settings Their texts must outlive the result.
      * @param onAnswer Called after the settings have been taken that the portal told of: all that
      *                 it has, one, or none when it has none or has gone. It may delete the object
-     *                 that calls it, but for a call from Await().
+     *                 that calls it, but for a call from TakeAnswer().
      * @return Null when there is no session bus; nothing is logged then.
      */
     static std::unique_ptr<PortalSettings> Follow(std::vector<PortalSetting> settings,
                                                   std::function<void()> onAnswer);
 
-    /**
-     * Waits for the answer of a portal that runs. Everything else that the session bus has sent is
-     * handled meanwhile.
-     */
-    void Await(BusConnection::Clock::time_point deadline) { AwaitAnswer(deadline); }
+    /** Takes an answer that has come, and whatever else the session bus has sent before it. */
+    using BusListener::TakeAnswer;
 
 private:
     PortalSettings(BusConnection& bus, std::vector<PortalSetting> settings,

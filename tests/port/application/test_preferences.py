@@ -1,6 +1,7 @@
 """How the user wants applications to look: as the desktop's settings portal says."""
 
-import time
+import contextlib
+import os
 
 import dbus
 import pytest
@@ -15,7 +16,6 @@ CONTRAST = ("org.freedesktop.appearance", "contrast")
 
 USUAL = "look 100 % moving 200"
 OTHER = "look 150 % still 225"
-PATIENCE_S = 0.5
 
 
 @pytest.fixture(name="bus")
@@ -41,6 +41,22 @@ def _run(bus, tmp_path):
         app.__exit__()
 
 
+@contextlib.contextmanager
+def toolkit_held(folder):
+    """Within the block an application with that home waits in the middle of the toolkit's start."""
+    profile = folder / ".elementary" / "config" / "profile.cfg"
+    profile.parent.mkdir(parents=True)
+    os.mkfifo(profile)
+    yield
+    os.close(wait_until(lambda: open_reader(profile), "the start of the toolkit"))
+
+
+def open_reader(pipe):
+    """None while nobody reads."""
+    with contextlib.suppress(OSError):
+        return os.open(pipe, os.O_WRONLY | os.O_NONBLOCK)
+
+
 def set_other(bus):
     bus.set_setting(TEXT_SIZE, dbus.Double(1.5))
     bus.set_setting(ANIMATIONS, dbus.Boolean(False))
@@ -59,10 +75,13 @@ def wait_for_look(app, look):
     wait_until(lambda: app.ask("look") == look, look)
 
 
-def test_the_first_frame_looks_as_the_user_wants_it(bus, run):
+def test_the_first_frame_looks_as_the_user_wants_it(bus, run, tmp_path):
     bus.start_portal()
     set_other(bus)
-    assert first_look(run()) == OTHER
+    with toolkit_held(tmp_path):
+        app = run()
+        wait_until(lambda: bus.was_asked(), "the portal's answer")
+    assert first_look(app) == OTHER
 
 
 def test_without_a_portal_all_is_as_usual(run):
@@ -114,7 +133,7 @@ def test_a_text_size_out_of_range_is_the_nearest_in_it(bus, run, factor, percent
     bus.start_portal()
     bus.set_setting(TEXT_SIZE, dbus.Double(factor))
     app = run()
-    assert first_look(app) == f"look {percent} % moving 200"
+    wait_for_look(app, f"look {percent} % moving 200")
     assert warnings_of(app) == []
 
 
@@ -151,14 +170,12 @@ def test_a_contrast_that_is_not_known_is_the_usual_one(bus, run):
     assert warnings_of(app) == []
 
 
-def test_a_portal_that_hangs_is_waited_for_half_a_second_at_most(bus, run):
+def test_a_portal_that_hangs_leaves_the_first_look_as_usual_and_is_followed_later(bus, run):
     bus.start_portal()
     set_other(bus)
     with bus.service_held(PORTAL):
-        begin = time.monotonic()
         app = run()
         assert first_look(app) == USUAL
-        assert time.monotonic() - begin > PATIENCE_S - 0.1
     wait_for_look(app, OTHER)
 
 

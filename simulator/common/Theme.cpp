@@ -11,14 +11,15 @@ namespace
 std::string FindThemeFile()
 {
     const fs::path executable = fs::read_symlink("/proc/self/exe");
+    const fs::path toData = fs::path(DATA_FOLDER).lexically_relative(PROGRAM_FOLDER);
+    const fs::path installed = (executable.parent_path() / toData / "watch.edj").lexically_normal();
+    if (fs::exists(installed))
+        return installed;
     for (fs::path folder = executable.parent_path(); folder != folder.root_path();
          folder = folder.parent_path())
     {
-        for (const char* place : {"share/qivo-watch/watch.edj", "theme/watch.edj"})
-        {
-            if (fs::exists(folder / place))
-                return folder / place;
-        }
+        if (fs::exists(folder / "theme/watch.edj"))
+            return folder / "theme/watch.edj";
     }
     throw std::runtime_error("no theme (watch.edj) above " + executable.string());
 }

@@ -5,8 +5,8 @@
 #include <string>
 
 /**
- * The file with the desk watch's picture groups. It is in the first folder above the executable
- * that has share/qivo-watch/watch.edj (an installation) or theme/watch.edj (a build tree).
+ * The file with the desk watch's picture groups: watch.edj of the installation, also if that has
+ * been moved, or theme/watch.edj in the first folder above the executable (a build tree).
  *
  * Throws std::runtime_error when there is none.
  */

@@ -8,6 +8,7 @@ from typing import Callable, NamedTuple
 
 from gi.repository import GLib
 
+from qivo_watch import places
 from qivo_watch.errors import WatchError
 from qivo_watch.interface import GUIDE
 from qivo_watch.keeper.environment import program as find_program
@@ -149,7 +150,7 @@ def _id_of(path: pathlib.Path) -> str | None:
     """The id that an installation or a build tree gives its program, if it does."""
     name = path.name
     for root in path.resolve().parents:
-        for file in (root / "share" / name / f"{name}.id", root / "res" / f"{name}.id"):
+        for file in (root / places.SHARE / name / f"{name}.id", root / "res" / f"{name}.id"):
             if file.is_file():
                 return file.read_text(encoding="utf-8").strip()
     return None

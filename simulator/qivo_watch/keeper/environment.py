@@ -6,6 +6,7 @@ import secrets
 import socket
 import struct
 
+from qivo_watch import places
 from qivo_watch.errors import WatchError
 from qivo_watch.processes import STATE_VARIABLE
 from qivo_watch.state import Folder
@@ -16,10 +17,10 @@ _FAMILY_LOCAL = 256
 _COOKIE = "MIT-MAGIC-COOKIE-1"
 
 HERE = pathlib.Path(__file__).resolve().parents[2]
-"""The folder of the command in a build tree, PREFIX/share/qivo-watch when installed."""
+"""The folder of the command in a build tree, DATADIR/qivo-watch when installed."""
 
 _PLACES = [HERE / "body", HERE / "home", HERE.parent / "qivo-ui",
-           HERE.parents[1] / "libexec" / "qivo-watch", HERE.parents[1] / "bin"]
+           *((HERE / os.path.relpath(place, places.DATA)).resolve() for place in places.PROGRAMS)]
 
 
 def program(name: str) -> pathlib.Path:

@@ -43,10 +43,10 @@ std::optional<Installation> FindInstallation(const fs::path& executable)
     const fs::path program = executable.filename();
     for (fs::path root = executable.parent_path(); !root.empty(); root = root.parent_path())
     {
-        const fs::path share = root / "share";
-        if (FolderExists(share / program))
-            return Installation{program, share / program, share / "locale",
-                                FindTheme(share / "watch-port/platform.edj", root)};
+        const fs::path data = root / DATA_FOLDER;
+        if (FolderExists(data / program))
+            return Installation{program, data / program, root / LOCALE_FOLDER,
+                                FindTheme(data / "watch-port/platform.edj", root)};
         if (FolderExists(root / "res"))
             return Installation{program, root / "res", root / "res/locale",
                                 FindTheme(root / BUILT_THEME, root)};

@@ -43,6 +43,8 @@ def take_back(desk, left, at_rest):
         desk.do("button", "click", "power")
     while desk.status()["app"]:
         desk.do("terminate")
+    for app in set(left["apps"]) - set(at_rest["apps"]):
+        desk.do("uninstall", app)
     if left["battery"] != at_rest["battery"]:
         desk.do("battery", "--percent", at_rest["battery"]["percent"], "--discharging")
     if left["region"] != left["language"]:

@@ -96,6 +96,24 @@ bool ReadFlag(Eldbus_Message_Iter* value)
 {
     return Read<uint32_t>(value, "b") != 0;
 }
+
+std::vector<InstalledApp> ReadApps(Eldbus_Message_Iter* value)
+{
+    std::vector<InstalledApp> apps;
+    Eldbus_Message_Iter* all = nullptr;
+    Eldbus_Message_Iter* one = nullptr;
+    if (!eldbus_message_iter_arguments_get(value, "a(sss)", &all))
+        return apps;
+    while (eldbus_message_iter_get_and_next(all, 'r', &one))
+    {
+        const char* id = nullptr;
+        const char* name = nullptr;
+        const char* icon = nullptr;
+        if (eldbus_message_iter_arguments_get(one, "sss", &id, &name, &icon))
+            apps.push_back({id, name, icon});
+    }
+    return apps;
+}
 } // namespace
 
 const std::map<std::string, ControlClient::Property>& ControlClient::Properties()
@@ -118,6 +136,7 @@ const std::map<std::string, ControlClient::Property>& ControlClient::Properties(
         {"MotionReduced",
          {"b", [](State& state, Value v) { state.isMotionReduced = ReadFlag(v); }}},
         {"ContrastHigh", {"b", [](State& state, Value v) { state.isContrastHigh = ReadFlag(v); }}},
+        {"Apps", {"a(sss)", [](State& state, Value v) { state.apps = ReadApps(v); }}},
         {"Zone", {"s", [](State& state, Value v) { state.zone = Read<const char*>(v, "s"); }}},
     };
     return sProperties;

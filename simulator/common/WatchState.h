@@ -3,6 +3,20 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
+
+/** An application that is installed on the watch, in the watch's language. */
+struct InstalledApp
+{
+    std::string id;
+    std::string name;
+    std::string icon; ///< a picture's file; empty when there is none
+
+    bool operator==(const InstalledApp& other) const
+    {
+        return id == other.id && name == other.name && icon == other.icon;
+    }
+};
 
 /** What the keeper says about the watch, as far as it is shown; first the values before that. */
 struct WatchState
@@ -19,6 +33,7 @@ struct WatchState
     double textSize = 1; ///< how large the user wants all text, from 0.8 to 2
     bool isMotionReduced = false;
     bool isContrastHigh = false;
+    std::vector<InstalledApp> apps;
     std::string zone; ///< such as "Asia/Seoul"; empty: the machine's
 };
 

@@ -25,8 +25,9 @@ void AddHand(TurnedLines& hand, double width, double length)
 } // namespace
 
 Face::Face(Evas* canvas, int side, TapCallback onTap)
-    : mSide(side), mOnTap(std::move(onTap)), mFace(AddThemed(canvas, "watch/home")),
-      mBattery(canvas), mHourHand(canvas, kUsualSide), mMinuteHand(canvas, kUsualSide)
+    : mSide(side), mFace(AddThemed(canvas, "watch/home")), mBattery(canvas),
+      mHourHand(canvas, kUsualSide), mMinuteHand(canvas, kUsualSide),
+      mLauncher(canvas, side, std::move(onTap))
 {
     AddHand(mHourHand, 9.5, 92);
     AddHand(mMinuteHand, 7, 140);
@@ -36,13 +37,7 @@ Face::Face(Evas* canvas, int side, TapCallback onTap)
     edje_object_part_swallow(mFace, "battery", mBattery.GetObject());
     edje_object_part_swallow(mFace, "hour", mHourHand.GetObject());
     edje_object_part_swallow(mFace, "minute", mMinuteHand.GetObject());
-    edje_object_signal_callback_add(mFace, "icon,tapped", "home", STappedCB, this);
     evas_object_resize(mFace, side, side);
-}
-
-Face::~Face()
-{
-    edje_object_signal_callback_del_full(mFace, "icon,tapped", "home", STappedCB, this);
 }
 
 void Face::ShowTime(const Hands& hands)
@@ -55,8 +50,12 @@ void Face::Show(const WatchState& state)
 {
     const std::string percentage = std::to_string(std::lround(state.percentage));
     edje_object_part_text_set(mFace, "percentage", percentage.c_str());
-    edje_object_text_class_set(mFace, "watch/percentage", "Sans",
-                               static_cast<int>(std::lround(kTextSize * state.textSize)));
+    for (const char* text : {"watch/percentage", "watch/name"})
+        edje_object_text_class_set(mFace, text, "Sans",
+                                   static_cast<int>(std::lround(kTextSize * state.textSize)));
+    mLauncher.SetApps(state.apps);
+    mLauncher.SetVisible(state.isScreenOn);
+    ShowName();
     edje_transition_duration_factor_set(state.isMotionReduced ? kAlmostNothing : 1);
     edje_object_signal_emit(mFace, state.isContrastHigh ? "contrast,high" : "contrast,normal",
                             "watch");
@@ -66,8 +65,13 @@ void Face::Show(const WatchState& state)
     edje_object_message_signal_process(mFace);
 }
 
-void Face::STappedCB(void* data, Evas_Object* /*object*/, const char* /*signal*/,
-                     const char* /*source*/)
+void Face::Turn(int detents)
 {
-    static_cast<Face*>(data)->mOnTap();
+    mLauncher.Turn(detents);
+    ShowName();
+}
+
+void Face::ShowName()
+{
+    edje_object_part_text_set(mFace, "name", mLauncher.GetPickedName().c_str());
 }

@@ -1,12 +1,11 @@
 #include "home/Home.h"
 
+#include <Ecore_Input.h>
 #include <cstdlib>
 #include <ctime>
 
 namespace
 {
-constexpr char kGuide[] = "com.velmora.qivo-guide-app";
-
 // Runs on while the machine sleeps, and is never set.
 int64_t Now()
 {
@@ -28,7 +27,9 @@ void SetZone(const std::string& zone)
 Home::Home(const Options& options)
     : mControl([this](const WatchState& state, bool isTimeTold) { Show(state, isTimeTold); }),
       mWindow("qivo-watch-home", "Home", options.GetScreenSize()),
-      mFace(mWindow.GetCanvas(), options.GetScreenSize(), [this] { mControl.Launch(kGuide); })
+      mFace(mWindow.GetCanvas(), options.GetScreenSize(),
+            [this](const std::string& id) { mControl.Launch(id.c_str()); }),
+      mWheel(ecore_event_handler_add(ECORE_EVENT_MOUSE_WHEEL, SWheelCB, this))
 {
     mClock.Set(int64_t{std::time(nullptr)} * 1000, Now());
     mWindow.OnDrawn([this] { mControl.OwnName("com.velmora.QivoWatch.Home"); });
@@ -37,6 +38,7 @@ Home::Home(const Options& options)
 Home::~Home()
 {
     StopTimer();
+    ecore_event_handler_del(mWheel);
 }
 
 void Home::Show(const WatchState& state, bool isTimeTold)
@@ -70,6 +72,13 @@ void Home::StopTimer()
     if (mTimer)
         ecore_timer_del(mTimer);
     mTimer = nullptr;
+}
+
+// The bezel is the mouse wheel, as for every application.
+Eina_Bool Home::SWheelCB(void* data, int /*type*/, void* event)
+{
+    static_cast<Home*>(data)->mFace.Turn(static_cast<Ecore_Event_Mouse_Wheel*>(event)->z);
+    return ECORE_CALLBACK_PASS_ON;
 }
 
 Eina_Bool Home::SMinuteCB(void* data)

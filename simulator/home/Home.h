@@ -35,6 +35,7 @@ private:
     void ShowTime();
     void StopTimer();
 
+    static Eina_Bool SWheelCB(void* data, int type, void* event);
     static Eina_Bool SMinuteCB(void* data);
 
     ControlClient mControl;
@@ -43,6 +44,7 @@ private:
     WatchClock mClock;
     bool mIsScreenOn = true;
     Ecore_Timer* mTimer = nullptr;
+    Ecore_Event_Handler* mWheel;
 };
 
 #endif

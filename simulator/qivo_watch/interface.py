@@ -103,6 +103,15 @@ class Program(Text):
         return os.path.abspath(word) if "/" in word else word
 
 
+class Place(Text):
+    """A file or a folder."""
+
+    def read(self, word: str) -> str:
+        if not word:
+            raise UsageError('"" is not a file')
+        return os.path.abspath(word)
+
+
 class Pairs:
     """Texts by their keys; on the command line one KEY=VALUE at a time."""
 
@@ -225,6 +234,13 @@ VERBS = {verb.method: verb for verb in (
         Argument("app", Program(), "its id, or the path of its program (default: the one that was "
                  "launched last)", "APP", default=""),
         _timeout(5, "how long it may take, before it is killed"))),
+    Verb("Install", "install", "Put the applications of a folder, or of one desktop entry, on the "
+         "watch; return when the home face shows them.", (
+             Argument("place", Place(), "an installation or a build that has ID.desktop or "
+                      "share/applications/ID.desktop, or such a file",
+                      "FOLDER|DESKTOP-FILE", is_needed=True),)),
+    Verb("Uninstall", "uninstall", "End an application and take it from the watch.", (
+        Argument("app", Text(), "its id", "ID", is_needed=True),)),
     Verb("Bezel", "bezel", "Turn the bezel; return when the application has got all detents.", (
         Argument("direction", Choice(("cw", "ccw")), "clockwise or counter-clockwise",
                  is_needed=True),
@@ -268,6 +284,7 @@ PROPERTIES = {
     "ScreenOn": "b", "BezelPosition": "i", "BackPressed": "b", "PowerPressed": "b",
     "Plugged": "b", "Charging": "b", "Percentage": "d", "Language": "s", "App": "s", "Time": "x",
     "TimeFrozen": "b", "Zone": "s", "TextSize": "d", "MotionReduced": "b", "ContrastHigh": "b",
+    "Apps": "a(sss)",
 }
 """The keeper's properties, each with its type on the bus."""
 
@@ -284,6 +301,7 @@ def describe() -> str:
   </method>
   <method name="ShowTree"><arg name="bus" type="s" direction="out"/></method>
   <method name="Status"><arg name="json" type="s" direction="out"/></method>
+  <method name="ListApps"><arg name="json" type="s" direction="out"/></method>
   <signal name="LogGrown"><arg name="count" type="t"/></signal>
   {"".join(f'<property name="{name}" type="{kind}" access="read"/>'
            for name, kind in PROPERTIES.items())}

@@ -57,6 +57,11 @@ class Folder:
         return self.path / "home"
 
     @property
+    def services(self) -> pathlib.Path:
+        """What tells the message bus which applications it can start."""
+        return self.path / "services"
+
+    @property
     def authority(self) -> pathlib.Path:
         """What lets a program onto the watch's screen."""
         return self.path / "Xauthority"

@@ -122,6 +122,20 @@ def test_the_guide_is_launched_with_extra_data(desk, tmp_path):
     assert "org.example.cards" in calls.read_text()
 
 
+def test_the_wallets_button_shows_the_guide(desk):
+    desk.do("install", CARDS.parent)
+    desk.do("launch", "org.example.cards")
+    desk.do("bezel", "cw", 5)
+    desk.do("wait", "still")
+    desk.do("touch", 180, 180)
+    wait_until(lambda: (desk.status()["app"] or {}).get("id") == GUIDE, "the guide")
+    desk.do("wait", "text", "Press and hold")
+    desk.do("wait", "still")
+    desk.do("button", "click", "back")
+    wait_until(lambda: desk.status()["app"]["id"] == "org.example.cards", "the wallet")
+    assert complaints(desk) == []
+
+
 def names(folder):
     return subprocess.run(["gdbus", "call", "--address", f"unix:path={folder}/bus", "--dest",
                            "org.freedesktop.DBus", "--object-path", "/", "--method",

@@ -500,8 +500,9 @@ def test_wrong_use_is_one_line_with_status_2(call, words, complaint):
     [], ["start"], ["launch"], ["terminate"], ["bezel"], ["button"], ["button", "click"],
     ["button", "push"], ["touch"], ["swipe"], ["battery"], ["language"], ["region"], ["time"],
     ["time", "set"], ["time", "zone"], ["time", "hours"], ["text-size"], ["motion"], ["contrast"],
-    ["list"], ["screenshot"], ["record"], ["log"], ["wait"], ["wait", "log"], ["wait", "text"],
-    ["tree"], ["audit"], ["compare"], ["play"], ["status"], ["stop"]])
+    ["list"], ["install"], ["uninstall"], ["apps"], ["screenshot"], ["record"], ["log"], ["wait"],
+    ["wait", "log"], ["wait", "text"], ["tree"], ["audit"], ["compare"], ["play"], ["status"],
+    ["stop"]])
 def test_every_command_explains_itself(call, verb):
     status, out, error = call(*verb, "--help")
     assert (status, error) == (0, "") and out.startswith("usage: qivo-watch")

@@ -7,7 +7,7 @@ from typing import Any, Callable, NoReturn
 from qivo_watch.errors import UsageError
 from qivo_watch.interface import (CONTRAST, GROUPS, LEAST_ZOOM, MOST_ZOOM, MOTION, PERCENT,
                                   SECONDS, SIZES, TEXT_SIZE, TIMES, VERBS, Argument, Choice, Kind,
-                                  Number, Pairs, Time, Verb)
+                                  Number, Pairs, Place, Time, Verb)
 from qivo_watch.lines import LEVELS
 from qivo_watch.state import DEFAULT_NAME
 
@@ -81,7 +81,7 @@ class Grammar:
                 self._add_call(verb)
         for add in (self._touch, self._tree, self._audit, self._screenshot, self._wait,
                     self._compare, self._record, self._log, self._play, self._status, self._list,
-                    self._stop):
+                    self._stop, self._apps):
             add()
 
     def parse(self, words: list[str]) -> argparse.Namespace:
@@ -136,6 +136,8 @@ class Grammar:
             help="whether things move and fade (default: %(default)s)")
         add("--contrast", choices=CONTRAST.values, default="normal",
             help="the contrast that the user wants (default: %(default)s)")
+        add("--keep", type=_reader(Place()), metavar="FOLDER",
+            help="remembers there which applications are installed, for the next start")
         add("--at", type=_reader(Time()), metavar="TIME", help=f"the watch's time: {TIMES}")
 
     def _touch(self) -> None:
@@ -204,6 +206,10 @@ class Grammar:
 
     def _status(self) -> None:
         self._add("status", "Show the state of the watch.").add_argument(
+            "--json", action="store_true", help="as JSON")
+
+    def _apps(self) -> None:
+        self._add("apps", "List the applications on the watch.").add_argument(
             "--json", action="store_true", help="as JSON")
 
     def _list(self) -> None:

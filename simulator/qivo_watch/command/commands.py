@@ -94,7 +94,7 @@ class Session:
             zoom = desktop.window_zoom(given.size, given.zoom)
         options = {key: getattr(given, key) for key in (
             "headless", "web", "port", "size", "language", "percent", "battery", "text_size",
-            "motion", "contrast", "at")}
+            "motion", "contrast", "at", "keep")}
         life.start(self.folder, options | {
             "name": self.folder.name, "zoom": zoom, "side": desktop.side_of(given.size, zoom),
             "password": _password(given.password_file)})
@@ -115,6 +115,15 @@ class Session:
             print(json.dumps(status, indent=2))
         else:
             print("\n".join(map(printable, _described(status))))
+
+    def do_apps(self, given: argparse.Namespace) -> None:
+        apps = json.loads(self.client.call("ListApps")[0])
+        if given.json:
+            print(json.dumps(apps, indent=2))
+            return
+        width = max((len(app["id"]) for app in apps), default=0)
+        for app in apps:
+            print(printable(f"{app['id']:{width}}  {app['name']}"))
 
     def do_list(self, _given: argparse.Namespace) -> None:
         for name in running():
@@ -283,6 +292,7 @@ def _described(status: dict[str, Any]) -> list[str]:
     lines = [
         f"watch     {status['name']}, {status['size']} pixels, screen {status['screen']}",
         f"app       {app['id'] + ' (process ' + str(app['pid']) + ')' if app else 'none'}",
+        f"apps      {len(status['apps'])}",
         f"battery   {battery['percent']:g} %, {battery['state']}",
         f"language  {status['language']}",
         f"region    {status['region']}",

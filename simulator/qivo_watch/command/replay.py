@@ -22,7 +22,7 @@ from qivo_watch.processes import INTERRUPTS
 MOST_BYTES = 1 << 20
 LONGEST_LINE = 8192
 _END_RECORD = ["record", "stop"]
-_WITHOUT_PICTURE = {"start", "stop", "wait", "status", "log", "list"}
+_WITHOUT_PICTURE = {"start", "stop", "wait", "status", "log", "list", "apps"}
 _WITHOUT_WATCH = {"start", "list"}
 
 

@@ -6,6 +6,7 @@ from typing import Any, Callable
 
 from qivo_watch.errors import WatchError
 from qivo_watch.keeper.apps import App, Program, locate
+from qivo_watch.keeper.installed import Installed
 from qivo_watch.keeper.log import Log
 from qivo_watch.keeper.settle import Settler
 from qivo_watch.keeper.tasks import Until, Work
@@ -13,6 +14,9 @@ from qivo_watch.processes import STATE_VARIABLE, end_of
 
 END_PATIENCE_S = 3.0
 """Seconds that an application gets to end by itself before it is killed."""
+
+SERVE_PATIENCE_S = 30.0
+"""Seconds for the first frame of an application that was started for a call on the bus."""
 
 
 class Applications:
@@ -47,10 +51,10 @@ class Applications:
         for app in list(self._apps):
             yield from self._settler.settle(app)
 
-    def find_program(self, name: str) -> Program:
+    def find_program(self, name: str, installed: Installed) -> Program:
         """The program of an id: if it runs, the running one, wherever it is."""
         return next((app.program for app in self._apps if app.program.has_id and app.name == name),
-                    None) or locate(name)
+                    None) or installed.program(name) or locate(name)
 
     def launch(self, program: Program, arguments: list[str], settings: dict[str, str],
                additions: dict[str, str], patience_s: float) -> Work:
@@ -78,6 +82,16 @@ class Applications:
             app.kill()
             raise
 
+    def serve(self, program: Program, settings: dict[str, str]) -> Work:
+        """Starts a program for a call that waits on the bus."""
+        running = next((app for app in self._apps if app.program.is_same(program)), None)
+        if running and not running.has_frame:
+            return  # It is about to take its name.
+        if running:
+            yield Until(lambda: not running.is_running, END_PATIENCE_S,
+                        f"{program.name} is running, but not on the bus")
+        yield from self.launch(program, ["--service"], settings, {}, SERVE_PATIENCE_S)
+
     def _show(self, app: App, patience_s: float) -> Work:
         self._apps.append(app)
         self._on_change()
@@ -101,6 +115,10 @@ class Applications:
         if app.status not in (0, -SIGTERM):
             raise WatchError(f"{app.name} {end_of(app.status or 0)}")
         yield from self._settler.settle(self.last)
+
+    def end(self, app_id: str) -> Work:
+        """Ends an application if it runs."""
+        yield from self._end([app for app in self._apps if app.name == app_id], END_PATIENCE_S)
 
     def end_all(self) -> Work:
         yield from self._end(list(self._apps), END_PATIENCE_S)

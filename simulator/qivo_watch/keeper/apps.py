@@ -16,6 +16,8 @@ from qivo_watch.keeper.log import Log
 from qivo_watch.processes import end_of, kill_group
 from qivo_watch.spawn import spawn
 
+APP_ID = re.compile(r"(?=.{1,255}$)[A-Za-z_][\w-]*(\.[A-Za-z_][\w-]*)+", re.ASCII)
+
 _FIRST_FRAME = re.compile(r"WATCH_PORT: first frame$")
 _LONGEST_REST = 65536
 """How many bytes of a line without an end are kept."""
@@ -24,12 +26,14 @@ _READABLE = GLib.IOCondition.IN | GLib.IOCondition.HUP | GLib.IOCondition.ERR
 
 
 class Program(NamedTuple):
-    """What is launched. NAME is the application's id, else the file's name."""
+    """What is launched. NAME is the application's id, else the file's name. ARGUMENTS come before
+    those of a launch."""
 
     name: str
     path: pathlib.Path
     has_id: bool
     """Whether a second process can pass its request to the first."""
+    arguments: tuple[str, ...] = ()
 
     def is_same(self, other: "Program") -> bool:
         if self.has_id and other.has_id:
@@ -52,8 +56,8 @@ class App:
         self._out, into = os.pipe()
         os.set_blocking(self._out, False)
         try:
-            self._process = spawn([str(program.path), *arguments], environment, stdout=into,
-                                  stderr=into)
+            self._process = spawn([str(program.path), *program.arguments, *arguments],
+                                  environment, stdout=into, stderr=into)
         except (OSError, ValueError) as error:
             os.close(self._out)
             reason = getattr(error, "strerror", None) or error
@@ -132,21 +136,21 @@ def locate(app: str) -> Program:
         path = pathlib.Path(app)
         if not os.access(path, os.X_OK) or path.is_dir():
             raise WatchError(f'"{app}" is not a program')
-        app_id = _id_of(path)
+        app_id = id_of(path)
         return Program(app_id or path.name, path, app_id is not None)
-    if not re.fullmatch(r"[A-Za-z_][\w-]*(\.[A-Za-z_][\w-]*)+", app, re.ASCII):
+    if not APP_ID.fullmatch(app):
         raise WatchError(f'"{app}" is not an application: neither an id such as {GUIDE} '
                          f"nor the path of a program")
     try:
         path = find_program(app.rpartition(".")[2])
     except WatchError:
         path = None
-    if path is None or _id_of(path) != app:
+    if path is None or id_of(path) != app:
         raise WatchError(f"no application {app} is on the watch")
     return Program(app, path, True)
 
 
-def _id_of(path: pathlib.Path) -> str | None:
+def id_of(path: pathlib.Path) -> str | None:
     """The id that an installation or a build tree gives its program, if it does."""
     name = path.name
     for root in path.resolve().parents:

@@ -19,6 +19,7 @@ class Control:
     def __init__(self, connection: Gio.DBusConnection, watch: Watch, tasks: Tasks):
         self._watch = watch
         self._tasks = tasks
+        watch.activator.serve(self._on_wanted)
         watch.object.serve(self._on_call)
         own_name(connection, NAME)
 
@@ -32,6 +33,14 @@ class Control:
         owner = "" if method == "Stop" else call.get_sender()
         self._tasks.run(self._work(method, arguments), done, owner)
 
+    def _on_wanted(self, app_id: str) -> None:
+        """A call on the bus waits for an application."""
+        def done(_result: Any, error: Exception | None) -> None:
+            if error is not None:
+                self._watch.log.say("warn", f"{app_id} was wanted: {_line_of(error)}")
+                self._watch.activator.refuse(app_id, _line_of(error))
+        self._tasks.run(self._watch.serve(app_id), done)
+
     def _work(self, method: str, arguments: tuple) -> Work:
         if method in VERBS:
             verb = VERBS[method]
@@ -43,6 +52,8 @@ class Control:
             return GLib.Variant("(s)", ((yield from self._watch.show_tree()),))
         if method == "Status":
             return GLib.Variant("(s)", (json.dumps(self._watch.status()),))
+        if method == "ListApps":
+            return GLib.Variant("(s)", (json.dumps(self._watch.list_apps()),))
         raise WatchError(f"a watch has no {method}")
 
 

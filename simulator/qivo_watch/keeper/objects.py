@@ -1,17 +1,19 @@
 """The keeper's side of the watch's bus: the daemon, names, objects with properties."""
 
-import pathlib
 from typing import Any, Callable
+from xml.sax.saxutils import escape
 
 from gi.repository import Gio, GLib
 
 from qivo_watch.bus import DAEMON, PATIENCE_MS, PROPERTIES
+from qivo_watch.state import Folder
 
 _CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
   <listen>{address}</listen>
   <auth>EXTERNAL</auth>
+  <servicedir>{services}</servicedir>
   <policy context="default">
     <allow send_destination="*"/>
     <allow receive_sender="*"/>
@@ -21,12 +23,15 @@ _CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Co
 """
 
 
-def daemon_command(folder: pathlib.Path, address: str, ready: int) -> list[str]:
-    """The command for a bus that writes a line to the descriptor READY when it listens."""
-    configuration = folder / "bus.conf"
-    configuration.write_text(_CONFIGURATION.format(address=address), encoding="utf-8")
+def daemon_command(folder: Folder, ready: int) -> list[str]:
+    """The command for a bus that writes a line to the descriptor READY when it listens. It asks
+    the service manager on it for the applications in the folder of services."""
+    folder.services.mkdir()
+    configuration = folder.path / "bus.conf"
+    configuration.write_text(_CONFIGURATION.format(
+        address=folder.bus_address, services=escape(str(folder.services))), encoding="utf-8")
     return ["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile",
-            "--nosyslog", f"--print-address={ready}"]
+            "--nosyslog", "--systemd-activation", f"--print-address={ready}"]
 
 
 def own_name(connection: Gio.DBusConnection, name: str) -> None:

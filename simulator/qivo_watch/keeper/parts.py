@@ -89,7 +89,7 @@ class Parts:
 
     def start_bus(self) -> Line:
         return self._start_telling("bus", lambda line: {"command": daemon_command(
-            self._folder.path, self._folder.bus_address, line.into), "pass_fds": [line.into]})
+            self._folder, line.into), "pass_fds": [line.into]})
 
     def start_manager(self, name: str, display: str) -> Line:
         """The window manager of a display; each window fills the screen."""

@@ -5,6 +5,7 @@ its effect has been seen. The interface has checked the limits of its arguments.
 """
 
 import contextlib
+import pathlib
 from typing import Any, Callable, Iterator
 
 from gi.repository import Gio
@@ -14,9 +15,11 @@ from qivo_watch.interface import PATH, describe
 from qivo_watch.keeper.applications import Applications
 from qivo_watch.keeper.apps import App, request_arguments
 from qivo_watch.keeper.inject import Hand
+from qivo_watch.keeper.installed import Installed
 from qivo_watch.keeper.log import Log
 from qivo_watch.keeper.objects import BusObject
 from qivo_watch.keeper.screen import Screen
+from qivo_watch.keeper.services.activator import Activator
 from qivo_watch.keeper.services.battery import Battery
 from qivo_watch.keeper.services.clock import Clock
 from qivo_watch.keeper.services.locale import Locale
@@ -68,6 +71,9 @@ class Watch:
         self._is_touched = False
         self._bezel_position = 0
         self._pressed = {"back": False, "power": False}
+        self.activator = Activator(connection, pathlib.Path(facts["folder"], "services"))
+        self._installed = Installed(options["keep"], log)
+        self.activator.offer(self._installed.servants)
         self.applications = Applications(environment, log, self._settler, on_news, self._tell_app)
         self.object = BusObject(connection, PATH, describe(), self._properties())
         self._on_stop = on_stop
@@ -76,13 +82,43 @@ class Watch:
 
     def launch(self, app: str, operation: str, extra: dict[str, str], env: dict[str, str],
                timeout: float) -> Work:
-        program = self.applications.find_program(app)
+        program = self.applications.find_program(app, self._installed)
         self._need_screen()
         yield from self.applications.launch(program, request_arguments(operation, extra),
                                             self._settings(), env, timeout)
 
     def terminate(self, app: str, timeout: float) -> Work:
         yield from self.applications.terminate(app, timeout)
+
+    def serve(self, app_id: str) -> Work:
+        """Starts an application for a call that waits for it on the bus."""
+        program = self._installed.program(app_id)
+        if program is None:
+            raise WatchError(f"application {app_id} is not installed")
+        self._need_screen()
+        yield from self.applications.serve(program, self._settings())
+
+    def install(self, place: str) -> Work:
+        self._installed.install(pathlib.Path(place))
+        yield from self._tell_installed()
+
+    def uninstall(self, app: str) -> Work:
+        self._installed.need(app)
+        yield from self.applications.end(app)
+        self._installed.uninstall(app)
+        yield from self._tell_installed()
+
+    def list_apps(self) -> list[dict[str, Any]]:
+        """What `apps --json` shows; docs/watch.md describes it."""
+        return self._installed.described(self._locale.language)
+
+    def _tell_installed(self) -> Work:
+        self.activator.offer(self._installed.servants)
+        self._show_installed()
+        yield from self._settle_services()
+
+    def _show_installed(self) -> None:
+        self.object.set(Apps=self._installed.shown(self._locale.language))
 
     def show_tree(self) -> Work:
         """Has the last application show what is on it to a screen reader; returns its name on the
@@ -228,6 +264,7 @@ class Watch:
     def set_language(self, language: str) -> Work:
         self._locale.set_language(language)
         self.object.set(Language=self._locale.language)
+        self._show_installed()
         yield from self._settle_services()
 
     def set_region(self, region: str) -> Work:
@@ -298,7 +335,8 @@ class Watch:
         return self._battery_properties() | self._look_properties() | {
             "ScreenOn": True, "BezelPosition": 0, "BackPressed": False, "PowerPressed": False,
             "Language": self._locale.language, "App": "", "Time": self._clock.now_ms,
-            "TimeFrozen": False, "Zone": ""}
+            "TimeFrozen": False, "Zone": "",
+            "Apps": self._installed.shown(self._locale.language)}
 
     def status(self) -> dict[str, Any]:
         """What `status --json` shows; docs/watch.md describes it."""
@@ -309,6 +347,7 @@ class Watch:
             "screen": "on" if self._is_on else "off",
             "app": {"id": app.name, "pid": app.pid} if app else None,
             "lastEnd": self.applications.last_end,
+            "apps": self._installed.ids,
             "battery": {"percent": self._battery.percent, "state": self._battery.state},
             "language": self._locale.language,
             "region": self._locale.region,

@@ -7,6 +7,8 @@ MAIN_OBJ = "/com/velmora/QivoWatch"
 MAIN_IFACE = "com.velmora.QivoWatch1"
 SYSTEM_BUS = False
 
+GUIDE = ("com.velmora.qivo-guide-app", "Qivo Guide", "")
+
 _SET = f'self.Set("{MAIN_IFACE}", "%s", %s)'
 _BEZEL = _SET % ("BezelPosition", 'dbus.Int32(self.props["com.velmora.QivoWatch1"]'
                  '["BezelPosition"] + (1 if args[0] == "cw" else -1) * int(args[1]["count"]))')
@@ -25,5 +27,6 @@ def load(mock, parameters):
             ("PowerPressed", False), ("Plugged", False), ("Charging", False), ("Percentage", 82.0),
             ("Language", "en_US.UTF-8"), ("App", ""), ("Time", dbus.Int64(parameters["Time"])),
             ("TimeFrozen", bool(parameters["TimeFrozen"])), ("Zone", ""), ("TextSize", 1.0),
-            ("MotionReduced", False), ("ContrastHigh", False)):
+            ("MotionReduced", False), ("ContrastHigh", False),
+            ("Apps", dbus.Array([GUIDE], signature="(sss)"))):
         mock.AddProperty(MAIN_IFACE, name, value)

@@ -34,6 +34,57 @@ def test_a_tap_on_the_icon_launches_the_guide(size):
         watch.wait_calls("Launch", [({"app": "com.velmora.qivo-guide-app"},)])
 
 
+def apps(*ids, icon=""):
+    return dbus.Array([(app_id, f"Name of {app_id}", icon) for app_id in ids], signature="(sss)")
+
+
+@pytest.mark.parametrize("detents, launched", [(1, "org.b"), (-1, "org.c"), (1003, "org.b")])
+def test_the_bezel_picks_the_application_that_a_tap_launches(detents, launched):
+    with Watch() as watch:
+        watch.start_home()
+        before = look(watch.screen)
+        watch.set(Apps=apps("org.a", "org.b", "org.c"))
+        wait_change(watch.screen, before)
+        watch.screen.xdotool("mousemove", *ICON, "click", "--repeat", abs(detents), "--delay", 0,
+                             5 if detents > 0 else 4, "click", 1)
+        watch.wait_calls("Launch", [({"app": launched},)])
+
+
+@pytest.mark.parametrize("others, picked", [(["org.new", "org.a", "org.b"], "org.b"),
+                                            (["org.a"], "org.a")])
+def test_the_picked_application_stays_picked_while_it_is_there(others, picked):
+    with Watch() as watch:
+        watch.start_home()
+        picture = look(watch.screen)
+        watch.set(Apps=apps("org.a", "org.b"))
+        picture = wait_change(watch.screen, picture)
+        watch.screen.xdotool("mousemove", *ICON, "click", 5)
+        picture = wait_change(watch.screen, picture)
+        watch.set(Apps=apps(*others))
+        wait_change(watch.screen, picture)
+        watch.screen.xdotool("click", 1)
+        watch.wait_calls("Launch", [({"app": picked},)])
+
+
+def test_names_and_icons_are_shown_and_a_picture_that_is_none_is_a_letter(tmp_path):
+    (tmp_path / "wrong.png").write_bytes(b"no picture")
+    subprocess.run(["convert", "xc:red", "-resize", "48x48!", tmp_path / "red.png"], check=True)
+    subprocess.run(["convert", "-size", "5000x4", "xc:red", tmp_path / "wide.png"], check=True)
+    with Watch() as watch:
+        watch.start_home()
+        before = look(watch.screen)
+        watch.set(Apps=apps("org.a"))
+        letter = wait_change(watch.screen, before)
+        watch.set(Apps=apps("org.a", icon=str(tmp_path / "red.png")))
+        red = wait_change(watch.screen, letter)
+        assert red.count(b"\xff\0\0") > 2000
+        for none in ("wrong.png", "wide.png", "nothing.png"):
+            watch.set(Apps=apps("org.a", icon=str(tmp_path / none)))
+            wait_until(lambda: look(watch.screen) == letter, "the letter")
+            watch.set(Apps=apps("org.a", icon=str(tmp_path / "red.png")))
+            wait_until(lambda: look(watch.screen) == red, "the icon")
+
+
 def test_follows_time_battery_and_charger():
     with Watch() as watch:
         watch.start_home()

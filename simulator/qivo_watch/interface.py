@@ -18,6 +18,7 @@ HOME_NAME = "com.velmora.QivoWatch.Home"
 REFUSED = "com.velmora.QivoWatch.Error.Refused"
 
 GUIDE = "com.velmora.qivo-guide-app"
+APP_ID = re.compile(r"(?=.{1,255}$)[A-Za-z_][\w-]*(\.[A-Za-z_][\w-]*)+", re.ASCII)
 SIZES = [360, 390, 454]
 LEAST_ZOOM, MOST_ZOOM = 0.25, 4.0
 PASSWORD_LENGTH = 8

@@ -3,10 +3,14 @@
 import json
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 
 import pytest
+
+from simulator.desk import Desk
+from support.paper import Reader
 
 ROOT = pathlib.Path(__file__).parents[2]
 BUILD = pathlib.Path(os.environ["BUILD_DIR"]).resolve()
@@ -78,23 +82,34 @@ def copy_archive(source, place):
     subprocess.run(["ar", "rcs", place, *names], cwd=BUILD, check=True)
 
 
-@pytest.fixture(scope="module", name="sdk")
-def _sdk(tmp_path_factory):
-    """The folder for developers, moved to another place than it was configured for."""
+def install(source, build, target):
+    """A file of the build that is tested, a link of its folder's, or one of the checkout."""
+    target.parent.mkdir(parents=True, exist_ok=True)
+    if source.is_dir():
+        shutil.copytree(source, target, ignore=(
+            shutil.ignore_patterns("*.cpp") if "lib" in target.parts else None))
+    elif source.suffix == ".a":
+        copy_archive(BUILD / source.relative_to(build), target)
+    elif source.exists():
+        shutil.copy(source, target)
+    else:
+        shutil.copy(BUILD / source.relative_to(build), target)
+
+
+@pytest.fixture(scope="module", name="prefix")
+def _prefix(tmp_path_factory):
+    """An installation for developers, moved to another place than it was configured for."""
     folder = tmp_path_factory.mktemp("sdk")
     build = folder / "build"
     for place, source in planned(build, "-Dsdk=true").items():
-        if FOLDER not in place.parents:
-            continue
-        target = folder / place
-        target.parent.mkdir(parents=True, exist_ok=True)
-        if source.is_dir():
-            shutil.copytree(source, target, ignore=shutil.ignore_patterns("*.cpp"))
-        elif source.suffix == ".a":
-            copy_archive(BUILD / source.relative_to(build), target)
-        else:
-            shutil.copy(source, target)
-    return folder / FOLDER
+        if place.suffix != ".mo":
+            install(source, build, folder / "prefix" / place)
+    return folder / "prefix"
+
+
+@pytest.fixture(scope="module", name="sdk")
+def _sdk(prefix):
+    return prefix / FOLDER
 
 
 def test_nothing_is_installed_for_developers_unless_they_ask(tmp_path):
@@ -121,3 +136,58 @@ def test_an_application_is_built_with_the_installed_files_alone(sdk, tmp_path):
         "ELM_ENGINE": "buffer", "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={tmp_path}/no-bus"})
     assert done.returncode == 0, done.stderr
     assert "[Failed]" not in done.stderr
+
+
+@pytest.fixture(scope="module", name="desk")
+def _desk():
+    with Desk() as desk:
+        yield desk
+
+
+@pytest.fixture(scope="module", name="application")
+def _application(prefix, desk, tmp_path_factory):
+    """What a reader of docs/first-app.md has at its end, below a folder with a blank."""
+    folder = tmp_path_factory.mktemp("my applications")
+    # The archives know the place that they were configured for: the watch's theme is found above.
+    theme = folder / "subprojects" / "watch-port" / "theme"
+    theme.parent.mkdir(parents=True)
+    theme.symlink_to(prefix / "share" / "watch-port")
+    environment = {key: value for key, value in desk.environment.items()
+                   if key not in ("PKG_CONFIG_PATH", "CC", "CXX")}
+    environment["PATH"] = f"{prefix / 'bin'}:{environment['PATH']}"
+    reader = Reader(ROOT / "docs" / "first-app.md", environment, folder)
+    reader.read()
+    return reader.folder
+
+
+def test_the_paper_on_a_first_application_does_what_it_says(application):
+    assert (application / "pictures" / "count.png").is_file()
+
+
+def test_an_editor_finds_the_headers(application):
+    settings = (application / ".clangd").read_text()
+    folder = re.search(r"CompilationDatabase: (\S+)", settings)[1]
+    commands = json.loads((application / folder / "compile_commands.json").read_text())
+    assert {pathlib.Path(command["file"]).name for command in commands} == {
+        file.name for file in (application / "src").glob("*.cpp")}
+
+
+def test_a_checkout_serves_as_a_subproject(desk, tmp_path):
+    """Its libraries are those of the build that is tested: to build them again takes minutes."""
+    desk.do("new", "org.example.hello", tmp_path / "hello")
+    build = tmp_path / "hello" / "b"
+    subprocess.run(["meson", "setup", build, build.parent, "-Dunity=on", "-Dunity_size=1000"],
+                   check=True, capture_output=True, env=desk.environment)
+    link = subprocess.run(["ninja", "-C", build, "-t", "commands", "-s", "hello"], check=True,
+                          capture_output=True, text=True).stdout.splitlines()[-1]
+    subprocess.run(["ninja", "-C", build, *re.findall(r"hello\.p/\S+\.o", link)], check=True,
+                   capture_output=True)
+    (tmp_path / "hello.p").symlink_to(build / "hello.p")
+    (tmp_path / "subprojects").mkdir()
+    (tmp_path / "subprojects" / "qivo-guide-app").symlink_to(BUILD)
+    link = link.replace("-o hello ", "-o program ", 1)
+    subprocess.run(link, shell=True, cwd=tmp_path, check=True)
+    tests = json.loads(subprocess.run(["meson", "introspect", "--tests", build], check=True,
+                                      capture_output=True).stdout)
+    watch = build / "subprojects" / "qivo-guide-app" / "simulator" / "qivo-watch"
+    assert str(watch) in next(test["cmd"] for test in tests if test["name"] == "replay")

@@ -502,7 +502,7 @@ def test_wrong_use_is_one_line_with_status_2(call, words, complaint):
     ["time", "set"], ["time", "zone"], ["time", "hours"], ["text-size"], ["motion"], ["contrast"],
     ["list"], ["install"], ["uninstall"], ["apps"], ["screenshot"], ["record"], ["log"], ["wait"],
     ["wait", "log"], ["wait", "text"], ["tree"], ["audit"], ["compare"], ["play"], ["status"],
-    ["stop"]])
+    ["stop"], ["new"]])
 def test_every_command_explains_itself(call, verb):
     status, out, error = call(*verb, "--help")
     assert (status, error) == (0, "") and out.startswith("usage: qivo-watch")

@@ -81,7 +81,7 @@ class Grammar:
                 self._add_call(verb)
         for add in (self._touch, self._tree, self._audit, self._screenshot, self._wait,
                     self._compare, self._record, self._log, self._play, self._status, self._list,
-                    self._stop, self._apps):
+                    self._stop, self._apps, self._new):
             add()
 
     def parse(self, words: list[str]) -> argparse.Namespace:
@@ -203,6 +203,15 @@ class Grammar:
         add = self._add("play", "Run a file of these commands, one a line.").add_argument
         add("file", metavar="FILE")
         add("--update", action="store_true", help="write the reference pictures again")
+
+    def _new(self) -> None:
+        if self._is_replay:
+            return
+        add = self._add("new", "Write a new application: a Meson project with one screen, to be "
+                        "built, run and changed.").add_argument
+        add("id", metavar="ID", help="such as org.example.hello; the last word is the program")
+        add("folder", metavar="FOLDER", nargs="?",
+            help="which must not exist (default: the program's name)")
 
     def _status(self) -> None:
         self._add("status", "Show the state of the watch.").add_argument(

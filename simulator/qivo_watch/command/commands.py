@@ -129,6 +129,10 @@ class Session:
         for name in running():
             print(name)
 
+    def do_new(self, given: argparse.Namespace) -> None:
+        from qivo_watch.command import new  # pylint: disable=import-outside-toplevel
+        new.create(given.id, given.folder)
+
     # Verbs of the watch that take more than the call
 
     def do_battery(self, given: argparse.Namespace) -> None:

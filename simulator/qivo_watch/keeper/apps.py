@@ -10,13 +10,11 @@ from gi.repository import GLib
 
 from qivo_watch import places
 from qivo_watch.errors import WatchError
-from qivo_watch.interface import GUIDE
+from qivo_watch.interface import APP_ID, GUIDE
 from qivo_watch.keeper.environment import program as find_program
 from qivo_watch.keeper.log import Log
 from qivo_watch.processes import end_of, kill_group
 from qivo_watch.spawn import spawn
-
-APP_ID = re.compile(r"(?=.{1,255}$)[A-Za-z_][\w-]*(\.[A-Za-z_][\w-]*)+", re.ASCII)
 
 _FIRST_FRAME = re.compile(r"WATCH_PORT: first frame$")
 _LONGEST_REST = 65536

@@ -12,7 +12,8 @@ from typing import Iterator
 from gi.repository import GLib
 
 from qivo_watch.errors import WatchError
-from qivo_watch.keeper.apps import APP_ID, Program, id_of
+from qivo_watch.interface import APP_ID
+from qivo_watch.keeper.apps import Program, id_of
 from qivo_watch.keeper.environment import program as own_program
 
 MOST_BYTES = 1 << 20

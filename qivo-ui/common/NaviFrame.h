@@ -94,7 +94,8 @@ public:
                  NaviFramePopTransitionEventListener* listener);
 
     /**
-     * Pops all items above `item`; nothing when it is on top.
+     * Pops all items above `item`; nothing when it is on top. Those between are deleted at once,
+     * and only the top one is asked whether it may go.
      *
      * Logs information "pop to animation start", or error "[Failed] Invalid Naviframe : %p
      * naviframeItem : %p" when the frame or the item is null.

@@ -5,7 +5,7 @@ namespace QivoUi
 {
 
 /**
- * Is asked before a screen leaves the stack; see NaviFrameItemPopHandler.
+ * Is asked before a screen is popped; see NaviFrameItemPopHandler. A deletion asks nobody.
  *
  * It may push screens and pop others meanwhile. One that deletes the screen which it is asked
  * about must refuse: the toolkit would go on to pop a dead item.

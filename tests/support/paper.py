@@ -27,7 +27,7 @@ BLOCK = re.compile(
     r"(?:(?P<last>[^\n]*)\n)?(?P<said>[^\n]*)\n\n```(?P<kind>\w*)\n(?P<text>.*?)^```$",
     re.DOTALL | re.MULTILINE)
 """A block with the two lines before it, which say what file it is."""
-FILE = re.compile(r"(New,|All of|[Aa]t the end of|[Ii]n) `([^`]+)`(?:, after `([^`]+)`)?:$")
+FILE = re.compile(r"(New,|All of|[Aa]t the end of|[Ii]n) `([^`]+)`(?:, (after|in place of) `([^`]+)`)?:$")
 
 
 def examples(block):
@@ -82,7 +82,7 @@ class Reader:
             self.folder = pathlib.Path(place.read().strip())
         return done.returncode, done.stdout
 
-    def _edit(self, how, name, line, text):
+    def _edit(self, how, name, where, line, text):
         file = self.folder / name
         if how == "New,":
             assert not file.exists(), file
@@ -94,4 +94,5 @@ class Reader:
             file.write_text(before + text, encoding="utf-8")
             return
         assert before.count(f"{line}\n") == 1, (name, line)
-        file.write_text(before.replace(f"{line}\n", f"{line}\n{text}"), encoding="utf-8")
+        kept = f"{line}\n" if where == "after" else ""
+        file.write_text(before.replace(f"{line}\n", kept + text), encoding="utf-8")

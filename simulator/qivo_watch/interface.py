@@ -7,6 +7,7 @@ A verb is declared here once. The command's grammar (command/arguments.py), its 
 
 import os
 import re
+import shlex
 from typing import Any, NamedTuple
 
 from qivo_watch.errors import UsageError
@@ -113,6 +114,26 @@ class Place(Text):
         return os.path.abspath(word)
 
 
+class Command:
+    """The words of a command line; one word for the shell."""
+
+    signature = "as"
+
+    def read(self, word: str) -> list[str]:
+        try:
+            words = shlex.split(word)
+        except ValueError as error:
+            raise UsageError(f'"{word}" is not a command: {error}') from None
+        if not words:
+            raise UsageError(f'"{word}" is not a command')
+        return [os.path.abspath(words[0]) if "/" in words[0] else words[0], *words[1:]]
+
+    def check(self, value: Any) -> list[str]:
+        if not (isinstance(value, list) and value and all(isinstance(word, str) for word in value)):
+            raise UsageError(f'"{value}" is not a command')
+        return value
+
+
 class Pairs:
     """Texts by their keys; on the command line one KEY=VALUE at a time."""
 
@@ -131,7 +152,7 @@ class Pairs:
         return value
 
 
-Kind = Number | Choice | Text | Pairs
+Kind = Number | Choice | Text | Command | Pairs
 
 
 class Argument(NamedTuple):
@@ -205,7 +226,7 @@ def _duration(default: int, text: str) -> Argument:
     return Argument("duration", MILLISECONDS, text, "MS", "--duration", "-d", default=default)
 
 
-def _timeout(default: float, text: str) -> Argument:
+def _timeout(default: float | None, text: str) -> Argument:
     return Argument("timeout", SECONDS, text, "SECONDS", "--timeout", "-t", default=default)
 
 
@@ -230,11 +251,17 @@ VERBS = {verb.method: verb for verb in (
                       "--extra", default={}),
              Argument("env", Pairs(), "a variable of the program's environment; repeatable",
                       "KEY=VALUE", "--env", default={}),
-             _timeout(30, "how long it may take, before it is ended"))),
+             Argument("wrap", Command(), "a command that runs the program, such as valgrind",
+                      "COMMAND", "--wrap", default=[]),
+             Argument("debugger", Choice(("gdb",), are_flags=True),
+                      "in gdb, which gets the terminal, stopped before its first instruction"),
+             _timeout(None, "how long it may take, before it is ended (default: 30, with --wrap "
+                      "600)"))),
     Verb("Terminate", "terminate", "Ask an application to end; return when it has ended.", (
         Argument("app", Program(), "its id, or the path of its program (default: the one that was "
                  "launched last)", "APP", default=""),
-        _timeout(5, "how long it may take, before it is killed"))),
+        _timeout(None, "how long it may take, before it is killed (default: 5, of a wrapped one "
+                 "100)"))),
     Verb("Install", "install", "Put the applications of a folder, or of one desktop entry, on the "
          "watch; return when the home face shows them.", (
              Argument("place", Place(), "an installation or a build that has ID.desktop or "

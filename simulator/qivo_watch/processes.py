@@ -53,6 +53,14 @@ def descendants(ancestor: int) -> list[int]:
     return found
 
 
+def program_of(process: int) -> pathlib.Path | None:
+    """The file that a process runs; None when it cannot be seen."""
+    try:
+        return pathlib.Path(os.readlink(f"/proc/{process}/exe"))
+    except OSError:
+        return None
+
+
 def kill_all_of(folder: pathlib.Path) -> None:
     """Ends every process of this folder's watch except the caller."""
     mark = f"{STATE_VARIABLE}={folder}".encode()

@@ -53,6 +53,8 @@ def test_a_charger_is_set_without_a_percentage(desk, ask):
     ("SetContrast", ["low"], 'contrast: "low" is not one of normal, high'),
     ("SetHours", [dbus.UInt32(13)], 'hours: "13" is not one of 12, 24'),
     ("Launch", [options(extra="a=b")], 'extra: "a=b" is not a map of texts'),
+    ("Launch", [options(wrap="env")], 'wrap: "env" is not a command'),
+    ("Launch", [options(debugger="lldb")], 'debugger: "lldb" is not one of gdb'),
     ("PushKey", ["menu"], 'key: "menu" is not one of back, power'),
     ("Touch", [dbus.Int32(-1), dbus.Int32(0)], 'x: "-1" is not from 0 to 453'),
     ("Dance", [], "Dance")])

@@ -234,7 +234,8 @@ def _add_argument(parser: argparse.ArgumentParser, argument: Argument) -> None:
     if isinstance(kind, Choice) and kind.are_flags:
         flags = parser.add_mutually_exclusive_group()
         for value in kind.values:
-            flags.add_argument(f"--{value}", dest=argument.name, action="store_const", const=value)
+            flags.add_argument(f"--{value}", dest=argument.name, action="store_const", const=value,
+                               help=argument.help or None)
         return
     text = f"{argument.help} (default: {argument.default})" if argument.default else argument.help
     options: dict[str, Any] = {"type": _reader(kind), "help": text}

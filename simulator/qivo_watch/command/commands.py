@@ -5,6 +5,7 @@ import contextlib
 import json
 import os
 import pathlib
+import shutil
 import signal
 import sys
 import time
@@ -20,6 +21,12 @@ from qivo_watch.state import Folder, running
 
 LOOK_AGAIN_S = 0.5
 """Seconds after which a text is looked for again though the screen has not changed."""
+
+
+_GDB_OPTIONS = ["-q", "-iex", "set pagination off", "-iex", "set print symbol-loading off",
+                "-ex", "tcatch exec", "-ex", "continue",
+                "-ex", "set pagination on", "-ex", "set print symbol-loading full"]
+"""Leads gdb silently to where the waiting process becomes the program."""
 
 
 class Session:
@@ -134,6 +141,19 @@ class Session:
         new.create(given.id, given.folder)
 
     # Verbs of the watch that take more than the call
+
+    def do_launch(self, given: argparse.Namespace) -> None:
+        if given.debugger:
+            if given.wrap or given.timeout is not None:
+                raise UsageError("--gdb cannot be combined with --wrap or --timeout")
+            if not shutil.which("gdb"):
+                raise WatchError("gdb is not installed")
+        self.call(given)
+        if given.debugger:
+            process = str(self.client.status()["app"]["pid"])
+            sys.stdout.flush()
+            # gdb takes this process's place: terminal, Ctrl-C and status are its own.
+            os.execvp("gdb", ["gdb", *_GDB_OPTIONS, "-p", process])
 
     def do_battery(self, given: argparse.Namespace) -> None:
         if given.percent is None and given.state is None:

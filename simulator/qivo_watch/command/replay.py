@@ -75,6 +75,8 @@ def _parse(grammar: Grammar, words: list[str]) -> argparse.Namespace | None:
     if words == _END_RECORD:
         return None
     given = grammar.parse(words)
+    if given.verb == "launch" and given.debugger:
+        raise UsageError("a replay has no terminal for --gdb")
     if given.verb == "record":
         check_file(given.file)
         if given.duration is not None:

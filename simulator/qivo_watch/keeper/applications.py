@@ -1,6 +1,8 @@
 """All applications on the watch: launches them, passes requests on, ends them."""
 
 import pathlib
+import shutil
+import sys
 from signal import SIGTERM
 from typing import Any, Callable
 
@@ -15,8 +17,16 @@ from qivo_watch.processes import STATE_VARIABLE, end_of
 END_PATIENCE_S = 3.0
 """Seconds that an application gets to end by itself before it is killed."""
 
-SERVE_PATIENCE_S = 30.0
-"""Seconds for the first frame of an application that was started for a call on the bus."""
+FRAME_PATIENCE_S = 30.0
+"""Seconds for the first frame, unless the caller gives others."""
+
+TERMINATE_PATIENCE_S = 5.0
+"""Seconds for an application to end, unless the caller gives others."""
+
+WRAPPED_SLOWNESS = 20.0
+"""Valgrind's programs are that slow."""
+
+_DEBUGGEE = [sys.executable, str(pathlib.Path(__file__).with_name("debuggee.py"))]
 
 
 class Applications:
@@ -57,19 +67,22 @@ class Applications:
                     None) or installed.program(name) or locate(name)
 
     def launch(self, program: Program, arguments: list[str], settings: dict[str, str],
-               additions: dict[str, str], patience_s: float) -> Work:
-        """SETTINGS and the caller's ADDITIONS go into the program's environment."""
-        if STATE_VARIABLE in additions:
-            raise WatchError(f"{STATE_VARIABLE} is the watch's own")
+               additions: dict[str, str], wrap: list[str], patience_s: float | None) -> Work:
+        """SETTINGS and the caller's ADDITIONS go into the program's environment. WRAP is a command
+        that runs the program."""
         before = self.last
-        first = next((app for app in self._apps if app.program.is_same(program)), None)
+        first = self._running(program)
         if first and not program.has_id:
             raise WatchError(f"{program.name} is already running and takes no request: "
                              "it has no application id")
-        if first and additions:
-            raise WatchError(f"{program.name} is already running: its environment stays")
-        app = App(program, arguments, self._environment | settings | additions, self._log,
-                  self._on_news)
+        if first and (additions or wrap):
+            raise WatchError(f"{program.name} is already running: "
+                             f"{'it cannot be wrapped' if wrap else 'its environment stays'}")
+        app = self._start(program, arguments, settings, additions, _found(wrap))
+        if wrap:
+            app.slowness = WRAPPED_SLOWNESS
+        if patience_s is None:
+            patience_s = FRAME_PATIENCE_S * app.slowness
         try:
             try:
                 yield from (self._hand_over if first else self._show)(app, patience_s)
@@ -84,17 +97,37 @@ class Applications:
 
     def serve(self, program: Program, settings: dict[str, str]) -> Work:
         """Starts a program for a call that waits on the bus."""
-        running = next((app for app in self._apps if app.program.is_same(program)), None)
+        running = self._running(program)
         if running and not running.has_frame:
             return  # It is about to take its name.
         if running:
             yield Until(lambda: not running.is_running, END_PATIENCE_S,
                         f"{program.name} is running, but not on the bus")
-        yield from self.launch(program, ["--service"], settings, {}, SERVE_PATIENCE_S)
+        yield from self.launch(program, ["--service"], settings, {}, [], None)
 
-    def _show(self, app: App, patience_s: float) -> Work:
+    def start_for_debugger(self, program: Program, arguments: list[str], settings: dict[str, str],
+                           additions: dict[str, str]) -> None:
+        """Starts a program that waits for a debugger."""
+        if first := self._running(program):
+            raise WatchError(f"{program.name} is already running: gdb -p {first.pid} debugs it")
+        self._add(self._start(program, arguments, settings, additions, _DEBUGGEE))
+
+    def _running(self, program: Program) -> App | None:
+        return next((app for app in self._apps if app.program.is_same(program)), None)
+
+    def _start(self, program: Program, arguments: list[str], settings: dict[str, str],
+               additions: dict[str, str], wrap: list[str]) -> App:
+        if STATE_VARIABLE in additions:
+            raise WatchError(f"{STATE_VARIABLE} is the watch's own")
+        return App(program, arguments, self._environment | settings | additions, wrap, self._log,
+                   self._on_news)
+
+    def _add(self, app: App) -> None:
         self._apps.append(app)
         self._on_change()
+
+    def _show(self, app: App, patience_s: float) -> Work:
+        self._add(app)
         yield Until(lambda: app.has_frame or not app.is_running, patience_s,
                     f"{app.name} reported no first frame within {patience_s:g} s")
         if not app.has_frame:
@@ -107,9 +140,11 @@ class Applications:
         if second.status != 0:
             raise WatchError(complaint)
 
-    def terminate(self, name: str, patience_s: float) -> Work:
+    def terminate(self, name: str, patience_s: float | None) -> Work:
         """NAME is empty for the application that was started last."""
         app = self._find(name)
+        if patience_s is None:
+            patience_s = TERMINATE_PATIENCE_S * app.slowness
         if (yield from self._end([app], patience_s)):
             raise WatchError(f"{app.name} did not end within {patience_s:g} s, and was killed")
         if app.status not in (0, -SIGTERM):
@@ -147,3 +182,13 @@ class Applications:
             yield Until(gone.condition, END_PATIENCE_S, "an application did not end")
             return True
         return False
+
+
+def _found(command: list[str]) -> list[str]:
+    """The command with its program's path, whatever PATH the application gets."""
+    if not command:
+        return []
+    path = shutil.which(command[0])
+    if path is None:
+        raise WatchError(f"{command[0]} is not installed")
+    return [path, *command[1:]]

@@ -1,5 +1,6 @@
 """The applications on the watch: finds and starts them, reads their output, sees them end."""
 
+import contextlib
 import os
 import pathlib
 import re
@@ -13,10 +14,13 @@ from qivo_watch.errors import WatchError
 from qivo_watch.interface import APP_ID, GUIDE
 from qivo_watch.keeper.environment import program as find_program
 from qivo_watch.keeper.log import Log
-from qivo_watch.processes import end_of, kill_group
+from qivo_watch.processes import descendants, end_of, kill_group, program_of
 from qivo_watch.spawn import spawn
 
 _FIRST_FRAME = re.compile(r"WATCH_PORT: first frame$")
+HELD_END_MS = 10
+"""Milliseconds after which an end that a debugger holds back is looked at again."""
+
 _LONGEST_REST = 65536
 """How many bytes of a line without an end are kept."""
 
@@ -40,10 +44,14 @@ class Program(NamedTuple):
 
 
 class App:
-    """One process of an application. Its standard streams go to the log."""
+    """One process of an application. Its standard streams go to the log.
+
+    WRAP is a command that runs the program, in its own process or in one below it. SLOWNESS says
+    how much longer than others it is waited for.
+    """
 
     def __init__(self, program: Program, arguments: list[str], environment: dict[str, str],
-                 log: Log, on_news: Callable[[], None]):
+                 wrap: list[str], log: Log, on_news: Callable[[], None]):
         self.program = program
         self.name = program.name
         self.has_frame = False
@@ -54,7 +62,7 @@ class App:
         self._out, into = os.pipe()
         os.set_blocking(self._out, False)
         try:
-            self._process = spawn([str(program.path), *program.arguments, *arguments],
+            self._process = spawn([*wrap, str(program.path), *program.arguments, *arguments],
                                   environment, stdout=into, stderr=into)
         except (OSError, ValueError) as error:
             os.close(self._out)
@@ -62,10 +70,20 @@ class App:
             raise WatchError(f"cannot start {program.name}: {reason}") from None
         finally:
             os.close(into)
-        self.pid = self._process.pid
+        self._inner: int | None = None if wrap else self._process.pid
+        self.slowness = 1.0
         self._source = GLib.unix_fd_add_full(GLib.PRIORITY_DEFAULT, self._out, _READABLE,
                                              self._on_readable)
-        GLib.child_watch_add(GLib.PRIORITY_DEFAULT, self.pid, self._on_end)
+        GLib.child_watch_add(GLib.PRIORITY_DEFAULT, self._process.pid, self._on_end)
+
+    @property
+    def pid(self) -> int:
+        """The process of the program itself: of the wrapping one's descendants if it is there."""
+        if self._inner is None:
+            processes = [self._process.pid, *descendants(self._process.pid)]
+            self._inner = next((process for process in processes
+                                if program_of(process) == self.program.path.resolve()), None)
+        return self._inner or self._process.pid
 
     @property
     def is_running(self) -> bool:
@@ -76,14 +94,15 @@ class App:
         return self.status not in (None, 0)
 
     def ask_to_end(self) -> None:
-        self._signal(signal.SIGTERM)
+        """Asks the program; what wraps it ends behind it."""
+        if self.is_running:
+            with contextlib.suppress(ProcessLookupError):
+                os.kill(self.pid, signal.SIGTERM)
 
     def kill(self) -> None:
-        self._signal(signal.SIGKILL)
-
-    def _signal(self, number: int) -> None:
+        """The rest of its group follows when its end is seen."""
         if self.is_running:
-            os.kill(self.pid, number)
+            os.kill(self._process.pid, signal.SIGKILL)
 
     def _on_readable(self, *_: object) -> bool:
         is_going_on = self._read()
@@ -110,8 +129,14 @@ class App:
             self.has_frame = True
         self._log.add(line)
 
-    def _on_end(self, _pid: int, wait_status: int) -> None:
-        kill_group(self.pid)
+    def _on_end(self, pid: int, wait_status: int) -> None:
+        # While a debugger holds the end back, GLib sees it, but without its status.
+        with contextlib.suppress(ChildProcessError):
+            ended, wait_status = os.waitpid(pid, os.WNOHANG)
+            if not ended:
+                GLib.timeout_add(HELD_END_MS, lambda: self._on_end(pid, 0) or False)
+                return
+        kill_group(self._process.pid)
         if self._source:
             self._read_rest()
             GLib.source_remove(self._source)

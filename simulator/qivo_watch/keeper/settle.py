@@ -60,8 +60,8 @@ class Settler:
     def _settle_process(self, process: int, who: str, app: App | None) -> Work:
         window = self._screen.window_of(process)
         serial = self._screen.ping(window) if window else 0
-        yield Until(lambda: self._screen.has_answered(serial) or _has_ended(app), PATIENCE_S,
-                    f"{who} does not answer")
+        yield Until(lambda: self._screen.has_answered(serial) or _has_ended(app),
+                    _patience(app), f"{who} does not answer")
         yield from self._ping_bus(lambda owner: owner == process, who, app)
         if app and app.has_failed:
             raise WatchError(f"{who} {end_of(app.status or 0)}")
@@ -82,8 +82,13 @@ class Settler:
 
         for name in list(asked):
             self._connection.call(name, "/", _PEER, "Ping", None, None, Gio.DBusCallFlags.NONE,
-                                  round(PATIENCE_S * 2000), None, answered, name)
-        yield Until(lambda: not asked or _has_ended(app), PATIENCE_S, f"{who} does not answer")
+                                  round(_patience(app) * 2000), None, answered, name)
+        yield Until(lambda: not asked or _has_ended(app), _patience(app),
+                    f"{who} does not answer")
+
+
+def _patience(app: App | None) -> float:
+    return PATIENCE_S * (app.slowness if app else 1)
 
 
 def _has_ended(app: App | None) -> bool:

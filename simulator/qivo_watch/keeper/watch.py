@@ -81,13 +81,17 @@ class Watch:
     # Applications
 
     def launch(self, app: str, operation: str, extra: dict[str, str], env: dict[str, str],
-               timeout: float) -> Work:
+               wrap: list[str], debugger: str | None, timeout: float | None) -> Work:
         program = self.applications.find_program(app, self._installed)
         self._need_screen()
-        yield from self.applications.launch(program, request_arguments(operation, extra),
-                                            self._settings(), env, timeout)
+        arguments = request_arguments(operation, extra)
+        if debugger:
+            self.applications.start_for_debugger(program, arguments, self._settings(), env)
+        else:
+            yield from self.applications.launch(program, arguments, self._settings(), env, wrap,
+                                                timeout)
 
-    def terminate(self, app: str, timeout: float) -> Work:
+    def terminate(self, app: str, timeout: float | None) -> Work:
         yield from self.applications.terminate(app, timeout)
 
     def serve(self, app_id: str) -> Work:

@@ -95,9 +95,9 @@ def wanted_by(command, environment):
 
 
 def test_each_set_of_packages_holds_the_smaller_ones(bare_machine):
-    run, tools, test = (wanted_by([SCRIPT / "setup", name], bare_machine)
-                        for name in ("run", "tools", "test"))
-    assert run < tools < test and test == wanted_by([SCRIPT / "setup"], bare_machine)
+    run, unit, tools, test = (wanted_by([SCRIPT / "setup", name], bare_machine)
+                              for name in ("run", "unit", "tools", "test"))
+    assert run < unit < tools < test and test == wanted_by([SCRIPT / "setup"], bare_machine)
 
 
 @pytest.mark.parametrize("command", [["gallery"], ["valgrind"], ["coverage"], ["mutate"],

@@ -54,6 +54,8 @@ def test_wrong_use_is_named_in_one_line_with_status_2(name, arguments, named):
     ("coverage", "script/coverage"),
     ("valgrind", "script/valgrind [LIVES]"),
     ("races", "script/races [STARTS]"),
+    ("package", "script/package [FOLDER]"),
+    ("test-elsewhere", "script/test-elsewhere TARGET"),
 ])
 def test_help_says_what_a_script_takes_wherever_it_is_called(name, usage):
     result = subprocess.run([f"./{name}", "--help"], cwd=SCRIPT, capture_output=True, text=True)

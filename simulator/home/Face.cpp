@@ -1,6 +1,7 @@
 #include "home/Face.h"
 
 #include "common/Theme.h"
+#include "home/Ring.h"
 
 #include <Edje.h>
 #include <cmath>
@@ -9,7 +10,6 @@
 
 namespace
 {
-constexpr double kUsualSide = 360;
 
 constexpr int kTextSize = 20;
 // The toolkit would divide by nothing.

@@ -10,7 +10,6 @@
 
 namespace
 {
-constexpr double kUsualSide = 360;
 constexpr double kPickedX = 180;
 constexpr double kPickedY = 257;
 constexpr double kPickedSide = 95;

@@ -8,7 +8,7 @@
 namespace
 {
 constexpr double kCentre = 180;
-constexpr double kRadius = 151;
+constexpr double kRingRadius = 151;
 constexpr double kLargest = 50;
 constexpr int kHours = 12;
 } // namespace
@@ -22,6 +22,6 @@ Place Ring::GetPlace(int app) const
 {
     const int places = std::clamp(mCount, kHours, kMostPlaces);
     const double turn = 2 * kPi * (app % kMostPlaces) / places;
-    return {kCentre + kRadius * std::sin(turn), kCentre - kRadius * std::cos(turn),
-            std::min(kLargest, 2 * kRadius * std::sin(kPi / places))};
+    return {kCentre + kRingRadius * std::sin(turn), kCentre - kRingRadius * std::cos(turn),
+            std::min(kLargest, 2 * kRingRadius * std::sin(kPi / places))};
 }

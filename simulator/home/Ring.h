@@ -1,6 +1,9 @@
 #ifndef SIMULATOR_HOME_RING_H
 #define SIMULATOR_HOME_RING_H
 
+/** The side of the screen for which the face is drawn; on another one it is scaled. */
+constexpr double kUsualSide = 360;
+
 /** Where a small picture is on the face, and how large. */
 struct Place
 {

@@ -3,31 +3,10 @@
 import unicodedata
 
 from languages.catalogues import BACK_KEY, LANGUAGES, WATCH, texts
+from languages.scripts import FULL_STOPS, NON_LATIN, script_of
 
 LONGEST = 90
 """Characters of which no more than six or seven lines come on a round screen."""
-
-NON_LATIN = {
-    "am": {"ETHIOPIC"}, "ar": {"ARABIC"}, "as": {"BENGALI"}, "be": {"CYRILLIC"},
-    "bg": {"CYRILLIC"}, "bn": {"BENGALI"}, "el": {"GREEK"}, "fa": {"ARABIC"}, "gu": {"GUJARATI"},
-    "he": {"HEBREW"}, "hi": {"DEVANAGARI"}, "hy": {"ARMENIAN"},
-    "ja": {"CJK", "HIRAGANA", "KATAKANA", "KATAKANA-HIRAGANA"}, "ka": {"GEORGIAN"},
-    "kk": {"CYRILLIC"}, "km": {"KHMER"}, "kn": {"KANNADA"}, "ko": {"HANGUL"}, "ky": {"CYRILLIC"},
-    "lo": {"LAO"}, "mk": {"CYRILLIC"}, "ml": {"MALAYALAM"}, "mn": {"CYRILLIC"},
-    "mr": {"DEVANAGARI"}, "my": {"MYANMAR"}, "ne": {"DEVANAGARI"}, "or": {"ORIYA"},
-    "pa": {"GURMUKHI"}, "ru": {"CYRILLIC"}, "si": {"SINHALA"}, "sr": {"CYRILLIC"},
-    "ta": {"TAMIL"}, "te": {"TELUGU"}, "tg": {"CYRILLIC"}, "th": {"THAI"}, "uk": {"CYRILLIC"},
-    "ur": {"ARABIC"}, "zh_CN": {"CJK"}, "zh_HK": {"CJK"}, "zh_TW": {"CJK"},
-}
-"""The scripts of languages, as the names of Unicode's characters begin."""
-
-FULL_STOPS = {
-    "am": "\u1362", "as": "\u0964", "bn": "\u0964", "hi": "\u0964", "hy": "\u0589",
-    "ja": "\u3002", "km": "\u17d4", "lo": "", "my": "\u104b", "ne": "\u0964", "or": "\u0964",
-    "pa": "\u0964", "th": "", "ur": "\u06d4", "zh_CN": "\u3002", "zh_HK": "\u3002",
-    "zh_TW": "\u3002",
-}
-"""How a sentence ends where it is not with a dot; Thai and Lao put nothing there."""
 
 WORD_BREAK, NO_BREAK_SPACE, NON_JOINER = "\u200b", "\u00a0", "\u200c"
 
@@ -42,10 +21,6 @@ PUNCTUATION = set(NO_BREAK_SPACE + " \n-.,،«»„“”’") | {stop for stop 
 
 def wrong_texts(is_wrong):
     return {language: text for language, text in texts().items() if is_wrong(language, text)}
-
-
-def script_of(character):
-    return unicodedata.name(character, "").split(" ")[0]
 
 
 def test_the_name_of_the_wallet_occurs_once_in_latin_letters():

@@ -154,7 +154,10 @@ def _application(prefix, desk, tmp_path_factory):
     theme.symlink_to(prefix / "share" / "watch-port")
     environment = {key: value for key, value in desk.environment.items()
                    if key not in ("PKG_CONFIG_PATH", "CC", "CXX")}
-    environment["PATH"] = f"{prefix / 'bin'}:{environment['PATH']}"
+    environment |= {
+        "PATH": f"{prefix / 'bin'}:{environment['PATH']}",
+        # Lets a compiler cache, if there is one, know what it has compiled in another folder.
+        "CCACHE_BASEDIR": str(folder.parent), "CCACHE_NOHASHDIR": "yes"}
     reader = Reader(ROOT / "docs" / "first-app.md", environment, folder)
     reader.read()
     return reader.folder

@@ -1,7 +1,7 @@
-#include "page/Clock.h"
-#include "page/Ink.h"
-#include "page/Page.h"
-#include "page/Vision.h"
+#include "page/stage/Clock.h"
+#include "page/stage/Ink.h"
+#include "page/stage/Page.h"
+#include "page/stage/Vision.h"
 
 #include <gtest/gtest.h>
 

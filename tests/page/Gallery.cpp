@@ -1,6 +1,6 @@
-#include "page/Clock.h"
-#include "page/Page.h"
-#include "page/Vision.h"
+#include "page/stage/Clock.h"
+#include "page/stage/Page.h"
+#include "page/stage/Vision.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,7 +1,7 @@
-#include "page/Clock.h"
-#include "page/Ink.h"
-#include "page/Page.h"
 #include "page/Setting.h"
+#include "page/stage/Clock.h"
+#include "page/stage/Ink.h"
+#include "page/stage/Page.h"
 
 #include <gtest/gtest.h>
 

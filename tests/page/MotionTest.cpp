@@ -1,6 +1,6 @@
 #include "common/NaviFrame.h"
-#include "page/Clock.h"
-#include "page/Page.h"
+#include "page/stage/Clock.h"
+#include "page/stage/Page.h"
 #include "ui-extension/Appearance.h"
 
 #include <functional>

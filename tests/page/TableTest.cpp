@@ -1,5 +1,5 @@
-#include "page/Ink.h"
-#include "page/Page.h"
+#include "page/stage/Ink.h"
+#include "page/stage/Page.h"
 
 #include <cstdlib>
 #include <filesystem>

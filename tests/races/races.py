@@ -23,13 +23,13 @@ PATIENCE = 180.0
 
 SUPPORT = pathlib.Path(__file__).parents[1] / "support"
 HELGRIND = ["--quiet", "--tool=helgrind", f"--error-exitcode={FOUND}", "--num-callers=30",
-            f"--suppressions={SUPPORT / 'helgrind.supp'}"]
+            f"--suppressions={SUPPORT / 'checkers' / 'helgrind.supp'}"]
 
 
 @pytest.fixture(name="environment")
 def _environment(tmp_path, monkeypatch):
     monkeypatch.setenv("TSAN_OPTIONS",
-                       f"exitcode={FOUND} suppressions={SUPPORT / 'tsan.supp'}")
+                       f"exitcode={FOUND} suppressions={SUPPORT / 'checkers' / 'tsan.supp'}")
     return {**bare_environment(str(tmp_path)), "ELM_ENGINE": "buffer", "EINA_LOG_BACKTRACE": "-1"}
 
 

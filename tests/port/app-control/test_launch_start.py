@@ -9,8 +9,8 @@ import pytest
 
 from port.launch_apps import id_of, requests
 from port.partial_bus import PartialBus
+from port.silent_bus import SilentBus, silent_x_server
 from support.bus import wait_until
-from support.silent_bus import SilentBus, silent_x_server
 
 APPLICATION = "org.freedesktop.Application"
 

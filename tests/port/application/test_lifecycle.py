@@ -6,7 +6,7 @@ import time
 import pytest
 
 from port.lifecycle import PROGRAM, App
-from support.silent_bus import SilentBus, silent_x_server
+from port.silent_bus import SilentBus, silent_x_server
 
 OFF_SCREEN = {"ELM_ENGINE": "buffer"}
 

@@ -3,8 +3,8 @@
 import pytest
 
 from port.lifecycle import App, wait_until_active, wait_until_still, window_of
+from port.silent_bus import silent_x_server
 from support.display import Display
-from support.silent_bus import silent_x_server
 
 CREATED = ["create user-data", "app_control default", "resume"]
 ENDED = ["terminate", "result 0"]

@@ -9,9 +9,9 @@ import dbus.lowlevel
 import pytest
 
 from port.lifecycle import App, wait_until_still
+from port.silent_bus import SilentBus
 from support.bus import wait_until
 from support.session_bus import ACCESSIBILITY, SessionBus
-from support.silent_bus import SilentBus
 
 ROOT = "/org/a11y/atspi/accessible/root"
 ACCESSIBLE = "org.a11y.atspi.Accessible"

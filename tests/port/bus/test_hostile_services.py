@@ -7,10 +7,10 @@ import dbus
 import pytest
 from support.bus import (DISPLAY_DEVICE, LOCALE, LOCALE_PATH, PROPERTIES, TIMEDATE, TIMEDATE_PATH,
                          UPOWER, UPOWER_DEVICE)
-from support.clock import hears_the_clock
+from port.clock import hears_the_clock
+from port.silent_bus import SilentBus
 from support.probe import Probe
 from support.session_bus import CLOCK_FORMAT, PORTAL, PORTAL_PATH, SETTINGS, SessionBus
-from support.silent_bus import SilentBus
 
 SIGNALS = 10_000
 MEGABYTE = 1024 * 1024

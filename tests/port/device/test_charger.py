@@ -6,7 +6,7 @@ import dbus
 import pytest
 from support.bus import (DISPLAY_DEVICE, PROPERTIES, STATE_CHARGING, UPOWER, UPOWER_DEVICE,
                          wait_until)
-from support.power_supply import PowerSupplies
+from port.device.power_supply import PowerSupplies
 from support.probe import Probe
 
 OK = "0"

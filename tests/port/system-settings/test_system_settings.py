@@ -4,8 +4,8 @@ import struct
 
 import dbus
 import pytest
+from port.clock import hears_the_clock
 from support.bus import LOCALE, LOCALE_PATH, PROPERTIES, TIMEDATE, wait_until
-from support.clock import hears_the_clock
 from support.probe import Probe
 
 pytestmark = hears_the_clock

@@ -2,8 +2,8 @@
 
 import dbus
 import pytest
+from port.clock import hears_the_clock, set_clock_to_now
 from support.bus import TIMEDATE, wait_until
-from support.clock import hears_the_clock, set_clock_to_now
 from support.probe import Probe
 
 pytestmark = hears_the_clock

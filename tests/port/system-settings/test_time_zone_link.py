@@ -3,8 +3,8 @@
 import subprocess
 
 import pytest
+from port.clock import hears_the_clock, set_clock_to_now
 from support.bus import TIMEDATE, SystemBus, wait_until
-from support.clock import hears_the_clock, set_clock_to_now
 from support.probe import Probe
 
 pytestmark = hears_the_clock

@@ -1,7 +1,7 @@
-#ifndef TESTS_PAGE_PAGE_H
-#define TESTS_PAGE_PAGE_H
+#ifndef TESTS_PAGE_STAGE_PAGE_H
+#define TESTS_PAGE_STAGE_PAGE_H
 
-#include "page/Picture.h"
+#include "page/stage/Picture.h"
 #include "qivo-ui-guide/GuideView.h"
 
 #include <Elementary.h>

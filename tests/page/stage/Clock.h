@@ -1,5 +1,5 @@
-#ifndef TESTS_PAGE_CLOCK_H
-#define TESTS_PAGE_CLOCK_H
+#ifndef TESTS_PAGE_STAGE_CLOCK_H
+#define TESTS_PAGE_STAGE_CLOCK_H
 
 /// The process's time, which stands still unless it is moved by hand. The toolkit's motions go with
 /// it, frame by frame.

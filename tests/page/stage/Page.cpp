@@ -1,9 +1,9 @@
-#include "page/Page.h"
+#include "page/stage/Page.h"
 
 #include "application/Toolkit.h"
 #include "common/NaviFrame.h"
 #include "common/RotaryEventManager.h"
-#include "page/Clock.h"
+#include "page/stage/Clock.h"
 #include "support/Toolkit.h"
 #include "texts/CatalogueList.h"
 #include "texts/LocaleName.h"

@@ -1,7 +1,7 @@
-#ifndef TESTS_PAGE_VISION_H
-#define TESTS_PAGE_VISION_H
+#ifndef TESTS_PAGE_STAGE_VISION_H
+#define TESTS_PAGE_STAGE_VISION_H
 
-#include "page/Picture.h"
+#include "page/stage/Picture.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "page/Vision.h"
+#include "page/stage/Vision.h"
 
 #include <algorithm>
 #include <cmath>

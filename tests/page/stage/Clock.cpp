@@ -1,4 +1,4 @@
-#include "page/Clock.h"
+#include "page/stage/Clock.h"
 
 #include <Ecore.h>
 

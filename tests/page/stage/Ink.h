@@ -1,8 +1,8 @@
-#ifndef TESTS_PAGE_INK_H
-#define TESTS_PAGE_INK_H
+#ifndef TESTS_PAGE_STAGE_INK_H
+#define TESTS_PAGE_STAGE_INK_H
 
-#include "page/Page.h"
-#include "page/Picture.h"
+#include "page/stage/Page.h"
+#include "page/stage/Picture.h"
 
 #include <optional>
 

@@ -1,4 +1,4 @@
-#include "page/Ink.h"
+#include "page/stage/Ink.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "page/Picture.h"
+#include "page/stage/Picture.h"
 
 #include <cmath>
 #include <fstream>

@@ -1,5 +1,5 @@
-#ifndef TESTS_PAGE_PICTURE_H
-#define TESTS_PAGE_PICTURE_H
+#ifndef TESTS_PAGE_STAGE_PICTURE_H
+#define TESTS_PAGE_STAGE_PICTURE_H
 
 #include <cstdint>
 #include <string>

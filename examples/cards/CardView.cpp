@@ -8,13 +8,6 @@ namespace Cards
 
 using QivoUi::StringUtil;
 
-namespace
-{
-
-constexpr int kAmountSize = 52;
-
-} // namespace
-
 void CardView::ShowAmount(long long cents)
 {
     mCents = cents;
@@ -26,10 +19,10 @@ void CardView::SetTexts()
     const bool isEnough = mCents <= mCard.cents;
     const std::string balance =
         StringUtil::StringReplace(Text("CARDS_BALANCE"), "%s", MoneyText(mCard.cents));
-    const std::string amount = StringUtil::GetColorTagedString(
-        255, isEnough ? 255 : 96, isEnough ? 255 : 96, 255, kAmountSize, MoneyText(mCents), "");
+    const std::string amount = MoneyText(mCents);
     elm_object_part_text_set(GetLayout(), "balance", balance.c_str());
-    elm_object_part_text_set(GetLayout(), "amount", amount.c_str());
+    elm_object_part_text_set(GetLayout(), "amount", isEnough ? amount.c_str() : "");
+    elm_object_part_text_set(GetLayout(), "warning", isEnough ? "" : amount.c_str());
     elm_object_part_text_set(GetLayout(), "hint",
                              Text(isEnough ? "CARDS_TURN" : "CARDS_TOO_LITTLE").c_str());
     elm_object_part_text_set(GetLayout(), "label", Text("CARDS_PAY").c_str());

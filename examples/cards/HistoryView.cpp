@@ -13,16 +13,20 @@ void HistoryView::Fill()
 {
     Evas_Object* scroller = nullptr;
     Evas_Object* box = MakeScrolledBox(&scroller, "effect");
+    elm_box_align_set(box, 0.5, 0.0);
+    elm_box_pack_end(box, MakeLayout(box, "cards/row_pad", 0));
+    mHeading = MakeLayout(box, "cards/heading", 0);
+    elm_box_pack_end(box, mHeading);
     const auto& payments = mWallet.GetPayments();
     for (int i = static_cast<int>(payments.size()) - 1; i >= 0; --i)
     {
         Evas_Object* row = MakeLayout(box, "cards/row", i);
-        const std::string& name = mWallet.GetCards()[payments[i].card].name;
-        elm_object_part_text_set(row, "name", name.c_str());
-        elm_object_part_text_set(row, "amount", MoneyText(payments[i].cents).c_str());
+        const std::string payment =
+            mWallet.GetCards()[payments[i].card].name + "<br>" + MoneyText(payments[i].cents);
+        elm_object_part_text_set(row, "payment", payment.c_str());
         elm_box_pack_end(box, row);
     }
-    elm_box_pack_end(box, MakeLayout(box, "cards/pad", 0));
+    elm_box_pack_end(box, MakeLayout(box, "cards/row_pad", 0));
     mCircleScroller =
         eext_circle_object_scroller_add(scroller, RotaryEventManager::GetCircleSurface());
 }
@@ -30,6 +34,7 @@ void HistoryView::Fill()
 void HistoryView::SetTexts()
 {
     const bool isEmpty = mWallet.GetPayments().empty();
+    elm_object_part_text_set(mHeading, "heading", Text("CARDS_HISTORY").c_str());
     elm_object_part_text_set(GetLayout(), "empty", isEmpty ? Text("CARDS_EMPTY").c_str() : "");
 }
 

@@ -17,12 +17,12 @@ public:
     Evas_Object* GetCircleScroller() const { return mCircleScroller; }
 
 protected:
-    std::string GetTitle() const override { return Text("CARDS_HISTORY"); }
     void Fill() override;
     void SetTexts() override;
 
 private:
     const Wallet& mWallet;
+    Evas_Object* mHeading = nullptr;
     Evas_Object* mCircleScroller = nullptr;
 };
 

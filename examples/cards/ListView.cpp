@@ -33,8 +33,7 @@ void ListView::Fill()
     AddPage(box, "cards/action", 1);
     elm_box_pack_end(box, MakeLayout(box, "cards/pad", 0));
 
-    edje_object_size_min_calc(elm_layout_edje_get(mPages.front()), nullptr, &mPageHeight);
-    elm_scroller_page_size_set(mScroller, 0, mPageHeight);
+    evas_object_event_callback_add(mPages.front(), EVAS_CALLBACK_RESIZE, SResizedCB, this);
     evas_object_smart_callback_add(mScroller, "scroll,drag,start", SDraggedCB, this);
     SetBalances();
     MakeArc();
@@ -52,10 +51,10 @@ void ListView::FillCard(Evas_Object* page, const Card& card)
 {
     elm_object_part_text_set(page, "name", card.name.c_str());
     elm_object_part_text_set(page, "number", ("• " + card.number).c_str());
-    elm_object_part_content_set(
-        page, "face",
-        ImageUtil::MakeImageObjectFromFile(page, CommonUtil::GetResourcePath("images/card.png"),
-                                           card.colorCode));
+    Evas_Object* face = ImageUtil::MakeImageObjectFromFile(
+        page, CommonUtil::GetResourcePath("images/card.png"), card.colorCode);
+    elm_image_aspect_fixed_set(face, EINA_FALSE);
+    elm_object_part_content_set(page, "face", face);
     elm_object_part_content_set(
         page, "waves",
         ImageUtil::MakeImageObjectWithEdje(page, CommonUtil::GetResourcePath("edje/cards.edj"),
@@ -93,19 +92,35 @@ void ListView::Turn(int pages)
     int width = 0;
     int height = 0;
     elm_scroller_region_get(mScroller, nullptr, nullptr, &width, &height);
-    elm_scroller_region_bring_in(mScroller, 0, mTarget * mPageHeight, width, height);
+    elm_scroller_region_bring_in(mScroller, 0, mTarget * GetPageHeight(), width, height);
+}
+
+int ListView::GetPageHeight() const
+{
+    int height = 0;
+    evas_object_geometry_get(mPages.front(), nullptr, nullptr, nullptr, &height);
+    return height;
 }
 
 int ListView::GetNearestPage() const
 {
+    const int height = GetPageHeight();
     int y = 0;
     elm_scroller_region_get(mScroller, nullptr, &y, nullptr, nullptr);
-    return (y + mPageHeight / 2) / mPageHeight;
+    return height > 0 ? (y + height / 2) / height : 0;
 }
 
 void ListView::SDraggedCB(void* data, Evas_Object* /*object*/, void* /*eventInfo*/)
 {
     static_cast<ListView*>(data)->mTarget = kNone;
+}
+
+// With the text size a page's height changes, and the same page is to stay in the middle.
+void ListView::SResizedCB(void* data, Evas* /*canvas*/, Evas_Object* /*page*/, void* /*eventInfo*/)
+{
+    auto* pThis = static_cast<ListView*>(data);
+    elm_scroller_page_size_set(pThis->mScroller, 0, pThis->GetPageHeight());
+    pThis->Turn(0);
 }
 
 } // namespace Cards

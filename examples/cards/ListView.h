@@ -31,13 +31,14 @@ private:
     Evas_Object* AddPage(Evas_Object* box, const char* group, int index);
     void FillCard(Evas_Object* page, const Card& card);
     void MakeArc();
+    int GetPageHeight() const;
     int GetNearestPage() const;
     static void SDraggedCB(void* data, Evas_Object* object, void* eventInfo);
+    static void SResizedCB(void* data, Evas* canvas, Evas_Object* page, void* eventInfo);
 
     const Wallet& mWallet;
     Evas_Object* mScroller = nullptr;
     std::vector<Evas_Object*> mPages;
-    int mPageHeight = 0;
     // The page that is turned to; none when a finger has moved them.
     int mTarget = 0;
 };

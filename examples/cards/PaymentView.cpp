@@ -14,13 +14,16 @@ void PaymentView::SetTexts()
     const std::string points = mWallet.GetPoints(payment);
     std::string number = StringUtil::StringReplace(Text("CARDS_NUMBER"), "%s",
                                                    StringUtil::IntToHexaStringBy8Bit(mPayment + 1));
+    const std::string brought =
+        points.empty() ? "" : StringUtil::StringReplace(Text("CARDS_POINTS"), "%s", points);
     if (!points.empty())
     {
-        number += " · " + StringUtil::StringReplace(Text("CARDS_POINTS"), "%s", points);
+        number += " · " + brought;
     }
     elm_object_part_text_set(GetLayout(), "amount", MoneyText(payment.cents).c_str());
     elm_object_part_text_set(GetLayout(), "name", mWallet.GetCards()[payment.card].name.c_str());
     elm_object_part_text_set(GetLayout(), "number", number.c_str());
+    elm_object_part_text_set(GetLayout(), "points", brought.c_str());
     elm_object_part_text_set(GetLayout(), "label", Text("CARDS_DONE").c_str());
 }
 

@@ -51,6 +51,34 @@ def test_a_whole_run_looks_as_it_should(desk, monkeypatch):
     assert complaints(desk) == []
 
 
+@pytest.mark.parametrize("size, screens", [
+    ("1.0", "cards amount payment"), ("1.3", "amount history"),
+    ("2.0", "cards amount payment history")])
+def test_screens_pass_the_audit_at_each_text_size(desk, size, screens):
+    def audit(screen):
+        desk.do("wait", "still")
+        if screen in screens.split():
+            desk.do("audit")
+
+    desk.do("text-size", size)
+    launch(desk)
+    audit("cards")
+    desk.do("touch", 180, 180)
+    desk.do("wait", "log", "Animation Done")
+    audit("amount")
+    for amount in ("1.50", "2.50"):
+        launch(desk, "--operation", "pay", "--extra", "card=7706", "--extra", f"amount={amount}")
+        desk.do("wait", "text", "Done")
+        audit("payment" if amount == "2.50" else "")
+    desk.do("touch", "--text", "Done")
+    desk.do("wait", "log", "SOnPause")
+    launch(desk)
+    desk.do("bezel", "cw", 4)
+    desk.do("wait", "still")
+    desk.do("touch", "--text", "History")
+    audit("history")
+
+
 class Sender:
     """Another application, which waits for the answers to its requests."""
 

@@ -4,7 +4,7 @@ import os
 
 import pytest
 
-from e2e.app import App
+from e2e.app import BUILD, App
 from e2e.watch import bare_environment
 from languages.catalogues import BACK_KEY, HELP_TEXT, WATCH, compile_catalogue
 from support.bus import SystemBus, wait_until
@@ -12,6 +12,7 @@ from support.display import Display
 from support.screen_reader import ScreenReader, parts
 
 NAME = "qivo-guide-app"
+CARDS = "cards"
 
 ONE_OF_EACH_SCRIPT = (
     "de ru el hy ka he ar am hi bn pa gu or ta te kn ml si th lo km my ja ko zh_CN").split()
@@ -26,8 +27,8 @@ class Desk:
         self.system = system
         self.environment = bare_environment(folder) | reader.env | display.env | system.env
 
-    def launch(self):
-        app = App(self.environment)
+    def launch(self, **program):
+        app = App(self.environment, **program)
         app.wait_log("WATCH_PORT", "first frame")
         return app
 
@@ -60,7 +61,7 @@ def _desk(scene):
     scene.speak("en_US")
     scene.system.set_charging(False)
     yield scene
-    wait_until(lambda: scene.reader.tree(NAME) is None, "the guide gone from the readers' bus")
+    wait_until(lambda: not any(map(scene.reader.tree, (NAME, CARDS))), "an empty readers' bus")
 
 
 def text_of(language, message=HELP_TEXT):
@@ -168,6 +169,32 @@ def test_a_reader_that_comes_and_goes_is_followed(desk):
         wait_until(lambda: desk.reader.tree(NAME) is None, "no guide on the readers' bus")
         desk.reader.turn_on()
         desk.page()
+
+
+def test_a_reader_leaves_the_guide_by_the_windows_action(desk):
+    with desk.launch() as app:
+        desk.page(lambda tree: "active" in tree["children"][0]["states"])
+        assert desk.reader.do(NAME, "frame", NAME)
+        assert app.wait_end() == 0
+
+
+def test_another_application_is_worked_by_a_reader_alone(desk):
+    """A theme says which of its parts are buttons, and which are decoration."""
+    def screen(role, name):
+        return desk.reader.wait_tree(CARDS, lambda tree: tree and name in names(tree, role))
+
+    with desk.launch(executable=BUILD / "examples" / "cards" / "cards") as app:
+        tree = screen("push button", "Tram Pass 19.00 • 0370")
+        assert names(tree, "image") == []
+        assert desk.reader.do(CARDS, "push button", "Tram Pass 19.00 • 0370")
+        screen("label", "Balance 19.00")
+        # A screen that moves takes no finger, and no reader.
+        wait_until(lambda: desk.reader.do(CARDS, "push button", "Pay"), "the payment")
+        screen("push button", "Done")
+        wait_until(lambda: desk.reader.do(CARDS, "push button", "Done"), "the first screen")
+        screen("push button", "Tram Pass 15.50 • 0370")
+        wait_until(lambda: desk.reader.do(CARDS, "frame", "Cards"), "the back key")
+        assert app.wait_end() == 0
 
 
 def test_the_guide_can_be_read_in_every_script_and_left(desk):

@@ -194,12 +194,21 @@ def test_high_contrast_is_judged_by_a_stricter_rule(desk):
     assert result.stdout.startswith("contrast 11.") and ' instead of 15: "Grey"' in result.stdout
 
 
+def test_the_text_on_a_control_is_judged_too(desk):
+    result = audited(desk, "pale-entry")
+    assert result.stdout.splitlines() == ['contrast 3.5 instead of 7: "Dim"']
+
+
+def test_letters_that_reach_below_no_line_may_be_lower(desk):
+    assert audited(desk, "upright").stdout == ""
+
+
 def test_each_rule_finds_the_fault_that_is_planted_and_marks_it(desk, tmp_path):
     file = tmp_path / "faults.png"
     result = audited(desk, "pale small cut unreached nameless lost-button", "--picture", file)
     assert sorted(result.stdout.splitlines()) == [
         'contrast 3.5 instead of 7: "Pale"', 'cut by the edge: "Cut off"',
-        'letters 10 pixels high instead of 24: "Small"', "no name: image at 150,280 60x40",
+        'letters 10 pixels high instead of 20: "Small"', "no name: image at 150,280 60x40",
         'out of the bezel\'s reach: "Unreached"',
         'out of the bezel\'s reach: push button "Lost"']
     assert (result.returncode, result.stderr) == (1, "qivo-watch: 6 faults on the page\n")

@@ -1,7 +1,8 @@
 """A screen reader without a voice: it knows what an application shows through AT-SPI alone.
 
 Prints what it is told, one JSON object a line, and answers the command "tree" on standard input
-with all that the applications on the readers' bus show.
+with all that the applications on the readers' bus show, "do APPLICATION ROLE NAME" with whether
+the action of that object was done; ROLE has underscores for blanks.
 """
 
 import json
@@ -60,6 +61,20 @@ def on_event(event):
         data=what.get_name() if isinstance(what, Atspi.Accessible) else what)
 
 
+def do_action(desktop, application, role, name):
+    """Does what can be done to the first object of a role and a name."""
+    applications = [desktop.get_child_at_index(index)
+                    for index in range(desktop.get_child_count())]
+    waiting = [found for found in applications if found.get_name() == application]
+    while waiting:
+        accessible = waiting.pop(0)
+        if accessible.get_role_name() == role.replace("_", " ") and accessible.get_name() == name:
+            return Atspi.Action.do_action(accessible, 0)
+        waiting += [accessible.get_child_at_index(index)
+                    for index in range(accessible.get_child_count())]
+    return False
+
+
 def on_command(_, __):
     command = sys.stdin.readline().split()
     if not command:
@@ -67,6 +82,9 @@ def on_command(_, __):
         return False
     desktop = Atspi.get_desktop(0)
     try:
+        if command[0] == "do":
+            say(done=do_action(desktop, *command[1:3], " ".join(command[3:])))
+            return True
         say(tree=[described(desktop.get_child_at_index(index))
                   for index in range(desktop.get_child_count())])
     except (GLib.Error, AttributeError) as error:

@@ -89,6 +89,11 @@ class ScreenReader:
         return next((application for application in json.loads(line)["tree"]
                      if application["name"] == name), None)
 
+    def do(self, application, role, name):
+        """Whether the action of an object was done, by its role and name."""
+        self._listener.say(f"do {application} {role.replace(' ', '_')} {name}")
+        return json.loads(self._listener.next_line(lambda line: "done" in json.loads(line)))["done"]
+
     def wait_tree(self, name, accept=bool):
         """The first that is accepted."""
         def accepted():

@@ -7,6 +7,7 @@ page rests.
 
 import math
 import time
+import unicodedata
 from typing import Callable, Iterator, NamedTuple
 
 from PIL import Image, ImageDraw
@@ -24,6 +25,12 @@ that the user wants."""
 LEAST_HEIGHT = 24 / 360
 """Of the tallest line of a text, from the lowest to the highest pixel, for a screen of size 1."""
 
+LEAST_UPRIGHT_HEIGHT = 20 / 360
+"""The same where nothing reaches below the line, as in "Done" and "128.40"."""
+
+_BELOW_THE_LINE = set("gjpqy")
+_UPRIGHT_SCRIPTS = ("LATIN", "GREEK", "CYRILLIC")
+
 LEAST_MARGIN = 0.02
 """Between letters and the round edge, for a screen of size 1."""
 
@@ -35,6 +42,8 @@ STILL_S = 10.0
 
 _NAMED = {"image", "push button", "check box", "radio button", "entry"}
 _CONTROLS = _NAMED - {"image"}
+_ON_CONTROL = "on a control"
+"""The role of what is reached with its control."""
 
 _Turn = Callable[[str, int], None]
 
@@ -114,11 +123,11 @@ def _look(eye: Eye, read_windows: Callable[[], list[Part]]) -> _Rest:
 
 
 def _judged(part: Part) -> Iterator[Part]:
-    """The text on a control is judged with it."""
     yield part
-    if part.role not in _CONTROLS:
-        for child in part.children:
-            yield from _judged(child)
+    for child in part.children:
+        if part.role in _CONTROLS:
+            child = child._replace(role=_ON_CONTROL)
+        yield from _judged(child)
 
 
 def _faults_at(rest: _Rest) -> Iterator[Fault]:
@@ -153,7 +162,7 @@ def _faults_of_text(part: Part, same: list[tuple[_Rest, Part]],
                 if len(other.lines) > number]
         whole = [ink for ink in inks if ink and not ink.is_cut]
         if not whole:
-            if not any(inks):
+            if not any(inks) and part.role != _ON_CONTROL:
                 yield Fault(f'out of the bezel\'s reach: "{line.text}"', line.place)
             continue
         best = max(whole, key=lambda ink: ink.contrast)
@@ -161,10 +170,17 @@ def _faults_of_text(part: Part, same: list[tuple[_Rest, Part]],
         if best.contrast < contrast:
             yield Fault(f'contrast {best.contrast:.1f} instead of {contrast:g}: '
                         f'"{line.text}"', line.place)
-    least = LEAST_HEIGHT * same[0][0].picture.width
+    least = _least_height(part.name) * same[0][0].picture.width
     if heights and max(heights) < least:
         yield Fault(f'letters {max(heights)} pixels high instead of {math.ceil(least)}: '
                     f'"{part.lines[0].text}"', part.place)
+
+
+def _least_height(text: str) -> float:
+    is_upright = not _BELOW_THE_LINE & set(text) and all(
+        unicodedata.name(letter, "").startswith(_UPRIGHT_SCRIPTS)
+        for letter in text if letter.isalpha())
+    return LEAST_UPRIGHT_HEIGHT if is_upright else LEAST_HEIGHT
 
 
 def _ink_of(line: Line, rest: _Rest) -> _Ink | None:

@@ -148,6 +148,38 @@ void Write()
     }
 }
 
+void SSayCB(void* event, Evas_Object* control, void*)
+{
+    const std::string name = elm_object_text_get(control);
+    if (name == "Once")
+        evas_object_del(control);
+    Say(static_cast<const char*>(event) + (" " + name));
+}
+
+void AddControl(Evas_Object* control, const char* name, const char* event)
+{
+    static int top = 0;
+    elm_object_text_set(control, name);
+    evas_object_smart_callback_add(control, event, SSayCB, const_cast<char*>(event));
+    evas_object_geometry_set(control, 0, top, 300, 40);
+    evas_object_show(control);
+    top += 40;
+}
+
+void AddControls()
+{
+    AddControl(elm_button_add(sWindow), "Press", "clicked");
+    AddControl(elm_button_add(sWindow), "Once", "clicked");
+    AddControl(elm_check_add(sWindow), "Check", "changed");
+    Evas_Object* const radio = elm_radio_add(sWindow);
+    elm_radio_state_value_set(radio, 1);
+    AddControl(radio, "Radio", "changed");
+    AddControl(elm_entry_add(sWindow), "typed", "changed");
+    Evas_Object* const off = elm_button_add(sWindow);
+    AddControl(off, "Off", "clicked");
+    elm_object_disabled_set(off, EINA_TRUE);
+}
+
 // As an application does that ends without a thought for its callbacks.
 void FollowServices()
 {
@@ -209,6 +241,7 @@ void Obey(const std::string& word)
         {"new", MakeWindow},
         {"picture", MakePicture},
         {"write", Write},
+        {"controls", AddControls},
         {"misname", [] { elm_win_title_set(sWindow, "caf\xe9"); }},
         {"close", [] { ecore_x_window_delete_request_send(elm_win_xwindow_get(sWindow)); }},
         {"sync", [] { ecore_x_sync(); }},

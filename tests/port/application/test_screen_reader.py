@@ -15,9 +15,13 @@ from support.session_bus import ACCESSIBILITY, SessionBus
 
 ROOT = "/org/a11y/atspi/accessible/root"
 ACCESSIBLE = "org.a11y.atspi.Accessible"
+ACTION = "org.a11y.atspi.Action"
 COMPONENT = "org.a11y.atspi.Component"
+EDITABLE_TEXT = "org.a11y.atspi.EditableText"
+PROPERTIES = "org.freedesktop.DBus.Properties"
 TEXT = "org.a11y.atspi.Text"
 WORD, LINE = 1, 3
+CHECKED, ENABLED, FOCUSABLE = 4, 8, 11
 
 
 @pytest.fixture(scope="module", name="readers")
@@ -73,12 +77,20 @@ class Reader:
         return self._bus.call_blocking(self._name, path, interface, member, signature, arguments)
 
     def name_of(self, path):
-        return self.ask(path, "org.freedesktop.DBus.Properties", "Get", "ss", ACCESSIBLE, "Name")
+        return self.ask(path, PROPERTIES, "Get", "ss", ACCESSIBLE, "Name")
 
     def items(self):
         """Path and name of all that the application shows."""
         items = self.ask("/org/a11y/atspi/cache", "org.a11y.atspi.Cache", "GetItems")
         return [(str(item[0][1]), str(item[6])) for item in items]
+
+    def control(self, name):
+        """The path of the control of that name; what is on it has it too."""
+        return next(path for path, shown in self.items() if shown == name)
+
+    def states(self, path):
+        low, high = self.ask(path, ACCESSIBLE, "GetState")
+        return {bit for bit in range(64) if (high << 32 | low) >> bit & 1}
 
     def error(self, *question):
         with pytest.raises(dbus.DBusException) as refusal:
@@ -232,11 +244,90 @@ def test_a_letter_that_there_is_not_has_no_size(text, offset):
     ((ROOT, COMPONENT, "GetExtents", "u", 0), "UnknownMethod"),
     ((ROOT, "org.a11y.atspi.Text", "GetText", "ii", 0, -1), "UnknownMethod"),
     ((ROOT, ACCESSIBLE, "GetChildAtIndex", "s", "first"), "InvalidArgs"),
-    ((ROOT, "org.freedesktop.DBus.Properties", "Get", "ss", ACCESSIBLE, "Secret"), "InvalidArgs"),
+    ((ROOT, PROPERTIES, "Get", "ss", ACCESSIBLE, "Secret"), "InvalidArgs"),
+    ((ROOT, PROPERTIES, "Set", "ssv", ACCESSIBLE, "Name", "Mine"), "PropertyReadOnly"),
+    ((ROOT, ACTION, "DoAction", "i", 0), "UnknownMethod"),
 ])
 def test_a_question_without_an_answer_gets_an_error(read, question, error):
     _, reader = read
     assert reader.error(*question) == error
+
+
+@pytest.fixture(scope="module", name="controls")
+def _controls(read):
+    app, reader = read
+    app.tell("controls")
+    return app, reader
+
+
+@pytest.mark.parametrize("name, event, action", [
+    ("Press", "clicked", "click"), ("Check", "changed", "toggle"), ("Radio", "changed", "toggle")])
+def test_a_reader_works_a_control(controls, name, event, action):
+    app, reader = controls
+    path = reader.control(name)
+    assert reader.ask(path, ACTION, "GetName", "i", 0) == action
+    assert reader.ask(path, ACTION, "GetActions") == [(action, "", "")]
+    assert reader.ask(path, ACTION, "DoAction", "i", 0)
+    app.wait_for(f"{event} {name}")
+
+
+def test_a_check_that_is_toggled_is_checked(controls):
+    app, reader = controls
+    path = reader.control("Check")
+    before = CHECKED in reader.states(path)
+    reader.ask(path, ACTION, "DoAction", "i", 0)
+    app.wait_for("changed Check")
+    assert (CHECKED in reader.states(path)) is not before
+
+
+@pytest.mark.parametrize("index", [-1, 1, 2**31 - 1])
+def test_an_action_that_there_is_not_is_not_done(controls, index):
+    _, reader = controls
+    path = reader.control("Press")
+    assert reader.ask(path, ACTION, "GetName", "i", index) == ""
+    assert not reader.ask(path, ACTION, "DoAction", "i", index)
+
+
+def test_what_is_disabled_cannot_be_worked(controls):
+    _, reader = controls
+    path = reader.control("Off")
+    assert ENABLED not in reader.states(path) and ENABLED in reader.states(reader.control("Press"))
+    assert not reader.ask(path, ACTION, "DoAction", "i", 0)
+    assert not reader.ask(path, COMPONENT, "GrabFocus")
+
+
+def test_a_button_that_deletes_itself_can_be_pressed_many_times(controls):
+    app, reader = controls
+    path = reader.control("Once")
+    for _ in range(100):
+        reader.post(path, ACTION, "DoAction", "i", 0)
+    app.wait_for("clicked Once")
+    assert reader.error(path, ACTION, "DoAction", "i", 0) == "UnknownObject"
+    # Still there.
+    assert reader.ask(ROOT, ACCESSIBLE, "GetRoleName") == "application"
+
+
+def test_a_reader_gives_a_control_the_keyboard(controls):
+    app, reader = controls
+    app.tell("activate")
+    for name in ("Press", "Check"):
+        path = reader.control(name)
+        assert FOCUSABLE in reader.states(path)
+        assert reader.ask(path, COMPONENT, "GrabFocus")
+
+
+def test_a_reader_types(controls):
+    app, reader = controls
+    path = reader.control("typed")
+    assert reader.ask(path, EDITABLE_TEXT, "SetTextContents", "s", "<b>caf\N{LATIN SMALL LETTER E}")
+    assert reader.name_of(path) == "<b>cafe"
+    assert reader.ask(path, EDITABLE_TEXT, "InsertText", "isi", 3, "12345", 2)
+    assert reader.ask(path, EDITABLE_TEXT, "DeleteText", "ii", 0, 3)
+    assert reader.name_of(path) == "12cafe"
+    assert reader.ask(path, EDITABLE_TEXT, "InsertText", "isi", 2**31 - 1, "!", 1)
+    assert reader.ask(path, EDITABLE_TEXT, "DeleteText", "ii", 99, -1)
+    assert reader.name_of(path) == "12cafe!"
+    assert not reader.ask(path, EDITABLE_TEXT, "SetTextContents", "s", "x" * 10_001)
 
 
 def test_no_reader_moves_or_sizes_the_window(read):

@@ -39,6 +39,16 @@ void Place(Evas_Object* object, int x, int y)
     evas_object_show(object);
 }
 
+void OfferPaleEntry()
+{
+    Evas_Object* const entry = elm_entry_add(sWindow);
+    // Else the cursor is what is seen best.
+    elm_entry_editable_set(entry, EINA_FALSE);
+    elm_entry_entry_set(entry, "<color=#646464 font_size=36>Dim</>");
+    Place(entry, 130, 220);
+    evas_object_resize(entry, 120, 60);
+}
+
 void WriteOutOfSight(const char* text)
 {
     Write(text, kMiddle, 500, kLetters, 255);
@@ -85,6 +95,10 @@ bool Create(void*)
         ecore_timer_add(kLateS, WriteLate, nullptr);
     if (Has("nameless"))
         Place(elm_image_add(sWindow), 150, 280);
+    if (Has("upright"))
+        Write("Hour", kMiddle, 230, 28, 255);
+    if (Has("pale-entry"))
+        OfferPaleEntry();
     if (Has("lost-button"))
     {
         Evas_Object* const button = elm_button_add(sWindow);

@@ -29,7 +29,7 @@ BusMessage NewRefusal(DBusMessage* call, const char* error, const char* reason)
 const AccessMethod* FindMethodOf(DBusMessage* call)
 {
     for (const AccessMethod* methods :
-         {kObjectMethods, kPropertyMethods, kComponentMethods, kTextMethods})
+         {kObjectMethods, kPropertyMethods, kComponentMethods, kTextMethods, kActionMethods})
         for (; methods->member; ++methods)
             if (dbus_message_is_method_call(call, methods->interface, methods->member))
                 return methods;
@@ -166,6 +166,8 @@ BusMessage AccessBus::AnswerFor(DBusMessage* call, const Accessible& object)
     const AccessMethod* const method = FindMethodOf(call);
     if (!method || (!IsOfBus(method->interface) && !HasInterface(object, method->interface)))
         return NewRefusal(call, DBUS_ERROR_UNKNOWN_METHOD, "no such method of this object");
+    if (!method->run)
+        return NewRefusal(call, DBUS_ERROR_PROPERTY_READ_ONLY, "no reader sets a property");
     BusMessage answer(dbus_message_new_method_return(call));
     RequireMemory(answer != nullptr);
     AccessWriter writer(answer.get(), dbus_bus_get_unique_name(mReaders.Get()));

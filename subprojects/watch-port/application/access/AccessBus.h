@@ -18,8 +18,8 @@ namespace WatchPort
  * The toolkit has such a bridge of its own, which swallows every key, waits for its buses without a
  * deadline, lets a reader move widgets about, and knows no text of a layout.
  *
- * Nothing that a reader asks changes anything. A call of another shape, for an object that is gone
- * or of a method that there is not is answered with an error.
+ * A reader can do what Actions.h has, and else changes nothing. A call of another shape, for an
+ * object that is gone or of a method that there is not is answered with an error.
  */
 class AccessBus : private BusListener
 {

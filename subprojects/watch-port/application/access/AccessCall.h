@@ -10,8 +10,10 @@ namespace WatchPort
 {
 
 constexpr char kAccessibleInterface[] = "org.a11y.atspi.Accessible";
+constexpr char kActionInterface[] = "org.a11y.atspi.Action";
 constexpr char kApplicationInterfaceOfReaders[] = "org.a11y.atspi.Application";
 constexpr char kComponentInterface[] = "org.a11y.atspi.Component";
+constexpr char kEditableTextInterface[] = "org.a11y.atspi.EditableText";
 constexpr char kImageInterface[] = "org.a11y.atspi.Image";
 constexpr char kTextInterface[] = "org.a11y.atspi.Text";
 
@@ -38,7 +40,10 @@ struct AccessCall
     }
 };
 
-/** A method: writes the answer; false when the arguments are not what it takes. */
+/**
+ * A method: writes the answer; false when the arguments are not what it takes. Null for one that
+ * would set a property.
+ */
 struct AccessMethod
 {
     const char* interface;
@@ -46,7 +51,8 @@ struct AccessMethod
     bool (*run)(const AccessCall& call);
 };
 
-/** A property, which only the process sets. */
+/** A property, which only the process sets: the registry's number of it too, which none asks for.
+ */
 struct AccessProperty
 {
     const char* interface;
@@ -62,6 +68,7 @@ bool HasInterface(const Accessible& object, const std::string& interface);
 extern const AccessMethod kObjectMethods[];
 extern const AccessMethod kComponentMethods[];
 extern const AccessMethod kTextMethods[];
+extern const AccessMethod kActionMethods[];
 extern const AccessMethod kPropertyMethods[];
 
 /** Writes the whole tree, as the readers' cache wants it. */

@@ -93,6 +93,11 @@ void TellStates(const News& news, const Accessible& before, const Accessible& no
                       now.name);
         news.TellState(now.id, "active", now.isActive);
     }
+    if (before.isChecked != now.isChecked)
+        news.TellState(now.id, "checked", now.isChecked);
+    if (before.isDisabled != now.isDisabled)
+        for (const char* state : {"enabled", "sensitive"})
+            news.TellState(now.id, state, !now.isDisabled);
     if (before.isFocused != now.isFocused)
         news.TellState(now.id, "focused", now.isFocused);
 }

@@ -1,6 +1,7 @@
 #include "application/access/AccessTree.h"
 
 #include "application/access/TextLayout.h"
+#include "application/access/ThemeMarks.h"
 #include "application/windows/Windows.h"
 
 #include <Edje.h>
@@ -167,10 +168,19 @@ void AccessTree::AddWindow(Ecore_Evas* window)
     for (Evas_Object* top = evas_object_bottom_get(ecore_evas_get(window)); top;
          top = evas_object_above_get(top))
         AddWithin(top, id);
-    // A page of texts has nothing that the toolkit would focus.
-    Accessible* const first = frame.isActive ? FindFirstText(id) : nullptr;
-    if (first)
-        first->isFocused = true;
+    Accessible* const focused = frame.isActive ? FindFocus(id) : nullptr;
+    if (focused)
+        focused->isFocused = true;
+}
+
+// A page of texts has nothing that the toolkit would focus.
+Accessible* AccessTree::FindFocus(unsigned window)
+{
+    for (auto& [id, object] : mObjects)
+        if (FindControl(object.object) && elm_object_focus_get(object.object) &&
+            evas_object_evas_get(object.object) == evas_object_evas_get(mObjects[window].object))
+            return &object;
+    return FindFirstText(window);
 }
 
 void AccessTree::AddWithin(Evas_Object* object, unsigned parent)
@@ -181,13 +191,48 @@ void AccessTree::AddWithin(Evas_Object* object, unsigned parent)
         parent = Add(parent, AccessRole::Page, object);
     const WidgetRole* const control = FindControl(object);
     if (control)
-        parent = Add(parent, control->role, object);
-    // In the order in which they are drawn.
-    Eina_List* members = IsShape(object) ? nullptr : evas_object_smart_members_get(object);
-    for (; members; members = eina_list_remove_list(members, members))
-        AddWithin(static_cast<Evas_Object*>(eina_list_data_get(members)), parent);
+        parent = AddControl(parent, control->role, object);
+    if (!IsShape(object))
+        AddMembers(object, parent);
     if (control)
         mObjects[parent].name = JoinTexts(parent);
+}
+
+unsigned AccessTree::AddControl(unsigned parent, AccessRole role, Evas_Object* widget)
+{
+    const unsigned id = Add(parent, role, widget);
+    Accessible& control = mObjects[id];
+    control.isDisabled = elm_object_disabled_get(widget);
+    if (role == AccessRole::CheckBox)
+        control.isChecked = elm_check_state_get(widget);
+    if (role == AccessRole::RadioButton)
+        control.isChecked = elm_radio_state_value_get(widget) == elm_radio_value_get(widget);
+    return id;
+}
+
+// In the order in which they are drawn; a button where the first thing on it is.
+void AccessTree::AddMembers(Evas_Object* object, unsigned parent)
+{
+    const ThemeMarks marks(object);
+    std::map<Evas_Object*, unsigned> buttons;
+    const auto addButton = [&](Evas_Object* button)
+    {
+        const auto known = buttons.find(button);
+        return known == buttons.end() ? buttons[button] = Add(parent, AccessRole::Button, button)
+                                      : known->second;
+    };
+    Eina_List* members = evas_object_smart_members_get(object);
+    for (; members; members = eina_list_remove_list(members, members))
+    {
+        auto* const member = static_cast<Evas_Object*>(eina_list_data_get(members));
+        if (marks.IsDecoration(member))
+            continue;
+        Evas_Object* const button =
+            (!IsShape(member) || DrawsText(member)) ? marks.FindButtonAt(member) : nullptr;
+        AddWithin(member, button ? addButton(button) : parent);
+    }
+    for (Evas_Object* button : marks.Buttons())
+        mObjects[addButton(button)].name = JoinTexts(buttons[button]);
 }
 
 // What has nothing within it that is to be told apart.

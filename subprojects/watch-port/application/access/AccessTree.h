@@ -18,6 +18,10 @@ namespace WatchPort
  * It is read from what is on the canvases, so it needs nothing from the application. A picture gets
  * its name from the group of a theme that draws it: the data item "accessible-name" is a message id
  * of the application's catalogue. A picture of a group without that item has no name.
+ *
+ * A group of a layout names some of its parts, by a blank between each two: "accessible-decoration"
+ * what is not in the tree, a text or what a part holds; "accessible-buttons" what a finger taps.
+ * What lies on such a part belongs to the button.
  */
 class AccessTree
 {
@@ -41,9 +45,12 @@ public:
 private:
     unsigned Add(unsigned parent, AccessRole role, Evas_Object* object);
     void AddWindow(Ecore_Evas* window);
+    unsigned AddControl(unsigned parent, AccessRole role, Evas_Object* widget);
     void AddWithin(Evas_Object* object, unsigned parent);
+    void AddMembers(Evas_Object* object, unsigned parent);
     bool AddLeaf(Evas_Object* object, unsigned parent);
     std::string JoinTexts(unsigned parent) const;
+    Accessible* FindFocus(unsigned window);
     Accessible* FindFirstText(unsigned parent);
 
     const Display& mDisplay;

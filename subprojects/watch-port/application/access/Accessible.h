@@ -41,7 +41,11 @@ struct Accessible
     bool isShowing = false;
     /** A window that has the keyboard. */
     bool isActive = false;
-    /** Where reading begins in the active window. */
+    /** A control that cannot be worked. */
+    bool isDisabled = false;
+    /** A check or a radio that is on. */
+    bool isChecked = false;
+    /** The control that has the keyboard, or else where reading begins, in the active window. */
     bool isFocused = false;
     std::vector<unsigned> children;
 };

@@ -1,4 +1,5 @@
 #include "application/access/AccessCall.h"
+#include "application/access/Actions.h"
 
 namespace WatchPort
 {
@@ -104,10 +105,9 @@ bool AnswerLayer(const AccessCall& call)
     return true;
 }
 
-// Nothing on the page can be given the keyboard by a reader.
 bool AnswerFocus(const AccessCall& call)
 {
-    call.answer.AddTruth(false);
+    call.answer.AddTruth(GiveFocus(call.object));
     return true;
 }
 } // namespace

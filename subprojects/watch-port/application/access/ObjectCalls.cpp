@@ -1,4 +1,5 @@
 #include "application/access/AccessCall.h"
+#include "application/access/Actions.h"
 #include "system-settings/Settings.h"
 
 #include <algorithm>
@@ -12,6 +13,8 @@ namespace
 enum State
 {
     kActive = 1,
+    kChecked = 4,
+    kEditable = 7,
     kEnabled = 8,
     kFocusable = 11,
     kFocused = 12,
@@ -21,8 +24,10 @@ enum State
     kVisible = 30,
 };
 
-constexpr const char* kInterfaces[] = {kAccessibleInterface, kApplicationInterfaceOfReaders,
-                                       kComponentInterface, kImageInterface, kTextInterface};
+constexpr const char* kInterfaces[] = {
+    kAccessibleInterface, kActionInterface,       kApplicationInterfaceOfReaders,
+    kComponentInterface,  kEditableTextInterface, kImageInterface,
+    kTextInterface};
 
 const char* RoleName(AccessRole role)
 {
@@ -52,12 +57,16 @@ const char* RoleName(AccessRole role)
 
 std::uint64_t StatesOf(const Accessible& object)
 {
-    std::uint64_t states = 1ULL << kEnabled | 1ULL << kSensitive | 1ULL << kVisible;
+    std::uint64_t states = 1ULL << kVisible;
     const auto add = [&states](bool isSet, State state) { states |= isSet ? 1ULL << state : 0; };
+    add(!object.isDisabled, kEnabled);
+    add(!object.isDisabled, kSensitive);
+    add(object.isChecked, kChecked);
+    add(object.role == AccessRole::Entry, kEditable);
     add(object.isShowing, kShowing);
     add(object.isActive, kActive);
     add(object.isFocused, kFocused);
-    add(object.role == AccessRole::Label, kFocusable);
+    add(object.role == AccessRole::Label || IsFocusable(object), kFocusable);
     add(object.role == AccessRole::Label, kMultiLine);
     return states;
 }
@@ -208,6 +217,10 @@ bool HasInterface(const Accessible& object, const std::string& interface)
     const bool isRoot = object.role == AccessRole::Application;
     if (interface == kApplicationInterfaceOfReaders)
         return isRoot;
+    if (interface == kActionInterface)
+        return ActionOf(object);
+    if (interface == kEditableTextInterface)
+        return object.role == AccessRole::Entry;
     if (interface == kComponentInterface)
         return !isRoot;
     if (interface == kImageInterface)

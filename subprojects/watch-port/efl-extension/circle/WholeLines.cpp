@@ -16,6 +16,7 @@ constexpr int kUsualLines = 8;
 constexpr int kThemeHeight = 360;
 // The signal of the port's scroller styles.
 constexpr const char* kTextSizeSignal = "watch,text,size";
+constexpr const char* kContentSizeSignal = "watch,content,size";
 
 int LinesPerViewport()
 {
@@ -48,10 +49,14 @@ WholeLines::WholeLines(Evas_Object* scroller) : mScroller(scroller)
     evas_object_smart_callback_add(mScroller, "scroll,anim,stop", SStandsCB, this);
     edje_object_signal_callback_add(elm_layout_edje_get(mScroller), kTextSizeSignal, "*",
                                     STextSizeCB, this);
+    if (Evas_Object* content = elm_object_content_get(mScroller))
+        evas_object_event_callback_add(content, EVAS_CALLBACK_RESIZE, SResizedCB, nullptr);
 }
 
 WholeLines::~WholeLines()
 {
+    if (Evas_Object* content = elm_object_content_get(mScroller))
+        evas_object_event_callback_del(content, EVAS_CALLBACK_RESIZE, SResizedCB);
     LookLater();
     // The widget's own call deletes the oldest callback of a function, which may be another's.
     edje_object_signal_callback_del_full(elm_layout_edje_get(mScroller), kTextSizeSignal, "*",
@@ -84,6 +89,15 @@ void WholeLines::STextSizeCB(void* data, Evas_Object*, const char*, const char*)
     auto* self = static_cast<WholeLines*>(data);
     self->mIsOffLine = true;
     self->LookSoon();
+}
+
+// Content that grows moves nothing, and the toolkit tells a theme of moves alone. Of the scroller
+// that it is in now: an application may take it out.
+void WholeLines::SResizedCB(void*, Evas*, Evas_Object* content, void*)
+{
+    Evas_Object* const scroller = elm_object_parent_widget_get(content);
+    if (scroller)
+        elm_object_signal_emit(scroller, kContentSizeSignal, "watch");
 }
 
 void WholeLines::SLookCB(void* data)

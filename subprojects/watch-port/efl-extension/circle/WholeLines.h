@@ -11,7 +11,8 @@ namespace WatchPort
  * whose first line stands in one of them. A line is as high as the text size has it
  * (kTextSizeClass): at the usual size eight are as high as the scroller.
  *
- * As long as it lives, a page that a finger has left goes on to the nearest such place.
+ * As long as it lives, a page that a finger has left goes on to the nearest such place, and the
+ * scroller's theme gets the signal "watch,content,size" when there is more or less of the page.
  */
 class WholeLines
 {
@@ -31,6 +32,7 @@ private:
     static void SStandsCB(void* data, Evas_Object* object, void* event);
     static void STextSizeCB(void* data, Evas_Object* object, const char* signal,
                             const char* source);
+    static void SResizedCB(void* data, Evas* canvas, Evas_Object* content, void* event);
     static void SLookCB(void* data);
 
     void LookSoon();

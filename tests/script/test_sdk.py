@@ -83,17 +83,17 @@ def copy_archive(source, place):
 
 
 def install(source, build, target):
-    """A file of the build that is tested, a link of its folder's, or one of the checkout."""
+    """What the build that is tested has made, a link of its folder's, or a part of the checkout."""
     target.parent.mkdir(parents=True, exist_ok=True)
+    if not source.exists():
+        source = BUILD / source.relative_to(build)
     if source.is_dir():
         shutil.copytree(source, target, ignore=(
             shutil.ignore_patterns("*.cpp") if "lib" in target.parts else None))
     elif source.suffix == ".a":
-        copy_archive(BUILD / source.relative_to(build), target)
-    elif source.exists():
-        shutil.copy(source, target)
+        copy_archive(source, target)
     else:
-        shutil.copy(BUILD / source.relative_to(build), target)
+        shutil.copy(source, target)
 
 
 @pytest.fixture(scope="module", name="prefix")

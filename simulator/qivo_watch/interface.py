@@ -269,6 +269,9 @@ VERBS = {verb.method: verb for verb in (
                       "FOLDER|DESKTOP-FILE", is_needed=True),)),
     Verb("Uninstall", "uninstall", "End an application and take it from the watch.", (
         Argument("app", Text(), "its id", "ID", is_needed=True),)),
+    Verb("Reload", "reload", "Have an application show its themes as they have been compiled anew.",
+         (Argument("app", Program(), "its id, or the path of its program (default: the one that "
+                   "was launched last)", "APP", default=""),)),
     Verb("Bezel", "bezel", "Turn the bezel; return when the application has got all detents.", (
         Argument("direction", Choice(("cw", "ccw")), "clockwise or counter-clockwise",
                  is_needed=True),

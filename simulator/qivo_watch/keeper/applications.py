@@ -142,7 +142,7 @@ class Applications:
 
     def terminate(self, name: str, patience_s: float | None) -> Work:
         """NAME is empty for the application that was started last."""
-        app = self._find(name)
+        app = self.find(name)
         if patience_s is None:
             patience_s = TERMINATE_PATIENCE_S * app.slowness
         if (yield from self._end([app], patience_s)):
@@ -158,7 +158,8 @@ class Applications:
     def end_all(self) -> Work:
         yield from self._end(list(self._apps), END_PATIENCE_S)
 
-    def _find(self, name: str) -> App:
+    def find(self, name: str) -> App:
+        """The running application of an id or a path; NAME is empty for the last."""
         if not self._apps:
             raise WatchError("no application is running")
         if not name:

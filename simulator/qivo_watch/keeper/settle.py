@@ -20,6 +20,7 @@ from qivo_watch.processes import end_of
 PATIENCE_S = 4.5
 """Seconds that a program may be silent; a command that waits for it gives up within 5."""
 
+_THEME = "org.watchport.Theme1"
 _PEER = "org.freedesktop.DBus.Peer"
 
 
@@ -41,6 +42,30 @@ class Settler:
             yield from self._settle_process(self._processes["home"], "the home face", None)
         elif app.is_running:
             yield from self._settle_process(app.pid, app.name, app)
+
+    def reload_themes(self, app: App) -> Work:
+        """Has an application load its themes again."""
+        if not app.program.has_id:
+            raise WatchError(f"{app.name} takes no request: it has no application id")
+        answers: list[int | str] = []
+
+        def answered(connection: Gio.DBusConnection, result: Any) -> None:
+            try:
+                answers.append(connection.call_finish(result).unpack()[0])
+            except GLib.Error as error:
+                answers.append(error.message)
+            self._on_news()
+
+        path = "/" + app.name.replace(".", "/").replace("-", "_")
+        self._connection.call(app.name, path, _THEME, "Reload", None, GLib.VariantType("(u)"),
+                              Gio.DBusCallFlags.NO_AUTO_START, round(PATIENCE_S * 2000), None,
+                              answered)
+        yield Until(lambda: answers or _has_ended(app), _patience(app),
+                    f"{app.name} does not answer")
+        if answers and isinstance(answers[0], str):
+            raise WatchError(f"{app.name} cannot load its themes again: {answers[0]}")
+        if answers == [0]:
+            raise WatchError(f"{app.name} shows no theme of its own that can be read")
 
     def settle_if_covered(self, app: App) -> Work:
         """If an application has lowered its window, waits for what it does next."""

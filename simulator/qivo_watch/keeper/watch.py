@@ -102,6 +102,11 @@ class Watch:
         self._need_screen()
         yield from self.applications.serve(program, self._settings())
 
+    def reload(self, app: str) -> Work:
+        running = self.applications.find(app)
+        yield from self._settler.reload_themes(running)
+        yield from self._settler.settle(running)
+
     def install(self, place: str) -> Work:
         self._installed.install(pathlib.Path(place))
         yield from self._tell_installed()

@@ -171,6 +171,8 @@ BusMessage LaunchInbox::Take(DBusMessage* call)
 {
     if (dbus_message_is_method_call(call, DBUS_INTERFACE_INTROSPECTABLE, "Introspect"))
         return Introspect(call);
+    if (dbus_message_is_method_call(call, kThemeInterface, "Reload"))
+        return ReloadThemes(call);
     const Method* const method = FindMethod(call);
     if (!method)
         return NewError(call, DBUS_ERROR_UNKNOWN_METHOD, "no such method of a launch request");
@@ -182,6 +184,17 @@ BusMessage LaunchInbox::Take(DBusMessage* call)
         return NewError(call, DBUS_ERROR_LIMITS_EXCEEDED, kTooBig);
     request->call = std::make_shared<LaunchCall>(mBus, call, method->wish);
     return Keep(call, std::move(request));
+}
+
+BusMessage LaunchInbox::ReloadThemes(DBusMessage* call)
+{
+    if (!mReloadThemes)
+        return NewError(call, DBUS_ERROR_FAILED, "the application shows nothing yet");
+    const dbus_uint32_t objects = mReloadThemes();
+    BusMessage answer(dbus_message_new_method_return(call));
+    RequireMemory(answer && dbus_message_append_args(answer.get(), DBUS_TYPE_UINT32, &objects,
+                                                     DBUS_TYPE_INVALID));
+    return answer;
 }
 
 BusMessage LaunchInbox::Keep(DBusMessage* call, Request request)

@@ -10,6 +10,7 @@
 #include <list>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace WatchPort
 {
@@ -17,7 +18,8 @@ namespace WatchPort
 /**
  * The object of an application on the session bus, and the launch requests that came to it.
  *
- * It offers org.freedesktop.Application and org.watchport.Launch1 as app.h describes. A request
+ * It offers org.freedesktop.Application and org.watchport.Launch1 as app.h describes, and
+ * org.watchport.Theme1, whose Reload() loads the application's themes again. A request
  * is kept until it is taken, and one that wants a reply until it has got it or its sender waits no
  * more. Requests that are malformed, or too big alone or together with those that are kept, and
  * those that want a reply when kMostWaiting others do, are answered with an error and do not
@@ -39,6 +41,12 @@ public:
     ~LaunchInbox();
     LaunchInbox(const LaunchInbox&) = delete;
     LaunchInbox& operator=(const LaunchInbox&) = delete;
+
+    /**
+     * @param reload Called when somebody asks for the application's themes to be loaded again;
+     *               returns how many objects were. Until it is set, the request is refused.
+     */
+    void OnThemeReload(std::function<unsigned()> reload) { mReloadThemes = std::move(reload); }
 
     bool IsEmpty() const { return mArrived.empty(); }
 
@@ -67,12 +75,14 @@ private:
     static Eina_Bool STimerCB(void* data);
 
     BusMessage Take(DBusMessage* call);
+    BusMessage ReloadThemes(DBusMessage* call);
     BusMessage Keep(DBusMessage* call, std::unique_ptr<LaunchRequest> request);
     size_t CountWaiting() const;
     size_t CountBytes() const;
 
     BusConnection& mBus;
     const std::string mPath;
+    std::function<unsigned()> mReloadThemes;
     std::list<Entry> mArrived;
     std::list<Entry> mWaiting;
     Ecore_Timer* mTimer = nullptr;

@@ -8,6 +8,7 @@
 #include "application/Lifecycle.h"
 #include "application/OwnId.h"
 #include "application/PlatformTheme.h"
+#include "application/ThemeReload.h"
 #include "application/Toolkit.h"
 #include "application/display/Display.h"
 #include "application/windows/WindowMotion.h"
@@ -159,6 +160,10 @@ int Run(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks, voi
         theme.emplace(installation->platformTheme);
     }
     preferences.Begin();
+
+    if (installation && instance.Inbox())
+        instance.Inbox()->OnThemeReload([&]
+                                        { return ReloadThemes(display, installation->resources); });
 
     Lifecycle lifecycle(callbacks, userData, display, instance.Inbox());
     const RunningMark mark(lifecycle);

@@ -12,6 +12,9 @@ constexpr char kApplicationInterface[] = "org.freedesktop.Application";
 /** The port's own beside it, for requests with a reply. */
 constexpr char kLaunchInterface[] = "org.watchport.Launch1";
 
+/** The port's own for those who write themes. */
+constexpr char kThemeInterface[] = "org.watchport.Theme1";
+
 /** How long a sender waits for an application's reply. */
 constexpr std::chrono::seconds kReplyPatience(25);
 
@@ -42,6 +45,9 @@ constexpr char kIntrospection[] = R"(<!DOCTYPE node PUBLIC
    <arg name="result" type="i" direction="out"/>
    <arg name="extra_data" type="a{ss}" direction="out"/>
   </method>
+ </interface>
+ <interface name="org.watchport.Theme1">
+  <method name="Reload"><arg name="objects" type="u" direction="out"/></method>
  </interface>
 </node>
 )";

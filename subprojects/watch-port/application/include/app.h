@@ -49,6 +49,9 @@
  *     org.watchport.Launch1
  *         Launch(s operation, a{ss} extra data) -> (i result, a{ss} extra data)
  *                                        answered by app_control_reply_to_launch_request()
+ *     org.watchport.Theme1
+ *         Reload() -> (u objects)        loads the themes below the resources again; how many
+ *                                        objects of the windows show them
  *
  * The first interface's methods are answered, with nothing, when the app_control callback has
  * returned. The platform data (the last argument) are not used; an empty key of the extra data is

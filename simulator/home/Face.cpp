@@ -10,7 +10,6 @@
 
 namespace
 {
-
 constexpr int kTextSize = 20;
 // The toolkit would divide by nothing.
 constexpr double kAlmostNothing = 0.001;

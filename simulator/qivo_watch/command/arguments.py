@@ -2,6 +2,7 @@
 
 import argparse
 import pathlib
+import re
 from typing import Any, Callable, NoReturn
 
 from qivo_watch.errors import UsageError
@@ -85,11 +86,23 @@ class Grammar:
             add()
 
     def parse(self, words: list[str]) -> argparse.Namespace:
-        given, unknown = self.parser.parse_known_args(words)
+        try:
+            given, unknown = self.parser.parse_known_args(words)
+        except UsageError:
+            self._check_order(words)
+            raise
         if unknown:
             getattr(given, "parser", self.parser).error(
                 f"unrecognized arguments: {' '.join(unknown)}")
         return given
+
+    def _check_order(self, words: list[str]) -> None:
+        """Tells of an option between a verb's two words."""
+        first = 2 if words[:1] == ["--name"] else 0
+        group, second = [*words[first:first + 2], "", ""][:2]
+        if group in set(self._groups) - {""} and re.match(r"-(?!-name\b)", second):
+            raise UsageError(f"{group}: {second} comes after the word that follows {group} "
+                             f"(see qivo-watch {group} --help)")
 
     def _add(self, words: str, text: str, call: Verb | None = None) -> argparse.ArgumentParser:
         group, _, word = words.rpartition(" ")

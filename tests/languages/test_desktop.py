@@ -119,12 +119,11 @@ def test_the_entry_is_a_sound_one(installation):
 
 
 def test_software_centres_miss_nothing_but_a_licence(installation):
-    """The owner has not chosen one, nor can the id, by which the bus knows the program, change."""
+    """The owner has not chosen one. Newer validators have more hints than older ones."""
     validated = subprocess.run(["appstreamcli", "validate", "--no-net", "--explain",
                                 installation.metainfo()], capture_output=True, text=True)
-    found = re.findall(r"^([A-Z]): \S+ ([a-z-]+)", validated.stdout, re.MULTILINE)
-    assert sorted(found) == [("E", "metadata-license-missing"), ("I", "cid-contains-hyphen")], \
-        validated
+    found = re.findall(r"^[EW]: \S+ ([a-z-]+)", validated.stdout, re.MULTILINE)
+    assert found == ["metadata-license-missing"], validated
 
 
 def test_the_template_holds_what_is_to_be_translated():

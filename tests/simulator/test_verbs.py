@@ -508,10 +508,10 @@ def test_wrong_use_is_one_line_with_status_2(call, words, complaint):
 @pytest.mark.parametrize("verb", [
     [], ["start"], ["launch"], ["terminate"], ["bezel"], ["button"], ["button", "click"],
     ["button", "push"], ["touch"], ["swipe"], ["battery"], ["language"], ["region"], ["time"],
-    ["time", "set"], ["time", "zone"], ["time", "hours"], ["text-size"], ["motion"], ["contrast"],
-    ["list"], ["install"], ["uninstall"], ["apps"], ["reload"], ["screenshot"], ["record"], ["log"], ["wait"],
-    ["wait", "log"], ["wait", "text"], ["tree"], ["audit"], ["compare"], ["play"], ["status"],
-    ["stop"], ["new"]])
+    ["time", "set"], ["time", "zone"], ["time", "hours"], ["text-size"], ["motion"],
+    ["contrast"], ["list"], ["install"], ["uninstall"], ["apps"], ["reload"], ["screenshot"],
+    ["record"], ["log"], ["wait"], ["wait", "log"], ["wait", "text"], ["tree"], ["audit"],
+    ["compare"], ["play"], ["status"], ["stop"], ["new"]])
 def test_every_command_explains_itself(call, verb):
     status, out, error = call(*verb, "--help")
     assert (status, error) == (0, "") and out.startswith("usage: qivo-watch")

@@ -52,7 +52,7 @@ void ColorTable::Apply(Contrast contrast) const
     }
 }
 
-void ColorTable::TakeOff() const
+void ColorTable::TakeOff(Contrast) const
 {
     for (const auto& [id, color] : mColors)
         edje_color_class_del(id.c_str());

@@ -18,7 +18,7 @@ public:
     /** Sets the process's colour class of every id, with a contrast. */
     void Apply(Contrast contrast) const;
     /** Deletes the process's colour class of every id. */
-    void TakeOff() const;
+    void TakeOff(Contrast) const;
     /** The colour of an id, or null. It belongs to the table. */
     const Color* Find(const std::string& id) const;
 

@@ -51,10 +51,11 @@ void FontTable::Apply(const TextSize& size) const
         edje_text_class_set(id.c_str(), font.description.c_str(), size.Of(font.size));
 }
 
-void FontTable::TakeOff() const
+void FontTable::TakeOff(const TextSize& size) const
 {
     for (const auto& [id, font] : mFonts)
         edje_text_class_del(id.c_str());
+    size.Publish();
 }
 
 } // namespace WatchPort

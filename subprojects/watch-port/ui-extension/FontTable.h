@@ -17,8 +17,8 @@ public:
     bool Load(const char* path);
     /** Sets the process's text class of every id, at a text size. */
     void Apply(const TextSize& size) const;
-    /** Deletes the process's text class of every id. */
-    void TakeOff() const;
+    /** Deletes the process's text class of every id; the toolkit's own have the text size again. */
+    void TakeOff(const TextSize& size) const;
 
 private:
     struct Font

@@ -34,7 +34,7 @@ public:
         if (std::none_of(mTables.begin(), mTables.end(), isTable))
             return false;
         if (mIsEnabled && mCurrent)
-            mCurrent->TakeOff();
+            mCurrent->TakeOff(mWay);
         mCurrent = table;
         if (mIsEnabled)
             mCurrent->Apply(mWay);
@@ -46,7 +46,7 @@ public:
         if (mCurrent && isEnabled && !mIsEnabled)
             mCurrent->Apply(mWay);
         if (mCurrent && !isEnabled && mIsEnabled)
-            mCurrent->TakeOff();
+            mCurrent->TakeOff(mWay);
         mIsEnabled = isEnabled;
     }
 

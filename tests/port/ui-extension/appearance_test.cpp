@@ -133,6 +133,19 @@ TEST_F(Appearance, TextSizeHoldsForATableThatIsSetLater)
     EXPECT_EQ(FontSize(), 60);
 }
 
+TEST_F(Appearance, TextSizeHoldsForTheToolkitsTextsWhenATableThatHadThemIsTakenOff)
+{
+    constexpr char kButtonFont[] = R"(<FontTable>
+        <Font id="button" name="Noto Sans" style="Regular" size="30"/></FontTable>)";
+    WatchPort::SetTextSize(2.0);
+    uxt_theme_set_font_table(uxt_theme_add_font_table(Write("button", kButtonFont).c_str()));
+    uxt_theme_set_changeable_ui_enabled(EINA_FALSE);
+    const char* font = nullptr;
+    Evas_Font_Size size = 0;
+    edje_text_class_get("button", &font, &size);
+    EXPECT_EQ(size, -200);
+}
+
 TEST_F(Appearance, TextSizeStaysInItsRange)
 {
     WatchPort::SetTextSize(0.1);

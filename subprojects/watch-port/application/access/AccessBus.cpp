@@ -59,12 +59,14 @@ bool IsOfBus(const char* interface)
 
 AccessBus::AccessBus(BusConnection& bus, const Display& display)
     : BusListener(bus, {kRegistry, kRegistryPath, kRegistry, "EventListenerRegistered"}),
-      mReaders(bus), mTree(display), mIdleEnterer(ecore_idle_enterer_add(SIdleEntererCB, this))
+      mReaders(bus), mTree(display)
 {
     static const DBusObjectPathVTable kTable = {nullptr, SCallCB, nullptr,
                                                 nullptr, nullptr, nullptr};
-    RequireMemory(dbus_connection_register_fallback(mReaders.Get(), kTreePath, &kTable, this));
+    // What calls the object comes last: without memory there is none.
     Embed();
+    RequireMemory(dbus_connection_register_fallback(mReaders.Get(), kTreePath, &kTable, this));
+    mIdleEnterer = ecore_idle_enterer_add(SIdleEntererCB, this);
 }
 
 AccessBus::~AccessBus()

@@ -51,7 +51,7 @@ private:
     /** The readers' registry knows the application. */
     bool mIsEmbedded = false;
     AccessTree::Objects mTold;
-    Ecore_Idle_Enterer* mIdleEnterer;
+    Ecore_Idle_Enterer* mIdleEnterer = nullptr;
 };
 
 } // namespace WatchPort

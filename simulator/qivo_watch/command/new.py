@@ -72,6 +72,8 @@ def _write(part: pathlib.Path, replacements: dict[str, str]) -> None:
         return known.sub(lambda match: replacements[match[0]], text)
     for source in sorted(_TEMPLATE.rglob("*")):
         place = part / replaced(str(source.relative_to(_TEMPLATE)))
+        if source.name == "gitignore":  # By its real name it would be the checkout's own.
+            place = place.with_name(".gitignore")
         if source.is_dir():
             place.mkdir(parents=True)
         elif source.suffix == ".png":

@@ -68,7 +68,7 @@ def test_a_folder_that_was_never_wholly_configured_is_made_anew(checkout):
 
 def test_a_compiler_that_is_chosen_is_an_option_too(checkout):
     build(checkout, CXX="g++")
-    assert "making build/run again" in build(checkout, CXX="clang++-14")
+    assert "making build/run again" in build(checkout, CXX="clang++")
 
 
 def test_no_other_script_configures_a_build_folder():

@@ -23,7 +23,7 @@ case " $* " in
 *) headers= ;;
 esac
 [ ! -f "$headers" ] || set -- -include-pch "$headers" "$@"
-exec clang++-14 "$@"
+exec clang++ "$@"
 """
 # The interface is in a header's text, so there is no need to build the sources, which takes longer.
 INTERFACE = """BUILD_DIR=build /usr/bin/python3 -B tests/contract/interface.py |
@@ -97,7 +97,7 @@ class Guide:
                    scratch, dict(os.environ, CXX=str(compiler), CXX_LD="gold"))
         arguments = self.arguments(scratch, "qivo-ui/common/NaviFrame.cpp")
         for name, more in (("sources", []), ("tests", ["-fno-access-control"])):
-            self._need(["clang++-14", *arguments, *more, "-x", "c++-header", str(headers), "-o",
+            self._need(["clang++", *arguments, *more, "-x", "c++-header", str(headers), "-o",
                         str(tools / f"{name}.pch")], build)
 
     @staticmethod

@@ -5,6 +5,7 @@ with all that the applications on the readers' bus show, "do APPLICATION ROLE NA
 the action of that object was done; ROLE has underscores for blanks.
 """
 
+import contextlib
 import json
 import sys
 
@@ -16,6 +17,7 @@ from gi.repository import Atspi, GLib  # noqa: E402 pylint: disable=wrong-import
 EVENTS = ("window:activate", "window:deactivate", "object:state-changed:focused",
           "object:state-changed:showing", "object:children-changed", "object:text-changed",
           "object:property-change:accessible-name")
+PATIENCE_MS = 20000
 
 
 def described(accessible):
@@ -56,9 +58,11 @@ def say(**what):
 
 def on_event(event):
     what = event.any_data
-    say(event=event.type, on=event.detail1, role=event.source.get_role_name(),
-        name=event.source.get_name(),
-        data=what.get_name() if isinstance(what, Atspi.Accessible) else what)
+    # Whoever told it may have ended meanwhile.
+    with contextlib.suppress(GLib.Error):
+        say(event=event.type, on=event.detail1, role=event.source.get_role_name(),
+            name=event.source.get_name(),
+            data=what.get_name() if isinstance(what, Atspi.Accessible) else what)
 
 
 def do_action(desktop, application, role, name):
@@ -81,20 +85,25 @@ def on_command(_, __):
         Atspi.event_quit()
         return False
     desktop = Atspi.get_desktop(0)
-    try:
-        if command[0] == "do":
+    # What fails has gone while it was looked at.
+    if command[0] == "do":
+        try:
             say(done=do_action(desktop, *command[1:3], " ".join(command[3:])))
-            return True
+        except (GLib.Error, AttributeError) as error:
+            say(done=False, error=str(error))
+        return True
+    try:
         say(tree=[described(desktop.get_child_at_index(index))
                   for index in range(desktop.get_child_count())])
     except (GLib.Error, AttributeError) as error:
-        # Something has gone while it was described.
         say(tree=[], error=str(error))
     return True
 
 
 def main():
     Atspi.init()
+    # By default an answer that takes 0.8 s, as on a loaded machine, loses what was told.
+    Atspi.set_timeout(PATIENCE_MS, PATIENCE_MS)
     listener = Atspi.EventListener.new(on_event)
     for event in EVENTS:
         listener.register(event)

@@ -2,6 +2,7 @@
 
 #include "application/access/TextLayout.h"
 #include "application/access/ThemeMarks.h"
+#include "base/FreeDeleter.h"
 
 #include <Ecore_Evas.h>
 #include <Ecore_Input.h>
@@ -17,11 +18,7 @@ namespace
 constexpr int kMostCharacters = 10'000;
 constexpr char kBackKey[] = "XF86Back";
 
-struct MemoryRelease
-{
-    void operator()(char* memory) const { std::free(memory); }
-};
-using Text = std::unique_ptr<char, MemoryRelease>;
+using Text = std::unique_ptr<char, FreeDeleter>;
 
 // A screen that moves takes no events, and what is on it none either.
 bool TakesEvents(const Evas_Object* object)

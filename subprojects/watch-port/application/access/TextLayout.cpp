@@ -1,7 +1,8 @@
 #include "application/access/TextLayout.h"
 
+#include "base/FreeDeleter.h"
+
 #include <algorithm>
-#include <cstdlib>
 #include <memory>
 #include <string_view>
 
@@ -15,11 +16,6 @@ struct CursorRelease
     void operator()(Efl_Text_Cursor_Handle* cursor) const { evas_textblock_cursor_free(cursor); }
 };
 using Cursor = std::unique_ptr<Efl_Text_Cursor_Handle, CursorRelease>;
-
-struct MemoryRelease
-{
-    void operator()(char* memory) const { std::free(memory); }
-};
 
 bool IsOfType(const Evas_Object* object, std::string_view type)
 {
@@ -46,7 +42,7 @@ bool GetCharacterArea(Evas_Object* object, int character, Eina_Rectangle& area)
 std::string PlainTextOf(Evas_Object* block)
 {
     const char* const markup = evas_object_textblock_text_markup_get(block);
-    const std::unique_ptr<char, MemoryRelease> text(
+    const std::unique_ptr<char, FreeDeleter> text(
         evas_textblock_text_markup_to_utf8(block, markup));
     return text ? text.get() : "";
 }

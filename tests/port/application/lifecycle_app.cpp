@@ -1,6 +1,6 @@
 // An application that prints each callback of its life, with what it got, and obeys words on its
 // standard input. LIFECYCLE holds what its callbacks do besides, such as "create:exit,pause:throw".
-// COLOR_TABLE is a file with a colour "probe".
+// COLOR_TABLE is a file with a colour "probe", THEME one with a group "page".
 
 #include "AppTalk.h"
 #include "support/Allocations.h"
@@ -180,6 +180,20 @@ void AddControls()
     elm_object_disabled_set(off, EINA_TRUE);
 }
 
+// Says which part of the theme was tapped.
+void ShowTheme()
+{
+    Evas_Object* const page = elm_layout_add(sWindow);
+    elm_layout_file_set(page, std::getenv("THEME"), "page");
+    elm_layout_signal_callback_add(
+        page, "mouse,clicked,1", "*",
+        [](void*, Evas_Object*, const char*, const char* part)
+        { Say(std::string("tapped ") + part); },
+        nullptr);
+    evas_object_resize(page, 300, 300);
+    evas_object_show(page);
+}
+
 // As an application does that ends without a thought for its callbacks.
 void FollowServices()
 {
@@ -242,6 +256,7 @@ void Obey(const std::string& word)
         {"picture", MakePicture},
         {"write", Write},
         {"controls", AddControls},
+        {"theme", ShowTheme},
         {"misname", [] { elm_win_title_set(sWindow, "caf\xe9"); }},
         {"close", [] { ecore_x_window_delete_request_send(elm_win_xwindow_get(sWindow)); }},
         {"sync", [] { ecore_x_sync(); }},

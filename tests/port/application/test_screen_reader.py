@@ -1,6 +1,7 @@
 """What the port says to screen readers, and that no lie of theirs or of their bus harms it."""
 
 import contextlib
+import subprocess
 import time
 
 import dbus
@@ -23,6 +24,26 @@ TEXT = "org.a11y.atspi.Text"
 WORD, LINE = 1, 3
 CHECKED, ENABLED, FOCUSABLE = 4, 8, 11
 
+THEME = """
+collections {
+   group { name: "page";
+      data.item: "accessible-buttons" "pay bare gone away";
+      data.item: "accessible-decoration" "ornament";
+      parts {
+         rect { "pay"; desc { color: 0 0 0 0; rel2.relative: 1.0 0.2; } }
+         rect { "bare"; desc { color: 0 0 0 0; rel1.relative: 0.0 0.2; rel2.relative: 1.0 0.4; } }
+         rect { "gone"; desc { visible: 0; } }
+         rect { "nothing"; desc { visible: 0; } }
+         rect { "away"; desc { clip_to: "nothing"; } }
+         text { "label"; nomouse;
+            desc { rel.to: "pay"; text { text: "Pay"; font: "Sans"; size: 20; min: 1 1; } }
+         }
+         text { "ornament"; nomouse; desc { text { text: "~"; font: "Sans"; size: 20; } } }
+      }
+   }
+}
+"""
+
 
 @pytest.fixture(scope="module", name="readers")
 def _readers():
@@ -38,9 +59,9 @@ def _session():
         yield bus
 
 
-def start_on(session, folder):
+def start_on(session, folder, **env):
     """An application in sight that has looked for a reader."""
-    app = App({"ELM_ENGINE": "buffer", **session.env}, folder)
+    app = App({"ELM_ENGINE": "buffer", **session.env, **env}, folder)
     app.wait_for("resume")
     wait_until(lambda: session.matches(ACCESSIBILITY), "a look for screen readers")
     return app
@@ -328,6 +349,24 @@ def test_a_reader_types(controls):
     assert reader.ask(path, EDITABLE_TEXT, "DeleteText", "ii", 99, -1)
     assert reader.name_of(path) == "12cafe!"
     assert not reader.ask(path, EDITABLE_TEXT, "SetTextContents", "s", "x" * 10_001)
+
+
+def test_a_theme_says_what_its_buttons_are_and_what_is_decoration(session, readers, tmp_path):
+    theme = tmp_path / "theme.edj"
+    theme.with_suffix(".edc").write_text(THEME)
+    subprocess.run(["edje_cc", theme.with_suffix(".edc"), theme], check=True)
+    session.start_accessibility(readers.address)
+    with start_on(session, tmp_path, THEME=str(theme)) as app:
+        wait_until_read(readers, app)
+        app.tell("theme")
+        with Reader(readers, app) as reader:
+            items = reader.items()
+            assert [name for _, name in items] == [
+                "lifecycle_app", "lifecycle-app", "Pay", "Pay", ""]
+            for path, part in ((items[2][0], "pay"), (items[4][0], "bare")):
+                assert reader.ask(path, ACCESSIBLE, "GetRoleName") == "push button"
+                assert reader.ask(path, ACTION, "DoAction", "i", 0)
+                app.wait_for(f"tapped {part}")
 
 
 def test_no_reader_moves_or_sizes_the_window(read):

@@ -232,7 +232,10 @@ void AccessTree::AddMembers(Evas_Object* object, unsigned parent)
         AddWithin(member, button ? addButton(button) : parent);
     }
     for (Evas_Object* button : marks.Buttons())
-        mObjects[addButton(button)].name = JoinTexts(buttons[button]);
+    {
+        const unsigned id = addButton(button);
+        mObjects[id].name = JoinTexts(id);
+    }
 }
 
 // What has nothing within it that is to be told apart.

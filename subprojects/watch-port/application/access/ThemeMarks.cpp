@@ -28,6 +28,15 @@ Evas_Object* DrawnOf(const Evas_Object* object, const std::string& part)
     return const_cast<Evas_Object*>(edje_object_part_object_get(object, part.c_str()));
 }
 
+// What is tapped is often transparent.
+bool IsThere(const Evas_Object* object)
+{
+    for (; object; object = evas_object_clip_get(object))
+        if (!evas_object_visible_get(object))
+            return false;
+    return true;
+}
+
 bool Has(const std::vector<Evas_Object*>& objects, const Evas_Object* object)
 {
     return std::find(objects.begin(), objects.end(), object) != objects.end();
@@ -41,9 +50,8 @@ ThemeMarks::ThemeMarks(const Evas_Object* object)
              {DrawnOf(object, part), edje_object_part_swallow_get(object, part.c_str())})
             mDecoration.push_back(drawn);
     for (const std::string& part : PartsOf(object, kButtonsItem))
-        if (Evas_Object* const drawn = DrawnOf(object, part))
-            if (evas_object_visible_get(drawn))
-                mButtons.push_back(drawn);
+        if (Evas_Object* const drawn = DrawnOf(object, part); drawn && IsThere(drawn))
+            mButtons.push_back(drawn);
 }
 
 bool ThemeMarks::IsDecoration(const Evas_Object* member) const

@@ -60,6 +60,14 @@ def test_a_theme_that_is_compiled_anew_shows_and_the_page_stays_where_it_was(
     assert desk.status()["app"] is None
 
 
+def test_a_theme_with_a_part_without_a_name_is_loaded_again(desk, clock):
+    compile_theme(clock, "parts {", "parts { rect { desc { visible: 0; } }")
+    desk.do("launch", clock / "clock")
+    app = desk.status()["app"]
+    desk.do("reload")
+    assert desk.status()["app"] == app
+
+
 @pytest.mark.parametrize("state", ["--charging", "--discharging"])
 def test_what_the_theme_has_been_told_stays(desk, clock, tmp_path, state):
     desk.do("launch", clock / "clock")

@@ -25,11 +25,13 @@ constexpr char kAny[] = "*";
 using PartState = std::pair<std::string, double>;
 using PartStates = std::map<std::string, PartState>;
 
+// Parts without a name, which the theme compiler only warns of, are left out.
 std::vector<std::string> TakeTexts(Eina_List* list)
 {
     std::vector<std::string> texts;
     for (const Eina_List* node = list; node; node = eina_list_next(node))
-        texts.emplace_back(static_cast<const char*>(eina_list_data_get(node)));
+        if (const auto* text = static_cast<const char*>(eina_list_data_get(node)))
+            texts.emplace_back(text);
     edje_edit_string_list_free(list);
     return texts;
 }

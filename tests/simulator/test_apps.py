@@ -157,6 +157,8 @@ def test_the_command_line_of_an_entry_reaches_its_program(desk, write):
     (["Type=Application", "Name=Hello", "Exec=%U"], "Exec names no program"),
     (["Type=Application", "Name=Hello", "Exec=nowhere/hello"],
      'its program "nowhere/hello" is not there'),
+    (["Type=Application", "Name=Hello", f"Exec={'x' * 300}"],
+     f'its program "{"x" * 300}": File name too long'),
     (["Type=Application", "Name=Hello", 'Exec=hello "open'], "Exec is not a command: "),
     (["Type=Application", "Name=Hello", "Exec=hello %z"], 'Exec has the unknown code "%z"'),
     (["Type=Application", "Name=Hello", "Exec=hello 5%"], 'Exec has the unknown code "%"'),
@@ -201,6 +203,7 @@ def test_a_place_without_an_application_is_refused(complaint_of, write, tmp_path
     assert complaint_of(tmp_path / "nothing") == (
         f'"{tmp_path}/nothing": its name is not an id such as org.example.hello with .desktop')
     assert "its name is not an id" in complaint_of(write(app_id="hello"))
+    assert complaint_of(tmp_path / ("x" * 300)).endswith('": File name too long')
 
 
 def test_a_refused_install_leaves_the_watch_as_it_was(desk, write, tmp_path):
@@ -230,6 +233,12 @@ def test_an_entry_whose_program_has_another_id_is_refused(complaint_of, clock):
     entry = clock / "share/applications/org.example.Clock.desktop"
     other = entry.rename(entry.with_name("org.example.Watch.desktop"))
     assert complaint_of(clock) == f'"{other}": its program is org.example.Clock'
+
+
+def test_an_entry_whose_program_has_no_readable_id_is_refused(complaint_of, clock):
+    entry = clock / "share/applications/org.example.Clock.desktop"
+    (clock / "share/clock/clock.id").write_bytes(b"\xff")
+    assert complaint_of(clock) == f'"{entry}": its program is \N{REPLACEMENT CHARACTER}'
 
 
 def test_installing_again_takes_the_new_entry(desk, write, bus):

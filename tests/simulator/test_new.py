@@ -53,6 +53,8 @@ def test_in_a_checkout_it_is_built_with_the_checkout(desk, tmp_path):
     (["org.example." + "a" * 250], "is not an application id"),
     (["org.example.test"], '"org.example.test" is taken'),
     (["org.example.meson-logs"], "is taken"),
+    (["org.example.scan-build"], "is taken"),
+    (["org.example.clean-gcda"], "is taken"),
     (["com.velmora.qivo-guide-app"], "is taken"),
     (["org.example.hello", "my app"], 'a folder\'s name with blanks: "my app"')])
 def test_a_bad_name_is_refused(desk, tmp_path, words, complaint):

@@ -17,8 +17,10 @@ _ID, _PROGRAM, _TITLE = "org.example.newapp", "newapp", "New App"
 _PKG_CONFIG_FOLDER = "/usr/local/lib/watch-port/pkgconfig"
 """What the template says, and each application in its own way."""
 
-_TAKEN = {"PHONY", "all", "benchmark", "clean", "coverage", "dist", "distcheck", "install", "phony",
-          "reinstall", "res", "subprojects", "test", "uninstall"}
+_TAKEN = {"PHONY", "all", "benchmark", "clean", "clean-ctlist", "clean-gcda", "clean-gcno",
+          "coverage", "coverage-html", "coverage-text", "coverage-xml", "dist", "distcheck",
+          "install", "phony", "reconfigure", "reinstall", "res", "scan-build", "subprojects",
+          "test", "uninstall"}
 """Names of the build's own targets and folders."""
 
 

@@ -179,7 +179,7 @@ def id_of(path: pathlib.Path) -> str | None:
     for root in path.resolve().parents:
         for file in (root / places.SHARE / name / f"{name}.id", root / "res" / f"{name}.id"):
             if file.is_file():
-                return file.read_text(encoding="utf-8").strip()
+                return file.read_text(encoding="utf-8", errors="replace").strip()
     return None
 
 

@@ -85,10 +85,13 @@ class Entry:
 
     def _find_program(self) -> Program:
         words = self._command()
-        path = next(filter(_is_program, self._programs(words[0])), None)
+        try:
+            path = next(filter(_is_program, self._programs(words[0])), None)
+            known = id_of(path) if path else None
+        except OSError as error:
+            raise self._refusal(f'its program "{words[0]}": {error.strerror}') from None
         if path is None:
             raise self._refusal(f'its program "{words[0]}" is not there')
-        known = id_of(path)
         if known not in (None, self.app_id):
             raise self._refusal(f"its program is {known}")
         return Program(self.app_id, path, known is not None, tuple(words[1:]))
@@ -157,9 +160,9 @@ class Entry:
 
 def entries_at(place: pathlib.Path) -> list[Entry]:
     """The entries of an installation's or a build's folder, or the one of a file."""
-    if not place.is_dir():
-        return [Entry(place)]
     try:
+        if not place.is_dir():
+            return [Entry(place)]
         files = sorted(file for folder in (place, place / "share" / "applications")
                        if folder.is_dir() for file in folder.iterdir()
                        if file.suffix == ".desktop")

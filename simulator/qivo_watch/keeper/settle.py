@@ -58,7 +58,7 @@ class Settler:
 
         path = "/" + app.name.replace(".", "/").replace("-", "_")
         self._connection.call(app.name, path, _THEME, "Reload", None, GLib.VariantType("(u)"),
-                              Gio.DBusCallFlags.NO_AUTO_START, round(PATIENCE_S * 2000), None,
+                              Gio.DBusCallFlags.NO_AUTO_START, round(_patience(app) * 2000), None,
                               answered)
         yield Until(lambda: answers or _has_ended(app), _patience(app),
                     f"{app.name} does not answer")

@@ -55,9 +55,9 @@ def test_what_cannot_wrap_is_refused(desk):
         f"qivo-watch: {GUIDE} is already running: it cannot be wrapped")
 
 
-def debug(desk, commands):
-    return subprocess.run(desk.command("launch", "--gdb"), env=desk.environment, input=commands,
-                          capture_output=True, text=True, timeout=PATIENCE_S)
+def debug(desk, commands, *options):
+    return subprocess.run(desk.command("launch", "--gdb", *options), env=desk.environment,
+                          input=commands, capture_output=True, text=True, timeout=PATIENCE_S)
 
 
 @needs_gdb
@@ -72,8 +72,8 @@ def test_gdb_stops_at_breakpoints_from_the_start_and_leaves_the_application_runn
 
 
 @needs_gdb
-def test_what_gdb_kills_has_ended_for_the_watch(desk):
-    told = debug(desk, "kill\n")
+def test_what_gdb_kills_has_ended_for_the_watch_and_its_environment_is_its_own(desk):
+    told = debug(desk, "kill\n", "--env", "PYTHONHOME=/nowhere")
     assert told.returncode == 0 and "killed" in told.stdout, told
     wait_until(lambda: desk.status()["app"] is None, "the end of the application")
     assert desk.status()["lastEnd"] == {"app": GUIDE, "status": 0, "signal": 9}

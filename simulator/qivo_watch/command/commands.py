@@ -150,10 +150,12 @@ class Session:
                 raise WatchError("gdb is not installed")
         self.call(given)
         if given.debugger:
-            process = str(self.client.status()["app"]["pid"])
+            app = self.client.status()["app"]
+            if app is None:
+                raise WatchError("the program ended before gdb was there (see qivo-watch log)")
             sys.stdout.flush()
             # gdb takes this process's place: terminal, Ctrl-C and status are its own.
-            os.execvp("gdb", ["gdb", *_GDB_OPTIONS, "-p", process])
+            os.execvp("gdb", ["gdb", *_GDB_OPTIONS, "-p", str(app["pid"])])
 
     def do_battery(self, given: argparse.Namespace) -> None:
         if given.percent is None and given.state is None:

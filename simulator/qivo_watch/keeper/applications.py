@@ -26,7 +26,8 @@ TERMINATE_PATIENCE_S = 5.0
 WRAPPED_SLOWNESS = 20.0
 """Valgrind's programs are that slow."""
 
-_DEBUGGEE = [sys.executable, str(pathlib.Path(__file__).with_name("debuggee.py"))]
+# Isolated: the environment is meant for the program, not for Python.
+_DEBUGGEE = [sys.executable, "-I", str(pathlib.Path(__file__).with_name("debuggee.py"))]
 
 
 class Applications:

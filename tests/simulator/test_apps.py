@@ -254,6 +254,12 @@ def test_a_long_name_is_cut_and_control_characters_go(desk, write, bus):
     assert name == "[1mnight " + "x" * 90 + "…" and len(name) == 100
 
 
+@pytest.mark.parametrize("translated", ["", r"\n\t", "\N{ESCAPE}"])
+def test_a_translated_name_of_nothing_leaves_the_other_one(module, write, translated):
+    entry = write("Type=Application", "Name=Hello", f"Name[de]={translated}", "Exec=hello")
+    assert module("keeper.entries").Entry(entry).name("de_DE") == "Hello"
+
+
 def test_what_asks_for_no_menu_is_launched_but_not_shown(desk, write, bus):
     desk.do("install", write("Type=Application", "Name=Hello", "Exec=hello", "NoDisplay=true"))
     assert [app[0] for app in shown(bus)] == [GUIDE]

@@ -41,8 +41,7 @@ class Entry:
 
     def name(self, language: str) -> str:
         """The name in a language, as one line that a screen and a terminal can show."""
-        text = "".join(letter for letter in " ".join(self._get("Name", language).split())
-                       if unicodedata.category(letter) != "Cc")
+        text = _line_of(self._get("Name", language)) or _line_of(self._get("Name"))
         return text if len(text) <= LONGEST_NAME else f"{text[:LONGEST_NAME - 1]}…"
 
     def icon(self, language: str) -> str:
@@ -192,6 +191,11 @@ def read_text(file: pathlib.Path) -> str:
     if b"\0" in content:
         raise ValueError
     return content.decode()
+
+
+def _line_of(text: str) -> str:
+    return "".join(letter for letter in " ".join(text.split())
+                   if unicodedata.category(letter) != "Cc")
 
 
 def _is_program(path: pathlib.Path) -> bool:

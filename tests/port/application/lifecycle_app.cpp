@@ -151,7 +151,7 @@ void Write()
 void SSayCB(void* event, Evas_Object* control, void*)
 {
     const std::string name = elm_object_text_get(control);
-    if (name == "Once")
+    if (name == "Once" || name == "Shy")
         evas_object_del(control);
     Say(static_cast<const char*>(event) + (" " + name));
 }
@@ -170,11 +170,15 @@ void AddControls()
 {
     AddControl(elm_button_add(sWindow), "Press", "clicked");
     AddControl(elm_button_add(sWindow), "Once", "clicked");
+    AddControl(elm_button_add(sWindow), "Shy", "focused");
     AddControl(elm_check_add(sWindow), "Check", "changed");
     Evas_Object* const radio = elm_radio_add(sWindow);
     elm_radio_state_value_set(radio, 1);
     AddControl(radio, "Radio", "changed");
     AddControl(elm_entry_add(sWindow), "typed", "changed");
+    Evas_Object* const fixed = elm_entry_add(sWindow);
+    AddControl(fixed, "fixed", "changed");
+    elm_entry_editable_set(fixed, EINA_FALSE);
     Evas_Object* const off = elm_button_add(sWindow);
     AddControl(off, "Off", "clicked");
     elm_object_disabled_set(off, EINA_TRUE);

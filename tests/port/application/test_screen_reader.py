@@ -9,9 +9,10 @@ import dbus.bus
 import dbus.lowlevel
 import pytest
 
-from port.lifecycle import App, wait_until_still
+from port.lifecycle import App, wait_until_active, wait_until_still
 from port.silent_bus import SilentBus
 from support.bus import wait_until
+from support.display import Display
 from support.session_bus import ACCESSIBILITY, SessionBus
 
 ROOT = "/org/a11y/atspi/accessible/root"
@@ -22,7 +23,7 @@ EDITABLE_TEXT = "org.a11y.atspi.EditableText"
 PROPERTIES = "org.freedesktop.DBus.Properties"
 TEXT = "org.a11y.atspi.Text"
 WORD, LINE = 1, 3
-CHECKED, ENABLED, FOCUSABLE = 4, 8, 11
+CHECKED, EDITABLE, ENABLED, FOCUSABLE, FOCUSED = 4, 7, 8, 11, 12
 
 THEME = """
 collections {
@@ -328,17 +329,37 @@ def test_a_button_that_deletes_itself_can_be_pressed_many_times(controls):
     assert reader.ask(ROOT, ACCESSIBLE, "GetRoleName") == "application"
 
 
-def test_a_reader_gives_a_control_the_keyboard(controls):
-    app, reader = controls
-    app.tell("activate")
-    for name in ("Press", "Check"):
-        path = reader.control(name)
-        assert FOCUSABLE in reader.states(path)
-        assert reader.ask(path, COMPONENT, "GrabFocus")
+def test_a_reader_gives_a_control_the_keyboard(session, readers, tmp_path):
+    session.start_accessibility(readers.address)
+    with Display() as display, start_on(session, tmp_path, **display.env,
+                                        ELM_ENGINE="software_x11") as app:
+        wait_until_read(readers, app)
+        wait_until_active(display, app)
+        app.tell("controls")
+        with Reader(readers, app) as reader:
+            for name in ("Press", "Check"):
+                path = reader.control(name)
+                assert FOCUSABLE in reader.states(path)
+                assert reader.ask(path, COMPONENT, "GrabFocus")
+                wait_until(lambda asked=path: FOCUSED in reader.states(asked), name)
+            # It deletes itself when it has the keyboard.
+            path = reader.control("Shy")
+            assert reader.ask(path, COMPONENT, "GrabFocus")
+            app.wait_for("focused Shy")
+            assert reader.error(path, COMPONENT, "GrabFocus") == "UnknownObject"
+
+
+def test_an_entry_that_cannot_be_edited_is_not_offered_for_it(controls):
+    _, reader = controls
+    path = reader.control("fixed")
+    assert EDITABLE not in reader.states(path)
+    assert EDITABLE in reader.states(reader.control("typed"))
+    assert EDITABLE_TEXT not in reader.ask(path, ACCESSIBLE, "GetInterfaces")
+    assert reader.error(path, EDITABLE_TEXT, "SetTextContents", "s", "other") == "UnknownMethod"
 
 
 def test_a_reader_types(controls):
-    app, reader = controls
+    _, reader = controls
     path = reader.control("typed")
     assert reader.ask(path, EDITABLE_TEXT, "SetTextContents", "s", "<b>caf\N{LATIN SMALL LETTER E}")
     assert reader.name_of(path) == "<b>cafe"

@@ -113,8 +113,16 @@ bool GiveFocus(const Accessible& object)
 {
     if (!IsFocusable(object) || !CanBeWorked(object.object))
         return false;
-    elm_object_focus_set(object.object, EINA_TRUE);
+    Evas_Object* const widget = object.object;
+    evas_object_ref(widget);
+    elm_object_focus_set(widget, EINA_TRUE);
+    evas_object_unref(widget);
     return true;
+}
+
+bool IsEditable(const Accessible& object)
+{
+    return object.role == AccessRole::Entry && elm_entry_editable_get(object.object);
 }
 
 std::string ReadEntry(const Accessible& entry)
@@ -125,8 +133,7 @@ std::string ReadEntry(const Accessible& entry)
 
 bool WriteEntry(const Accessible& entry, const std::string& text)
 {
-    if (!CanBeWorked(entry.object) || !elm_entry_editable_get(entry.object) ||
-        CountCharacters(text) > kMostCharacters)
+    if (!CanBeWorked(entry.object) || CountCharacters(text) > kMostCharacters)
         return false;
     const Text markup(elm_entry_utf8_to_markup(text.c_str()));
     if (!markup)

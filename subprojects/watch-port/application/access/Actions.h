@@ -10,8 +10,8 @@ namespace WatchPort
 
 /**
  * What a screen reader can do to an object, as a finger or a key would. What a finger cannot work
- * now, since it is disabled or a screen is moving, a reader cannot either. The application hears of
- * it when the main loop goes on, so it may delete the object.
+ * now, since it is disabled or a screen is moving, a reader cannot either. The application may hear
+ * of it at once and delete the object.
  */
 
 /** The one action of an object: "click", "toggle", "back" of a window; null for none. */
@@ -26,10 +26,13 @@ bool IsFocusable(const Accessible& object);
 /** Gives the object the keyboard of its window; false when it cannot have it now. */
 bool GiveFocus(const Accessible& object);
 
-/** What an entry holds, as it is, a password too; of any other object nothing. */
+/** Whether the object is an entry that the user may write into. */
+bool IsEditable(const Accessible& object);
+
+/** What such an entry holds, as it is, a password too. */
 std::string ReadEntry(const Accessible& entry);
 
-/** Writes the whole text of an entry; false when it cannot be written now or is too long. */
+/** Writes the whole text of such an entry; false when that cannot be done now or it is too long. */
 bool WriteEntry(const Accessible& entry, const std::string& text);
 
 } // namespace WatchPort

@@ -62,7 +62,7 @@ std::uint64_t StatesOf(const Accessible& object)
     add(!object.isDisabled, kEnabled);
     add(!object.isDisabled, kSensitive);
     add(object.isChecked, kChecked);
-    add(object.role == AccessRole::Entry, kEditable);
+    add(IsEditable(object), kEditable);
     add(object.isShowing, kShowing);
     add(object.isActive, kActive);
     add(object.isFocused, kFocused);
@@ -220,7 +220,7 @@ bool HasInterface(const Accessible& object, const std::string& interface)
     if (interface == kActionInterface)
         return ActionOf(object);
     if (interface == kEditableTextInterface)
-        return object.role == AccessRole::Entry;
+        return IsEditable(object);
     if (interface == kComponentInterface)
         return !isRoot;
     if (interface == kImageInterface)

@@ -43,7 +43,7 @@ public:
     static std::unique_ptr<PortalSettings> Follow(std::vector<PortalSetting> settings,
                                                   std::function<void()> onAnswer);
 
-    /** Takes an answer that has come, and whatever else the session bus has sent before it. */
+    /** Takes an answer that has come, and all else that the session bus has sent before it. */
     using BusListener::TakeAnswer;
 
 private:

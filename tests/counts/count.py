@@ -63,8 +63,8 @@ def count_start(build, home, bus):
     guide = build / "qivo-ui" / "qivo-guide-app"
     process = subprocess.Popen(
         [*callgrind(home, "start"), "--toggle-collect=main", "--dump-before=*SFrameEndCB*", guide],
-        env=environment(home) | bus.env | {"ELM_ENGINE": "buffer"}, stderr=subprocess.PIPE, text=True,
-        errors="replace")
+        env=environment(home) | bus.env | {"ELM_ENGINE": "buffer"}, stderr=subprocess.PIPE,
+        text=True, errors="replace")
     try:
         assert any("first frame" in line for line in process.stderr), "the guide draws no frame"
     finally:
@@ -75,6 +75,7 @@ def count_start(build, home, bus):
     # build folder lets callgrind see the names of the sources.
     own = figures(profile, lambda function: "/qivo-ui/" in function[1] or "QivoUi::" in function[2]
                   or function[2] == "main")
+
     def calls_of(library, *names):
         return profile.calls_of(lambda function: library in function[0] and function[2] in names)
 

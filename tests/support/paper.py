@@ -27,7 +27,8 @@ BLOCK = re.compile(
     r"(?:(?P<last>[^\n]*)\n)?(?P<said>[^\n]*)\n\n```(?P<kind>\w*)\n(?P<text>.*?)^```$",
     re.DOTALL | re.MULTILINE)
 """A block with the two lines before it, which say what file it is."""
-FILE = re.compile(r"(New,|All of|[Aa]t the end of|[Ii]n) `([^`]+)`(?:, (after|in place of) `([^`]+)`)?:$")
+FILE = re.compile(r"(New,|All of|[Aa]t the end of|[Ii]n) `([^`]+)`"
+                  r"(?:, (after|in place of) `([^`]+)`)?:$")
 
 
 def examples(block):

@@ -73,36 +73,40 @@ std::string ErrorOfDataPath()
 TEST_F(InstallationTest, IsTheFirstFolderAboveWithTheProgramsShare)
 {
     Make("opt/bin");
-    Make("opt/share/clock");
-    Make("share/clock");
+    Make("opt/" DATA_FOLDER "/clock");
+    Make(DATA_FOLDER "/clock");
+    const fs::path theme = Make("opt/" DATA_FOLDER "/watch-port") / "platform.edj";
+    std::ofstream(theme) << "a theme";
     const auto found = FindInstallation(mPath / "opt/bin/clock");
     ASSERT_TRUE(found);
     EXPECT_EQ(found->program, "clock");
-    EXPECT_EQ(found->resources, mPath / "opt/share/clock");
-    EXPECT_EQ(found->locales, mPath / "opt/share/locale");
-    EXPECT_EQ(found->platformTheme, mPath / "opt/share/watch-port/platform.edj");
+    EXPECT_EQ(found->resources, mPath / "opt/" DATA_FOLDER "/clock");
+    EXPECT_EQ(found->locales, mPath / "opt/" LOCALE_FOLDER);
+    EXPECT_EQ(found->platformTheme, theme);
 }
 
 TEST_F(InstallationTest, MayBeABuildTree)
 {
     Make("build/apps/clock");
     Make("build/res");
+    const fs::path theme = Make("build/subprojects/watch-port/theme") / "platform.edj";
+    std::ofstream(theme) << "a theme";
     const auto found = FindInstallation(mPath / "build/apps/clock/clock");
     ASSERT_TRUE(found);
     EXPECT_EQ(found->resources, mPath / "build/res");
     EXPECT_EQ(found->locales, mPath / "build/res/locale");
-    EXPECT_EQ(found->platformTheme, mPath / "build/subprojects/watch-port/theme/platform.edj");
+    EXPECT_EQ(found->platformTheme, theme);
 }
 
 TEST_F(InstallationTest, IgnoresTheShareOfAnotherProgramAndAFileNamedRes)
 {
     Make("opt/bin");
-    Make("opt/share/mail");
+    Make("opt/" DATA_FOLDER "/mail");
     std::ofstream(mPath / "opt/res") << "no folder";
-    Make("share/clock");
+    Make(DATA_FOLDER "/clock");
     const auto found = FindInstallation(mPath / "opt/bin/clock");
     ASSERT_TRUE(found);
-    EXPECT_EQ(found->resources, mPath / "share/clock");
+    EXPECT_EQ(found->resources, mPath / DATA_FOLDER "/clock");
 }
 
 TEST_F(InstallationTest, MayBeMissing)

@@ -25,6 +25,7 @@
 #include <thread>
 #include <ui_extension.h>
 #include <unistd.h>
+#include <vector>
 
 namespace
 {
@@ -45,6 +46,8 @@ int RunWithin()
     return ui_app_main(1, arguments, &callbacks, nullptr);
 }
 
+bool sHasNoMemory = false;
+
 // As the watch's applications do: they ask for the exit and return.
 void SetHandler()
 {
@@ -52,6 +55,7 @@ void SetHandler()
         []
         {
             const Allocations::Pause pause;
+            sHasNoMemory = true;
             Say("no memory");
             ui_app_exit();
         });
@@ -64,7 +68,7 @@ void Exhaust()
     ::operator delete(::operator new(1));
 }
 
-// For one allocation there is no memory but what the way out gives back.
+// From now on there is no memory but what the way out gives back.
 void RunShort()
 {
     std::ifstream sizes("/proc/self/statm");
@@ -73,8 +77,13 @@ void RunShort()
     const rlim_t size = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE));
     const rlimit most = {size, size};
     setrlimit(RLIMIT_AS, &most);
-    constexpr size_t kMoreThanIsFree = 900 << 10;
-    ::operator delete(::operator new(kMoreThanIsFree));
+    // The heap may still have room for some.
+    constexpr size_t kBlock = 900 << 10;
+    static std::vector<void*> sTaken;
+    while (!sHasNoMemory)
+        sTaken.push_back(::operator new(kBlock));
+    ::operator delete(sTaken.back());
+    sTaken.pop_back();
 }
 
 void Act(const std::string& callback)

@@ -60,7 +60,9 @@ class Desktop:
 
     def close_window(self):
         """As a window manager does for its user: asks the active window to go."""
-        self._display.close_window(self._display.xdotool("getactivewindow")[0])
+        active = wait_until(lambda: self.xdotool("getactivewindow").stdout.split(),
+                            "an active window")
+        self._display.close_window(active[0].decode())
 
     def xdotool(self, *arguments):
         return subprocess.run(["xdotool", *arguments], env=self.environment, capture_output=True)

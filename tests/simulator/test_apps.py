@@ -201,7 +201,7 @@ def test_a_place_without_an_application_is_refused(complaint_of, write, tmp_path
     assert complaint_of(tmp_path) == (
         f'"{tmp_path}" has no desktop entry, neither ID.desktop nor share/applications/ID.desktop')
     assert complaint_of(tmp_path / "nothing") == (
-        f'"{tmp_path}/nothing": its name is not an id such as org.example.hello with .desktop')
+        f'"{tmp_path}/nothing": No such file or directory')
     assert "its name is not an id" in complaint_of(write(app_id="hello"))
     assert complaint_of(tmp_path / ("x" * 300)).endswith('": File name too long')
 

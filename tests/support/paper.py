@@ -16,7 +16,6 @@ CHANGING = [
     (re.compile(r"\(\d+\) >"), "(LINE) >"),
     (re.compile(r'"(guard|keeper|server|bus|manager|home|body)": \d+'), r'"\1": PID'),
     (re.compile(r'":\d+"'), "DISPLAY"),
-    (re.compile(r'"/[^"]*/hello/'), '"/PLACE/hello/'),
     (re.compile(r'"folder": ".*/qivo-watch/'), '"folder": "RUNTIME/qivo-watch/'),
     (re.compile(r"127\.0\.0\.1:\d+"), "HOST:PORT"),
     (re.compile(r"password=\w{8}$", re.MULTILINE), "password=PASSWORD"),

@@ -34,6 +34,10 @@ class Entry:
     def __init__(self, file: pathlib.Path):
         self.file = file
         self.app_id = file.name.removesuffix(".desktop")
+        try:
+            file.stat()
+        except OSError as error:
+            raise self._refusal(error.strerror) from None
         if file.suffix != ".desktop" or not APP_ID.fullmatch(self.app_id):
             raise self._refusal("its name is not an id such as org.example.hello with .desktop")
         self._keys = self._read()

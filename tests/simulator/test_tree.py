@@ -162,6 +162,15 @@ def test_the_guides_page_has_no_fault_and_stands_afterwards_where_it_stood(desk)
     assert tree(desk) == before
 
 
+def test_a_page_that_counts_detents_has_its_number_again_after_the_audit(desk):
+    desk.do("launch", PAGE, "--env", "FAULTS=counts")
+    desk.do("bezel", "cw", 3)
+    desk.do("wait", "text", "Turns: 11")
+    assert desk.do("audit") == ""
+    desk.do("wait", "still")
+    assert "Turns: 11" in [part["name"] for part in tree(desk)]
+
+
 def audited(desk, faults, *words):
     desk.do("launch", PAGE, "--env", f"FAULTS={faults}")
     return desk.run("audit", *words)

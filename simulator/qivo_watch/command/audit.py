@@ -38,6 +38,9 @@ LEAST_OPACITY = 0.1
 """What is drawn more faintly is not seen."""
 
 MOST_DETENTS = 200
+MOST_CHANGES = 10
+"""Detents one way that change what the page says: one that counts them has no end."""
+
 STILL_S = 10.0
 
 _NAMED = {"image", "push button", "check box", "radio button", "entry"}
@@ -61,9 +64,13 @@ class _Rest(NamedTuple):
     picture: Image.Image
     parts: list[Part]
 
+    def is_like(self, other: "_Rest") -> bool:
+        return self.texts == other.texts and (
+            [part.place for part in self.parts] == [part.place for part in other.parts])
+
     @property
-    def places(self) -> list[Place]:
-        return [part.place for part in self.parts]
+    def texts(self) -> list[str]:
+        return [part.name for part in self.parts]
 
 
 class _Ink(NamedTuple):
@@ -97,19 +104,22 @@ def audit(eye: Eye, read_windows: Callable[[], list[Part]], turn: _Turn, contras
 def _rests(eye: Eye, read_windows: Callable[[], list[Part]], turn: _Turn) -> Iterator[_Rest]:
     """Where the page is, then each place on the way to the top, to the end and back to the top.
 
-    Only from the top do as many detents lead to where the page was.
+    Only from the top do as many detents lead to where the page was. Where the bezel finds no end,
+    each way is as long as the others, which leads there too.
     """
     rest = _look(eye, read_windows)
     yield rest
     ways = []
     for direction in ("ccw", "cw", "ccw"):
         ways.append(0)
-        while ways[-1] < MOST_DETENTS:
+        changes = 0
+        while ways[-1] < MOST_DETENTS and changes < MOST_CHANGES:
             turn(direction, 1)
             last, rest = rest, _look(eye, read_windows)
-            if rest.places == last.places:
+            if rest.is_like(last):
                 break
             ways[-1] += 1
+            changes += rest.texts != last.texts
             yield rest
     if ways[0]:
         turn("cw", ways[0])

@@ -20,7 +20,7 @@ bool Has(const std::string& fault)
     return all && (" " + std::string(all) + " ").find(" " + fault + " ") != std::string::npos;
 }
 
-void Write(const char* text, int middle, int y, int size, int grey)
+Evas_Object* Write(const char* text, int middle, int y, int size, int grey)
 {
     Evas_Object* const letters = evas_object_text_add(evas_object_evas_get(sWindow));
     evas_object_text_font_set(letters, "Sans", size);
@@ -30,6 +30,7 @@ void Write(const char* text, int middle, int y, int size, int grey)
     evas_object_geometry_get(letters, nullptr, nullptr, &width, nullptr);
     evas_object_move(letters, middle - width / 2, y);
     evas_object_show(letters);
+    return letters;
 }
 
 void Place(Evas_Object* object, int x, int y)
@@ -58,6 +59,18 @@ Eina_Bool WriteLate(void*)
 {
     WriteOutOfSight("Late");
     return ECORE_CALLBACK_CANCEL;
+}
+
+// The bezel changes the page and does not move it: there is no end to turn to.
+Eina_Bool Count(void*, int, void* event)
+{
+    static int sTurns = 8;
+    static Evas_Object* sNumber = nullptr;
+    if (event)
+        sTurns += static_cast<Ecore_Event_Mouse_Wheel*>(event)->z;
+    evas_object_del(sNumber);
+    sNumber = Write(("Turns: " + std::to_string(sTurns)).c_str(), kMiddle, 200, kLetters, 255);
+    return ECORE_CALLBACK_PASS_ON;
 }
 
 // Any key has the window leave the screen.
@@ -97,6 +110,11 @@ bool Create(void*)
         Place(elm_image_add(sWindow), 150, 280);
     if (Has("upright"))
         Write("Hour", kMiddle, 230, 28, 255);
+    if (Has("counts"))
+    {
+        Count(nullptr, ECORE_EVENT_MOUSE_WHEEL, nullptr);
+        ecore_event_handler_add(ECORE_EVENT_MOUSE_WHEEL, Count, nullptr);
+    }
     if (Has("pale-entry"))
         OfferPaleEntry();
     if (Has("lost-button"))

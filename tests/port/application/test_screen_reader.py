@@ -369,6 +369,10 @@ def test_a_reader_types(controls):
     assert reader.ask(path, EDITABLE_TEXT, "InsertText", "isi", 2**31 - 1, "!", 1)
     assert reader.ask(path, EDITABLE_TEXT, "DeleteText", "ii", 99, -1)
     assert reader.name_of(path) == "12cafe!"
+    # An inserted text is counted in bytes, and a character is never torn.
+    for length in (3, 2):
+        assert reader.ask(path, EDITABLE_TEXT, "InsertText", "isi", 0, "a\u00e9\u00e9", length)
+    assert reader.name_of(path) == "aa\u00e912cafe!"
     assert not reader.ask(path, EDITABLE_TEXT, "SetTextContents", "s", "x" * 10_001)
 
 

@@ -82,6 +82,18 @@ bool Replace(const AccessCall& call, TextRange range, const std::string& text)
                                        TakeCharacters(before, {range.end, length}));
 }
 
+// Readers count an inserted text in bytes, all else in characters.
+std::string TakeBytes(std::string text, std::int32_t length)
+{
+    if (length < 0 || static_cast<size_t>(length) >= text.size())
+        return text;
+    auto end = static_cast<size_t>(length);
+    while (end > 0 && (text[end] & 0xc0) == 0x80)
+        --end;
+    text.resize(end);
+    return text;
+}
+
 bool AnswerInsert(const AccessCall& call)
 {
     std::int32_t place = 0;
@@ -90,7 +102,7 @@ bool AnswerInsert(const AccessCall& call)
     if (!call.Take(DBUS_TYPE_INT32, &place, DBUS_TYPE_STRING, &text, DBUS_TYPE_INT32, &length))
         return false;
     place = std::max(place, 0);
-    call.answer.AddTruth(Replace(call, {place, place}, TakeCharacters(text, {0, length})));
+    call.answer.AddTruth(Replace(call, {place, place}, TakeBytes(text, length)));
     return true;
 }
 

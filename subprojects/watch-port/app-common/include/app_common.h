@@ -6,7 +6,7 @@
  *
  * PROGRAM is the base name of the executable. All paths follow from the executable's, so an
  * installation may be moved: ROOT is the first folder above it that holds "share/PROGRAM/" (an
- * installation) or "res/" (a build tree).
+ * installation; "share" is the datadir with which this library was built) or "res/" (a build tree).
  */
 
 #ifdef __cplusplus

@@ -70,6 +70,7 @@ def test_screens_pass_the_audit_at_each_text_size(desk, size, screens):
         launch(desk, "--operation", "pay", "--extra", "card=7706", "--extra", f"amount={amount}")
         desk.do("wait", "text", "Done")
         audit("payment" if amount == "2.50" else "")
+    desk.do("wait", "still")
     desk.do("touch", "--text", "Done")
     desk.do("wait", "log", "SOnPause")
     launch(desk)

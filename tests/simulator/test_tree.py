@@ -2,6 +2,7 @@
 
 import importlib
 import json
+import types
 
 import pytest
 from gi.repository import Gio, GLib
@@ -104,22 +105,29 @@ class Liar:
 
     def __init__(self, **lies):
         self.lies = lies
-        self.connection = self
 
-    def call(self, _method):
-        return (":1.0",)
-
-    def call_sync(self, _bus, path, _interface, method, arguments, kind, *_):
+    def call(self, _bus, path, _interface, method, arguments, kind, *rest):
         honest = {"GetChildren": ([(":1.0", "/part")] if path.endswith("root") else [],),
                   "GetInterfaces": (["org.a11y.atspi.Text"],), "GetState": ([0, 0],),
                   "GetRoleName": ("label",), "Get": (GLib.Variant("s", "Name"),),
                   "GetExtents": ((0, 0, 9, 9),), "GetRangeExtents": (0, 0, 9, 9),
                   "GetStringAtOffset": ("", 0, 0)}
         answer = self.lies.get(method, honest[method])
+        if callable(answer):
+            answer = answer(*arguments)
+        done = rest[-1]
+        done(self, (kind.dup_string(), answer))
+
+    @staticmethod
+    def call_finish(result):
+        kind, answer = result
         if isinstance(answer, GLib.Error):
             raise answer
-        return GLib.Variant(kind.dup_string(),
-                            answer(*arguments) if callable(answer) else answer)
+        return GLib.Variant(kind, answer)
+
+
+def client_of(connection):
+    return types.SimpleNamespace(connection=connection, call=lambda _method: (":1.0",))
 
 
 @pytest.mark.parametrize("lies, complaint", [
@@ -135,14 +143,14 @@ def test_a_tree_without_an_end_is_refused(monkeypatch, lies, complaint):
     if "within" in complaint:
         monkeypatch.setattr(reader, "_PATIENCE_S", 0.1)
     with pytest.raises(importlib.import_module("qivo_watch.errors").WatchError) as told:
-        reader.read_windows(Liar(**lies))
+        reader.read_windows(client_of(Liar(**lies)))
     assert str(told.value) == complaint
 
 
 def test_a_name_that_is_no_text_is_none(monkeypatch):
     monkeypatch.syspath_prepend(str(BUILD / "simulator"))
     reader = importlib.import_module("qivo_watch.command.tree")
-    (part,) = reader.read_windows(Liar(Get=(GLib.Variant("i", 5),)))
+    (part,) = reader.read_windows(client_of(Liar(Get=(GLib.Variant("i", 5),))))
     assert part.name == ""
 
 

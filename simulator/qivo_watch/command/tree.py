@@ -1,8 +1,9 @@
 """What an application shows to a screen reader: its accessible tree, read over the watch's bus."""
 
+import functools
 import math
 import time
-from typing import Any, Iterator, NamedTuple
+from typing import Any, Callable, Iterator, NamedTuple
 
 from gi.repository import Gio, GLib
 
@@ -98,6 +99,25 @@ def is_on_screen(place: Place, size: int) -> bool:
     return math.hypot(x + width / 2 - size / 2, y + height / 2 - size / 2) <= size / 2
 
 
+class _Question(NamedTuple):
+    """A call that reads something of an object; ANSWER: the type of what it returns."""
+
+    interface: str
+    method: str
+    answer: str
+    arguments: GLib.Variant | None = None
+
+
+_CHILDREN = _Question(_ACCESSIBLE, "GetChildren", "(a(so))")
+_INTERFACES = _Question(_ACCESSIBLE, "GetInterfaces", "(as)")
+_NAME = _Question("org.freedesktop.DBus.Properties", "Get", "(v)",
+                  GLib.Variant("(ss)", (_ACCESSIBLE, "Name")))
+_PLACE = _Question(_COMPONENT, "GetExtents", "((iiii))",
+                   GLib.Variant("(u)", (_ON_SCREEN,)))
+_ROLE = _Question(_ACCESSIBLE, "GetRoleName", "(s)")
+_STATES = _Question(_ACCESSIBLE, "GetState", "(au)")
+
+
 class _Changed(Exception):
     """An object has gone since its parent told of it."""
 
@@ -110,13 +130,12 @@ class _Reader:
         self._left = _MOST_OBJECTS
 
     def windows(self) -> list[Part]:
-        return self._children(_ROOT, 1)
+        return self._parts(*self._ask(_ROOT, _CHILDREN), 1)
 
-    def _children(self, path: str, depth: int) -> list[Part]:
-        children = self._ask(path, _ACCESSIBLE, "GetChildren", "()", (), "(a(so))")
+    def _parts(self, children: list[tuple[str, str]], depth: int) -> list[Part]:
         if children and depth > _DEEPEST:
             raise WatchError(f"the tree is more than {_DEEPEST} objects deep")
-        return [self._part(child, depth) for _, child in children]
+        return [self._part(path, depth) for _, path in children]
 
     def _count(self) -> None:
         self._left -= 1
@@ -125,40 +144,52 @@ class _Reader:
 
     def _part(self, path: str, depth: int) -> Part:
         self._count()
-        interfaces = self._ask(path, _ACCESSIBLE, "GetInterfaces", "()", (), "(as)")
-        states = self._ask(path, _ACCESSIBLE, "GetState", "()", (), "(au)")
-        name = self._ask(path, "org.freedesktop.DBus.Properties", "Get", "(ss)",
-                         (_ACCESSIBLE, "Name"), "(v)")
-        return Part(
-            self._ask(path, _ACCESSIBLE, "GetRoleName", "()", (), "(s)"),
-            name if isinstance(name, str) else "",
-            self._ask(path, _COMPONENT, "GetExtents", "(u)", (_ON_SCREEN,), "((iiii))"),
-            bool(states and states[0] >> _SHOWING & 1),
-            list(self._lines(path)) if _TEXT in interfaces else [],
-            self._children(path, depth + 1))
+        interfaces, states, name, role, place, children = self._ask(
+            path, _INTERFACES, _STATES, _NAME, _ROLE, _PLACE, _CHILDREN)
+        return Part(role, name if isinstance(name, str) else "", place,
+                    bool(states and states[0] >> _SHOWING & 1),
+                    self._lines(path) if _TEXT in interfaces else [],
+                    self._parts(children, depth + 1))
 
-    def _lines(self, path: str) -> Iterator[Line]:
+    def _lines(self, path: str) -> list[Line]:
+        texts, places = [], []
         offset = 0
         while True:
-            text, begin, end = self._ask(path, _TEXT, "GetStringAtOffset", "(iu)",
-                                         (offset, _LINE), "(sii)")
+            [(text, begin, end)] = self._ask(path, _Question(
+                _TEXT, "GetStringAtOffset", "(sii)", GLib.Variant("(iu)", (offset, _LINE))))
             if end <= offset:
-                return
+                return [Line(*line) for line in zip(texts, self._ask(path, *places))]
             self._count()
-            place = self._ask(path, _TEXT, "GetRangeExtents", "(iiu)", (begin, end, _ON_SCREEN),
-                              "(iiii)")
-            yield Line(text.strip(), place)
+            texts.append(text.strip())
+            places.append(_Question(_TEXT, "GetRangeExtents", "(iiii)",
+                                    GLib.Variant("(iiu)", (begin, end, _ON_SCREEN))))
             offset = end
 
-    def _ask(self, path: str, interface: str, method: str, signature: str, arguments: tuple,
-             answer: str) -> Any:
+    def _ask(self, path: str, *questions: _Question) -> list[Any]:
+        """The answers of an object, to one question while it answers the one before."""
         if time.monotonic() > self._deadline:
             raise WatchError(f"the application's tree was not read within {_PATIENCE_S:g} s")
+        results: dict[int, Any] = {}
+        context = GLib.MainContext()
+        context.push_thread_default()
         try:
-            values = self._connection.call_sync(
-                self._bus, path, interface, method, GLib.Variant(signature, arguments),
-                GLib.VariantType(answer), Gio.DBusCallFlags.NO_AUTO_START, PATIENCE_MS,
-                None).unpack()
+            for number, question in enumerate(questions):
+                self._send(path, question, functools.partial(results.__setitem__, number))
+            while len(results) < len(questions):
+                context.iteration(True)
+        finally:
+            context.pop_thread_default()
+        return [self._answer(results[number]) for number in range(len(questions))]
+
+    def _send(self, path: str, question: _Question, take: Callable[[Any], None]) -> None:
+        self._connection.call(
+            self._bus, path, question.interface, question.method, question.arguments,
+            GLib.VariantType(question.answer), Gio.DBusCallFlags.NO_AUTO_START, PATIENCE_MS, None,
+            lambda _connection, result: take(result))
+
+    def _answer(self, result: Gio.AsyncResult) -> Any:
+        try:
+            values = self._connection.call_finish(result).unpack()
         except GLib.Error as error:
             name = Gio.DBusError.get_remote_error(error)
             if name == _GONE:

@@ -1,5 +1,6 @@
 """Build folders that belong elsewhere or have other options, and what the scripts install."""
 
+import fcntl
 import os
 import pathlib
 import shutil
@@ -69,6 +70,34 @@ def test_a_folder_that_was_never_wholly_configured_is_made_anew(checkout):
 def test_a_compiler_that_is_chosen_is_an_option_too(checkout):
     build(checkout, CXX="g++")
     assert "making build/run again" in build(checkout, CXX="clang++")
+
+
+def test_the_second_of_two_builds_at_once_waits_for_the_first(checkout):
+    (checkout / "build").mkdir()
+    with open(checkout / "build" / "run.lock", "w", encoding="ascii") as lock:
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        second = subprocess.Popen([checkout / "script" / "build", "run"], text=True,
+                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        told = second.stderr.readline()
+    assert told == "script/build: waiting for another build in build/run\n"
+    assert second.communicate()[1] == "" and second.returncode == 0
+
+
+def test_two_first_builds_at_once_both_end_well(checkout):
+    builds = [subprocess.Popen([checkout / "script" / "build", "run"], stdout=subprocess.PIPE,
+                               stderr=subprocess.STDOUT, text=True) for _ in range(2)]
+    told = [one.communicate()[0] for one in builds]
+    assert [one.returncode for one in builds] == [0, 0], told
+    assert "".join(told).count("The Meson build system") == 1
+
+
+def test_a_checkout_that_cannot_be_written_into_says_how_to_build_elsewhere(checkout):
+    # No permission stops root, a file in the folder's place does.
+    (checkout / "build").touch()
+    result = subprocess.run([checkout / "script" / "build", "run"], capture_output=True, text=True)
+    assert (result.returncode, result.stdout, result.stderr.count("\n")) == (1, "", 1)
+    assert f"cannot write in {checkout}/build" in result.stderr
+    assert f"meson setup FOLDER {checkout}" in result.stderr
 
 
 def test_no_other_script_configures_a_build_folder():

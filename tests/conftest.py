@@ -1,8 +1,13 @@
 """What the tests of several folders start from."""
 
+import os
+
 import pytest
 
-from simulator.desk import Desk
+from simulator.desk import BUILD, Desk
+
+# Hypothesis keeps its tables there, not in the checkout.
+os.environ["HYPOTHESIS_STORAGE_DIRECTORY"] = str(BUILD / "hypothesis")
 
 CHANGES_BY_ITSELF = {"display", "processes", "lastEnd", "bezel"}
 """What a status says besides the state that a test must leave as it was."""

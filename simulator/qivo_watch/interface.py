@@ -5,12 +5,15 @@ A verb is declared here once. The command's grammar (command/arguments.py), its 
 (keeper/control.py) follow from that; Watch (keeper/watch.py) has a method of its name.
 """
 
+from __future__ import annotations
+
 import os
-import re
-import shlex
-from typing import Any, NamedTuple
 
 from qivo_watch.errors import UsageError
+
+TYPE_CHECKING = False  # typing itself takes long to load.
+if TYPE_CHECKING:
+    from typing import Any
 
 PATH = "/com/velmora/QivoWatch"
 NAME, INTERFACE = "com.velmora.QivoWatch", "com.velmora.QivoWatch1"
@@ -19,21 +22,40 @@ HOME_NAME = "com.velmora.QivoWatch.Home"
 REFUSED = "com.velmora.QivoWatch.Error.Refused"
 
 GUIDE = "com.velmora.qivo-guide-app"
-APP_ID = re.compile(r"(?=.{1,255}$)[A-Za-z_][\w-]*(\.[A-Za-z_][\w-]*)+", re.ASCII)
 SIZES = [360, 390, 454]
 LEAST_ZOOM, MOST_ZOOM = 0.25, 4.0
+MARGIN = 680 / 360
+"""The window's side, relative to that of the watch's screen."""
+
 PASSWORD_LENGTH = 8
 """VNC uses no more, and a shorter one is easily guessed."""
+
+_LONGEST_APP_ID = 255
+
+LEVELS = ["debug", "info", "warn", "error"]
+"""Of log lines, the lowest first."""
 
 TIMES = "HH:MM, HH:MM:SS or YYYY-MM-DDTHH:MM[:SS]"
 
 
-class Number(NamedTuple):
+def is_app_id(text: str) -> bool:
+    """Whether TEXT could be an application's id, such as org.example.hello."""
+    words = text.split(".")
+    return text.isascii() and len(text) <= _LONGEST_APP_ID and len(words) > 1 and all(
+        _is_word(word) for word in words)
+
+
+def _is_word(word: str) -> bool:
+    return word.replace("-", "_").isidentifier() and not word.startswith("-")
+
+
+class Number:
     """Whole, or with a SIGNATURE of "d" any."""
 
-    signature: str
-    least: float
-    most: float
+    def __init__(self, signature: str, least: float, most: float):
+        self.signature = signature
+        self.least = least
+        self.most = most
 
     def read(self, word: str) -> float:
         """The value that a word of the command line means."""
@@ -54,15 +76,13 @@ class Number(NamedTuple):
         return UsageError(f'"{value}" is not from {self.least:g} to {self.most:g}')
 
 
-class Choice(NamedTuple):
+class Choice:
     """One of a few values. ARE_FLAGS: on the command line each is an option of its name."""
 
-    values: tuple
-    are_flags: bool = False
-
-    @property
-    def signature(self) -> str:
-        return "s" if isinstance(self.values[0], str) else "u"
+    def __init__(self, values: tuple, are_flags: bool = False):
+        self.values = values
+        self.are_flags = are_flags
+        self.signature = "s" if isinstance(values[0], str) else "u"
 
     def read(self, word: str) -> Any:
         try:
@@ -120,6 +140,7 @@ class Command:
     signature = "as"
 
     def read(self, word: str) -> list[str]:
+        import shlex  # pylint: disable=import-outside-toplevel
         try:
             words = shlex.split(word)
         except ValueError as error:
@@ -155,42 +176,42 @@ class Pairs:
 Kind = Number | Choice | Text | Command | Pairs
 
 
-class Argument(NamedTuple):
+class Argument:
     """A needed one is in a verb's signature; the others go into the a{sv} at its end.
 
     FLAG and SHORT are how it is given on the command line; without a flag, by its place.
     """
 
-    name: str
-    kind: Kind
-    help: str = ""
-    metavar: str | None = None
-    flag: str | None = None
-    short: str | None = None
-    is_needed: bool = False
-    default: Any = None
+    def __init__(self, name: str, kind: Kind, help: str = "",  # pylint: disable=redefined-builtin
+                 metavar: str | None = None, flag: str | None = None, short: str | None = None,
+                 is_needed: bool = False, default: Any = None):
+        self.name = name
+        self.kind = kind
+        self.help = help
+        self.metavar = metavar
+        self.flag = flag
+        self.short = short
+        self.is_needed = is_needed
+        self.default = default
 
 
-class Verb(NamedTuple):
+class Verb:
     """WORDS are those of the command line; if empty, only programs of the watch call it."""
 
-    method: str
-    words: str
-    help: str
-    arguments: tuple[Argument, ...] = ()
-
-    @property
-    def needed(self) -> list[Argument]:
-        return [argument for argument in self.arguments if argument.is_needed]
-
-    @property
-    def optional(self) -> list[Argument]:
-        return [argument for argument in self.arguments if not argument.is_needed]
+    def __init__(self, method: str, words: str, help: str,  # pylint: disable=redefined-builtin
+                 arguments: tuple[Argument, ...] = ()):
+        self.method = method
+        self.words = words
+        self.help = help
+        self.arguments = arguments
+        self.needed = [argument for argument in arguments if argument.is_needed]
+        self.optional = [argument for argument in arguments if not argument.is_needed]
 
     @property
     def function(self) -> str:
         """The name of Watch's method."""
-        return re.sub(r"(?<=[a-z])(?=[A-Z])", "_", self.method).lower()
+        return "".join(f"_{letter.lower()}" if letter.isupper() else letter
+                       for letter in self.method).lstrip("_")
 
     def bind(self, values: tuple) -> dict[str, Any]:
         """The arguments by name of a call on the bus, checked, with defaults for those left out."""

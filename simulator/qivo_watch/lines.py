@@ -2,8 +2,9 @@
 
 import re
 
+from qivo_watch.interface import LEVELS
+
 LONGEST_LINE = 4096
-LEVELS = ["debug", "info", "warn", "error"]
 
 _HEAD = re.compile(r"\d\d:\d\d:\d\d\.\d{3} ([DIWE]) ")
 _LETTERS = dict(zip("DIWE", LEVELS))

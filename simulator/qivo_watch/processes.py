@@ -1,12 +1,16 @@
 """The processes of a watch: found, and ended."""
 
+from __future__ import annotations
+
 import contextlib
 import os
-import pathlib
-import re
 import signal
 import time
-from typing import Iterator
+
+TYPE_CHECKING = False  # typing and pathlib take long to load.
+if TYPE_CHECKING:
+    import pathlib
+    from typing import Iterator
 
 STATE_VARIABLE = "QIVO_WATCH_FOLDER"
 """Names the watch's folder in the environment of each process that belongs to the watch."""
@@ -42,7 +46,7 @@ def descendants(ancestor: int) -> list[int]:
     parents: dict[int, list[int]] = {}
     for process in _all():
         with contextlib.suppress(OSError, ValueError, IndexError):
-            fields = pathlib.Path(f"/proc/{process}/stat").read_text().rpartition(")")[2].split()
+            fields = _read(f"/proc/{process}/stat").rpartition(")")[2].split()
             if fields[0] != "Z":
                 parents.setdefault(int(fields[1]), []).append(process)
     found, open_ends = [], [ancestor]
@@ -55,6 +59,7 @@ def descendants(ancestor: int) -> list[int]:
 
 def program_of(process: int) -> pathlib.Path | None:
     """The file that a process runs; None when it cannot be seen."""
+    import pathlib  # pylint: disable=import-outside-toplevel,redefined-outer-name
     try:
         return pathlib.Path(os.readlink(f"/proc/{process}/exe"))
     except OSError:
@@ -74,7 +79,7 @@ def kill_all_of(folder: pathlib.Path) -> None:
         time.sleep(0.001)
 
 
-def lock_holders(folder: pathlib.Path) -> list[int]:
+def lock_holders(folder: str) -> list[int]:
     """The processes of this user that hold an exclusive lock on a folder."""
     target = os.path.realpath(folder)
     return [process for process in _all() if _holds(process, target)]
@@ -86,10 +91,15 @@ def _holds(process: int, target: str) -> bool:
         for number in os.listdir(f"{place}/fd"):
             with contextlib.suppress(OSError):
                 if os.readlink(f"{place}/fd/{number}") == target:
-                    facts = pathlib.Path(f"{place}/fdinfo/{number}").read_text(encoding="ascii")
-                    if re.search(r"^lock:.*FLOCK.*WRITE", facts, re.MULTILINE):
+                    if any(fact.startswith("lock:") and "FLOCK" in fact and "WRITE" in fact
+                           for fact in _read(f"{place}/fdinfo/{number}").splitlines()):
                         return True
     return False
+
+
+def _read(file: str) -> str:
+    with open(file, encoding="utf-8", errors="replace") as opened:
+        return opened.read()
 
 
 def _all() -> Iterator[int]:

@@ -6,26 +6,31 @@ folder without the lock belongs to a dead watch. No folder is used that another 
 and no link is followed.
 """
 
+from __future__ import annotations
+
 import contextlib
 import fcntl
 import os
-import pathlib
-import re
 import stat
 import time
-import urllib.parse
-from typing import Any, Iterator
 
 from qivo_watch.errors import UsageError, WatchError
 from qivo_watch.processes import kill_all_of, lock_holders
 
+TYPE_CHECKING = False  # typing and pathlib take long to load.
+if TYPE_CHECKING:
+    import pathlib
+    from typing import Any, Iterator
+
 DEFAULT_NAME = "watch"
+_LONGEST_NAME = 32
 SOCKET_LIMIT = 100
 """The longest path of a socket in bytes; the kernel accepts 107."""
 
 _LOOK_PATIENCE_S = 1.0
 """Seconds for commands that only check whether a watch runs to go."""
 
+_NOTE = ".ended"
 _WRITABLE_BY_OTHERS = 0o022
 _OPEN_TO_OTHERS = 0o077
 
@@ -34,22 +39,29 @@ class Folder:
     """The folder of the watch NAME, whether it runs or not."""
 
     def __init__(self, name: str):
-        if not re.fullmatch(r"[A-Za-z0-9][A-Za-z0-9_-]{0,31}", name):
+        if not (name.isascii() and name[:1].isalnum() and len(name) <= _LONGEST_NAME
+                and name.replace("_", "0").replace("-", "0").isalnum()):
             raise UsageError(f'"{name}" is not a name for a watch (1 to 32 of A-Z a-z 0-9 _ -)')
         self.name = name
         self._base = _base()
-        self.path = self._base / name
+        self._place = f"{self._base}/{name}"
         if len(os.fsencode(self.bus_path)) > SOCKET_LIMIT:
             raise WatchError(f"the path of the watch's folder is too long for a socket: "
-                             f"{self.path}")
+                             f"{self._place}")
 
     @property
-    def bus_path(self) -> pathlib.Path:
-        return self.path / "bus"
+    def path(self) -> pathlib.Path:
+        import pathlib  # pylint: disable=import-outside-toplevel,redefined-outer-name
+        return pathlib.Path(self._place)
+
+    @property
+    def bus_path(self) -> str:
+        return f"{self._place}/bus"
 
     @property
     def bus_address(self) -> str:
-        return "unix:path=" + urllib.parse.quote(str(self.bus_path)).replace("~", "%7E")
+        import urllib.parse  # pylint: disable=import-outside-toplevel
+        return "unix:path=" + urllib.parse.quote(self.bus_path).replace("~", "%7E")
 
     @property
     def home(self) -> pathlib.Path:
@@ -69,13 +81,14 @@ class Folder:
     @property
     def note(self) -> pathlib.Path:
         """Why the watch ended when nobody asked it to; reported once."""
-        return self.path.with_name(f"{self.name}.ended")
+        return self.path.with_name(f"{self.name}{_NOTE}")
 
     @property
     def display(self) -> str | None:
         """The display of a watch that is ready; None while it starts."""
         try:
-            return (self.path / "display").read_text(encoding="ascii")
+            with open(f"{self._place}/display", encoding="ascii") as opened:
+                return opened.read()
         except FileNotFoundError:
             return None
 
@@ -115,7 +128,7 @@ class Folder:
 
     def holders(self) -> list[int]:
         """The processes that hold the folder: a watch's guard, or the command that starts it."""
-        return lock_holders(self.path)
+        return lock_holders(self._place)
 
     def held_unseen(self) -> WatchError:
         return WatchError(f'watch "{self.name}" is held by a process that cannot be seen or '
@@ -143,7 +156,8 @@ class Folder:
     def take_note(self) -> str:
         """Returns why the watch ended, and forgets it; empty: it was asked to, or never ran."""
         try:
-            text = self.note.read_text(encoding="utf-8").strip()
+            with open(f"{self._place}{_NOTE}", encoding="utf-8") as opened:
+                text = opened.read().strip()
         except FileNotFoundError:
             return ""
         self.note.unlink(missing_ok=True)
@@ -153,12 +167,12 @@ class Folder:
     def _lock_made(self) -> int | None:
         """The descriptor of the locked folder, made if missing; None: it was removed meanwhile."""
         with contextlib.suppress(FileExistsError):
-            self._base.mkdir(mode=0o700)
+            os.mkdir(self._base, mode=0o700)
         try:
             with _opened(self._base, _OPEN_TO_OTHERS) as base:
                 with contextlib.suppress(FileExistsError):
                     os.mkdir(self.name, 0o700, dir_fd=base)
-                lock = _open(self.path, _OPEN_TO_OTHERS)
+                lock = _open(self._place, _OPEN_TO_OTHERS)
         except FileNotFoundError:
             return None
         try:
@@ -177,7 +191,7 @@ class Folder:
 
     def _is_at_place(self, lock: int) -> bool:
         """Whether the locked folder is still the watch's."""
-        return os.path.samestat(os.fstat(lock), os.lstat(self.path))
+        return os.path.samestat(os.fstat(lock), os.lstat(self._place))
 
     def _state(self) -> str:
         if self.display is None:
@@ -186,12 +200,12 @@ class Folder:
 
     @contextlib.contextmanager
     def _opened(self) -> Iterator[int]:
-        with _opened(self._base, _OPEN_TO_OTHERS), _opened(self.path, _OPEN_TO_OTHERS) as folder:
+        with _opened(self._base, _OPEN_TO_OTHERS), _opened(self._place, _OPEN_TO_OTHERS) as folder:
             yield folder
 
     def _remove_empty_base(self) -> None:
         with contextlib.suppress(OSError):
-            self._base.rmdir()
+            os.rmdir(self._base)
 
 
 def running() -> list[str]:
@@ -211,18 +225,18 @@ def _runs(name: str) -> bool:
     return False
 
 
-def _base() -> pathlib.Path:
+def _base() -> str:
     """The folder of all watches of this user, which may not exist."""
     runtime = os.environ.get("XDG_RUNTIME_DIR")
     if runtime and not os.path.isabs(runtime):
         raise WatchError(f'XDG_RUNTIME_DIR is not an absolute path: "{runtime}"')
     if not runtime or not os.path.isdir(runtime):
-        return pathlib.Path(f"/tmp/qivo-watch-{os.getuid()}")
-    os.close(_open(pathlib.Path(runtime), _WRITABLE_BY_OTHERS))
-    return pathlib.Path(runtime, "qivo-watch")
+        return f"/tmp/qivo-watch-{os.getuid()}"
+    os.close(_open(runtime, _WRITABLE_BY_OTHERS))
+    return f"{runtime.rstrip('/')}/qivo-watch"
 
 
-def _open(path: pathlib.Path, unwanted: int) -> int:
+def _open(path: str, unwanted: int) -> int:
     """Opens a folder of this user that gives others none of the UNWANTED rights.
 
     A folder inside such a one cannot be exchanged for another.
@@ -240,7 +254,7 @@ def _open(path: pathlib.Path, unwanted: int) -> int:
 
 
 @contextlib.contextmanager
-def _opened(path: pathlib.Path, unwanted: int) -> Iterator[int]:
+def _opened(path: str, unwanted: int) -> Iterator[int]:
     folder = _open(path, unwanted)
     try:
         yield folder

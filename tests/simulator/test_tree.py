@@ -5,13 +5,13 @@ import json
 import types
 
 import pytest
-from gi.repository import Gio, GLib
 from PIL import Image
 
 from languages.catalogues import BACK_KEY, WATCH, texts
 from simulator.desk import BUILD
 
 PAGE = BUILD / "tests" / "simulator" / "audited_page"
+GONE = "org.freedesktop.DBus.Error.UnknownObject"
 RED = (255, 0, 0, 255)
 
 
@@ -100,30 +100,34 @@ def lines_of(desk):
     return [line["text"] for line in tree(desk)[-1]["lines"]]
 
 
+SIGNATURES = {"GetChildren": "a(so)", "GetInterfaces": "as", "GetState": "au", "GetRoleName": "s",
+              "Get": "v", "GetExtents": "(iiii)", "GetRangeExtents": "iiii",
+              "GetStringAtOffset": "sii"}
+
+
 class Liar:
     """An application's end of the bus, as the reader of its tree calls it."""
 
     def __init__(self, **lies):
         self.lies = lies
 
-    def call(self, _bus, path, _interface, method, arguments, kind, *rest):
+    def send(self, _bus, path, _interface, method, _signature, *arguments):
         honest = {"GetChildren": ([(":1.0", "/part")] if path.endswith("root") else [],),
                   "GetInterfaces": (["org.a11y.atspi.Text"],), "GetState": ([0, 0],),
-                  "GetRoleName": ("label",), "Get": (GLib.Variant("s", "Name"),),
+                  "GetRoleName": ("label",), "Get": ("Name",),
                   "GetExtents": ((0, 0, 9, 9),), "GetRangeExtents": (0, 0, 9, 9),
                   "GetStringAtOffset": ("", 0, 0)}
         answer = self.lies.get(method, honest[method])
-        if callable(answer):
-            answer = answer(*arguments)
-        done = rest[-1]
-        done(self, (kind.dup_string(), answer))
+        return method, answer(*arguments) if callable(answer) else answer
 
-    @staticmethod
-    def call_finish(result):
-        kind, answer = result
-        if isinstance(answer, GLib.Error):
+    def finish(self, call, _seconds):
+        method, answer = call
+        if isinstance(answer, Exception):
             raise answer
-        return GLib.Variant(kind, answer)
+        return types.SimpleNamespace(signature=SIGNATURES[method], values=answer)
+
+    def forget(self, _call):
+        pass
 
 
 def client_of(connection):
@@ -134,11 +138,12 @@ def client_of(connection):
     ({"GetChildren": ([(":1.0", "/part")],)}, "the tree is more than 100 objects deep"),
     ({"GetStringAtOffset": lambda offset, _: ("x", offset, offset + 1)},
      "the tree has more than 5000 objects and lines"),
-    ({"GetInterfaces": Gio.DBusError.new_for_dbus_error(
-        "org.freedesktop.DBus.Error.UnknownObject", "")},
-     "the application's tree was not read within 0.1 s")], ids=["deep", "long", "gone"])
+    ({"GetInterfaces": GONE}, "the application's tree was not read within 0.1 s")],
+    ids=["deep", "long", "gone"])
 def test_a_tree_without_an_end_is_refused(monkeypatch, lies, complaint):
     monkeypatch.syspath_prepend(str(BUILD / "simulator"))
+    error = importlib.import_module("qivo_watch.command.connection").CallError
+    lies = {method: error(lie, "") if lie == GONE else lie for method, lie in lies.items()}
     reader = importlib.import_module("qivo_watch.command.tree")
     if "within" in complaint:
         monkeypatch.setattr(reader, "_PATIENCE_S", 0.1)
@@ -150,7 +155,7 @@ def test_a_tree_without_an_end_is_refused(monkeypatch, lies, complaint):
 def test_a_name_that_is_no_text_is_none(monkeypatch):
     monkeypatch.syspath_prepend(str(BUILD / "simulator"))
     reader = importlib.import_module("qivo_watch.command.tree")
-    (part,) = reader.read_windows(client_of(Liar(Get=(GLib.Variant("i", 5),))))
+    (part,) = reader.read_windows(client_of(Liar(Get=(5,))))
     assert part.name == ""
 
 

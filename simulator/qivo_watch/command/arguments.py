@@ -1,75 +1,47 @@
 """The grammar of the command line and of a replay's lines."""
 
-import argparse
-import pathlib
-import re
-from typing import Any, Callable, NoReturn
+from __future__ import annotations
 
+import os
+
+from qivo_watch.command.quick import Quick, Unclear
 from qivo_watch.errors import UsageError
-from qivo_watch.interface import (CONTRAST, GROUPS, LEAST_ZOOM, MOST_ZOOM, MOTION, PERCENT,
-                                  SECONDS, SIZES, TEXT_SIZE, TIMES, VERBS, Argument, Choice, Kind,
-                                  Number, Pairs, Place, Time, Verb)
-from qivo_watch.lines import LEVELS
+from qivo_watch.interface import (CONTRAST, GROUPS, LEAST_ZOOM, LEVELS, MOST_ZOOM, MOTION,
+                                  PERCENT, SECONDS, SIZES, TEXT_SIZE, TIMES, VERBS, Choice,
+                                  Number, Pairs, Place, Time)
 from qivo_watch.state import DEFAULT_NAME
+
+TYPE_CHECKING = False
+if TYPE_CHECKING:
+    from typing import Any
+    from qivo_watch.interface import Argument, Verb
 
 WAIT_PATIENCE_S = 10.0
 
 
-class _Parser(argparse.ArgumentParser):
-    """One line for a mistake."""
-
-    def __init__(self, **options: Any):
-        super().__init__(allow_abbrev=False,
-                         formatter_class=argparse.RawDescriptionHelpFormatter, **options)
-
-    def error(self, message: str) -> NoReturn:
-        raise UsageError(f"{message.splitlines()[0]} (see {self.prog} --help)")
-
-
-class _LineParser(_Parser):
-    """For a line of a replay, and so are the parsers of its subcommands: without --help."""
-
-    def __init__(self, **options: Any):
-        super().__init__(add_help=False, **options)
-
-
-class _Merge(argparse.Action):
-    """Gathers the values of a repeated option in one dictionary."""
-
-    def __call__(self, _parser: Any, namespace: argparse.Namespace, values: Any,
-                 _option: str | None = None) -> None:
-        setattr(namespace, self.dest, (getattr(namespace, self.dest) or {}) | values)
-
-
-def _reader(kind: Kind) -> Callable[[str], Any]:
-    """An argparse type for an argument's type."""
-    def convert(word: str) -> Any:
-        try:
-            return kind.read(word)
-        except UsageError as error:
-            raise argparse.ArgumentTypeError(str(error)) from None
-    return convert
-
-
 def _picture(text: str) -> str:
-    if pathlib.Path(text).suffix != ".png":
-        raise argparse.ArgumentTypeError(f'"{text}" does not end in .png')
+    if os.path.splitext(text)[1] != ".png":
+        raise UsageError(f'"{text}" does not end in .png')
     return text
 
 
-_SECONDS = _reader(SECONDS)
+def read(words: list[str]) -> Any:
+    """What the words of a command line mean."""
+    try:
+        return Grammar(False, Quick()).parse(words)
+    except Unclear:
+        return Grammar(False).parse(words)
 
 
 class Grammar:
     """The verbs of the watch, and those of the command alone, one a method.
 
-    IS_REPLAY: for a line of a replay. The result has the first word as VERB, and the Verb to be
-    called, or None, as CALL.
+    IS_REPLAY: for a line of a replay. PARSER: a Quick one, else one that tells of mistakes. The
+    result has the first word as VERB, and the Verb to be called, or None, as CALL.
     """
 
-    def __init__(self, is_replay: bool):
-        self.parser = (_LineParser(prog="qivo-watch") if is_replay
-                       else _Parser(prog="qivo-watch", description=_DESCRIPTION))
+    def __init__(self, is_replay: bool, parser: Any = None):
+        self.parser = parser or _whole_parser(is_replay)
         self._verbs = self.parser.add_subparsers(dest="verb", metavar="COMMAND",
                                                  required=is_replay)
         self._groups: dict[str, Any] = {"": self._verbs}
@@ -85,7 +57,7 @@ class Grammar:
                     self._stop, self._apps, self._new):
             add()
 
-    def parse(self, words: list[str]) -> argparse.Namespace:
+    def parse(self, words: list[str]) -> Any:
         try:
             given, unknown = self.parser.parse_known_args(words)
         except UsageError:
@@ -94,22 +66,26 @@ class Grammar:
         if unknown:
             getattr(given, "parser", self.parser).error(
                 f"unrecognized arguments: {' '.join(unknown)}")
+        for argument in given.call.arguments if given.verb and given.call else ():
+            if isinstance(argument.kind, Pairs):
+                _merge(given, argument.name)
         return given
 
     def _check_order(self, words: list[str]) -> None:
         """Tells of an option between a verb's two words."""
         first = 2 if words[:1] == ["--name"] else 0
         group, second = [*words[first:first + 2], "", ""][:2]
-        if group in set(self._groups) - {""} and re.match(r"-(?!-name\b)", second):
+        if group in set(self._groups) - {""} and (
+                second[:1] == "-" and second.partition("=")[0] != "--name"):
             raise UsageError(f"{group}: {second} comes after the word that follows {group} "
                              f"(see qivo-watch {group} --help)")
 
-    def _add(self, words: str, text: str, call: Verb | None = None) -> argparse.ArgumentParser:
+    def _add(self, words: str, text: str, call: Verb | None = None) -> Any:
         group, _, word = words.rpartition(" ")
         parser = self._groups[group].add_parser(word, help=text, description=text)
         parser.set_defaults(parser=parser, call=call)
         if not self._is_replay:
-            parser.add_argument("--name", default=argparse.SUPPRESS, help=_NAME_HELP)
+            parser.add_argument("--name", default=parser.NO_DEFAULT, help=_NAME_HELP)
         return parser
 
     def _add_group(self, word: str, text: str, members: str, is_needed: bool) -> None:
@@ -130,34 +106,34 @@ class Grammar:
         add = self._add("start", "Start a watch; return when it is ready.").add_argument
         add("--headless", action="store_true", help="without a window")
         add("--web", action="store_true", help="in a browser on this machine; prints the address")
-        add("--port", type=_reader(Number("u", 1, 65535)),
+        add("--port", type=Number("u", 1, 65535).read,
             help="port for --web (default: a free one)")
         add("--password-file", metavar="FILE",
             help="holds the password of --web, 8 of A-Z a-z 0-9; - is standard input "
             "(default: a new password)")
         add("--size", type=int, choices=SIZES, default=SIZES[0], help="pixels of the screen's side")
-        add("--zoom", type=_reader(Number("d", LEAST_ZOOM, MOST_ZOOM)), metavar="Z",
+        add("--zoom", type=Number("d", LEAST_ZOOM, MOST_ZOOM).read, metavar="Z",
             help=f"of the window, {LEAST_ZOOM:g} to {MOST_ZOOM:g} (default: the desktop's "
             "scale, if the screen is large enough)")
         add("--language", default="en_US", help="such as ko_KR (default: %(default)s)")
-        add("--percent", type=_reader(PERCENT), default=80.0, help="the battery's charge")
+        add("--percent", type=PERCENT.read, default=80.0, help="the battery's charge")
         add("--charging", dest="battery", action="store_const", const="charging",
             default="discharging", help="with the charger plugged")
-        add("--text-size", type=_reader(TEXT_SIZE), default=1.0, metavar="FACTOR",
+        add("--text-size", type=TEXT_SIZE.read, default=1.0, metavar="FACTOR",
             help="how large the user wants all text, 0.8 to 2.0 (default: %(default)s)")
         add("--motion", choices=MOTION.values, default="full",
             help="whether things move and fade (default: %(default)s)")
         add("--contrast", choices=CONTRAST.values, default="normal",
             help="the contrast that the user wants (default: %(default)s)")
-        add("--keep", type=_reader(Place()), metavar="FOLDER",
+        add("--keep", type=Place().read, metavar="FOLDER",
             help="remembers there which applications are installed, for the next start")
-        add("--at", type=_reader(Time()), metavar="TIME", help=f"the watch's time: {TIMES}")
+        add("--at", type=Time().read, metavar="TIME", help=f"the watch's time: {TIMES}")
 
     def _touch(self) -> None:
         verb = VERBS["Touch"]
         parser = self._add(verb.words, verb.help, verb)
         for place in verb.arguments:
-            parser.add_argument(place.name, nargs="?", type=_reader(place.kind),
+            parser.add_argument(place.name, nargs="?", type=place.kind.read,
                                 metavar=place.metavar)
         parser.add_argument("--text", metavar="TEXT",
                             help="where this text is in sight, instead of X and Y")
@@ -187,21 +163,21 @@ class Grammar:
             if what == "log":
                 add("--new", action="store_true",
                     help="ignore the lines that are already there")
-            add("-t", "--timeout", type=_SECONDS, default=WAIT_PATIENCE_S, metavar="SECONDS",
+            add("-t", "--timeout", type=SECONDS.read, default=WAIT_PATIENCE_S, metavar="SECONDS",
                 help="fail after this time (default: %(default)g)")
 
     def _compare(self) -> None:
         add = self._add("compare", "Fail unless the screen looks like a picture.").add_argument
         add("file", type=_picture, metavar="FILE")
-        add("--tolerance", type=_reader(Number("u", 0, 255)), default=16, metavar="N",
+        add("--tolerance", type=Number("u", 0, 255).read, default=16, metavar="N",
             help="how much a channel of a pixel may differ (default: %(default)s)")
 
     def _record(self) -> None:
         add = self._add("record", "Record the screen: for the time given, else until Ctrl-C or the "
                         "watch's end; in a replay until its end or `record stop`.").add_argument
         add("file", metavar="FILE", help="ends in .gif, .apng, .png, .webp or .mp4")
-        add("-d", "--duration", type=_SECONDS, metavar="SECONDS")
-        add("--fps", type=_reader(Number("u", 1, 60)), default=30, metavar="N",
+        add("-d", "--duration", type=SECONDS.read, metavar="SECONDS")
+        add("--fps", type=Number("u", 1, 60).read, default=30, metavar="N",
             help="frames a second")
 
     def _log(self) -> None:
@@ -241,7 +217,7 @@ class Grammar:
         self._add("stop", "End the watch; return when nothing of it is left.")
 
 
-def _add_argument(parser: argparse.ArgumentParser, argument: Argument) -> None:
+def _add_argument(parser: Any, argument: Argument) -> None:
     """What is left out is None, and the keeper uses the default."""
     kind = argument.kind
     if isinstance(kind, Choice) and kind.are_flags:
@@ -251,11 +227,11 @@ def _add_argument(parser: argparse.ArgumentParser, argument: Argument) -> None:
                                help=argument.help or None)
         return
     text = f"{argument.help} (default: {argument.default})" if argument.default else argument.help
-    options: dict[str, Any] = {"type": _reader(kind), "help": text}
+    options: dict[str, Any] = {"type": kind.read, "help": text}
     if isinstance(kind, Choice):
         options["choices"] = kind.values
     if isinstance(kind, Pairs):
-        options["action"] = _Merge
+        options["action"] = "append"
     if argument.metavar:
         options["metavar"] = argument.metavar
     names = [name for name in (argument.short, argument.flag) if name]
@@ -264,6 +240,21 @@ def _add_argument(parser: argparse.ArgumentParser, argument: Argument) -> None:
     elif not argument.is_needed:
         options["nargs"] = "?"
     parser.add_argument(*(names or [argument.name]), **options)
+
+
+def _merge(given: Any, name: str) -> None:
+    """One map of those that a repeated option has given."""
+    maps = getattr(given, name)
+    if maps is not None:
+        setattr(given, name, {key: value for part in maps for key, value in part.items()})
+
+
+def _whole_parser(is_replay: bool) -> Any:
+    from qivo_watch.command.parser import (  # pylint: disable=import-outside-toplevel
+        LineParser, Parser)
+    if is_replay:
+        return LineParser(prog="qivo-watch")
+    return Parser(prog="qivo-watch", description=_DESCRIPTION)
 
 
 _NAME_HELP = "which watch (default: watch)"

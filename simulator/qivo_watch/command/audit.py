@@ -10,6 +10,7 @@ import time
 import unicodedata
 from typing import Callable, Iterator, NamedTuple
 
+import qivo_watch.packages  # noqa: F401 what follows needs it
 from PIL import Image, ImageDraw
 
 from qivo_watch.command.eye import Eye

@@ -1,14 +1,13 @@
 """The command `qivo-watch`."""
 
+import contextlib
 import os
-import pathlib
 import sys
 
 from qivo_watch.command import interrupts
-from qivo_watch.command.arguments import Grammar
+from qivo_watch.command.arguments import read
 from qivo_watch.command.commands import Session
 from qivo_watch.errors import UsageError, WatchError
-from qivo_watch.lines import printable
 
 
 def main(words: list[str]) -> int:
@@ -35,14 +34,14 @@ def main(words: list[str]) -> int:
 
 
 def _run(words: list[str]) -> None:
-    grammar = Grammar(is_replay=False)
     try:
-        given = grammar.parse(words)
+        given = read(words)
     except SystemExit:
         return  # The help has been printed.
     if given.verb is None:
-        given = grammar.parse([*words, "start"])
+        given = read([*words, "start"])
     if given.verb == "play":
+        import pathlib  # pylint: disable=import-outside-toplevel
         from qivo_watch.command.replay import play  # pylint: disable=import-outside-toplevel
         play(pathlib.Path(given.file), given.name, given.update)
         return
@@ -67,6 +66,9 @@ def _drop_output() -> None:
 
 
 def _complain(error: Exception | str, status: int) -> int:
+    with contextlib.suppress(OSError):
+        sys.stdout.flush()
+    from qivo_watch.lines import printable  # pylint: disable=import-outside-toplevel
     line = printable(" ".join(str(error).splitlines()))
     print(f"qivo-watch: {line}", file=sys.stderr)
     return status

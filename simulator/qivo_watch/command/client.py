@@ -1,19 +1,23 @@
 """A running watch, as a command sees it: calls on its bus, and its log."""
 
+from __future__ import annotations
+
 import contextlib
-import json
 import time
-from typing import Any, Callable, Iterator
 
-from gi.repository import Gio, GLib
-
-from qivo_watch.bus import PROPERTIES, connect
-from qivo_watch.command.interrupts import quitting
+from qivo_watch.bus import PATIENCE_S, PROPERTIES
+from qivo_watch.command.connection import BusGone, CallError, Connection
 from qivo_watch.command.life import absence, ended, wait_ready
 from qivo_watch.command.pulse import Peer, Pulse, hang, silent_part
 from qivo_watch.errors import WatchError
-from qivo_watch.interface import (BODY_INTERFACE, BODY_NAME, INTERFACE, NAME, PATH, Verb)
-from qivo_watch.state import Folder
+from qivo_watch.interface import BODY_INTERFACE, BODY_NAME, INTERFACE, NAME, PATH
+
+TYPE_CHECKING = False
+if TYPE_CHECKING:
+    from typing import Any, Callable, Iterator
+    from qivo_watch.command.wire import Message
+    from qivo_watch.interface import Verb
+    from qivo_watch.state import Folder
 
 CONTROL = Peer("the keeper", NAME, PATH, INTERFACE)
 BODY = Peer("the body", BODY_NAME, PATH, BODY_INTERFACE)
@@ -21,6 +25,8 @@ BODY = Peer("the body", BODY_NAME, PATH, BODY_INTERFACE)
 _GONE = ("org.freedesktop.DBus.Error.NoReply", "org.freedesktop.DBus.Error.ServiceUnknown",
          "org.freedesktop.DBus.Error.NameHasNoOwner")
 _LAST_LINE = 2 ** 64 - 1
+_LOG_RULE = (f"type='signal',sender='{NAME}',path='{PATH}',interface='{INTERFACE}',"
+             "member='LogGrown'")
 
 
 class Client:
@@ -31,20 +37,18 @@ class Client:
 
     def __init__(self, folder: Folder):
         self.folder = folder
-        self._loop = GLib.MainLoop()
         self._log_count = 0
         wait_ready(folder)
         try:
-            self.connection = connect(folder.bus_address)
-        except GLib.Error as error:
-            if error.matches(Gio.io_error_quark(), Gio.IOErrorEnum.CANCELLED):
-                raise hang("the message bus") from None
+            self.connection = Connection(str(folder.bus_path), PATIENCE_S, self._on_signal)
+        except TimeoutError:
+            raise hang("the message bus") from None
+        except BusGone:
             raise WatchError(absence(folder)) from None
-        self.connection.connect("closed", lambda *_: self._loop.quit())
 
-    def call(self, method: str, signature: str = "()", *arguments: Any) -> tuple:
+    def call(self, method: str, signature: str = "", *arguments: Any) -> tuple:
         """Calls the control interface; a refusal becomes a WatchError with its line."""
-        return self._call(CONTROL, INTERFACE, method, GLib.Variant(signature, arguments))
+        return self._call(CONTROL, INTERFACE, method, signature, *arguments)
 
     def carry_out(self, verb: Verb, values: dict[str, Any]) -> None:
         """Calls a verb; the keeper has defaults for what is not in VALUES."""
@@ -52,29 +56,29 @@ class Client:
         arguments: list[Any] = [values[argument.name] for argument in verb.needed]
         if verb.optional:
             signature += "a{sv}"
-            arguments.append({argument.name: GLib.Variant(argument.kind.signature,
-                                                          values[argument.name])
+            arguments.append({argument.name: (argument.kind.signature, values[argument.name])
                               for argument in verb.optional if argument.name in values})
-        self.call(verb.method, f"({signature})", *arguments)
+        self.call(verb.method, signature, *arguments)
 
     def call_body(self, method: str, signature: str, *arguments: Any) -> tuple:
-        return self._call(BODY, BODY.interface, method, GLib.Variant(signature, arguments))
+        return self._call(BODY, BODY.interface, method, signature, *arguments)
 
     def get(self, name: str) -> Any:
-        return self._call(CONTROL, PROPERTIES, "Get", GLib.Variant("(ss)", (INTERFACE, name)))[0]
+        return self._call(CONTROL, PROPERTIES, "Get", "ss", INTERFACE, name)[0]
 
     def status(self) -> dict[str, Any]:
+        import json  # pylint: disable=import-outside-toplevel  # most verbs need none
         return json.loads(self.call("Status")[0])
 
     def log_count(self) -> int:
         """How many lines the log has had so far."""
-        return self.call("ReadLog", "(t)", _LAST_LINE)[0]
+        return self.call("ReadLog", "t", _LAST_LINE)[0]
 
     def log_lines(self) -> Iterator[str]:
         """The lines of the log as it is now."""
         place, last = 0, self.log_count()
         while place < last:
-            _, first, lines = self.call("ReadLog", "(t)", place)
+            _, first, lines = self.call("ReadLog", "t", place)
             yield from lines[:max(0, last - first)]
             place = first + len(lines)
 
@@ -86,7 +90,7 @@ class Client:
         place = start
         with self._following():
             while True:
-                count, first, lines = self.call("ReadLog", "(t)", place)
+                count, first, lines = self.call("ReadLog", "t", place)
                 # The log may have grown since.
                 self._log_count = max(self._log_count, count)
                 for place, line in enumerate(lines, first + 1):
@@ -98,58 +102,55 @@ class Client:
     @contextlib.contextmanager
     def _following(self) -> Iterator[None]:
         """Keeps the number of lines up to date."""
-        def grow(_bus: Any, _sender: str, _path: str, _interface: str, _signal: str,
-                 arguments: GLib.Variant) -> None:
-            self._log_count = arguments.unpack()[0]
-            self._loop.quit()
-
-        subscription = self.connection.signal_subscribe(
-            NAME, INTERFACE, "LogGrown", PATH, None, Gio.DBusSignalFlags.NONE, grow)
+        with self._lasting():
+            self.connection.ask_daemon("AddMatch", "s", _LOG_RULE)
         try:
             yield
         finally:
-            self.connection.signal_unsubscribe(subscription)
+            with contextlib.suppress(BusGone, TimeoutError):
+                self.connection.ask_daemon("RemoveMatch", "s", _LOG_RULE)
 
-    def _call(self, peer: Peer, interface: str, method: str,
-              arguments: GLib.Variant) -> tuple:
-        results: list[Any] = []
+    def _on_signal(self, message: Message) -> None:
+        if message.member == "LogGrown":
+            self._log_count = message.values[0]
 
-        def done(_connection: Gio.DBusConnection, result: Any) -> None:
-            results.append(result)
-            self._loop.quit()
-
-        self.connection.call(peer.name, peer.path, interface, method, arguments, None,
-                             Gio.DBusCallFlags.NO_AUTO_START, GLib.MAXINT32, None, done)
-        self._wait(lambda: bool(results), peer, None)
+    def _call(self, peer: Peer, interface: str, method: str, signature: str,
+              *arguments: Any) -> tuple:
+        with self._lasting():
+            call = self.connection.send(peer.name, peer.path, interface, method, signature,
+                                        *arguments)
+        self._wait(lambda: self.connection.has_answer(call), peer, None)
         try:
-            return self.connection.call_finish(results[0]).unpack()
-        except GLib.Error as error:
-            name = Gio.DBusError.get_remote_error(error)
-            if not name or name in _GONE:
+            return self.connection.take(call).values
+        except CallError as error:
+            if error.name in _GONE:
                 raise ended(self.folder) from None
-            raise WatchError(error.message.removeprefix(f"GDBus.Error:{name}: ")) from None
+            raise WatchError(str(error)) from None
 
-    def _wait(self, is_over: Callable[[], bool], peer: Peer,
-              deadline: float | None) -> bool:
-        """Runs the loop until IS_OVER(); returns false at the deadline (time.monotonic()).
+    def _wait(self, is_over: Callable[[], bool], peer: Peer, deadline: float | None) -> bool:
+        """Reads the bus until IS_OVER(); returns false at the deadline (time.monotonic()).
 
-        Each event that may change that ends one turn. Fails when PEER is silent meanwhile.
+        Fails when PEER is silent meanwhile.
         """
-        left = GLib.MAXINT32 if deadline is None else round((deadline - time.monotonic()) * 1000)
-        alarm = GLib.timeout_source_new(max(0, left))
-        alarm.set_callback(lambda *_: self._loop.quit())
-        alarm.attach()
-        pulse = Pulse(self.connection, peer, self._loop.quit)
+        pulse = Pulse(self.connection, peer)
         try:
-            while not (is_over() or self.connection.is_closed() or pulse.is_silent
-                       or alarm.is_destroyed()):
-                with quitting(self._loop.quit):
-                    self._loop.run()
+            with self._lasting():
+                while not is_over():
+                    if deadline is not None and time.monotonic() >= deadline:
+                        return False
+                    if pulse.is_silent():
+                        raise hang(silent_part(self.folder, peer))
+                    self.connection.wait(min(pulse.due, deadline or pulse.due))
         finally:
             pulse.stop()
-            alarm.destroy()
-        if pulse.is_silent and not is_over():
-            raise hang(silent_part(self.folder, peer))
-        if self.connection.is_closed() and not is_over():
-            raise ended(self.folder)
-        return is_over()
+        return True
+
+    @contextlib.contextmanager
+    def _lasting(self) -> Iterator[None]:
+        """Tells of a bus that goes or hangs meanwhile."""
+        try:
+            yield
+        except TimeoutError:
+            raise hang("the message bus") from None
+        except BusGone:
+            raise ended(self.folder) from None

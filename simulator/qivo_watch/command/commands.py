@@ -1,23 +1,28 @@
 """What each subcommand does, on the command line and in a replay."""
 
-import argparse
+# What only some commands need is imported where they begin: most are done sooner than it loads.
+# pylint: disable=import-outside-toplevel
+
+from __future__ import annotations
+
 import contextlib
-import json
 import os
-import pathlib
-import shutil
 import signal
 import sys
 import time
-from typing import Any
 
 from qivo_watch.command import life
 from qivo_watch.command.client import Client
 from qivo_watch.errors import ScreenGone, UsageError, WatchEnded, WatchError
-from qivo_watch.interface import VERBS
-from qivo_watch.lines import coloured, is_at_least, printable
+from qivo_watch.interface import MARGIN, VERBS
 from qivo_watch.processes import INTERRUPTS
 from qivo_watch.state import Folder, running
+
+TYPE_CHECKING = False
+if TYPE_CHECKING:
+    import argparse
+    import pathlib
+    from typing import Any
 
 LOOK_AGAIN_S = 0.5
 """Seconds after which a text is looked for again though the screen has not changed."""
@@ -32,7 +37,7 @@ _GDB_OPTIONS = ["-q", "-iex", "set pagination off", "-iex", "set print symbol-lo
 class Session:
     """One command, or the commands of one replay. Reference pictures are relative to HERE."""
 
-    def __init__(self, name: str, here: pathlib.Path = pathlib.Path()):
+    def __init__(self, name: str, here: pathlib.Path | None = None):
         self.folder = Folder(name)
         self.here = here
         self.is_update = False
@@ -57,7 +62,7 @@ class Session:
     def open_eye(self) -> Any:
         """Another look at the screen; the caller closes it."""
         # Only pictures need the imaging library, which is slow to load.
-        from qivo_watch.command.eye import Eye  # pylint: disable=import-outside-toplevel
+        from qivo_watch.command.eye import Eye
         return Eye(self.client.status()["display"], self.folder.authority)
 
     def remember_picture(self) -> None:
@@ -84,6 +89,8 @@ class Session:
     def close(self) -> None:
         if self._eye:
             self._eye.close()
+        if self._client:
+            self._client.connection.close()
         self._client = self._eye = None
 
     # The watch
@@ -95,15 +102,15 @@ class Session:
             raise UsageError("--zoom needs a window or --web")
         if (given.port or given.password_file) and not given.web:
             raise UsageError("--port and --password-file need --web")
-        from qivo_watch.command import desktop  # pylint: disable=import-outside-toplevel
         zoom = given.zoom or 1.0
         if not (given.headless or given.web):
+            from qivo_watch.command import desktop
             zoom = desktop.window_zoom(given.size, given.zoom)
         options = {key: getattr(given, key) for key in (
             "headless", "web", "port", "size", "language", "percent", "battery", "text_size",
             "motion", "contrast", "at", "keep")}
         life.start(self.folder, options | {
-            "name": self.folder.name, "zoom": zoom, "side": desktop.side_of(given.size, zoom),
+            "name": self.folder.name, "zoom": zoom, "side": round(given.size * zoom * MARGIN),
             "password": _password(given.password_file)})
         if given.web:
             try:
@@ -117,17 +124,20 @@ class Session:
         life.stop(self.folder)
 
     def do_status(self, given: argparse.Namespace) -> None:
-        status = self.client.status()
         if given.json:
-            print(json.dumps(status, indent=2))
-        else:
-            print("\n".join(map(printable, _described(status))))
+            print(self.client.call("Status")[0])
+            return
+        from qivo_watch.lines import printable
+        print("\n".join(map(printable, _described(self.client.status()))))
 
     def do_apps(self, given: argparse.Namespace) -> None:
-        apps = json.loads(self.client.call("ListApps")[0])
+        listed = self.client.call("ListApps")[0]
         if given.json:
-            print(json.dumps(apps, indent=2))
+            print(listed)
             return
+        import json
+        from qivo_watch.lines import printable
+        apps = json.loads(listed)
         width = max((len(app["id"]) for app in apps), default=0)
         for app in apps:
             print(printable(f"{app['id']:{width}}  {app['name']}"))
@@ -137,7 +147,7 @@ class Session:
             print(name)
 
     def do_new(self, given: argparse.Namespace) -> None:
-        from qivo_watch.command import new  # pylint: disable=import-outside-toplevel
+        from qivo_watch.command import new
         new.create(given.id, given.folder)
 
     # Verbs of the watch that take more than the call
@@ -146,6 +156,7 @@ class Session:
         if given.debugger:
             if given.wrap or given.timeout is not None:
                 raise UsageError("--gdb cannot be combined with --wrap or --timeout")
+            import shutil
             if not shutil.which("gdb"):
                 raise WatchError("gdb is not installed")
         self.call(given)
@@ -183,6 +194,8 @@ class Session:
 
     def do_tree(self, given: argparse.Namespace) -> None:
         windows = self._read_windows()
+        import json
+        from qivo_watch.lines import printable
         if given.json:
             print(json.dumps([window.as_json() for window in windows], indent=2))
         else:
@@ -190,7 +203,7 @@ class Session:
                 print("\n".join(map(printable, window.described())))
 
     def do_audit(self, given: argparse.Namespace) -> None:
-        from qivo_watch.command import audit  # pylint: disable=import-outside-toplevel
+        from qivo_watch.command import audit
         status = self.client.status()
         if status["app"] and self.eye().top_process() != status["app"]["pid"]:
             raise WatchError("the application is not on the screen")
@@ -200,23 +213,24 @@ class Session:
         self.client.carry_out(VERBS["Bezel"], {"direction": direction, "count": count})
 
     def _read_windows(self) -> Any:
-        from qivo_watch.command import tree  # pylint: disable=import-outside-toplevel
+        from qivo_watch.command import tree
         return tree.read_windows(self.client)
 
     def _find_text(self, text: str) -> tuple[int, int] | None:
-        from qivo_watch.command import tree  # pylint: disable=import-outside-toplevel
+        from qivo_watch.command import tree
         return tree.find_text(self._read_windows(), text, self.eye().size)
 
     def do_screenshot(self, given: argparse.Namespace) -> None:
         if given.body:
-            self.client.call_body("Picture", "(sb)", os.path.abspath(given.file), True)
+            self.client.call_body("Picture", "sb", os.path.abspath(given.file), True)
             return
-        from qivo_watch.command.pictures import save  # pylint: disable=import-outside-toplevel
+        from qivo_watch.command.pictures import save
         save(self._round_picture(), given.file)
 
     def do_compare(self, given: argparse.Namespace) -> None:
-        from qivo_watch.command import pictures  # pylint: disable=import-outside-toplevel
-        file = self.here / given.file
+        from qivo_watch.command import pictures
+        import pathlib
+        file = pathlib.Path(self.here or "", given.file)
         # One that is named twice is compared with the picture just written.
         if self.is_update and file.resolve() not in self._updated:
             pictures.save(self._round_picture(), str(file))
@@ -225,7 +239,7 @@ class Session:
             pictures.compare(self._round_picture(), file, given.tolerance)
 
     def do_record(self, given: argparse.Namespace) -> None:
-        from qivo_watch.command import recorder  # pylint: disable=import-outside-toplevel
+        from qivo_watch.command import recorder
         recorder.check_file(given.file)
         requests: list[int] = []
         for number in INTERRUPTS:
@@ -237,11 +251,12 @@ class Session:
         recorder.record(self.eye(), given.file, given.fps, is_over)
 
     def _round_picture(self) -> Any:
-        from qivo_watch.command import pictures  # pylint: disable=import-outside-toplevel
+        from qivo_watch.command import pictures
         eye = self.eye()
         return pictures.make_round(eye.look(), pictures.disc_mask(eye.size))
 
     def do_log(self, given: argparse.Namespace) -> None:
+        from qivo_watch.lines import coloured, is_at_least
         in_colour = given.color == "always" or (
             given.color == "auto" and sys.stdout.isatty() and "NO_COLOR" not in os.environ)
 
@@ -309,7 +324,7 @@ class Session:
 def _password(file: str | None) -> str | None:
     if file is None:
         return None
-    from qivo_watch.command.password import read  # pylint: disable=import-outside-toplevel
+    from qivo_watch.command.password import read
     return read(file)
 
 

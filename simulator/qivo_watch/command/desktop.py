@@ -7,17 +7,15 @@ import re
 import threading
 from typing import NamedTuple
 
+import qivo_watch.packages  # noqa: F401 what follows needs it
 from Xlib import Xatom, display, error
 from Xlib.ext import randr
 
 from qivo_watch.errors import WatchError
-from qivo_watch.interface import LEAST_ZOOM, MOST_ZOOM
+from qivo_watch.interface import LEAST_ZOOM, MARGIN, MOST_ZOOM
 
 ANSWER_S = 4.0
 """Seconds for the desktop's X server to answer."""
-
-_MARGIN = 680 / 360
-"""The window's side, relative to that of the watch's screen."""
 
 _FRAMED_SHARE = 0.95
 """The share of a screen that a window's frame leaves."""
@@ -34,11 +32,6 @@ class _Area(NamedTuple):
     width: int
     height: int
     width_mm: int
-
-
-def side_of(size: int, zoom: float) -> int:
-    """The pixels of the window's side for a watch's screen of SIZE pixels."""
-    return round(size * zoom * _MARGIN)
 
 
 def window_zoom(size: int, wanted: float | None) -> float:
@@ -72,7 +65,7 @@ def fitting_zoom(name: str, size: int, wanted: float | None) -> float:
         zoom = wanted or min(max(1.0, _scale(host)), MOST_ZOOM)
     if not wanted:
         room *= _FRAMED_SHARE
-    most = math.floor(room / (size * _MARGIN) * 100) / 100
+    most = math.floor(room / (size * MARGIN) * 100) / 100
     return max(LEAST_ZOOM, min(zoom, most))
 
 

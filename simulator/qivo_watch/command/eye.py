@@ -9,6 +9,7 @@ import threading
 import time
 from typing import Iterator
 
+import qivo_watch.packages  # noqa: F401 what follows needs it
 from PIL import Image
 from Xlib import X, Xatom, display, error
 from Xlib.ext import damage

@@ -3,17 +3,21 @@
 None of this needs the watch's bus, so a watch that hangs can be ended too.
 """
 
+from __future__ import annotations
+
 import contextlib
-import json
 import os
 import select
 import signal
 import time
-from typing import Any
 
 from qivo_watch.errors import WatchEnded, WatchError
 from qivo_watch.processes import GRACE_S, INTERRUPTS, descendants
 from qivo_watch.state import Folder
+
+TYPE_CHECKING = False
+if TYPE_CHECKING:
+    from typing import Any
 
 START_PATIENCE_S = 60
 READY_PATIENCE_S = 5.0
@@ -30,6 +34,7 @@ def start(folder: Folder, options: dict[str, Any]) -> None:
 
     INTERRUPTS are blocked on return: a late one would end the command and leave the watch.
     """
+    import json  # pylint: disable=import-outside-toplevel
     before = signal.pthread_sigmask(signal.SIG_BLOCK, INTERRUPTS)
     try:
         guard, answer = _start_guard(folder, json.dumps(options))

@@ -7,7 +7,7 @@ import tempfile
 
 from qivo_watch import places
 from qivo_watch.errors import UsageError, WatchError
-from qivo_watch.interface import APP_ID, GUIDE
+from qivo_watch.interface import GUIDE, is_app_id
 
 _HERE = pathlib.Path(__file__).resolve().parents[2]
 _TEMPLATE = _HERE / "template"
@@ -45,7 +45,7 @@ def create(app_id: str, folder: str | None) -> None:
 
 
 def _program_of(app_id: str) -> str:
-    if not APP_ID.fullmatch(app_id):
+    if not is_app_id(app_id):
         raise UsageError(f'"{app_id}" is not an application id (such as org.example.hello: words '
                          "of letters, digits, - and _, with dots between them)")
     program = app_id.rpartition(".")[2]

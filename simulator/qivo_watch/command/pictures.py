@@ -4,6 +4,7 @@ import math
 import pathlib
 import warnings
 
+import qivo_watch.packages  # noqa: F401 what follows needs it
 from PIL import Image, ImageChops, ImageOps
 
 from qivo_watch.command.beside import beside

@@ -3,18 +3,22 @@
 A busy peer is not silent: a keeper that turns the bezel for minutes answers meanwhile.
 """
 
+from __future__ import annotations
+
 import socket
 import struct
-from typing import Any, Callable, NamedTuple
-
-from gi.repository import Gio, GLib
+import time
 
 from qivo_watch.bus import PROPERTIES
+from qivo_watch.command.connection import CallError, Connection
 from qivo_watch.errors import WatchError
-from qivo_watch.state import Folder
 
-INTERVAL_MS = 500
-SILENCE_MS = 2700
+TYPE_CHECKING = False
+if TYPE_CHECKING:
+    from qivo_watch.state import Folder
+
+INTERVAL_S = 0.5
+SILENCE_S = 2.7
 """How long a peer may owe the answer to a ping."""
 
 PROBE_S = 0.7
@@ -23,60 +27,49 @@ _X_GREETING = b"l\0" + struct.pack("<5H", 11, 0, 0, 0, 0)
 _BUS_GREETING = b"\0AUTH\r\n"
 
 
-class Peer(NamedTuple):
+class Peer:
     """An interface on the watch's bus, and what users call its owner."""
 
-    label: str
-    name: str
-    path: str
-    interface: str
+    def __init__(self, label: str, name: str, path: str, interface: str):
+        self.label = label
+        self.name = name
+        self.path = path
+        self.interface = interface
 
 
 class Pulse:
-    """Pings a peer on the bus until stopped or the peer is silent; ON_NEWS is called for each
-    answer, and for the first that does not come.
+    """Pings a peer on the bus; DUE is when is_silent() should be asked next (time.monotonic()).
 
     A peer that is gone is not silent: its callers get an error.
     """
 
-    def __init__(self, connection: Gio.DBusConnection, peer: Peer,
-                 on_news: Callable[[], None]):
-        self.is_silent = False
+    def __init__(self, connection: Connection, peer: Peer):
+        self.due = time.monotonic() + INTERVAL_S
         self._connection = connection
         self._peer = peer
-        self._on_news = on_news
-        self._end = Gio.Cancellable()
-        self._timer = 0
-        self._wait()
+        self._ping: int | None = None
 
     def stop(self) -> None:
-        self._end.cancel()
-        if self._timer:
-            GLib.source_remove(self._timer)
+        if self._ping is not None:
+            self._connection.forget(self._ping)
 
-    def _wait(self) -> None:
-        self._timer = GLib.timeout_add(INTERVAL_MS, self._ping)
-
-    def _ping(self) -> bool:
-        self._timer = 0
-        peer = self._peer
+    def is_silent(self) -> bool:
+        now = time.monotonic()
+        if self._ping is not None and self._connection.has_answer(self._ping):
+            try:
+                self._connection.take(self._ping)
+            except CallError:
+                pass  # It has gone.
+            self._ping, self.due = None, now + INTERVAL_S
+        if now < self.due:
+            return False
+        if self._ping is not None:
+            return True
         # The peer's main loop reads properties; its bus thread would answer a mere Ping.
-        self._connection.call(peer.name, peer.path, PROPERTIES, "GetAll",
-                              GLib.Variant("(s)", (peer.interface,)), None,
-                              Gio.DBusCallFlags.NO_AUTO_START, SILENCE_MS, self._end,
-                              self._on_answer)
+        self._ping = self._connection.send(self._peer.name, self._peer.path, PROPERTIES, "GetAll",
+                                           "s", self._peer.interface)
+        self.due = now + SILENCE_S
         return False
-
-    def _on_answer(self, connection: Gio.DBusConnection, result: Any) -> None:
-        try:
-            connection.call_finish(result)
-        except GLib.Error as error:
-            self.is_silent = error.matches(Gio.io_error_quark(), Gio.IOErrorEnum.TIMED_OUT)
-        if self._end.is_cancelled():
-            return
-        if not self.is_silent:
-            self._wait()
-        self._on_news()
 
 
 def hang(part: str) -> WatchError:

@@ -1,16 +1,14 @@
 """What an application shows to a screen reader: its accessible tree, read over the watch's bus."""
 
-import functools
 import math
 import time
-from typing import Any, Callable, Iterator, NamedTuple
+from typing import Any, Iterator, NamedTuple
 
-from gi.repository import Gio, GLib
-
-from qivo_watch.bus import PATIENCE_MS
+from qivo_watch.bus import PATIENCE_S
 from qivo_watch.command.client import Client
+from qivo_watch.command.connection import BusGone, CallError, Connection
 from qivo_watch.command.pulse import hang
-from qivo_watch.errors import WatchError
+from qivo_watch.errors import WatchEnded, WatchError
 
 _ROOT = "/org/a11y/atspi/accessible/root"
 _ACCESSIBLE, _COMPONENT, _TEXT = (f"org.a11y.atspi.{name}"
@@ -100,22 +98,22 @@ def is_on_screen(place: Place, size: int) -> bool:
 
 
 class _Question(NamedTuple):
-    """A call that reads something of an object; ANSWER: the type of what it returns."""
+    """A call that reads something of an object; ANSWER: the types of what it returns."""
 
     interface: str
     method: str
     answer: str
-    arguments: GLib.Variant | None = None
+    signature: str = ""
+    arguments: tuple = ()
 
 
-_CHILDREN = _Question(_ACCESSIBLE, "GetChildren", "(a(so))")
-_INTERFACES = _Question(_ACCESSIBLE, "GetInterfaces", "(as)")
-_NAME = _Question("org.freedesktop.DBus.Properties", "Get", "(v)",
-                  GLib.Variant("(ss)", (_ACCESSIBLE, "Name")))
-_PLACE = _Question(_COMPONENT, "GetExtents", "((iiii))",
-                   GLib.Variant("(u)", (_ON_SCREEN,)))
-_ROLE = _Question(_ACCESSIBLE, "GetRoleName", "(s)")
-_STATES = _Question(_ACCESSIBLE, "GetState", "(au)")
+_CHILDREN = _Question(_ACCESSIBLE, "GetChildren", "a(so)")
+_INTERFACES = _Question(_ACCESSIBLE, "GetInterfaces", "as")
+_NAME = _Question("org.freedesktop.DBus.Properties", "Get", "v", "ss",
+                  (_ACCESSIBLE, "Name"))
+_PLACE = _Question(_COMPONENT, "GetExtents", "(iiii)", "u", (_ON_SCREEN,))
+_ROLE = _Question(_ACCESSIBLE, "GetRoleName", "s")
+_STATES = _Question(_ACCESSIBLE, "GetState", "au")
 
 
 class _Changed(Exception):
@@ -123,7 +121,7 @@ class _Changed(Exception):
 
 
 class _Reader:
-    def __init__(self, connection: Gio.DBusConnection, bus: str, deadline: float):
+    def __init__(self, connection: Connection, bus: str, deadline: float):
         self._connection = connection
         self._bus = bus
         self._deadline = deadline
@@ -156,46 +154,44 @@ class _Reader:
         offset = 0
         while True:
             [(text, begin, end)] = self._ask(path, _Question(
-                _TEXT, "GetStringAtOffset", "(sii)", GLib.Variant("(iu)", (offset, _LINE))))
+                _TEXT, "GetStringAtOffset", "sii", "iu", (offset, _LINE)))
             if end <= offset:
                 return [Line(*line) for line in zip(texts, self._ask(path, *places))]
             self._count()
             texts.append(text.strip())
-            places.append(_Question(_TEXT, "GetRangeExtents", "(iiii)",
-                                    GLib.Variant("(iiu)", (begin, end, _ON_SCREEN))))
+            places.append(_Question(_TEXT, "GetRangeExtents", "iiii", "iiu",
+                                    (begin, end, _ON_SCREEN)))
             offset = end
 
     def _ask(self, path: str, *questions: _Question) -> list[Any]:
         """The answers of an object, to one question while it answers the one before."""
         if time.monotonic() > self._deadline:
             raise WatchError(f"the application's tree was not read within {_PATIENCE_S:g} s")
-        results: dict[int, Any] = {}
-        context = GLib.MainContext()
-        context.push_thread_default()
+        calls = []
         try:
-            for number, question in enumerate(questions):
-                self._send(path, question, functools.partial(results.__setitem__, number))
-            while len(results) < len(questions):
-                context.iteration(True)
-        finally:
-            context.pop_thread_default()
-        return [self._answer(results[number]) for number in range(len(questions))]
-
-    def _send(self, path: str, question: _Question, take: Callable[[Any], None]) -> None:
-        self._connection.call(
-            self._bus, path, question.interface, question.method, question.arguments,
-            GLib.VariantType(question.answer), Gio.DBusCallFlags.NO_AUTO_START, PATIENCE_MS, None,
-            lambda _connection, result: take(result))
-
-    def _answer(self, result: Gio.AsyncResult) -> Any:
-        try:
-            values = self._connection.call_finish(result).unpack()
-        except GLib.Error as error:
-            name = Gio.DBusError.get_remote_error(error)
-            if name == _GONE:
+            for question in questions:
+                calls.append(self._connection.send(self._bus, path, question.interface,
+                                                   question.method, question.signature,
+                                                   *question.arguments))
+            return [self._answer(call, question) for call, question in zip(calls, questions)]
+        except CallError as error:
+            if error.name == _GONE:
                 raise _Changed() from None
-            if error.matches(Gio.io_error_quark(), Gio.IOErrorEnum.TIMED_OUT):
-                raise hang("the application") from None
-            raise WatchError("the application's tree cannot be read: "
-                             f"{error.message.splitlines()[0]}") from None
-        return values[0] if len(values) == 1 else values
+            raise _broken(str(error).partition("\n")[0]) from None
+        except TimeoutError:
+            raise hang("the application") from None
+        except BusGone:
+            raise WatchEnded("the watch has ended") from None
+        finally:
+            for call in calls:
+                self._connection.forget(call)
+
+    def _answer(self, call: int, question: _Question) -> Any:
+        found = self._connection.finish(call, PATIENCE_S)
+        if found.signature != question.answer:
+            raise _broken(f"{question.method} returns {found.signature or 'nothing'}")
+        return found.values[0] if len(found.values) == 1 else found.values
+
+
+def _broken(how: str) -> WatchError:
+    return WatchError(f"the application's tree cannot be read: {how}")

@@ -11,7 +11,7 @@ from gi.repository import GLib
 
 from qivo_watch import places
 from qivo_watch.errors import WatchError
-from qivo_watch.interface import APP_ID, GUIDE
+from qivo_watch.interface import GUIDE, is_app_id
 from qivo_watch.keeper.environment import program as find_program
 from qivo_watch.keeper.log import Log
 from qivo_watch.processes import descendants, end_of, kill_group, program_of
@@ -161,7 +161,7 @@ def locate(app: str) -> Program:
             raise WatchError(f'"{app}" is not a program')
         app_id = id_of(path)
         return Program(app_id or path.name, path, app_id is not None)
-    if not APP_ID.fullmatch(app):
+    if not is_app_id(app):
         raise WatchError(f'"{app}" is not an application: neither an id such as {GUIDE} '
                          f"nor the path of a program")
     try:

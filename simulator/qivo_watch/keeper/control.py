@@ -51,9 +51,9 @@ class Control:
         if method == "ShowTree":
             return GLib.Variant("(s)", ((yield from self._watch.show_tree()),))
         if method == "Status":
-            return GLib.Variant("(s)", (json.dumps(self._watch.status()),))
+            return GLib.Variant("(s)", (json.dumps(self._watch.status(), indent=2),))
         if method == "ListApps":
-            return GLib.Variant("(s)", (json.dumps(self._watch.list_apps()),))
+            return GLib.Variant("(s)", (json.dumps(self._watch.list_apps(), indent=2),))
         raise WatchError(f"a watch has no {method}")
 
 

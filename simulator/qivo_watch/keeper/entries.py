@@ -12,7 +12,7 @@ from typing import Iterator
 from gi.repository import GLib
 
 from qivo_watch.errors import WatchError
-from qivo_watch.interface import APP_ID
+from qivo_watch.interface import is_app_id
 from qivo_watch.keeper.apps import Program, id_of
 from qivo_watch.keeper.environment import program as own_program
 
@@ -38,7 +38,7 @@ class Entry:
             file.stat()
         except OSError as error:
             raise self._refusal(error.strerror) from None
-        if file.suffix != ".desktop" or not APP_ID.fullmatch(self.app_id):
+        if file.suffix != ".desktop" or not is_app_id(self.app_id):
             raise self._refusal("its name is not an id such as org.example.hello with .desktop")
         self._keys = self._read()
         self.program = self._find_program()

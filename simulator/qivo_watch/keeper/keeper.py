@@ -1,30 +1,32 @@
 """The keeper of one watch: starts its parts in order, supervises them, ends with any of them."""
 
+from __future__ import annotations
+
 import contextlib
 import errno
 import json
 import os
 import signal
 import sys
-from typing import Any
+from typing import TYPE_CHECKING, Any
 
 from gi.repository import Gio, GLib
-from Xlib.error import ConnectionClosedError
 
 from qivo_watch import bus
 from qivo_watch.errors import UsageError, WatchError
 from qivo_watch.interface import BODY_NAME, HOME_NAME
-from qivo_watch.keeper.control import Control
 from qivo_watch.keeper.environment import bare_environment, program
 from qivo_watch.keeper.log import Log
+from qivo_watch.keeper.objects import connect
 from qivo_watch.keeper.parts import LABELS, PATIENCE_S, Parts
-from qivo_watch.keeper.screen import Screen
 from qivo_watch.keeper.tasks import Tasks, Until, Work
-from qivo_watch.keeper.watch import Watch
-from qivo_watch.keeper.web import Web
 from qivo_watch.processes import REQUESTS
 from qivo_watch.spawn import OPTIONS_VARIABLE
 from qivo_watch.state import DEFAULT_NAME, Folder
+
+if TYPE_CHECKING:
+    from qivo_watch.keeper.screen import Screen
+    from qivo_watch.keeper.watch import Watch
 
 FLUSH_PATIENCE_S = 2
 """Seconds for the last answers to reach the bus."""
@@ -83,6 +85,12 @@ class Keeper:
         size = self._options["size"]
         server = self._parts.start_server("server", (size, size))
         daemon = self._parts.start_bus()
+        # Loads while the servers start.
+        # pylint: disable=import-outside-toplevel,redefined-outer-name
+        from qivo_watch.keeper.control import Control
+        from qivo_watch.keeper.screen import Screen
+        from qivo_watch.keeper.watch import Watch
+        from qivo_watch.keeper.web import Web
         yield from self._parts.wait_line("bus", daemon)
         display = yield from self._parts.wait_display("server", server)
         self._environment["DISPLAY"] = display
@@ -109,7 +117,7 @@ class Keeper:
         self._folder.set_ready(display)
 
     def _connect(self) -> Gio.DBusConnection:
-        connection = bus.connect(self._folder.bus_address)
+        connection = connect(self._folder.bus_address)
         connection.connect("closed", self._on_closed)
         connection.signal_subscribe(bus.DAEMON[0], bus.DAEMON[2], "NameOwnerChanged", None, None,
                                     Gio.DBusSignalFlags.NONE, self._on_owner, None)
@@ -178,6 +186,8 @@ class Keeper:
         return True
 
     def _on_error(self, error: BaseException) -> None:
+        # pylint: disable=import-outside-toplevel
+        from Xlib.error import ConnectionClosedError
         # The end of the server itself follows, with a better reason.
         if not isinstance(error, ConnectionClosedError):
             self._fail(f"the keeper failed: {error!r}")
@@ -195,6 +205,7 @@ class Keeper:
         """Whether the X server or the bus has gone, so that its own end follows."""
         if self._connection is None or self._screen is None:
             return False
+        from Xlib.error import ConnectionClosedError  # pylint: disable=import-outside-toplevel
         try:
             self._screen.display.sync()
             self._connection.call_sync(*bus.DAEMON, "GetId", None, None,

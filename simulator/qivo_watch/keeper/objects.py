@@ -1,11 +1,12 @@
 """The keeper's side of the watch's bus: the daemon, names, objects with properties."""
 
-from typing import Any, Callable
-from xml.sax.saxutils import escape
+import contextlib
+import threading
+from typing import Any, Callable, Iterator
 
 from gi.repository import Gio, GLib
 
-from qivo_watch.bus import DAEMON, PATIENCE_MS, PROPERTIES
+from qivo_watch.bus import DAEMON, PATIENCE_MS, PATIENCE_S, PROPERTIES
 from qivo_watch.state import Folder
 
 _CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
@@ -29,9 +30,31 @@ def daemon_command(folder: Folder, ready: int) -> list[str]:
     folder.services.mkdir()
     configuration = folder.path / "bus.conf"
     configuration.write_text(_CONFIGURATION.format(
-        address=folder.bus_address, services=escape(str(folder.services))), encoding="utf-8")
+        address=folder.bus_address,
+        services=GLib.markup_escape_text(str(folder.services), -1)), encoding="utf-8")
     return ["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile",
             "--nosyslog", "--systemd-activation", f"--print-address={ready}"]
+
+
+def connect(address: str) -> Gio.DBusConnection:
+    """Fails with Gio.IOErrorEnum.CANCELLED at a bus that does not answer."""
+    flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+             | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
+    with _patience() as end:
+        connection = Gio.DBusConnection.new_for_address_sync(address, flags, None, end)
+    connection.set_exit_on_close(False)
+    return connection
+
+
+@contextlib.contextmanager
+def _patience() -> Iterator[Gio.Cancellable]:
+    end = Gio.Cancellable()
+    timer = threading.Timer(PATIENCE_S, end.cancel)
+    timer.start()
+    try:
+        yield end
+    finally:
+        timer.cancel()
 
 
 def own_name(connection: Gio.DBusConnection, name: str) -> None:

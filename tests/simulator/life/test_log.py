@@ -1,10 +1,10 @@
 """A log larger than a message of the bus may be, and a keeper that the bus has dropped."""
 
 import importlib
+import types
 
 import dbus.bus
 import pytest
-from gi.repository import GLib
 
 from simulator.desk import BUILD, Desk
 from support.bus import wait_until
@@ -54,17 +54,15 @@ class GrowingLog:
     def __init__(self):
         self.lines = ["first", "awaited"]
         self.answers = 0
+        self.grow = None
 
-    def signal_subscribe(self, *arguments):
-        self.grow = arguments[-1]  # pylint: disable=attribute-defined-outside-init
-
-    def signal_unsubscribe(self, _subscription):
+    def ask_daemon(self, *_method):
         pass
 
     def read(self, _method, _signature, place):
         self.answers += 1
         if self.answers == 1:
-            self.grow(None, "", "", "", "", GLib.Variant("(t)", (2,)))
+            self.grow(types.SimpleNamespace(member="LogGrown", values=(2,)))
             return 1, place, self.lines[:1]
         return 2, place, self.lines[place:]
 
@@ -75,7 +73,7 @@ def test_a_line_that_comes_while_the_log_is_read_is_found(monkeypatch):
     log = GrowingLog()
     client = client_type.__new__(client_type)
     monkeypatch.setattr(client, "connection", log, raising=False)
-    monkeypatch.setattr(client, "_loop", GLib.MainLoop(), raising=False)
+    log.grow = client._on_signal
     monkeypatch.setattr(client, "_log_count", 0, raising=False)
     monkeypatch.setattr(client, "call", log.read)
     monkeypatch.setattr(client, "_wait", lambda is_over, _peer, _deadline: is_over())

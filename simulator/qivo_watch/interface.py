@@ -255,9 +255,13 @@ def _places(*names: str) -> tuple[Argument, ...]:
     return tuple(Argument(name, _PLACE, metavar=name.upper(), is_needed=True) for name in names)
 
 
+_MACHINE_TIME = ("The home face and timedate1 follow; an application that reads the clock gets the "
+                 "machine's time.")
+
 GROUPS = {
     "button": "Press a key; return when its effect is seen.",
-    "time": "Show or set the watch's time, freeze or thaw it; set the time zone or 12 or 24 hours.",
+    "time": "Show or set the watch's time, freeze or thaw it; set the time zone or 12 or 24 hours. "
+            f"{_MACHINE_TIME}",
 }
 """What the first of two words means."""
 
@@ -315,10 +319,10 @@ VERBS = {verb.method: verb for verb in (
     Verb("SetRegion", "region", "Set the region, which decides how dates and times are written.", (
         Argument("region", Text(), 'such as de_DE, or "auto" to follow the language', "REGION",
                  is_needed=True),)),
-    Verb("SetTime", "time set", "Set the time.", (
+    Verb("SetTime", "time set", f"Set the watch's time. {_MACHINE_TIME}", (
         Argument("time", Time(), TIMES, "TIME", is_needed=True),)),
-    Verb("FreezeTime", "time freeze", "Stop the clock."),
-    Verb("ThawTime", "time thaw", "Let the clock go on."),
+    Verb("FreezeTime", "time freeze", f"Stop the watch's clock. {_MACHINE_TIME}"),
+    Verb("ThawTime", "time thaw", "Let the watch's clock go on."),
     Verb("SetZone", "time zone", "Set the time zone.", (
         Argument("zone", Text(), "such as Asia/Seoul", "ZONE", is_needed=True),)),
     Verb("SetHours", "time hours", "Set the clock's format to 12 or 24 hours.", (

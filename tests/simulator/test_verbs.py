@@ -234,6 +234,18 @@ def test_what_is_no_language_is_refused(desk):
     assert desk.status()["language"] == "en_US.UTF-8"
 
 
+def test_an_application_has_the_machines_time_as_the_help_says(desk, tmp_path):
+    program = tmp_path / "clock"
+    program.write_text("#!/bin/sh\ndate +'the year is %Y'\n", encoding="utf-8")
+    program.chmod(0o755)
+    desk.do("time", "set", "2001-02-03T04:05")
+    desk.refused("launch", program)
+    assert f"the year is {time.localtime().tm_year}" in desk.do("log")
+    desk.do("time", "set", time.strftime("%FT%T"))
+    for words in (["time"], ["time", "set"], ["time", "freeze"]):
+        assert "machine's time" in " ".join(desk.do(*words, "--help").split())
+
+
 def test_the_time_is_set_and_stands_until_it_is_let_go(desk, tmp_path):
     desk.do("time", "freeze")
     desk.do("time", "set", "2026-03-01T07:00")

@@ -208,6 +208,17 @@ TEST_F(Motion, ADetentEasesOutOverItsWay)
     EXPECT_GT(way[half / 2], kDetent / 2) << "the first half is the faster one";
 }
 
+TEST_F(Motion, ADetentTakesAThirdOfASecondAtMostAndTheWayBackToTheTopHardlyLonger)
+{
+    Page::TurnBezel(1);
+    const int there = CountFrames(1);
+    EXPECT_GE(there, 0.25 / kFrame);
+    EXPECT_LE(there, 0.34 / kFrame);
+    Page::TurnBezel(-1);
+    EXPECT_LE(CountFrames(1), 0.4 / kFrame);
+    EXPECT_EQ(mPage.ScrolledBy(), 0);
+}
+
 TEST_F(Motion, ADetentIsSeenInTheNextFrameHoweverSoonThatComes)
 {
     Page::TurnBezel(1);

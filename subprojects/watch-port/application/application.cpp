@@ -103,7 +103,7 @@ std::optional<int> AnswerInstance(const SingleInstance& instance, bool isService
     return std::nullopt;
 }
 
-// The toolkit draws on a thread of its own, and what may keep silent is asked on one, too.
+// The toolkit has threads of its own, and what may keep silent is asked on one, too.
 std::string FindLackOfThreads()
 try
 {

@@ -2,6 +2,7 @@
 
 import contextlib
 import pathlib
+import re
 import signal
 import time
 
@@ -54,6 +55,15 @@ def test_the_first_frame_is_reported_after_the_resume(run):
     app = run()
     app.wait_for_log("I WATCH_PORT: first frame")
     assert app.lines == CREATED
+
+
+def test_frames_are_drawn_on_the_main_thread(run):
+    app = run()
+    app.wait_for_log("I WATCH_PORT: first frame")
+    names = {task.read_text().strip(): task.with_name("status").read_text()
+             for task in pathlib.Path(f"/proc/{app.process.pid}/task").glob("*/comm")}
+    # The toolkit starts it, and it waits for work once.
+    assert re.search(r"^voluntary_ctxt_switches:\s+[01]$", names["Eevas-thread-wk"], re.M)
 
 
 def test_a_window_that_stands_still_waits_for_events_alone(run):

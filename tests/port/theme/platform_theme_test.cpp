@@ -363,6 +363,15 @@ TEST_F(EffectScroller, FadesOutWhatIsScrolledUp)
     EXPECT_TRUE(Toolkit::RunUntil([&] { return (PixelAt(180, kTop) & 0xffffff) == kContent; }));
 }
 
+TEST_F(EffectScroller, FadesOutNothingNearTheTopButTheEndOfShortContent)
+{
+    Evas_Object* scroller = AddPlainScroller();
+    elm_scroller_region_show(scroller, 0, 10, kSize, kHeight);
+    EXPECT_TRUE(IsWithoutShade(scroller));
+    evas_object_size_hint_min_set(elm_object_content_get(scroller), kSize, kHeight + 10);
+    EXPECT_FALSE(IsWithoutShade(scroller));
+}
+
 TEST_F(EffectScroller, FadesOutNothingOfWhatIsPulledDownAtTheTop)
 {
     Evas_Object* scroller = AddPlainScroller();

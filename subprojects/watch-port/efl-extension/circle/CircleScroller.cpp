@@ -13,8 +13,8 @@ namespace
 
 constexpr const char* kDataKey = "watch-port/circle-scroller";
 constexpr double kArcLingers = 0.5;
-// In its first sixtieth of a second the toolkit's motion covers one part of the way in:
-constexpr int kFirstFrames = 15;
+// In its first hundredth of a second a motion covers one part of the way in:
+constexpr int kFirstParts = 15;
 
 Eina_Rectangle GeometryOf(const Evas_Object* object)
 {
@@ -29,7 +29,7 @@ int FirstStep(int way)
 {
     if (std::abs(way) < 2)
         return 0;
-    return way / kFirstFrames + (way > 0 ? 1 : -1);
+    return way / kFirstParts + (way > 0 ? 1 : -1);
 }
 
 } // namespace

@@ -173,7 +173,31 @@ class Pairs:
         return value
 
 
-Kind = Number | Choice | Text | Command | Pairs
+class Legs:
+    """Further places of the finger: x, y, and the milliseconds that it takes to get there; on the
+    command line one X,Y,MS at a time."""
+
+    signature = "a(iiu)"
+
+    def read(self, word: str) -> tuple[int, int, int]:
+        try:
+            (leg,) = self.check([tuple(int(part) for part in word.split(","))])
+        except (ValueError, UsageError):
+            raise UsageError(f'"{word}" is not X,Y,MS') from None
+        return leg
+
+    def check(self, value: Any) -> list[tuple[int, int, int]]:
+        if not (isinstance(value, list) and all(isinstance(leg, tuple) and len(leg) == 3
+                                                for leg in value)):
+            raise UsageError(f'"{value}" is not a list of places')
+        for x, y, duration in value:
+            _PLACE.check(x)
+            _PLACE.check(y)
+            MILLISECONDS.check(duration)
+        return value
+
+
+Kind = Number | Choice | Text | Command | Pairs | Legs
 
 
 class Argument:
@@ -310,7 +334,9 @@ VERBS = {verb.method: verb for verb in (
     Verb("ReleaseKey", "button release", "Release a key that was pushed.", (_KEY,)),
     Verb("Touch", "touch", "Tap the screen, in its pixels.", _places("x", "y")),
     Verb("Swipe", "swipe", "Swipe a finger over the screen.", (
-        *_places("x1", "y1", "x2", "y2"), _duration(200, "how long the swipe takes"))),
+        *_places("x1", "y1", "x2", "y2"), _duration(200, "how long the swipe takes"),
+        Argument("then", Legs(), "where the finger goes next, and how long that takes; repeatable",
+                 "X,Y,MS", "--then", default=[]))),
     Verb("SetBattery", "battery", "Set the battery; what is not given stays as it is.", (
         Argument("percent", PERCENT, metavar="P", flag="--percent"),
         Argument("state", Choice(("charging", "discharging", "full"), are_flags=True)))),
@@ -359,6 +385,18 @@ def describe() -> str:
   <method name="Status"><arg name="json" type="s" direction="out"/></method>
   <method name="ListApps"><arg name="json" type="s" direction="out"/></method>
   <signal name="LogGrown"><arg name="count" type="t"/></signal>
+  <signal name="Began">
+    <arg name="work" type="t"/>
+    <arg name="time" type="t"/>
+    <arg name="method" type="s"/>
+    <arg name="json" type="s"/>
+    <arg name="caller" type="s"/>
+  </signal>
+  <signal name="Ended">
+    <arg name="work" type="t"/>
+    <arg name="time" type="t"/>
+    <arg name="succeeded" type="b"/>
+  </signal>
   {"".join(f'<property name="{name}" type="{kind}" access="read"/>'
            for name, kind in PROPERTIES.items())}
 </interface></node>"""

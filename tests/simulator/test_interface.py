@@ -57,6 +57,9 @@ def test_a_charger_is_set_without_a_percentage(desk, ask):
     ("Launch", [options(debugger="lldb")], 'debugger: "lldb" is not one of gdb'),
     ("PushKey", ["menu"], 'key: "menu" is not one of back, power'),
     ("Touch", [dbus.Int32(-1), dbus.Int32(0)], 'x: "-1" is not from 0 to 453'),
+    ("Swipe", [dbus.Int32(9)] * 4 + [options(then="far")], 'then: "far" is not a list of places'),
+    ("Swipe", [dbus.Int32(9)] * 4 + [options(then=dbus.Array([(9, 9, 70000)], "(iiu)"))],
+     'then: "70000" is not from 0 to 60000'),
     ("Dance", [], "Dance")])
 def test_what_is_not_in_the_interface_is_refused(desk, ask, method, arguments, complaint):
     before = desk.status()

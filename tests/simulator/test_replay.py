@@ -28,6 +28,8 @@ def _replay(tmp_path):
     ("compare", "the following arguments are required: FILE"),
     ("compare page.png --tolerance 256", '"256" is not from 0 to 255'),
     ("record run.bmp", "does not end in .gif .apng .png .webp .mp4"),
+    ("record run.replay", "a replay records the screen only"),
+    ("swipe 9 9 9 9 --then 9,9", '"9,9" is not X,Y,MS'),
     ("play other.replay", "invalid choice: 'play'"),
     ("status --name other", "unrecognized arguments: --name other"),
     ("status --help", "unrecognized arguments: --help"),

@@ -7,7 +7,7 @@ import os
 from qivo_watch.command.quick import Quick, Unclear
 from qivo_watch.errors import UsageError
 from qivo_watch.interface import (CONTRAST, GROUPS, LEAST_ZOOM, LEVELS, MOST_ZOOM, MOTION,
-                                  PERCENT, SECONDS, SIZES, TEXT_SIZE, TIMES, VERBS, Choice,
+                                  PERCENT, SECONDS, SIZES, TEXT_SIZE, TIMES, VERBS, Choice, Legs,
                                   Number, Pairs, Place, Time)
 from qivo_watch.state import DEFAULT_NAME
 
@@ -173,12 +173,16 @@ class Grammar:
             help="how much a channel of a pixel may differ (default: %(default)s)")
 
     def _record(self) -> None:
-        add = self._add("record", "Record the screen: for the time given, else until Ctrl-C or the "
-                        "watch's end; in a replay until its end or `record stop`.").add_argument
-        add("file", metavar="FILE", help="ends in .gif, .apng, .png, .webp or .mp4")
+        add = self._add("record", "Record the screen, or what is done on the watch: for the time "
+                        "given, else until Ctrl-C or the watch's end; in a replay, which records "
+                        "the screen only, until its end or `record stop`.").add_argument
+        add("file", metavar="FILE", help="ends in .gif, .apng, .png, .webp or .mp4; or in .replay: "
+            "commands for `play` that do again what is done by mouse or by command")
+        add("--pictures", action="store_true",
+            help="into a replay: compare the screen wherever it rests")
         add("-d", "--duration", type=SECONDS.read, metavar="SECONDS")
-        add("--fps", type=Number("u", 1, 60).read, default=30, metavar="N",
-            help="frames a second")
+        add("--fps", type=Number("u", 1, 60).read, metavar="N",
+            help="frames a second (default: 30)")
 
     def _log(self) -> None:
         add = self._add("log", "Show the log of the watch's programs.").add_argument
@@ -230,7 +234,7 @@ def _add_argument(parser: Any, argument: Argument) -> None:
     options: dict[str, Any] = {"type": kind.read, "help": text}
     if isinstance(kind, Choice):
         options["choices"] = kind.values
-    if isinstance(kind, Pairs):
+    if isinstance(kind, (Legs, Pairs)):
         options["action"] = "append"
     if argument.metavar:
         options["metavar"] = argument.metavar

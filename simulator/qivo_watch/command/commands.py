@@ -240,7 +240,13 @@ class Session:
 
     def do_record(self, given: argparse.Namespace) -> None:
         from qivo_watch.command import recorder
-        recorder.check_file(given.file)
+        if recorder.is_replay(given.file):
+            if given.fps:
+                raise UsageError("a replay has no frames: --fps is for pictures that move")
+        else:
+            if given.pictures:
+                raise UsageError("--pictures needs a FILE that ends in .replay")
+            recorder.check_file(given.file)
         requests: list[int] = []
         for number in INTERRUPTS:
             if signal.getsignal(number) is not signal.SIG_IGN:
@@ -248,7 +254,11 @@ class Session:
 
         def is_over(seconds: float) -> bool:
             return bool(requests) or (given.duration is not None and seconds >= given.duration)
-        recorder.record(self.eye(), given.file, given.fps, is_over)
+        if recorder.is_replay(given.file):
+            from qivo_watch.command import scribe
+            scribe.record(self.client, self.eye(), given.file, given.pictures, is_over)
+        else:
+            recorder.record(self.eye(), given.file, given.fps or recorder.USUAL_RATE, is_over)
 
     def _round_picture(self) -> Any:
         from qivo_watch.command import pictures

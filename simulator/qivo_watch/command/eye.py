@@ -42,6 +42,7 @@ class Eye:
         if is_server_silent(name):
             raise hang("the X server")
         self._has_hung = False
+        self.seen: Image.Image | None = None
         self._display = _opened(name)
         with self._bounded():
             self._root = self._display.screen().root
@@ -84,6 +85,15 @@ class Eye:
             if is_moving or other.tobytes() != picture.tobytes():
                 picture, since = other, time.monotonic()
         return False
+
+    def has_changed(self) -> bool:
+        """Whether the screen is another one than at the last call, which is then SEEN, or the
+        program on top reports a motion; does not wait."""
+        is_moving = self._is_top_moving()
+        if self.seen and not self._take_news() and not is_moving:
+            return False
+        before, self.seen = self.seen, self.look()
+        return is_moving or before is None or before.tobytes() != self.seen.tobytes()
 
     def top_process(self) -> int:
         """The process of the topmost window; 0 if unknown."""

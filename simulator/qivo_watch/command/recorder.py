@@ -27,6 +27,9 @@ FORMATS = {
               "-compression_level", "1", "-loop", "0", "-f", "webp"],
     ".mp4": ["-vf", "premultiply=inplace=1,format=yuv420p", "-movflags", "+faststart", "-f", "mp4"],
 }
+USUAL_RATE = 30
+REPLAY = ".replay"
+
 HANG_S = 10.0
 """Seconds that an encoder may use neither processor nor new memory while it has work: on a busy
 machine it may wait for its libraries from the disk for some."""
@@ -35,10 +38,15 @@ MOST_WAITING = 200
 """Pictures that may wait for the encoder, half a megabyte each."""
 
 
+def is_replay(file: str) -> bool:
+    """Whether what is done is recorded, not the screen."""
+    return pathlib.Path(file).suffix == REPLAY
+
+
 def check_file(file: str) -> None:
     """Fails for a file that cannot be written, before anything is recorded."""
     if pathlib.Path(file).suffix.lower() not in FORMATS:
-        raise UsageError(f'"{file}" does not end in {" ".join(FORMATS)}')
+        raise UsageError(f'"{file}" does not end in {" ".join(FORMATS)} {REPLAY}')
     part = part_of(file)
     try:
         if os.path.isdir(file):

@@ -15,7 +15,7 @@ from typing import NamedTuple
 from qivo_watch.command import life
 from qivo_watch.command.arguments import Grammar
 from qivo_watch.command.commands import Session
-from qivo_watch.command.recorder import Recording, check_file
+from qivo_watch.command.recorder import USUAL_RATE, Recording, check_file, is_replay
 from qivo_watch.errors import ScreenGone, UsageError, WatchError
 from qivo_watch.processes import INTERRUPTS
 
@@ -78,7 +78,11 @@ def _parse(grammar: Grammar, words: list[str]) -> argparse.Namespace | None:
     if given.verb == "launch" and given.debugger:
         raise UsageError("a replay has no terminal for --gdb")
     if given.verb == "record":
+        if is_replay(given.file):
+            raise UsageError("a replay records the screen only")
         check_file(given.file)
+        if given.pictures:
+            raise UsageError("--pictures is for a replay that is being recorded")
         if given.duration is not None:
             raise UsageError("a replay records until its end or `record stop`, not for a time")
     return given
@@ -164,7 +168,8 @@ class _Player:
     def _record(self, given: argparse.Namespace) -> None:
         if self._recording:
             raise WatchError("a recording is already running")
-        self._recording = Recording(self._session.open_eye(), given.file, given.fps)
+        self._recording = Recording(self._session.open_eye(), given.file,
+                                    given.fps or USUAL_RATE)
 
     def _end_recording(self) -> None:
         recording, self._recording = self._recording, None

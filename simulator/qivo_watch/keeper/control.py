@@ -1,13 +1,15 @@
 """The control interface on the bus: each method answers when its effect has been seen."""
 
+import itertools
 import json
+import time
 from typing import Any
 
 from gi.repository import Gio, GLib
 from Xlib.error import ConnectionClosedError
 
 from qivo_watch.errors import UsageError, WatchError
-from qivo_watch.interface import NAME, REFUSED, VERBS
+from qivo_watch.interface import NAME, REFUSED, VERBS, Verb
 from qivo_watch.keeper.objects import own_name
 from qivo_watch.keeper.tasks import Tasks, Work
 from qivo_watch.keeper.watch import Watch
@@ -19,6 +21,7 @@ class Control:
     def __init__(self, connection: Gio.DBusConnection, watch: Watch, tasks: Tasks):
         self._watch = watch
         self._tasks = tasks
+        self._works = itertools.count()
         watch.activator.serve(self._on_wanted)
         watch.object.serve(self._on_call)
         own_name(connection, NAME)
@@ -31,7 +34,7 @@ class Control:
                 call.return_dbus_error(REFUSED, _line_of(error))
         # The end goes on when its caller has gone, as the body goes.
         owner = "" if method == "Stop" else call.get_sender()
-        self._tasks.run(self._work(method, arguments), done, owner)
+        self._tasks.run(self._work(method, arguments, call.get_sender()), done, owner)
 
     def _on_wanted(self, app_id: str) -> None:
         """A call on the bus waits for an application."""
@@ -41,10 +44,9 @@ class Control:
                 self._watch.activator.refuse(app_id, _line_of(error))
         self._tasks.run(self._watch.serve(app_id), done)
 
-    def _work(self, method: str, arguments: tuple) -> Work:
+    def _work(self, method: str, arguments: tuple, caller: str) -> Work:
         if method in VERBS:
-            verb = VERBS[method]
-            yield from getattr(self._watch, verb.function)(**verb.bind(arguments))
+            yield from self._carry_out(VERBS[method], VERBS[method].bind(arguments), caller)
             return None
         if method == "ReadLog":
             return GLib.Variant("(ttas)", self._watch.log.read(*arguments))
@@ -55,6 +57,21 @@ class Control:
         if method == "ListApps":
             return GLib.Variant("(s)", (json.dumps(self._watch.list_apps(), indent=2),))
         raise WatchError(f"a watch has no {method}")
+
+    def _carry_out(self, verb: Verb, values: dict[str, Any], caller: str) -> Work:
+        """Tells whoever records what is done when it begins and ends."""
+        work, succeeded = next(self._works), False
+        self._watch.object.emit("Began", GLib.Variant(
+            "(ttsss)", (work, _now_ms(), verb.method, json.dumps(values), caller)))
+        try:
+            yield from getattr(self._watch, verb.function)(**values)
+            succeeded = True
+        finally:
+            self._watch.object.emit("Ended", GLib.Variant("(ttb)", (work, _now_ms(), succeeded)))
+
+
+def _now_ms() -> int:
+    return round(time.monotonic() * 1000)
 
 
 def _line_of(error: Exception) -> str:

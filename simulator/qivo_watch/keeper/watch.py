@@ -228,10 +228,12 @@ class Watch:
         yield from self._settler.settle(self._app)
 
     def touch(self, x: int, y: int) -> Work:
-        yield from self.swipe(x, y, x, y, 0)
+        yield from self.swipe(x, y, x, y, 0, [])
 
-    def swipe(self, x1: int, y1: int, x2: int, y2: int, duration: int) -> Work:
-        for x, y in ((x1, y1), (x2, y2)):
+    def swipe(self, x1: int, y1: int, x2: int, y2: int, duration: int,
+              then: list[tuple[int, int, int]]) -> Work:
+        legs = [(x2, y2, duration), *then]
+        for x, y in ((x1, y1), *((x, y) for x, y, _ in legs)):
             self._need_on_screen(x, y)
         self._need_screen()
         if self._is_touched:
@@ -241,18 +243,24 @@ class Watch:
         self._hand.move(x1, y1)
         self._hand.finger(True)
         try:
-            steps = duration // FINGER_STEP_MS
-            for step in range(1, steps + 1):
-                yield Pause(FINGER_STEP_MS)
-                self._need_screen()
-                if app and not app.is_running:
-                    raise WatchError(f"{app.name} {end_of(app.status or 0)} during the swipe")
-                self._hand.move(x1 + (x2 - x1) * step // steps, y1 + (y2 - y1) * step // steps)
-            self._hand.move(x2, y2)
+            place = x1, y1
+            for leg in legs:
+                yield from self._draw(app, *place, *leg)
+                place = leg[:2]
         finally:
             self._hand.finger(False)
             self._is_touched = False
         yield from self._settler.settle(app)
+
+    def _draw(self, app: App | None, x1: int, y1: int, x2: int, y2: int, duration: int) -> Work:
+        steps = duration // FINGER_STEP_MS
+        for step in range(1, steps + 1):
+            yield Pause(FINGER_STEP_MS)
+            self._need_screen()
+            if app and not app.is_running:
+                raise WatchError(f"{app.name} {end_of(app.status or 0)} during the swipe")
+            self._hand.move(x1 + (x2 - x1) * step // steps, y1 + (y2 - y1) * step // steps)
+        self._hand.move(x2, y2)
 
     def _need_on_screen(self, x: int, y: int) -> None:
         radius = self._size / 2

@@ -1,0 +1,69 @@
+"""The finger on a watch's screen, whoever moves it: the X server tells."""
+
+import queue
+import threading
+import time
+from typing import Any, Callable
+
+from Xlib import X, display, error
+from Xlib.ext import record
+from Xlib.protocol import rq
+
+_FINGER = 1
+_ANY_DEVICE_EVENT = [{
+    "core_requests": (0, 0), "core_replies": (0, 0), "ext_requests": (0, 0, 0, 0),
+    "ext_replies": (0, 0, 0, 0), "delivered_events": (0, 0), "errors": (0, 0),
+    "device_events": (X.ButtonPress, X.MotionNotify),
+    "client_started": False, "client_died": False}]
+END_S = 3.0
+
+
+class Finger:
+    """Follows each press, move and release until it is closed; take() calls ON_EVENT(KIND,
+    MILLISECONDS, X, Y) for them. Times are those of time.monotonic()."""
+
+    def __init__(self, name: str, on_event: Callable[[int, int, int, int], None]):
+        self._on_event = on_event
+        self._events: queue.SimpleQueue[tuple[int, int, int, int]] = queue.SimpleQueue()
+        self._control, self._data = display.Display(name), display.Display(name)
+        self._context = self._control.record_create_context(
+            0, [record.AllClients], _ANY_DEVICE_EVENT)
+        self._control.sync()
+        self._thread = threading.Thread(target=self._listen, daemon=True)
+        self._thread.start()
+
+    def close(self) -> None:
+        """The last events can still be taken."""
+        if not self._thread.is_alive():
+            return
+        try:
+            self._control.record_disable_context(self._context)
+            self._control.sync()
+            self._thread.join(END_S)
+        except (error.ConnectionClosedError, OSError):
+            pass  # The watch has ended.
+
+    def take(self) -> None:
+        """Reports what has come."""
+        while not self._events.empty():
+            self._on_event(*self._events.get())
+
+    def _listen(self) -> None:
+        try:
+            self._data.record_enable_context(self._context, self._on_data)
+            self._data.close()
+        except (error.ConnectionClosedError, OSError):
+            pass
+
+    def _on_data(self, reply: Any) -> None:
+        data = reply.data if reply.category == record.FromServer else b""
+        while data:
+            event, data = rq.EventField(None).parse_binary_value(
+                data, self._data.display, None, None)
+            is_move = event.type == X.MotionNotify
+            if is_move or event.detail == _FINGER:
+                now = round(time.monotonic() * 1000)
+                # The server's clock is the machine's, in 32 bits.
+                behind = (now - event.time) & 0xFFFFFFFF
+                self._events.put((event.type, now - (behind if behind < 1 << 31 else 0),
+                                  event.root_x, event.root_y))

@@ -1,0 +1,227 @@
+"""What is done on the watch, recorded as a replay and played."""
+
+import contextlib
+import os
+import random
+import re
+import shlex
+import signal
+import subprocess
+import time
+
+import pytest
+
+from simulator.desk import Desk
+from support.bus import wait_until
+from support.display import Display
+
+CENTRE = (400, 370)
+BACK_KEY = (628, 238)
+CHARGER = (70, 370)
+"""On the host's screen, in whose middle the watch's window of 680 pixels is."""
+
+ICON = (180, 257)
+"""Of the home face, on the watch's screen."""
+
+SEED = int(os.environ.get("QIVO_WATCH_SEED", "0")) or random.randrange(1, 1 << 30)
+SECONDS = float(os.environ.get("QIVO_WATCH_RECORDED", "3"))
+"""Seconds of random input; from 60 on it is played ten times."""
+
+CHANGING = re.compile(r"^[\d:.]+ |0x[0-9a-f]+")
+
+
+@pytest.fixture(name="host", scope="module")
+def _host():
+    with Display("740x740x24", manager=None) as host:
+        yield host
+
+
+@contextlib.contextmanager
+def recording(desk, file, *words):
+    """Records what is done within."""
+    file.unlink(missing_ok=True)
+    with subprocess.Popen(desk.command("record", file, *words), env=desk.environment,
+                          stderr=subprocess.PIPE, text=True) as recorder:
+        wait_until(lambda: file.exists() or recorder.poll() is not None, "the recording's begin")
+        try:
+            yield
+        finally:
+            recorder.send_signal(signal.SIGTERM)
+            _, told = recorder.communicate(timeout=30)
+    assert (recorder.returncode, told) == (0, "")
+
+
+def recorded(file):
+    """The lines after those that set the watch's state."""
+    lines = file.read_text(encoding="utf-8").splitlines()
+    zone = next(number for number, line in enumerate(lines) if line.startswith("time zone "))
+    return lines[zone + 1:]
+
+
+def log_since(desk, count):
+    """The log without times and addresses, and without what the toolkit says of a slow machine."""
+    return [CHANGING.sub("", line) for line in desk.do("log").splitlines()[count:]
+            if not line.startswith("ERROR: ecore_animator")]
+
+
+def log_length(desk):
+    return len(desk.do("log").splitlines())
+
+
+@pytest.fixture(name="window", scope="module")
+def _window(host):
+    """A watch in a window."""
+    with Desk(host.name) as desk:
+        desk.do("start")
+        yield desk
+
+
+class Hand:
+    """Does something at random, by mouse or by verb."""
+
+    def __init__(self, desk, host, chance):
+        self._desk, self._host, self._chance = desk, host, chance
+        self._deeds = [self.turn, self.turn, self.turn, self.drag, self.drag, self.tap,
+                       self.charge, self.click, self.say, self.say]
+
+    def do_something(self):
+        if self._desk.status()["app"] is None:
+            self._desk.do("launch")
+        self._chance.choice(self._deeds)()
+        time.sleep(self._chance.choice([0, 0.05, 0.2, 0.8]))
+
+    def end(self):
+        self._desk.do("wait", "still")
+        if self._desk.status()["app"]:
+            self._desk.do("terminate")
+
+    def turn(self):
+        self._host.xdotool("mousemove", *CENTRE, "click", "--repeat", self._chance.randint(1, 5),
+                           "--delay", self._chance.choice([10, 40, 90]),
+                           self._chance.choice([4, 5]))
+
+    def drag(self):
+        """From rest to rest: a page that is flung, or caught in its way, stops where it may. One
+        way: the toolkit's scroller ticks for ever after a drag that turns back."""
+        self._desk.do("wait", "still")
+        place, step = self._place(), self._chance.choice([-30, 30])
+        moves = [word for number in range(1, self._chance.randint(2, 4)) for word in (
+            "mousemove", place[0], place[1] + number * step,
+            "sleep", self._chance.choice([0.02, 0.1]))]
+        self._host.xdotool("mousemove", *place, "mousedown", 1, *moves, "sleep", 0.1, "mouseup", 1)
+
+    def tap(self):
+        self._host.xdotool("mousemove", *self._place(), "click", 1)
+
+    def charge(self):
+        self._host.xdotool("mousemove", *CHARGER, "click", 1)
+
+    def click(self):
+        self._host.xdotool("mousemove", *BACK_KEY, "mousedown", 1, "sleep",
+                           self._chance.choice([0.02, 0.3]), "mouseup", 1)
+        # Nothing else comes before the key does.
+        wait_until(lambda: not self._desk.status()["app"], "the end of the application")
+
+    def say(self):
+        self._desk.do(*self._chance.choice([
+            ("language", "ko_KR"), ("language", "ar_EG"), ("language", "en_US"),
+            ("text-size", "1.5"), ("text-size", "1"), ("motion", "reduced"), ("motion", "full"),
+            ("battery", "--percent", 33), ("time", "set", "10:08"), ("bezel", "cw", 2),
+            ("touch", 180, 180), ("region", "de_DE"), ("contrast", "high")]))
+
+    def _place(self):
+        return (CENTRE[0] + self._chance.randint(-90, 90),
+                CENTRE[1] + self._chance.randint(-90, 90))
+
+
+def test_what_the_mouse_does_is_recorded_with_its_rhythm(window, host, tmp_path):
+    file = tmp_path / "run.replay"
+    window.do("launch")
+    window.do("terminate")
+    with recording(window, file):
+        window.do("launch")
+        window.do("wait", "still")
+        host.xdotool("mousemove", *CENTRE, "click", "--repeat", 4, "--delay", 100, 5)
+        wait_until(lambda: window.status()["bezel"] == 4, "the bezel turned")
+        window.do("wait", "still")
+        host.xdotool("mousemove", *CHARGER, "click", 1)
+        wait_until(lambda: window.status()["battery"]["state"] == "charging", "the charger")
+        host.xdotool("mousemove", CENTRE[0], CENTRE[1] - 60, "mousedown", 1, "sleep", 0.1,
+                     "mousemove", *CENTRE, "sleep", 0.3, "mouseup", 1)
+        host.xdotool("mousemove", *CENTRE, "click", 1)
+        host.xdotool("mousemove", *BACK_KEY, "mousedown", 1, "sleep", 0.4, "mouseup", 1)
+        wait_until(lambda: window.status()["app"] is None, "the end of the application")
+    window.do("battery", "--discharging")
+    done = [line for line in recorded(file) if not line.startswith("wait")]
+    number = r"(\d+)"
+    shapes = ["launch", f"bezel cw 4 -i {number}", "battery --charging",
+              f"swipe 180 120 180 180 -d {number} --then 180,180,{number}", "touch 180 180",
+              f"button click back -d {number}"]
+    found = [re.fullmatch(shape, line) for shape, line in zip(shapes, done, strict=True)]
+    assert all(found), done
+    # A busy machine only adds to what xdotool waits for.
+    assert 100 <= int(found[1][1]) <= 300
+    assert 350 <= sum(map(int, found[3].groups())) and 350 <= int(found[5][1])
+
+
+def test_commands_are_recorded_as_they_were_given(desk, tmp_path, monkeypatch):
+    file = tmp_path / "run.replay"
+    monkeypatch.chdir(tmp_path)
+    given = ["launch --operation show --extra 'a=b c'", "bezel cw 2 -i 30",
+             "swipe 180 250 180 200 -d 50 --then 180,250,40", "language de_DE",
+             "battery --percent 12.5 --charging", "time set 10:08", "button click back -d 100"]
+    with recording(desk, file):
+        desk.refused("time", "thaw")
+        for line in given:
+            desk.do(*shlex.split(line))
+    assert [line for line in recorded(file) if not line.startswith("wait")] == given
+
+
+def test_what_the_home_face_launches_is_recorded_as_the_touch_alone(desk, tmp_path):
+    file = tmp_path / "run.replay"
+    with recording(desk, file, "--pictures"):
+        desk.do("touch", *ICON)
+        wait_until(lambda: desk.status()["app"], "the application")
+        wait_until(lambda: "compare" in file.read_text(), "the picture")
+        desk.do("bezel", "cw")
+        desk.do("terminate")
+    assert recorded(file) == [
+        "touch 180 257", "wait log 'first frame'", "wait text 'Watch, Back key'", "wait still",
+        "compare run-pictures/01.png", "bezel cw", "terminate"]
+    desk.do("play", file)
+
+
+@pytest.mark.parametrize("words, complaint", [
+    (["run.gif", "--pictures"], "--pictures needs a FILE that ends in .replay"),
+    (["run.replay", "--fps", 5], "a replay has no frames")])
+def test_an_option_of_the_other_kind_of_recording_is_refused(desk, words, complaint):
+    assert complaint in desk.refused("record", *words, status=2)
+
+
+def test_a_recording_begins_without_an_application_and_where_it_can_be_written(desk, tmp_path):
+    assert "No such file" in desk.refused("record", tmp_path / "nowhere" / "run.replay")
+    desk.do("launch")
+    assert "is running: a recorded replay begins without" in desk.refused(
+        "record", tmp_path / "run.replay")
+    assert not (tmp_path / "run.replay").exists()
+
+
+def test_random_input_is_played_with_the_same_log_and_the_same_pictures(window, host, tmp_path):
+    """QIVO_WATCH_RECORDED=60 goes on for a minute and plays it ten times; QIVO_WATCH_SEED chooses
+    the input."""
+    print(f"QIVO_WATCH_SEED={SEED}")
+    file = tmp_path / "run.replay"
+    hand = Hand(window, host, random.Random(SEED))
+    before = log_length(window)
+    with recording(window, file, "--pictures"):
+        end = time.monotonic() + SECONDS
+        while time.monotonic() < end:
+            hand.do_something()
+        hand.end()
+    print("\n".join(recorded(file)))
+    told = log_since(window, before)
+    for _ in range(10 if SECONDS >= 60 else 1):
+        before = log_length(window)
+        played = window.run("play", file)
+        assert played.stderr == ""
+        assert log_since(window, before) == told

@@ -392,6 +392,7 @@ def describe() -> str:
     <arg name="json" type="s"/>
     <arg name="caller" type="s"/>
   </signal>
+  <signal name="Stopping"/>
   <signal name="Ended">
     <arg name="work" type="t"/>
     <arg name="time" type="t"/>

@@ -1,10 +1,11 @@
 """Writes what is done on a watch, by mouse or by verb, as a replay."""
 
+import collections
 import json
 import pathlib
 import shlex
 import time
-from typing import Any, Callable, Iterator
+from typing import Any, Callable, Iterator, NamedTuple
 
 from gi.repository import Gio, GLib
 from Xlib import X
@@ -27,6 +28,9 @@ QUIET_MS = 100
 CLOCK_SLACK_MS = 20
 """How far the X server's clock may be from the keeper's."""
 
+_REMEMBERED = 1000
+"""How many changes of the screen, and of the log, are looked at again for a deed told late."""
+
 _FINGER_VERBS = ("Touch", "Swipe")
 
 
@@ -47,9 +51,10 @@ def record(client: Client, eye: Eye, file: str, with_pictures: bool,
         begin = time.monotonic()
         try:
             scribe.begin()
-            while not is_over(time.monotonic() - begin) and not client.connection.is_closed():
+            while not (is_over(time.monotonic() - begin) or scribe.has_stopped
+                       or client.connection.is_closed()):
                 scribe.turn()
-            scribe.rest()
+            scribe.finish()
         except (WatchEnded, ScreenGone):
             pass  # The recording ends with the watch.
         finally:
@@ -57,6 +62,16 @@ def record(client: Client, eye: Eye, file: str, with_pictures: bool,
         scribe.write()
     except OSError as error:
         raise WatchError(f'cannot record "{file}": {error.strerror}') from None
+
+
+class _Still(NamedTuple):
+    """A time in which the screen did not change, to the moment when a change was seen, and what was
+    known then."""
+
+    end: int
+    begin: int
+    has_acted: bool
+    rest: Rest | None
 
 
 class _Scribe:
@@ -74,12 +89,15 @@ class _Scribe:
         self._rest: Rest | None = None
         self._has_acted = False
         self._still_since = _now_ms()
+        self._stills: collections.deque[_Still] = collections.deque(maxlen=_REMEMBERED)
         self._log: list[str] = []
         self._log_start = self._log_count = 0
+        self._growths: collections.deque[tuple[int, int]] = collections.deque(maxlen=_REMEMBERED)
         self._texts: set[str] = set()
         self._app: dict[str, Any] | None = None
         self._dumb = 0
         self._is_due = False
+        self.has_stopped = False
         connection = client.connection
         self._body, self._home = (_owner(connection, name) for name in (BODY_NAME, HOME_NAME))
         self._subscription = connection.signal_subscribe(
@@ -102,18 +120,21 @@ class _Scribe:
         self._is_due = False
         self._read_log()
         if self._eye.has_changed():
-            self._still_since = _now_ms()
+            now = _now_ms()
+            self._stills.append(_Still(now, self._still_since, self._has_acted, self._rest))
+            self._still_since = now
             # A rest that does not last tells nothing of the next deed.
             self._rest, self._has_acted = None, bool(self._deeds)
         if self._has_acted and self._still_ms() >= STILL_S * 1000:
             self._note_rest()
             self.write()
 
-    def rest(self) -> None:
+    def finish(self) -> None:
         """Takes what is on its way, and notes the rest at the recording's end."""
         self._finger.close()
         self._finger.take()
-        self._log_count = max(self._log_count, self._client.log_count())
+        if not self.has_stopped:
+            self._log_count = max(self._log_count, self._client.log_count())
         self._read_log()
         if self._has_acted and self._still_ms() >= QUIET_MS:
             self._note_rest()
@@ -203,14 +224,16 @@ class _Scribe:
     def _on_signal(self, _bus: Any, _sender: str, _path: str, _interface: str, signal: str,
                    arguments: GLib.Variant) -> None:
         values = arguments.unpack()
-        if signal == "LogGrown":
+        if signal == "Stopping" or self.has_stopped:
+            self.has_stopped = True
+        elif signal == "LogGrown":
             self._log_count = values[0]
+            self._growths.append((_now_ms(), self._log_count))
         elif signal == "Began":
             work, moment, method, text, caller = values
-            # The home face does what the finger told it, and the recording ends with the watch.
-            is_deed = caller != self._home and method != "Stop"
-            self._at_work[work] = self._begin(method, json.loads(text), moment,
-                                              caller == self._body) if is_deed else None
+            # The home face does what the finger told it.
+            self._at_work[work] = None if caller == self._home else self._begin(
+                method, json.loads(text), moment, caller == self._body)
         elif signal == "Ended":
             self._on_ended(*values)
 
@@ -241,12 +264,25 @@ class _Scribe:
         if method in _FINGER_VERBS and self._deeds and self._deeds[-1].method == FINGER \
                 and self._deeds[-1].began >= moment - CLOCK_SLACK_MS:
             return self._take_over(method, values, moment)
-        was_still = self._still_ms() >= QUIET_MS
-        deed = Deed(method, values, is_by_mouse, moment, 0, self._log_count - self._log_start, 0,
-                    was_still and self._has_acted, self._rest)
+        deed = Deed(method, values, is_by_mouse, moment, 0,
+                    self._log_length(moment if method == FINGER else _now_ms()), 0,
+                    *self._still_before(moment))
         self._deeds.append(deed)
+        self._stills.clear()
         self._rest, self._has_acted = None, True
         return deed
+
+    def _still_before(self, moment: int) -> tuple[bool, Rest | None]:
+        """Whether the screen was still, and the rest that was noted. What a deed has changed may be
+        seen before the deed is told."""
+        still = next((still for still in self._stills if still.end >= moment), None) or _Still(
+            moment, self._still_since, self._has_acted, self._rest)
+        is_idle = not (self._stroke or self._at_work)
+        return (is_idle and still.has_acted and moment - still.begin >= QUIET_MS), still.rest
+
+    def _log_length(self, moment: int) -> int:
+        known = [count for time_ms, count in self._growths if time_ms <= moment]
+        return (known[-1] if known else self._log_start) - self._log_start
 
     def _take_over(self, method: str, values: dict[str, Any], moment: int) -> Deed:
         """The server has told of a verb's finger before the keeper has."""
@@ -261,8 +297,7 @@ class _Scribe:
     def _end(self, deed: Deed, moment: int, succeeded: bool) -> None:
         place = self._place_of(deed)
         if succeeded:
-            self._deeds[place] = deed._replace(ended=moment,
-                                               last=self._log_count - self._log_start)
+            self._deeds[place] = deed._replace(ended=moment, last=self._log_length(_now_ms()))
         else:
             del self._deeds[place]
 

@@ -8,7 +8,7 @@ import contextlib
 import pathlib
 from typing import Any, Callable, Iterator
 
-from gi.repository import Gio
+from gi.repository import Gio, GLib
 
 from qivo_watch.errors import WatchError
 from qivo_watch.interface import PATH, describe
@@ -344,6 +344,7 @@ class Watch:
 
     def stop(self) -> Work:
         """Ends the applications; the rest ends with the keeper."""
+        self.object.emit("Stopping", GLib.Variant("()", ()))
         yield from self.applications.end_all()
         self._on_stop()
 

@@ -7,13 +7,13 @@ import shlex
 import time
 from typing import Any, Callable, Iterator, NamedTuple
 
-from gi.repository import Gio, GLib
 from Xlib import X
 
-from qivo_watch.bus import DAEMON, PATIENCE_MS
-from qivo_watch.command import tree
+from qivo_watch.bus import PATIENCE_S
+from qivo_watch.command import tree, wire
 from qivo_watch.command.beside import beside
 from qivo_watch.command.client import Client
+from qivo_watch.command.connection import BusGone, Connection
 from qivo_watch.command.deeds import FINGER, Deed, Rest, Stroke, lines, words_of
 from qivo_watch.command.eye import STILL_S, Eye
 from qivo_watch.command.finger import Finger
@@ -21,7 +21,8 @@ from qivo_watch.command.pictures import disc_mask, make_round, save
 from qivo_watch.errors import ScreenGone, WatchEnded, WatchError
 from qivo_watch.interface import BODY_NAME, GUIDE, HOME_NAME, INTERFACE, NAME, PATH
 
-TICK_MS = 50
+TICK_S = 0.05
+_DAEMON = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
 QUIET_MS = 100
 """Milliseconds without a change after which the screen counts as still for the next deed."""
 
@@ -51,11 +52,10 @@ def record(client: Client, eye: Eye, file: str, with_pictures: bool,
         begin = time.monotonic()
         try:
             scribe.begin()
-            while not (is_over(time.monotonic() - begin) or scribe.has_stopped
-                       or client.connection.is_closed()):
+            while not (is_over(time.monotonic() - begin) or scribe.has_stopped):
                 scribe.turn()
             scribe.finish()
-        except (WatchEnded, ScreenGone):
+        except (WatchEnded, ScreenGone, BusGone):
             pass  # The recording ends with the watch.
         finally:
             scribe.close()
@@ -96,13 +96,13 @@ class _Scribe:
         self._texts: set[str] = set()
         self._app: dict[str, Any] | None = None
         self._dumb = 0
-        self._is_due = False
         self.has_stopped = False
-        connection = client.connection
-        self._body, self._home = (_owner(connection, name) for name in (BODY_NAME, HOME_NAME))
-        self._subscription = connection.signal_subscribe(
-            NAME, INTERFACE, None, PATH, None, Gio.DBusSignalFlags.NONE, self._on_signal)
-        self._timer = GLib.timeout_add(TICK_MS, self._on_tick)
+        # Another connection: what comes while the client waits is not lost, and not out of order.
+        self._bus = Connection(str(client.folder.bus_path), PATIENCE_S, self._on_signal)
+        self._body, self._home = (self._ask_bus("GetNameOwner", "s", name).values[0]
+                                  for name in (BODY_NAME, HOME_NAME))
+        self._ask_bus("AddMatch", "s", f"type='signal',sender='{NAME}',path='{PATH}',"
+                      f"interface='{INTERFACE}'")
         status = client.status()
         self._finger = Finger(status["display"], self._on_finger)
         self._head = list(_state(status, json.loads(client.call("ListApps")[0])))
@@ -115,9 +115,10 @@ class _Scribe:
 
     def turn(self) -> None:
         """Waits for news, and takes them."""
-        while not self._is_due:
-            GLib.MainContext.default().iteration(True)
-        self._is_due = False
+        deadline = time.monotonic() + TICK_S
+        while time.monotonic() < deadline:
+            self._bus.wait(deadline)
+        self._finger.take()
         self._read_log()
         if self._eye.has_changed():
             now = _now_ms()
@@ -131,10 +132,10 @@ class _Scribe:
 
     def finish(self) -> None:
         """Takes what is on its way, and notes the rest at the recording's end."""
-        self._finger.close()
-        self._finger.take()
         if not self.has_stopped:
-            self._log_count = max(self._log_count, self._client.log_count())
+            self._finger.close()
+            self._ask_bus("GetId")
+        self._finger.take()
         self._read_log()
         if self._has_acted and self._still_ms() >= QUIET_MS:
             self._note_rest()
@@ -142,7 +143,7 @@ class _Scribe:
     def write(self) -> None:
         now = _now_ms()
         end = Deed("", {}, False, now, now, len(self._log), len(self._log), False, self._rest)
-        done = [deed for deed in self._deeds if deed.ended]
+        done = sorted((deed for deed in self._deeds if deed.ended), key=lambda deed: deed.began)
         written = [*self._head, *lines(done, end, self._log, self._eye.size)]
         if self._frozen:
             written.append("time thaw")
@@ -150,8 +151,7 @@ class _Scribe:
             part.write_text("\n".join(written) + "\n", encoding="utf-8")
 
     def close(self) -> None:
-        GLib.source_remove(self._timer)
-        self._client.connection.signal_unsubscribe(self._subscription)
+        self._bus.close()
         self._finger.close()
 
     # The screen and the log
@@ -164,7 +164,7 @@ class _Scribe:
 
     def _read_log(self) -> None:
         while self._log_start + len(self._log) < self._log_count:
-            _, first, read = self._client.call("ReadLog", "(t)", self._log_start + len(self._log))
+            _, first, read = self._client.call("ReadLog", "t", self._log_start + len(self._log))
             # The watch forgets its oldest lines.
             self._log += [""] * (first - self._log_start - len(self._log)) + read
 
@@ -217,13 +217,14 @@ class _Scribe:
 
     # What is done
 
-    def _on_tick(self) -> bool:
-        self._is_due = True
-        return True
+    def _ask_bus(self, *method: Any) -> wire.Message:
+        return self._bus.call(PATIENCE_S, *_DAEMON, *method)
 
-    def _on_signal(self, _bus: Any, _sender: str, _path: str, _interface: str, signal: str,
-                   arguments: GLib.Variant) -> None:
-        values = arguments.unpack()
+    def _on_signal(self, message: wire.Message) -> None:
+        if message.interface != INTERFACE:
+            return
+        signal, values = message.member, message.values
+        self._finger.take()
         if signal == "Stopping" or self.has_stopped:
             self.has_stopped = True
         elif signal == "LogGrown":
@@ -282,7 +283,7 @@ class _Scribe:
 
     def _log_length(self, moment: int) -> int:
         known = [count for time_ms, count in self._growths if time_ms <= moment]
-        return (known[-1] if known else self._log_start) - self._log_start
+        return max(0, (known[-1] if known else 0) - self._log_start)
 
     def _take_over(self, method: str, values: dict[str, Any], moment: int) -> Deed:
         """The server has told of a verb's finger before the keeper has."""
@@ -304,11 +305,6 @@ class _Scribe:
 
 def _now_ms() -> int:
     return round(time.monotonic() * 1000)
-
-
-def _owner(connection: Gio.DBusConnection, name: str) -> str:
-    return connection.call_sync(*DAEMON, "GetNameOwner", GLib.Variant("(s)", (name,)), None,
-                                Gio.DBusCallFlags.NONE, PATIENCE_MS, None).unpack()[0]
 
 
 def _ended_well(end: dict[str, Any] | None) -> bool:

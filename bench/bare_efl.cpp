@@ -1,9 +1,13 @@
 // The guide's page with the toolkit alone: nothing but the widgets that show it.
 //
-//   bare-efl HELP_IMAGE ARROW_IMAGE TEXT
+//   bare-efl HELP_IMAGE ARROW_IMAGE TEXT [SECONDS]
+//
+// A notch of the wheel moves the page with the toolkit's own motion, which eases out; SECONDS gives
+// it another length.
 
 #include <Elementary.h>
 
+#include <cstdlib>
 #include <string>
 
 namespace
@@ -62,8 +66,10 @@ Evas_Object* AddWindow()
 
 int main(int argc, char** argv)
 {
-    if (argc != 4 || elm_init(1, argv) == 0)
+    if (argc < 4 || argc > 5 || elm_init(1, argv) == 0)
         return 2;
+    if (argc == 5)
+        elm_config_scroll_bring_in_scroll_friction_set(std::atof(argv[4]));
     elm_policy_set(ELM_POLICY_QUIT, ELM_POLICY_QUIT_LAST_WINDOW_CLOSED);
     Evas_Object* window = AddWindow();
     FillPage(AddScroller(window), argv);

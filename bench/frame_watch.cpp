@@ -3,13 +3,19 @@
 //   frame-watch settle PICTURE PROGRAM [ARGUMENT...]
 //       waits until the screen has not changed for a second and saves it in PICTURE
 //   frame-watch measure PICTURE PROGRAM [ARGUMENT...]
-//       waits until the screen shows PICTURE and prints "FRAME_MS CPU_MS PEAK_KIB MAPPED_KIB":
+//       waits until the screen shows PICTURE and prints "FRAME_MS CPU_MS PEAK_KIB SHARE_KIB
+//       PRIVATE_KIB ANONYMOUS_KIB":
 //       the wall time and the processor time (of the program and its children that have ended)
 //       from just before the start to the first complete frame, its peak resident
-//       memory half a second later, and the part of it that is the program's own at that time
+//       memory half a second later, its proportional share then (Pss), what it has written that
+//       nobody shares (Private_Dirty), and what no file backs
 //   frame-watch detents COUNT PROGRAM [ARGUMENT...]
 //       turns the wheel over the settled screen, 30 notches a second, and prints the milliseconds
 //       to the next change of the screen, for each notch that caused one before the next notch
+//   frame-watch energy COUNT INTERVAL_MS PROGRAM [ARGUMENT...]
+//       turns the wheel over the settled screen, one notch each INTERVAL_MS, and prints "PROGRAM_MS
+//       SERVER_MS FRAMES": the processor time that the program and the X server take for COUNT
+//       notches, and how often the screen changes meanwhile
 //
 // It ends the program with SIGTERM. DISPLAY names a screen on which nothing else draws. All
 // toolkits are measured in the same way: the X server reports damage, and each time the screen is
@@ -35,6 +41,7 @@
 #include <string>
 #include <sys/ipc.h>
 #include <sys/shm.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -60,6 +67,16 @@ constexpr unsigned int kWheelDown = 5;
 [[noreturn]] void Fail(const std::string& reason)
 {
     throw std::runtime_error(reason);
+}
+
+/// Processor time of a process so far, with that of its children that have ended, in milliseconds.
+double CpuMsOf(pid_t process)
+{
+    clockid_t clock = 0;
+    timespec used = {};
+    if (clock_getcpuclockid(process, &clock) != 0 || clock_gettime(clock, &used) != 0)
+        return 0;
+    return static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) / 1e6;
 }
 
 class Watched
@@ -120,6 +137,16 @@ public:
         XWarpPointer(mDisplay, None, Root(), 0, 0, 0, 0, DisplayWidth(mDisplay, number) / 2,
                      DisplayHeight(mDisplay, number) / 2);
         XSync(mDisplay, False);
+    }
+
+    /// Processor time of the X server so far, in milliseconds.
+    double ServerCpuMs() const
+    {
+        ucred server = {};
+        socklen_t size = sizeof server;
+        if (getsockopt(ConnectionNumber(mDisplay), SOL_SOCKET, SO_PEERCRED, &server, &size) != 0)
+            Fail("the X server is not on this machine");
+        return CpuMsOf(server.pid);
     }
 
 private:
@@ -192,14 +219,7 @@ public:
     }
 
     /// Processor time so far, with that of its children that have ended, in milliseconds.
-    double CpuMs() const
-    {
-        clockid_t clock = 0;
-        timespec used = {};
-        if (clock_getcpuclockid(mProcess, &clock) != 0 || clock_gettime(clock, &used) != 0)
-            return 0;
-        return static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) / 1e6;
-    }
+    double CpuMs() const { return CpuMsOf(mProcess); }
 
     long StatusKib(const std::string& file, const std::string& name) const
     {
@@ -263,8 +283,10 @@ void Measure(Watched& screen, const Picture& wanted, char** command)
     const double cpu = program.CpuMs();
     while (screen.WaitForChange(kAfterFrame))
         continue;
-    std::printf("%.2f %.2f %ld %ld\n", frame.count(), cpu, program.StatusKib("status", "VmHWM"),
-                program.StatusKib("smaps_rollup", "Pss"));
+    std::printf("%.2f %.2f %ld", frame.count(), cpu, program.StatusKib("status", "VmHWM"));
+    for (const char* part : {"Pss", "Private_Dirty", "Anonymous"})
+        std::printf(" %ld", program.StatusKib("smaps_rollup", part));
+    std::puts("");
 }
 
 // Each notch goes back from the one before, so the page stays between its two targets and every
@@ -293,6 +315,38 @@ void TurnDetents(Watched& screen, int count, char** command)
         Fail("the program has ended");
 }
 
+// The notches before the first one that counts make what is made once.
+void CountEnergy(Watched& screen, int count, milliseconds interval, char** command)
+{
+    constexpr int kFirst = 2;
+    const Program program(command);
+    AwaitRest(screen, program);
+    screen.PointAtMiddle();
+    auto next = Clock::now();
+    double own = 0;
+    double server = 0;
+    int frames = 0;
+    for (int i = 0; i < kFirst + count; ++i)
+    {
+        if (i == kFirst)
+        {
+            own = program.CpuMs();
+            server = screen.ServerCpuMs();
+            frames = 0;
+        }
+        screen.TurnWheel(i % 2 == 0 ? kWheelDown : kWheelUp);
+        next += interval;
+        while (screen.WaitForChange(std::chrono::duration_cast<milliseconds>(next - Clock::now())))
+            ++frames;
+        std::this_thread::sleep_until(next);
+    }
+    own = program.CpuMs() - own;
+    server = screen.ServerCpuMs() - server;
+    if (program.HasEnded())
+        Fail("the program has ended");
+    std::printf("%.2f %.2f %d\n", own, server, frames);
+}
+
 Picture ReadFile(const char* name)
 {
     std::ifstream file(name, std::ios::binary);
@@ -309,6 +363,8 @@ void Watch(const std::string& mode, char** argv)
         Settle(screen, argv[2], argv + 3);
     else if (mode == "detents")
         TurnDetents(screen, std::atoi(argv[2]), argv + 3);
+    else if (mode == "energy")
+        CountEnergy(screen, std::atoi(argv[2]), milliseconds(std::atoi(argv[3])), argv + 4);
     else
         Measure(screen, ReadFile(argv[2]), argv + 3);
 }
@@ -318,9 +374,11 @@ int main(int argc, char** argv)
 try
 {
     const std::string mode = argc < 4 ? "" : argv[1];
-    if (mode != "settle" && mode != "measure" && mode != "detents")
+    if (mode != "settle" && mode != "measure" && mode != "detents" &&
+        !(mode == "energy" && argc > 4))
     {
-        std::fputs("frame-watch: settle|measure PICTURE PROGRAM, or detents COUNT PROGRAM\n",
+        std::fputs("frame-watch: settle|measure PICTURE PROGRAM, detents COUNT PROGRAM, or"
+                   " energy COUNT INTERVAL_MS PROGRAM\n",
                    stderr);
         return 2;
     }

@@ -4,8 +4,62 @@
 
 #include <gtk/gtk.h>
 
+#include <algorithm>
+
 namespace
 {
+// A notch of the wheel moves the page as the guide does: a quarter of the screen, easing out. The
+// toolkit itself jumps.
+constexpr double kStep = 90;
+constexpr double kMotionUs = 300'000;
+
+struct Motion
+{
+    GtkAdjustment* position;
+    double from;
+    double to;
+    gint64 start;
+    guint tick;
+};
+
+gboolean TickCB(GtkWidget* /*scroller*/, GdkFrameClock* clock, void* data)
+{
+    auto* motion = static_cast<Motion*>(data);
+    const auto passed = static_cast<double>(gdk_frame_clock_get_frame_time(clock) - motion->start);
+    const double left = std::clamp(1 - passed / kMotionUs, 0.0, 1.0);
+    gtk_adjustment_set_value(motion->position,
+                             motion->to + (motion->from - motion->to) * left * left);
+    if (left > 0)
+        return G_SOURCE_CONTINUE;
+    motion->tick = 0;
+    return G_SOURCE_REMOVE;
+}
+
+gboolean ScrollCB(GtkEventControllerScroll* wheel, double /*x*/, double notches, void* data)
+{
+    auto* motion = static_cast<Motion*>(data);
+    GtkWidget* scroller = gtk_event_controller_get_widget(GTK_EVENT_CONTROLLER(wheel));
+    const double end =
+        gtk_adjustment_get_upper(motion->position) - gtk_adjustment_get_page_size(motion->position);
+    motion->from = gtk_adjustment_get_value(motion->position);
+    motion->to = std::clamp((motion->tick ? motion->to : motion->from) + notches * kStep, 0.0, end);
+    motion->start = g_get_monotonic_time();
+    if (motion->tick == 0)
+        motion->tick = gtk_widget_add_tick_callback(scroller, TickCB, motion, nullptr);
+    return TRUE;
+}
+
+void MoveByWheel(GtkWidget* scroller)
+{
+    static Motion sMotion{};
+    sMotion.position = gtk_scrolled_window_get_vadjustment(GTK_SCROLLED_WINDOW(scroller));
+    GtkEventController* wheel =
+        gtk_event_controller_scroll_new(GTK_EVENT_CONTROLLER_SCROLL_VERTICAL);
+    gtk_event_controller_set_propagation_phase(wheel, GTK_PHASE_CAPTURE);
+    g_signal_connect(wheel, "scroll", G_CALLBACK(ScrollCB), &sMotion);
+    gtk_widget_add_controller(scroller, wheel);
+}
+
 constexpr char kStyle[] = "window { background: black; } label { color: white; font-size: 28px; }";
 
 GtkWidget* MakeImages(const char* helpFile, const char* arrowFile)
@@ -31,6 +85,7 @@ GtkWidget* MakeText(const char* text)
     gtk_label_set_justify(GTK_LABEL(label), GTK_JUSTIFY_CENTER);
     gtk_widget_set_margin_start(label, 50);
     gtk_widget_set_margin_end(label, 50);
+    gtk_widget_set_margin_bottom(label, 160);
     return label;
 }
 
@@ -43,6 +98,7 @@ GtkWidget* MakePage(char** argv)
     gtk_scrolled_window_set_policy(GTK_SCROLLED_WINDOW(scroller), GTK_POLICY_EXTERNAL,
                                    GTK_POLICY_EXTERNAL);
     gtk_scrolled_window_set_child(GTK_SCROLLED_WINDOW(scroller), box);
+    MoveByWheel(scroller);
     return scroller;
 }
 

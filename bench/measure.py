@@ -16,18 +16,21 @@ from support.bus import SystemBus
 from support.callgrind import Profile
 from support.display import Display
 from support.session_bus import SessionBus
+from verbs import Watch
 
 TEXT = "Press and hold the Back key on any screen to open Qivo."
 DEADLINE = 120.0
+DROP_CACHES = pathlib.Path("/proc/sys/vm/drop_caches")
 PR_SET_CHILD_SUBREAPER = 36
 
 
 class Bench:
     """Context manager: a screen, a user with an empty home, and buses without services."""
 
-    def __init__(self, build, is_quick):
+    def __init__(self, build, is_quick, standing_s=0):
         self.build = pathlib.Path(build).resolve()
         self.is_quick = is_quick
+        self.standing_s = standing_s
         self.env = None
         self.home = None
         self._stack = contextlib.ExitStack()
@@ -98,6 +101,15 @@ def end_children(name=None):
             os.waitpid(child, 0)
 
 
+def settled_pages(bench):
+    """The pages' commands, when it is known how each looks at rest."""
+    pages = bench.pages()
+    for name, command in pages.items():
+        if not (bench.home / name).exists():
+            bench.watch("settle", bench.home / name, *command)
+    return pages
+
+
 def measure_start(bench):
     """Start to first complete frame and peak memory: medians of interleaved rounds.
 
@@ -105,9 +117,7 @@ def measure_start(bench):
     soon after the last one. So it is measured both without the daemon ("EFL first") and with it
     ("EFL"): otherwise chance would decide.
     """
-    pages = bench.pages()
-    for name, command in pages.items():
-        bench.watch("settle", bench.home / name, *command)
+    pages = settled_pages(bench)
     figures = {name: [] for name in [*pages, "EFL first"]}
     order = list(pages)
     for _ in range(3 if bench.is_quick else 21):
@@ -121,9 +131,37 @@ def measure_start(bench):
         order.append(order.pop(0))
     medians = {}
     for name, rounds in figures.items():
-        frame, cpu, peak, own = map(statistics.median, zip(*rounds))
-        medians[name] = {"frame": frame, "cpu": cpu, "peak": peak, "own": own}
+        frame, cpu, peak, share, private, anonymous = map(statistics.median, zip(*rounds))
+        medians[name] = {"frame": frame, "cpu": cpu, "peak": peak, "share": share,
+                         "private": private, "anonymous": anonymous}
     return medians
+
+
+def measure_cold_start(bench):
+    """Milliseconds from the start to the first complete frame when no file is in memory: medians,
+    or nothing where the kernel's file cache cannot be dropped."""
+    pages = settled_pages(bench)
+    figures = {name: [] for name in pages}
+    order = list(pages)
+    try:
+        for _ in range(1 if bench.is_quick else 5):
+            for name in order:
+                DROP_CACHES.write_text("3")
+                figures[name].append(bench.watch("measure", bench.home / name, *pages[name])[0])
+            order.append(order.pop(0))
+    except OSError:
+        return {}
+    return {name: statistics.median(times) for name, times in figures.items()}
+
+
+def measure_launch(bench):
+    """Milliseconds that "qivo-watch launch" takes, which ends when the page is seen: the median."""
+    with Watch(bench.build) as watch:
+        times = []
+        for _ in range(3 if bench.is_quick else 15):
+            times.append(watch.seconds("launch", bench.guide)[0] * 1000)
+            watch.seconds("terminate", bench.guide)
+    return statistics.median(times)
 
 
 def measure_share(bench):
@@ -160,21 +198,22 @@ def await_rest(count):
             seen, since = count(), time.monotonic()
 
 
-def count_wake_ups(bench):
-    """Wake-ups a second of all threads of the guide when it stands still."""
-    def wake_ups(process):
-        return sum(int(line.split()[1])
-                   for status in pathlib.Path(f"/proc/{process.pid}/task").glob("*/status")
-                   for line in status.read_text().splitlines()
-                   if line.startswith("voluntary_ctxt_switches"))
+def measure_standing(bench, seconds):
+    """Wake-ups of all threads of the guide in so many seconds in which it stands still, and the
+    milliseconds of processor time that they take."""
+    def used(process):
+        tasks = [(task / "schedstat", task / "status")
+                 for task in pathlib.Path(f"/proc/{process.pid}/task").iterdir()]
+        return (sum(int(line.split()[1]) for _, status in tasks
+                    for line in status.read_text().splitlines()
+                    if line.startswith("voluntary_ctxt_switches")),
+                sum(int(times.read_text().split()[0]) for times, _ in tasks) / 1e6)
 
     with bench.running_guide() as guide:
-        await_rest(lambda: wake_ups(guide))
-        before = wake_ups(guide)
-        # The toolkit's slowest clock ticks once in 64 seconds.
-        seconds = 3 if bench.is_quick else 66
+        await_rest(lambda: used(guide)[0])
+        before = used(guide)
         time.sleep(seconds)
-        return (wake_ups(guide) - before) / seconds
+        return tuple(after - first for after, first in zip(used(guide), before))
 
 
 def measure_detents(bench):
@@ -184,6 +223,27 @@ def measure_detents(bench):
     dropped = count - len(latencies)
     return {"median": statistics.median(latencies), "p99": latencies[len(latencies) * 99 // 100],
             "most": latencies[-1], "dropped": dropped, "count": count}
+
+
+def measure_energy(bench):
+    """{(milliseconds between detents, program): figures}: processor time in milliseconds a detent
+    of the program and of the X server, and frames: medians of interleaved rounds.
+
+    All move by a quarter of the screen in 0.3 seconds, except "EFL", which has its own length.
+    """
+    pages = bench.pages()
+    pages["EFL, same motion"] = [*pages["EFL"], "0.3"]
+    speeds = {800: 5 if bench.is_quick else 15, 33: 90}
+    figures = {}
+    order = list(pages)
+    for _ in range(1 if bench.is_quick else 3):
+        for name in order:
+            for interval, count in speeds.items():
+                used = bench.watch("energy", str(count), str(interval), *pages[name])
+                figures.setdefault((interval, name), []).append([part / count for part in used])
+        order.append(order.pop(0))
+    return {key: dict(zip(("own", "server", "frames"), map(statistics.median, zip(*rounds))))
+            for key, rounds in figures.items()}
 
 
 def measure_operations(bench):

@@ -44,7 +44,7 @@ def test_wrong_use_is_named_in_one_line_with_status_2(name, arguments, named):
 
 @pytest.mark.parametrize("name, usage", [
     ("run", "script/run [--screenshot FILE] [-- APP-ARGUMENTS]"),
-    ("bench", "script/bench [--quick] [--verbs]"),
+    ("bench", "script/bench [--quick] [--verbs] [--only=PART]... [--minutes=N]"),
     ("build", "script/build KIND [TARGET...]"),
     ("setup", "script/setup test "),
     ("test", "script/test"),

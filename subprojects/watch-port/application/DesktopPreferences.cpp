@@ -1,5 +1,6 @@
 #include "application/DesktopPreferences.h"
 
+#include "application/windows/ThemedObjects.h"
 #include "dlog/PortLog.h"
 #include "ui-extension/Appearance.h"
 
@@ -37,11 +38,11 @@ DesktopPreferences::DesktopPreferences()
 {
 }
 
-void DesktopPreferences::Begin()
+void DesktopPreferences::Begin(const Display& display)
 {
     if (mPortal)
         mPortal->TakeAnswer();
-    mHasBegun = true;
+    mDisplay = &display;
     Apply();
 }
 
@@ -84,10 +85,13 @@ void DesktopPreferences::Refuse(const char* key, const char* why)
 
 void DesktopPreferences::Apply()
 {
-    if (!mHasBegun)
+    if (!mDisplay)
         return;
     if (mWanted.textSize != mShown.textSize)
+    {
         SetTextSize(mWanted.textSize);
+        SizeLayouts(*mDisplay);
+    }
     if (mWanted.isStill != mShown.isStill)
         SetReducedMotion(mWanted.isStill);
     if (mWanted.hasHighContrast != mShown.hasHighContrast)

@@ -1,6 +1,7 @@
 #ifndef WATCH_PORT_APPLICATION_DESKTOP_PREFERENCES_H
 #define WATCH_PORT_APPLICATION_DESKTOP_PREFERENCES_H
 
+#include "application/display/Display.h"
 #include "system-settings/PortalSettings.h"
 
 #include <memory>
@@ -30,10 +31,10 @@ public:
 
     /**
      * Applies what the portal has said while the toolkit started, and what it says from now on. The
-     * toolkit must be up. Nothing is waited for: a portal that hangs must not delay the first
-     * frame.
+     * toolkit must be up, on a display that is there as long as messages are taken. Nothing is
+     * waited for: a portal that hangs must not delay the first frame.
      */
-    void Begin();
+    void Begin(const Display& display);
 
 private:
     struct Look
@@ -50,7 +51,7 @@ private:
     void Refuse(const char* key, const char* why);
     void Apply();
 
-    bool mHasBegun = false;
+    const Display* mDisplay = nullptr;
     Look mWanted;
     Look mShown;
     std::set<std::string> mRefused;

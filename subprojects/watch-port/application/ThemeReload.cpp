@@ -1,13 +1,12 @@
 #include "application/ThemeReload.h"
 
-#include "application/windows/Windows.h"
+#include "application/windows/ThemedObjects.h"
 
 // Only what reads a theme is used of it, and never on an object that is shown.
 #define EDJE_EDIT_IS_UNSTABLE_AND_I_KNOW_ABOUT_IT
 #include <Edje_Edit.h>
 #include <Elementary.h>
 #include <algorithm>
-#include <cstring>
 #include <map>
 #include <string>
 #include <utility>
@@ -129,27 +128,6 @@ bool IsWithin(const fs::path& file, const fs::path& folder)
 {
     const fs::path inner = file.lexically_normal().lexically_relative(folder.lexically_normal());
     return !inner.empty() && *inner.begin() != "..";
-}
-
-void Collect(Evas_Object* object, std::vector<Evas_Object*>& themed)
-{
-    if (std::strcmp(evas_object_type_get(object), "edje") == 0)
-        themed.push_back(object);
-    Eina_List* members = evas_object_smart_members_get(object);
-    for (; members; members = eina_list_remove_list(members, members))
-        Collect(static_cast<Evas_Object*>(eina_list_data_get(members)), themed);
-}
-
-std::vector<Evas_Object*> ListThemed(const Display& display)
-{
-    std::vector<Evas_Object*> themed;
-    for (const Ecore_Evas* window : ListWindows(display))
-    {
-        Evas_Object* object = evas_object_bottom_get(ecore_evas_get(window));
-        for (; object; object = evas_object_above_get(object))
-            Collect(object, themed);
-    }
-    return themed;
 }
 
 bool Reload(Evas_Object* object, const fs::path& folder)

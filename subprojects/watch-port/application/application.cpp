@@ -159,7 +159,7 @@ int Run(int argc, char** argv, const ui_app_lifecycle_callback_s& callbacks, voi
         BindTextDomain(*installation, Settings::GetInstance().ReadLocales().language);
         theme.emplace(installation->platformTheme);
     }
-    preferences.Begin();
+    preferences.Begin(display);
 
     if (installation && instance.Inbox())
         instance.Inbox()->OnThemeReload([&]

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -14,6 +15,9 @@ constexpr double kMargin = 0.05;
 constexpr double kLeastContrast = 7;
 constexpr int kLeastLetters = 24;
 constexpr int kUsualSide = 360;
+// Of the text's box, and what a letter keeps free beside itself.
+constexpr double kMarginsOfText = 12;
+constexpr double kBearing = 4;
 
 void ExpectApart(const Picture& picture, const Box& line)
 {
@@ -43,7 +47,7 @@ protected:
 
     template <typename Measure> void InEachLanguage(const Measure& measure)
     {
-        for (const std::string& language : Page::LanguagesAt(mSide, mPercent))
+        for (const std::string& language : Page::Languages())
         {
             SCOPED_TRACE(language);
             mPage.SetLanguage(language);
@@ -63,6 +67,16 @@ protected:
             mPage.BringToMiddle(mPage.Lines()[line].Middle());
             measure(mPage.Look(), mPage.Lines()[line]);
         }
+    }
+
+    // After a word that fills its line the toolkit gives the line feed a line of its own.
+    bool HasFullLineAbove(const Box& line) const
+    {
+        const std::vector<Box> lines = mPage.Lines();
+        const auto above = std::find_if(lines.begin(), lines.end(),
+                                        [&](const Box& other) { return other.bottom == line.top; });
+        const double full = mPage.PartBox("help_text").Width() - Scaled(kMarginsOfText);
+        return above != lines.end() && above->Width() >= full - Scaled(kBearing);
     }
 
     // At the usual text size.
@@ -97,7 +111,11 @@ TEST_P(Layout, EveryLineComesToTheMiddleAndIsApartLargeAndBrightThere)
                 {
                     EXPECT_NEAR(line.Middle(), mSide / 2, Tolerance(line));
                     const std::optional<Box> ink = Ink::Within(picture, line.top, line.bottom);
-                    ASSERT_TRUE(ink);
+                    if (!ink)
+                    {
+                        EXPECT_TRUE(HasFullLineAbove(line));
+                        return;
+                    }
                     letters = std::max(letters, ink->Height());
                     EXPECT_GE(ink->left, mPage.PartBox("help_text").left);
                     EXPECT_LE(ink->right, mPage.PartBox("help_text").right);

@@ -9,12 +9,13 @@
 /// A screen's side in pixels, and the text size in percent.
 using Setting = std::tuple<int, int>;
 
-/// Every screen at the usual text size, and every kind of line that a text size makes.
+/// Every screen with every kind of line that a text size makes, and smaller letters in such a line.
 inline auto Settings()
 {
     return testing::Values(Setting(360, 100), Setting(390, 100), Setting(454, 100),
-                           Setting(360, 200), Setting(360, 80), Setting(360, 130),
-                           Setting(390, 130), Setting(454, 160));
+                           Setting(360, 130), Setting(390, 130), Setting(454, 130),
+                           Setting(360, 160), Setting(454, 160), Setting(360, 200),
+                           Setting(390, 200), Setting(454, 200), Setting(360, 80));
 }
 
 inline std::string NameOfSetting(const testing::TestParamInfo<Setting>& test)

@@ -51,7 +51,9 @@ double Ink::Distance(const Picture& picture, int x, int y)
 {
     // To the far corner of the pixel.
     const double radius = picture.Side() / 2.0;
-    return std::hypot(std::abs(x + 0.5 - radius) + 0.5, std::abs(y + 0.5 - radius) + 0.5) / radius;
+    const double across = std::abs(x + 0.5 - radius) + 0.5;
+    const double down = std::abs(y + 0.5 - radius) + 0.5;
+    return std::sqrt(across * across + down * down) / radius;
 }
 
 double Ink::Reach(const Picture& picture, int top, int bottom)

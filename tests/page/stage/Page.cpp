@@ -118,12 +118,6 @@ std::vector<std::string> Page::Scripts()
             "ko", "lo", "ml", "my", "or", "pa", "ru", "si", "ta", "te", "th", "vi", "zh_CN"};
 }
 
-std::vector<std::string> Page::LanguagesAt(int side, int percent)
-{
-    const bool isTold = percent == 100 || (percent == 200 && side == Sides().front());
-    return isTold ? Languages() : Scripts();
-}
-
 Page::Page(int side) : mSide(side)
 {
     StartToolkit();

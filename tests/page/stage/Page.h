@@ -35,9 +35,6 @@ public:
     static std::vector<std::string> Languages();
     /// One of them for each script, and some with long words.
     static std::vector<std::string> Scripts();
-    /// Those to look at on a screen with a text size in percent: all of them at the usual size and
-    /// the largest, and one for each script where a page differs little from these.
-    static std::vector<std::string> LanguagesAt(int side, int percent);
 
     /// The page in English at rest, the arrow shown.
     explicit Page(int side);

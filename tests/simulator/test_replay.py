@@ -55,7 +55,7 @@ def test_the_first_command_that_fails_ends_a_replay_and_is_named(desk, replay):
     file = replay("bezel cw\nlanguage '?'\nbezel cw 7\n")
     told = desk.refused("play", file)
     assert told == f"qivo-watch: {file}:2: language '?': \"?\" is not a language (such as " \
-                   "ko_KR or ar_EG.UTF-8)"
+                   f'ko_KR or ar_EG.UTF-8) (see "{file.with_name("run-trace")}/index.html")'
     assert desk.status()["bezel"] == before + 1
 
 
@@ -68,7 +68,7 @@ def test_comments_and_quotes_are_as_in_a_shell(desk, replay):
 def test_a_wait_for_a_log_line_passes_over_lines_of_before(desk, replay):
     desk.do("launch", GUIDE, "--operation", "before")
     file = replay('wait log "operation:[before]" -t 0.2\n')
-    assert 'no line with "operation:[before]" within 0.2 s' in desk.refused("play", file)
+    assert 'no line with "operation:[before]" within 0.2 s' in desk.refused("play", file, status=4)
     file = replay('launch --operation now\nwait log "operation:[now]"\n'
                   'button click back\nwait exit\n')
     desk.do("play", file)
@@ -77,7 +77,7 @@ def test_a_wait_for_a_log_line_passes_over_lines_of_before(desk, replay):
 def test_a_wait_for_a_frame_sees_the_change_that_the_command_before_it_made(desk, replay):
     desk.do("play", replay("launch\nwait frame\nbutton click back\nwait exit\nwait frame\n"))
     assert "did not change within 0.2 s" in desk.refused(
-        "play", replay("time freeze\nwait still\nlanguage en_US\nwait frame -t 0.2\n"))
+        "play", replay("time freeze\nwait still\nlanguage en_US\nwait frame -t 0.2\n"), status=4)
     desk.do("time", "thaw")
 
 
@@ -91,7 +91,7 @@ def test_a_picture_is_compared_within_the_tolerance_and_a_difference_is_left(des
         changed = opened.copy()
     ImageDraw.Draw(changed).rectangle((150, 150, 250, 250), fill=(255, 0, 255, 255))
     changed.save(tmp_path / "home.png")
-    told = desk.refused("play", steps)
+    told = desk.refused("play", steps, status=3)
     assert f"{steps}:3: compare home.png: " in told and str(difference) in told
     with Image.open(difference) as opened:
         assert opened.getpixel((160, 160)) == (255, 0, 0, 255)
@@ -174,7 +174,7 @@ def test_a_recording_that_cannot_be_written_is_told_before_anything_is_done(desk
 def test_a_picture_that_is_named_twice_is_compared_with_its_update(desk, replay):
     file = replay("time freeze\ntime set 10:08\nwait still\ncompare home.png\n"
                   "time set 10:20\nwait still\ncompare home.png\n")
-    told = desk.refused("play", file, "--update")
+    told = desk.refused("play", file, "--update", status=3)
     assert f"{file}:7: compare home.png: " in told and "pixels differ from" in told
     desk.do("time", "thaw")
 

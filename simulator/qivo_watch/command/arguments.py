@@ -196,6 +196,11 @@ class Grammar:
         add = self._add("play", "Run a file of these commands, one a line.").add_argument
         add("file", metavar="FILE")
         add("--update", action="store_true", help="write the reference pictures again")
+        add("--trace", type=Place().read, metavar="FOLDER",
+            help="for a page that shows each step, with pictures, log and tree (default: only when "
+            "a step fails, beside FILE)")
+        add("--junit", type=Place().read, metavar="FILE",
+            help="for the result as build servers read it, an XML file")
 
     def _new(self) -> None:
         if self._is_replay:

@@ -11,7 +11,8 @@ from qivo_watch.errors import UsageError, WatchError
 
 
 def main(words: list[str]) -> int:
-    """Returns the exit status: 0, 1 for a command that failed, 2 for wrong arguments."""
+    """Returns the exit status: 0, 1 for a command that failed, 2 for wrong arguments; more for a
+    replay that failed."""
     _open_missing_streams()
     try:
         interrupts.take()
@@ -20,7 +21,7 @@ def main(words: list[str]) -> int:
     except UsageError as error:
         return _complain(error, 2)
     except WatchError as error:
-        return _complain(error, 1)
+        return _complain(error, error.status)
     except UnicodeEncodeError as error:
         return _complain(f"{error.object!r} is not UTF-8", 2)
     except KeyboardInterrupt:
@@ -43,7 +44,7 @@ def _run(words: list[str]) -> None:
     if given.verb == "play":
         import pathlib  # pylint: disable=import-outside-toplevel
         from qivo_watch.command.replay import play  # pylint: disable=import-outside-toplevel
-        play(pathlib.Path(given.file), given.name, given.update)
+        play(pathlib.Path(given.file), given)
         return
     session = Session(given.name)
     try:

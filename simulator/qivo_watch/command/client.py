@@ -9,7 +9,7 @@ from qivo_watch.bus import PATIENCE_S, PROPERTIES
 from qivo_watch.command.connection import BusGone, CallError, Connection
 from qivo_watch.command.life import absence, ended, wait_ready
 from qivo_watch.command.pulse import Peer, Pulse, hang, silent_part
-from qivo_watch.errors import WatchError
+from qivo_watch.errors import WatchError, WatchGone
 from qivo_watch.interface import BODY_INTERFACE, BODY_NAME, INTERFACE, NAME, PATH
 
 TYPE_CHECKING = False
@@ -44,7 +44,7 @@ class Client:
         except TimeoutError:
             raise hang("the message bus") from None
         except BusGone:
-            raise WatchError(absence(folder)) from None
+            raise WatchGone(absence(folder)) from None
 
     def call(self, method: str, signature: str = "", *arguments: Any) -> tuple:
         """Calls the control interface; a refusal becomes a WatchError with its line."""
@@ -74,9 +74,9 @@ class Client:
         """How many lines the log has had so far."""
         return self.call("ReadLog", "t", _LAST_LINE)[0]
 
-    def log_lines(self) -> Iterator[str]:
-        """The lines of the log as it is now."""
-        place, last = 0, self.log_count()
+    def log_lines(self, place: int = 0) -> Iterator[str]:
+        """The lines of the log as it is now, from number PLACE on."""
+        last = self.log_count()
         while place < last:
             _, first, lines = self.call("ReadLog", "t", place)
             yield from lines[:max(0, last - first)]

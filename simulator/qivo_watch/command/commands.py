@@ -13,7 +13,7 @@ import time
 
 from qivo_watch.command import life
 from qivo_watch.command.client import Client
-from qivo_watch.errors import ScreenGone, UsageError, WatchEnded, WatchError
+from qivo_watch.errors import Late, ScreenGone, UsageError, WatchEnded, WatchError
 from qivo_watch.interface import MARGIN, VERBS
 from qivo_watch.processes import INTERRUPTS
 from qivo_watch.state import Folder, running
@@ -193,14 +193,16 @@ class Session:
     # Eyes
 
     def do_tree(self, given: argparse.Namespace) -> None:
-        windows = self._read_windows()
-        import json
-        from qivo_watch.lines import printable
         if given.json:
-            print(json.dumps([window.as_json() for window in windows], indent=2))
+            import json
+            print(json.dumps([window.as_json() for window in self._read_windows()], indent=2))
         else:
-            for window in windows:
-                print("\n".join(map(printable, window.described())))
+            print("\n".join(self.describe_tree()))
+
+    def describe_tree(self) -> list[str]:
+        """What the application shows to a screen reader, a line for each object."""
+        from qivo_watch.lines import printable
+        return [printable(line) for window in self._read_windows() for line in window.described()]
 
     def do_audit(self, given: argparse.Namespace) -> None:
         from qivo_watch.command import audit
@@ -288,7 +290,7 @@ class Session:
             place = self.client.wait_log(self.log_place, lambda line: given.text in line,
                                          given.timeout)
             if place is None:
-                raise WatchError(f'no line with "{given.text}" within {given.timeout:g} s')
+                raise Late(f'no line with "{given.text}" within {given.timeout:g} s')
             self.log_place = place
         elif given.what == "text":
             self._wait_text(given.text, given.timeout)
@@ -296,11 +298,11 @@ class Session:
             self._wait_exit(given.timeout)
         elif given.what == "still":
             if not self.eye().wait_still(time.monotonic() + given.timeout):
-                raise WatchError(f"the screen was not still within {given.timeout:g} s")
+                raise Late(f"the screen was not still within {given.timeout:g} s")
         else:
             before = self._picture or self.eye().look()
             if self.eye().wait_other(before, time.monotonic() + given.timeout) is None:
-                raise WatchError(f"the screen did not change within {given.timeout:g} s")
+                raise Late(f"the screen did not change within {given.timeout:g} s")
 
     def _wait_text(self, text: str, seconds: float) -> None:
         deadline = time.monotonic() + seconds
@@ -309,7 +311,7 @@ class Session:
             if any(text in part.name for window in self._read_windows() for part in window.all()):
                 return
             if now > deadline:
-                raise WatchError(f'no text "{text}" within {seconds:g} s')
+                raise Late(f'no text "{text}" within {seconds:g} s')
             # What is in sight is drawn when it comes; the rest must be looked for.
             self.eye().wait_other(picture, min(deadline, time.monotonic() + LOOK_AGAIN_S))
 
@@ -320,7 +322,7 @@ class Session:
         while self.client.get("App"):
             left = deadline - time.monotonic()
             if left <= 0 or self.client.wait_log(place, lambda _: True, left) is None:
-                raise WatchError(f"{self.client.get('App')} did not end within {seconds:g} s")
+                raise Late(f"{self.client.get('App')} did not end within {seconds:g} s")
             place += 1
         end = self.client.status()["lastEnd"]
         if end is None:

@@ -11,7 +11,7 @@ import select
 import signal
 import time
 
-from qivo_watch.errors import WatchEnded, WatchError
+from qivo_watch.errors import WatchEnded, WatchError, WatchGone
 from qivo_watch.processes import GRACE_S, INTERRUPTS, descendants
 from qivo_watch.state import Folder
 
@@ -50,13 +50,13 @@ def start(folder: Folder, options: dict[str, Any]) -> None:
         raise
     if line != "ready":
         end(folder, guard)
-        raise WatchError(f"the watch did not start: {line or 'its keeper has ended'}")
+        raise WatchGone(f"the watch did not start: {line or 'its keeper has ended'}")
 
 
 def stop(folder: Folder) -> None:
     """Ends a watch that runs or is starting, whatever part of it hangs."""
     if not end(folder):
-        raise WatchError(absence(folder))
+        raise WatchGone(absence(folder))
 
 
 def end(folder: Folder, guard: int | None = None) -> bool:
@@ -96,18 +96,18 @@ def wait_ready(folder: Folder) -> None:
     # Check the folder's owner first: nothing of another user is read.
     while True:
         if not folder.is_held():
-            raise WatchError(absence(folder))
+            raise WatchGone(absence(folder))
         if folder.display is not None:
             return
         if time.monotonic() > deadline:
-            raise WatchError(f'watch "{folder.name}" is still starting')
+            raise WatchGone(f'watch "{folder.name}" is still starting')
         time.sleep(_TURN_S)
 
 
 def ended(folder: Folder) -> WatchError:
     """The message of a command whose watch is gone."""
     reason = folder.take_note()
-    return WatchError(f"the watch has ended: {reason}") if reason else WatchEnded(
+    return WatchGone(f"the watch has ended: {reason}") if reason else WatchEnded(
         "the watch has ended")
 
 

@@ -8,7 +8,7 @@ import qivo_watch.packages  # noqa: F401 what follows needs it
 from PIL import Image, ImageChops, ImageOps
 
 from qivo_watch.command.beside import beside
-from qivo_watch.errors import WatchError
+from qivo_watch.errors import Differs, WatchError
 
 ALLOWED_SHARE = 0.002
 """The share of the disc's pixels that may differ: edges of glyphs that round the other way."""
@@ -79,5 +79,5 @@ def compare(seen: Image.Image, file: pathlib.Path, tolerance: int) -> None:
     dimmed = seen.point([value // 3 for value in range(256)] * 3 + list(range(256)))
     red = Image.new("RGBA", seen.size, (255, 0, 0, 255))
     save(Image.composite(red, dimmed, wrong), str(difference_file))
-    raise WatchError(f'{count} pixels differ from "{file}" ({allowed} may): '
-                     f'see "{difference_file}"')
+    raise Differs(f'{count} pixels differ from "{file}" ({allowed} may): '
+                  f'see "{difference_file}"', file, difference_file)

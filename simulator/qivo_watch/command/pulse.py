@@ -11,7 +11,7 @@ import time
 
 from qivo_watch.bus import PROPERTIES
 from qivo_watch.command.connection import CallError, Connection
-from qivo_watch.errors import WatchError
+from qivo_watch.errors import WatchGone
 
 TYPE_CHECKING = False
 if TYPE_CHECKING:
@@ -72,9 +72,9 @@ class Pulse:
         return False
 
 
-def hang(part: str) -> WatchError:
+def hang(part: str) -> WatchGone:
     """The message of a command that gives up."""
-    return WatchError(f"the watch hangs: {part} does not answer (qivo-watch stop ends it)")
+    return WatchGone(f"the watch hangs: {part} does not answer (qivo-watch stop ends it)")
 
 
 def is_server_silent(display: str) -> bool:

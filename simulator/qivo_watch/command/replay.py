@@ -12,11 +12,12 @@ import signal
 import unicodedata
 from typing import NamedTuple
 
-from qivo_watch.command import life
+from qivo_watch.command import junit, life, trace
 from qivo_watch.command.arguments import Grammar
 from qivo_watch.command.commands import Session
+from qivo_watch.command.journal import STATUS, Journal
 from qivo_watch.command.recorder import USUAL_RATE, Recording, check_file, is_replay
-from qivo_watch.errors import ScreenGone, UsageError, WatchError
+from qivo_watch.errors import ReplayFailed, ScreenGone, UsageError, WatchError
 from qivo_watch.processes import INTERRUPTS
 
 MOST_BYTES = 1 << 20
@@ -88,37 +89,75 @@ def _parse(grammar: Grammar, words: list[str]) -> argparse.Namespace | None:
     return given
 
 
-def play(file: pathlib.Path, name: str, is_update: bool) -> None:
-    """Runs a replay; the first command that fails ends it, and the watch that it started."""
+def play(file: pathlib.Path, given: argparse.Namespace) -> None:
+    """Runs a replay as the options of `play` want it; the first command that fails ends it, and the
+    watch that it started."""
     steps = read(file)
-    with contextlib.closing(_Player(file, name, is_update)) as player:
+    failure: ReplayFailed | None = None
+    with contextlib.closing(_Player(file, given)) as player:
         try:
             for step in steps:
-                try:
-                    player.take(step)
-                except (WatchError, UsageError) as error:
-                    raise WatchError(
-                        f"{file}:{step.line}: {shlex.join(step.words)}: {error}") from None
+                player.take(step)
+        except ReplayFailed as failed:
+            failure = failed
+            player.give_up()
         except BaseException:
             player.give_up()
             raise
+    page = player.report(steps)
+    if failure:
+        raise ReplayFailed(f"{failure}{f' (see {chr(34)}{page}{chr(34)})' if page else ''}",
+                           failure.status)
 
 
 class _Player:
     """Runs steps in one session, and records meanwhile."""
 
-    def __init__(self, file: pathlib.Path, name: str, is_update: bool):
-        self._session = Session(name, file.parent)
-        self._session.is_update = is_update
+    def __init__(self, file: pathlib.Path, given: argparse.Namespace):
+        self._file = file
+        self._given = given
+        self._session = Session(given.name, file.parent)
+        self._session.is_update = given.update
+        self._journal = Journal(self._session, bool(given.trace))
         self._recording: Recording | None = None
         self._has_begun = False
         self._has_started = False
 
     def take(self, step: Step) -> None:
+        self._journal.begin()
+        command = shlex.join(step.words)
         try:
-            self._take(step)
-        except ScreenGone:
-            raise life.ended(self._session.folder) from None
+            try:
+                self._prepare(step)
+                self._take(step)
+            except ScreenGone:
+                raise life.ended(self._session.folder) from None
+        except (WatchError, UsageError) as error:
+            self._journal.end(step.line, command, error)
+            failure = self._journal.entries[-1].failure
+            raise ReplayFailed(f"{self._file}:{step.line}: {command}: {error}",
+                               STATUS.get(failure.kind, 1)) from None
+        self._journal.end(step.line, command, None)
+
+    def report(self, steps: list[Step]) -> pathlib.Path | None:
+        """Writes what is wanted of how it went; returns where the page is, if there is one."""
+        left = [(step.line, shlex.join(step.words))
+                for step in steps[len(self._journal.entries):]]
+        if self._given.junit:
+            junit.write(self._journal, self._file.stem, left, self._given.junit)
+        usual = self._file.with_name(f"{self._file.stem}-trace")
+        has_failed = any(entry.failure for entry in self._journal.entries)
+        if self._given.trace:
+            return trace.write(self._journal, self._file.name, left,
+                               pathlib.Path(self._given.trace))
+        if has_failed:
+            with contextlib.suppress(WatchError):
+                return trace.write(self._journal, self._file.name, left, usual)
+        else:
+            with contextlib.suppress(OSError):
+                (usual / trace.PAGE).unlink()
+                usual.rmdir()
+        return None
 
     def give_up(self) -> None:
         """Ends the watch that the replay started."""
@@ -147,13 +186,18 @@ class _Player:
             self._session.run(step.given)
             self._end(step.given.verb)
 
-    def _begin(self, verb: str) -> None:
-        if verb == "stop" and self._recording:
-            self._end_recording()
+    def _prepare(self, step: Step) -> None:
+        """Before the first step that needs a watch."""
+        verb = step.given.verb if step.given else ""
         if not self._has_begun and verb not in _WITHOUT_WATCH:
             # The replay's waits ignore earlier lines.
             self._session.pass_log()
             self._has_begun = True
+            self._journal.open(self._session.log_place)
+
+    def _begin(self, verb: str) -> None:
+        if verb == "stop" and self._recording:
+            self._end_recording()
         if verb not in _WITHOUT_PICTURE:
             self._session.remember_picture()
 
@@ -161,6 +205,9 @@ class _Player:
         if verb == "start":
             self._session.log_place = 0
             self._has_begun = True
+            self._journal.open(0)
+        if verb == "stop":
+            self._journal.close()
         if verb in ("start", "stop"):
             self._has_started = verb == "start"
             signal.pthread_sigmask(signal.SIG_UNBLOCK, INTERRUPTS)

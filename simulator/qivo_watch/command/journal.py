@@ -1,0 +1,113 @@
+"""What a replay has done so far: for each step what the watch looked like and what it logged."""
+
+import io
+import re
+import time
+from typing import Any, NamedTuple
+
+from qivo_watch.command.commands import Session
+from qivo_watch.errors import Differs, ScreenGone, UsageError, WatchError
+
+_APP_FAILED = re.compile(r" QIVO_WATCH: \S+ (was killed by|ended with status [1-9])")
+APP_FAILED = "application"
+
+STATUS = {"difference": 3, "time": 4, APP_FAILED: 5, "watch": 6}
+"""What a replay ends with, by the kind of its failure; 1 for any other kind."""
+
+
+class Failure(NamedTuple):
+    """TEXT is the complaint. WANTED and DIFFERENCE are pictures, for a kind of "difference"."""
+
+    kind: str
+    text: str
+    wanted: bytes = b""
+    difference: bytes = b""
+
+
+class Entry(NamedTuple):
+    """A step that has been done. Pictures are PNGs, b"" for none."""
+
+    line: int
+    command: str
+    seconds: float
+    before: bytes
+    after: bytes
+    log: list[str]
+    tree: list[str]
+    failure: Failure | None
+
+
+class Journal:
+    """WITH_TREES: whether the application is read after each step, and not only at a failure: it
+    then works for a screen reader."""
+
+    def __init__(self, session: Session, with_trees: bool):
+        self.entries: list[Entry] = []
+        self.state: dict[str, Any] = {}
+        self._session = session
+        self._with_trees = with_trees
+        self._has_watch = False
+        self._log_place = 0
+        self._pixels = self._picture = b""
+        self._begun = 0.0
+
+    def open(self, log_place: int) -> None:
+        """A watch is there; the log is noted from LOG_PLACE on."""
+        self._has_watch, self._log_place = True, log_place
+        self._look()
+
+    def begin(self) -> None:
+        self._begun = time.monotonic()
+
+    def end(self, line: int, command: str, error: WatchError | UsageError | None) -> None:
+        """ERROR: why the step has failed."""
+        seconds, before = time.monotonic() - self._begun, self._picture
+        log = tree = []
+        if self._has_watch:
+            self._look()
+            log = self._read_log()
+            tree = self._read_tree() if error or self._with_trees else []
+        failure = self._failure(error, log) if error else None
+        self.entries.append(Entry(line, command, seconds, before, self._picture, log, tree,
+                                  failure))
+
+    def close(self) -> None:
+        """The watch has been stopped."""
+        self._has_watch = False
+        self._pixels = self._picture = b""
+
+    def _look(self) -> None:
+        try:
+            self.state = self._session.client.status()
+            seen = self._session.eye().look()
+        except (WatchError, ScreenGone):
+            return
+        pixels = seen.tobytes()
+        if pixels != self._pixels:
+            png = io.BytesIO()
+            seen.save(png, "PNG", compress_level=1)
+            self._pixels, self._picture = pixels, png.getvalue()
+
+    def _read_log(self) -> list[str]:
+        try:
+            lines = list(self._session.client.log_lines(self._log_place))
+        except WatchError:
+            return []
+        self._log_place += len(lines)
+        return lines
+
+    def _read_tree(self) -> list[str]:
+        try:
+            return self._session.describe_tree() if self.state.get("app") else []
+        except (WatchError, ScreenGone):
+            return []
+
+    def _failure(self, error: WatchError | UsageError, log: list[str]) -> Failure:
+        told = [line for entry in self.entries for line in entry.log] + log
+        if isinstance(error, Differs):
+            return Failure(error.kind, str(error), error.wanted.read_bytes(),
+                           error.difference.read_bytes())
+        kind = getattr(error, "kind", "")
+        if kind != "watch" and any(map(_APP_FAILED.search, told)):
+            kind = APP_FAILED
+        return Failure(kind or "refused", str(error))

@@ -1,0 +1,114 @@
+"""What a replay leaves behind: the page that shows its steps, the result for a build server, and
+the exit status."""
+
+import re
+from html.parser import HTMLParser
+from xml.etree import ElementTree
+
+import pytest
+
+
+@pytest.fixture(name="file")
+def _file(tmp_path):
+    return tmp_path / "run.replay"
+
+
+class Page(HTMLParser):
+    """What a browser would load and show."""
+
+    def __init__(self, file):
+        super().__init__()
+        self.tags, self.shown = [], ""
+        self.source = file.read_text(encoding="utf-8")
+        self.feed(self.source)
+
+    def handle_starttag(self, tag, attrs):
+        self.tags.append((tag, dict(attrs)))
+
+    def handle_data(self, data):
+        self.shown += data
+
+
+def test_the_page_of_a_difference_shows_what_was_expected_and_seen(desk, file, tmp_path):
+    file.write_text("time freeze\ntime set 10:08\nwait still\ncompare home.png\ntime thaw\n")
+    desk.do("play", file, "--update")
+    file.write_text(file.read_text().replace("10:08", "10:20"))
+    told = desk.refused("play", file, status=3)
+    page = Page(tmp_path / "run-trace" / "index.html")
+    assert told.endswith(f'(see "{tmp_path}/run-trace/index.html")')
+    assert "3584 pixels" in told or "pixels differ from" in page.shown
+    failed = page.source[page.source.index('<section id="line4" class="failed">'):]
+    captions = re.findall('aria-label="([^"]*)"', failed)
+    assert captions == ["expected", "seen", "difference"]
+    assert "5 time thaw" in page.shown and "not done" in page.shown
+    desk.do("time", "thaw")
+
+
+def test_a_page_loads_nothing_and_runs_nothing(desk, file, tmp_path):
+    file.write_text("launch --extra '<script>alert(1)</script>=<b>'\nwait log never -t 0.1\n")
+    desk.refused("play", file, "--trace", tmp_path / "trace", status=4)
+    page = Page(tmp_path / "trace" / "index.html")
+    assert "<script>alert(1)</script>" in page.shown
+    assert not {tag for tag, _ in page.tags} & {"script", "link", "img", "iframe", "object", "b"}
+    assert [found for found in re.findall(r"url\((.{5})", page.source)
+            if found != "data:"] == []
+    assert ("meta", {"http-equiv": "Content-Security-Policy", "content":
+            "default-src 'none'; img-src data:; style-src 'unsafe-inline'"}) in page.tags
+
+
+def test_a_wanted_page_shows_each_step_with_log_and_tree(desk, file, tmp_path):
+    file.write_text("launch\nwait still\nbezel cw 2\nbutton click back\n")
+    desk.do("play", file, "--trace", tmp_path / "trace")
+    page = Page(tmp_path / "trace" / "index.html")
+    assert [attributes["id"] for tag, attributes in page.tags if tag == "section"] == [
+        "line1", "line2", "line3", "line4"]
+    assert "SOnAppCreate" in page.shown and "SOnAppTerminate" in page.shown
+    assert 'frame "qivo-guide-app" 0,0 360x360' in page.shown
+    assert "passed: 4 steps" in page.shown
+    pictures = re.findall(r"^\.p(\d+) ", page.source, re.MULTILINE)
+    assert 2 <= len(pictures) < page.source.count("<figure>")
+
+
+def test_a_replay_that_passes_takes_the_page_of_its_last_failure_away(desk, file, tmp_path):
+    file.write_text("language '?'\n")
+    desk.refused("play", file)
+    assert (tmp_path / "run-trace" / "index.html").exists()
+    file.write_text("bezel cw\n")
+    desk.do("play", file)
+    assert not (tmp_path / "run-trace").exists()
+
+
+def test_a_page_that_cannot_be_written_hides_no_failure(desk, file, tmp_path):
+    file.write_text("language '?'\n")
+    (tmp_path / "run-trace").write_text("a file")
+    assert desk.refused("play", file).endswith("(such as ko_KR or ar_EG.UTF-8)")
+
+
+@pytest.mark.parametrize("lines, kind, status", [
+    ("language '?'", "refused", 1), ("wait log never -t 0.1", "time", 4),
+    ("launch /bin/false", "application", 5)])
+def test_a_failure_has_a_kind_for_the_build_server_and_the_shell(desk, file, tmp_path, lines, kind,
+                                                                 status):
+    file.write_text(f"bezel cw\n{lines}\nbezel ccw\n")
+    result = tmp_path / "result.xml"
+    desk.refused("play", file, "--junit", result, status=status)
+    suite = ElementTree.parse(result).getroot()
+    assert (suite.tag, suite.get("tests"), suite.get("failures"), suite.get("skipped")) == (
+        "testsuite", "3", "1", "1")
+    passed, failed, skipped = suite
+    assert passed.get("name") == "1: bezel cw" and not list(passed)
+    assert [part.get("type") for part in failed] == [kind]
+    assert [part.tag for part in skipped] == ["skipped"]
+
+
+def test_without_a_watch_a_replay_has_a_status_of_its_own(fresh, file, tmp_path):
+    file.write_text("bezel cw\n")
+    fresh.refused("play", file, "--junit", tmp_path / "result.xml", status=6)
+    suite = ElementTree.parse(tmp_path / "result.xml").getroot()
+    assert suite.find("testcase/failure").get("type") == "watch"
+
+
+def test_a_result_that_cannot_be_written_is_told(desk, file, tmp_path):
+    file.write_text("bezel cw\n")
+    assert "cannot write" in desk.refused("play", file, "--junit", tmp_path / "no" / "result.xml")
+    assert "cannot write" in desk.refused("play", file, "--trace", file / "trace")

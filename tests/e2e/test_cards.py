@@ -16,7 +16,7 @@ from support.bus import wait_until
 
 ROOT = pathlib.Path(__file__).parents[2]
 CARDS = pathlib.Path(os.environ["BUILD_DIR"]).resolve() / "examples" / "cards" / "cards"
-REPLAY = ROOT / "examples" / "cards" / "cards.replay"
+REPLAYS = ROOT / "examples" / "cards"
 GUIDE = "com.velmora.qivo-guide-app"
 
 COMPLAINTS = re.compile(r"ERR<|CRI<|AddressSanitizer|LeakSanitizer|runtime error"
@@ -45,9 +45,10 @@ def launch(desk, *request):
     desk.do("launch", CARDS, *request)
 
 
-def test_a_whole_run_looks_as_it_should(desk, monkeypatch):
+@pytest.mark.parametrize("replay", ["cards.replay", "least_amount.replay"])
+def test_a_run_looks_as_it_should(desk, monkeypatch, replay):
     monkeypatch.chdir(CARDS.parent)
-    desk.do("play", REPLAY)
+    desk.do("play", REPLAYS / replay)
     assert complaints(desk) == []
 
 

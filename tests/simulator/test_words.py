@@ -54,7 +54,7 @@ def test_what_is_read_quickly_means_the_same_to_the_whole_parser(module):
     whole = arguments.Grammar(False)
     read = []
 
-    @settings(max_examples=600, deadline=None, derandomize=True, database=None)
+    @settings(max_examples=800, deadline=None, derandomize=True, database=None)
     @given(words_of(whole.parser))
     def compare(words):
         try:

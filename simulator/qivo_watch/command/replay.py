@@ -104,10 +104,14 @@ def play(file: pathlib.Path, given: argparse.Namespace) -> None:
         except BaseException:
             player.give_up()
             raise
-    page = player.report(steps)
+    try:
+        page = player.report(steps)
+    except WatchError as error:
+        if failure:
+            raise ReplayFailed(f"{failure} ({error})", failure.status) from None
+        raise
     if failure:
-        raise ReplayFailed(f"{failure}{f' (see {chr(34)}{page}{chr(34)})' if page else ''}",
-                           failure.status)
+        raise ReplayFailed(f'{failure} (see "{page}")' if page else str(failure), failure.status)
 
 
 class _Player:

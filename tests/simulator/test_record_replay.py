@@ -156,7 +156,8 @@ def test_what_the_mouse_does_is_recorded_with_its_rhythm(window, host, tmp_path)
     done = [line for line in recorded(file) if not line.startswith("wait")]
     number = r"(\d+)"
     shapes = ["launch", f"bezel cw 4 -i {number}", "battery --charging",
-              f"swipe 180 120 180 180 -d {number} --then 180,180,{number}", "touch 180 180",
+              f"swipe 180 120 180 120 -d {number} --then 180,180,10 --then 180,180,{number}",
+              "touch 180 180",
               f"button click back -d {number}"]
     found = [re.fullmatch(shape, line) for shape, line in zip(shapes, done, strict=True)]
     assert all(found), done

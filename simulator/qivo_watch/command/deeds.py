@@ -26,6 +26,9 @@ STRAY_PIXELS = 3
 
 MOST_LEGS = 100
 
+STEP_MS = 10
+"""The keeper's finger takes steps of as many milliseconds, and a hand's mouse no longer ones."""
+
 _MARGIN = 1.0
 """Pixels that a finger keeps from the edge."""
 
@@ -68,7 +71,7 @@ class Stroke(NamedTuple):
     points: list[tuple[int, int, int]]
 
     def words(self, size: int) -> list[str]:
-        points = [(time, *_onto_disc(x, y, size)) for time, x, y in self.points]
+        points = [(time, *_onto_disc(x, y, size)) for time, x, y in _held(self.points)]
         begin, end = points[0], points[-1]
         reach = max(math.dist(point[1:], begin[1:]) for point in points)
         if reach <= STRAY_PIXELS and end[0] - begin[0] <= TAP_MS:
@@ -213,6 +216,15 @@ def _lasting_texts(line: str) -> Iterator[str]:
     function = _FUNCTION.search(head)
     if arrow and function:
         yield function[1]
+
+
+def _held(points: list[tuple[int, int, int]]) -> Iterator[tuple[int, int, int]]:
+    """The points, with those where the finger stayed before it leapt on."""
+    yield points[0]
+    for (before, *place), (time, *next_place) in zip(points, points[1:]):
+        if time - before > 2 * STEP_MS and place != next_place:
+            yield time - STEP_MS, *place
+        yield time, *next_place
 
 
 def _onto_disc(x: int, y: int, size: int) -> tuple[int, int]:

@@ -100,6 +100,15 @@ def lines_of(desk):
     return [line["text"] for line in tree(desk)[-1]["lines"]]
 
 
+def test_a_text_has_more_lines_than_a_bus_takes_questions_at_once(desk):
+    desk.do("launch", PAGE, "--env", "FAULTS=long-entry")
+    (entry,) = (part for part in tree(desk) if len(part.get("lines", ())) > 1)
+    assert [line["text"] for line in entry["lines"]][:150] == [
+        f"Line {number}." for number in range(1, 151)]
+    heights = [line["place"][1] for line in entry["lines"]]
+    assert heights == sorted(heights)
+
+
 SIGNATURES = {"GetChildren": "a(so)", "GetInterfaces": "as", "GetState": "au", "GetRoleName": "s",
               "Get": "v", "GetExtents": "(iiii)", "GetRangeExtents": "iiii",
               "GetStringAtOffset": "sii"}

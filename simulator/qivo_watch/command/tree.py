@@ -17,6 +17,9 @@ _ON_SCREEN, _LINE = 0, 3
 _SHOWING = 25
 """The numbers of AT-SPI2."""
 
+_AT_ONCE = 50
+"""Questions that may be open; a bus takes 128."""
+
 _MOST_OBJECTS, _DEEPEST = 5000, 100
 """A tree with more objects and lines, or with more of them in each other, counts as broken."""
 
@@ -156,7 +159,9 @@ class _Reader:
             [(text, begin, end)] = self._ask(path, _Question(
                 _TEXT, "GetStringAtOffset", "sii", "iu", (offset, _LINE)))
             if end <= offset:
-                return [Line(*line) for line in zip(texts, self._ask(path, *places))]
+                found = [place for first in range(0, len(places), _AT_ONCE)
+                         for place in self._ask(path, *places[first:first + _AT_ONCE])]
+                return [Line(*line) for line in zip(texts, found)]
             self._count()
             texts.append(text.strip())
             places.append(_Question(_TEXT, "GetRangeExtents", "iiii", "iiu",

@@ -50,6 +50,17 @@ void OfferPaleEntry()
     evas_object_resize(entry, 120, 60);
 }
 
+void OfferLongEntry()
+{
+    std::string text;
+    for (int line = 1; line <= 150; ++line)
+        text += "Line " + std::to_string(line) + ".<br>";
+    Evas_Object* const entry = elm_entry_add(sWindow);
+    elm_entry_entry_set(entry, text.c_str());
+    Place(entry, 100, 100);
+    evas_object_resize(entry, 160, 8000);
+}
+
 void WriteOutOfSight(const char* text)
 {
     Write(text, kMiddle, 500, kLetters, 255);
@@ -117,6 +128,8 @@ bool Create(void*)
     }
     if (Has("pale-entry"))
         OfferPaleEntry();
+    if (Has("long-entry"))
+        OfferLongEntry();
     if (Has("lost-button"))
     {
         Evas_Object* const button = elm_button_add(sWindow);

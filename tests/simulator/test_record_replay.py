@@ -179,6 +179,16 @@ def test_commands_are_recorded_as_they_were_given(desk, tmp_path, monkeypatch):
     assert [line for line in recorded(file) if not line.startswith("wait")] == given
 
 
+def test_the_folder_in_which_a_command_is_given_is_recorded_as_such(desk, tmp_path, monkeypatch):
+    monkeypatch.chdir(tmp_path)
+    (tmp_path / "org.example.none.desktop").write_text(
+        "[Desktop Entry]\nType=Application\nName=None\nExec=/bin/true\n", encoding="utf-8")
+    with recording(desk, tmp_path / "run.replay"):
+        desk.do("install", ".")
+    desk.do("uninstall", "org.example.none")
+    assert recorded(tmp_path / "run.replay")[0] == "install ."
+
+
 def test_what_the_home_face_launches_is_recorded_as_the_touch_alone(desk, tmp_path):
     file = tmp_path / "run.replay"
     with recording(desk, file, "--pictures"):

@@ -190,7 +190,9 @@ def _argument_words(argument: Argument, value: Any) -> list[str]:
 def _near(path: str) -> str:
     """A path below the working folder is found from there wherever that is."""
     near = os.path.relpath(path) if os.path.isabs(path) else path
-    return path if near == path or pathlib.Path(near).parts[0] == ".." else f"./{near}"
+    if near == path or pathlib.Path(near).parts[:1] == ("..",):
+        return path
+    return near if near == os.curdir else f"./{near}"
 
 
 def _line_to_wait_for(log: list[str], place: int, last: int, first: int) -> tuple[int, str] | None:

@@ -1,5 +1,6 @@
 """The finger on a watch's screen, whoever moves it: the X server tells."""
 
+import contextlib
 import queue
 import threading
 import time
@@ -8,6 +9,9 @@ from typing import Any, Callable
 from Xlib import X, display, error
 from Xlib.ext import record
 from Xlib.protocol import rq
+
+from qivo_watch.command.pulse import hang
+from qivo_watch.errors import ScreenGone
 
 _FINGER = 1
 _ANY_DEVICE_EVENT = [{
@@ -19,29 +23,30 @@ END_S = 3.0
 
 
 class Finger:
-    """Follows each press, move and release until it is closed; take() calls ON_EVENT(KIND,
+    """Follows each press, move and release until it is finished; take() calls ON_EVENT(KIND,
     MILLISECONDS, X, Y) for them. Times are those of time.monotonic()."""
 
     def __init__(self, name: str, on_event: Callable[[int, int, int, int], None]):
         self._on_event = on_event
         self._events: queue.SimpleQueue[tuple[int, int, int, int]] = queue.SimpleQueue()
-        self._control, self._data = display.Display(name), display.Display(name)
-        self._context = self._control.record_create_context(
-            0, [record.AllClients], _ANY_DEVICE_EVENT)
-        self._control.sync()
+        try:
+            self._control, self._data = display.Display(name), display.Display(name)
+            self._context = self._control.record_create_context(
+                0, [record.AllClients], _ANY_DEVICE_EVENT)
+            self._control.sync()
+        except (error.DisplayConnectionError, error.ConnectionClosedError):
+            raise ScreenGone() from None
         self._thread = threading.Thread(target=self._listen, daemon=True)
         self._thread.start()
 
-    def close(self) -> None:
-        """The last events can still be taken."""
-        if not self._thread.is_alive():
-            return
-        try:
+    def finish(self) -> None:
+        """Waits for the last events, which can still be taken."""
+        with contextlib.suppress(error.ConnectionClosedError, OSError):  # The watch has ended.
             self._control.record_disable_context(self._context)
-            self._control.sync()
-            self._thread.join(END_S)
-        except (error.ConnectionClosedError, OSError):
-            pass  # The watch has ended.
+            self._control.flush()
+        self._thread.join(END_S)
+        if self._thread.is_alive():
+            raise hang("the X server")
 
     def take(self) -> None:
         """Reports what has come."""

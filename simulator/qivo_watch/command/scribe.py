@@ -12,12 +12,14 @@ from Xlib import X
 from qivo_watch.bus import PATIENCE_S
 from qivo_watch.command import tree, wire
 from qivo_watch.command.beside import beside
-from qivo_watch.command.client import Client
-from qivo_watch.command.connection import BusGone, Connection
+from qivo_watch.command.client import CONTROL, Client
+from qivo_watch.command.connection import BusGone, CallError, Connection
 from qivo_watch.command.deeds import FINGER, Deed, Rest, Stroke, lines, words_of
 from qivo_watch.command.eye import STILL_S, Eye
 from qivo_watch.command.finger import Finger
+from qivo_watch.command.life import ended
 from qivo_watch.command.pictures import disc_mask, make_round, save
+from qivo_watch.command.pulse import Pulse, hang, silent_part
 from qivo_watch.errors import ScreenGone, WatchEnded, WatchError
 from qivo_watch.interface import BODY_NAME, GUIDE, HOME_NAME, INTERFACE, NAME, PATH
 
@@ -60,6 +62,10 @@ def record(client: Client, eye: Eye, file: str, with_pictures: bool,
         finally:
             scribe.close()
         scribe.write()
+    except (BusGone, CallError):
+        raise ended(client.folder) from None
+    except TimeoutError:
+        raise hang("the message bus") from None
     except OSError as error:
         raise WatchError(f'cannot record "{file}": {error.strerror}') from None
 
@@ -104,6 +110,7 @@ class _Scribe:
         self._ask_bus("AddMatch", "s", f"type='signal',sender='{NAME}',path='{PATH}',"
                       f"interface='{INTERFACE}'")
         status = client.status()
+        self._pulse = Pulse(self._bus, CONTROL)
         self._finger = Finger(status["display"], self._on_finger)
         self._head = list(_state(status, json.loads(client.call("ListApps")[0])))
         self._frozen = status["time"]["frozen"]
@@ -118,6 +125,8 @@ class _Scribe:
         deadline = time.monotonic() + TICK_S
         while time.monotonic() < deadline:
             self._bus.wait(deadline)
+        if self._pulse.is_silent():
+            raise hang(silent_part(self._client.folder, CONTROL))
         self._finger.take()
         self._read_log()
         if self._eye.has_changed():
@@ -133,7 +142,7 @@ class _Scribe:
     def finish(self) -> None:
         """Takes what is on its way, and notes the rest at the recording's end."""
         if not self.has_stopped:
-            self._finger.close()
+            self._finger.finish()
             self._ask_bus("GetId")
         self._finger.take()
         self._read_log()
@@ -152,7 +161,6 @@ class _Scribe:
 
     def close(self) -> None:
         self._bus.close()
-        self._finger.close()
 
     # The screen and the log
 

@@ -14,6 +14,7 @@ import time
 import pytest
 
 from simulator.desk import BUILD, GUIDE, Desk
+from support.bus import wait_until
 from support.display import Display
 
 LIMIT_S = 5
@@ -62,6 +63,28 @@ def test_a_command_gives_up_and_says_what_hangs(desk, part, label, commands):
     stop_running(desk, part)
     for complaint in refused_soon(desk, *(COMMANDS[command] for command in commands)):
         assert f"the watch hangs: {label} does not answer (qivo-watch stop ends it)" in complaint
+
+
+@pytest.mark.parametrize("part, label, is_ending", [
+    ("keeper", "the keeper", False), ("bus", "the message bus", False),
+    ("bus", "the message bus", True), ("server", "the X server", False),
+    ("server", "the X server", True)])
+def test_a_recorder_of_what_is_done_gives_up_and_says_what_hangs(desk, tmp_path, part, label,
+                                                                 is_ending):
+    desk.do("terminate")
+    file = tmp_path / "run.replay"
+    with subprocess.Popen(desk.command("record", file), env=desk.environment,
+                          stderr=subprocess.PIPE, text=True) as recorder:
+        wait_until(file.exists, "the recording's begin")
+        stop_running(desk, part)
+        if is_ending:
+            recorder.terminate()
+        try:
+            _, complaint = recorder.communicate(timeout=LIMIT_S + waiting_s())
+        finally:
+            recorder.kill()
+    assert recorder.returncode == 1
+    assert f"the watch hangs: {label} does not answer (qivo-watch stop ends it)" in complaint
 
 
 @pytest.mark.parametrize("part", ["guard", "keeper", "server", "bus"])

@@ -111,8 +111,7 @@ class Client:
                 self.connection.ask_daemon("RemoveMatch", "s", _LOG_RULE)
 
     def _on_signal(self, message: Message) -> None:
-        if message.member == "LogGrown":
-            self._log_count = message.values[0]
+        self._log_count = message.values[0]
 
     def _call(self, peer: Peer, interface: str, method: str, signature: str,
               *arguments: Any) -> tuple:

@@ -29,7 +29,8 @@ class CallError(Exception):
 
 
 class Connection:
-    """Connects when it is made; ON_SIGNAL gets each signal, while the caller waits.
+    """Connects when it is made; ON_SIGNAL gets each signal that was asked for, while the
+    caller waits.
 
     Each method raises BusGone when the bus has gone, and TimeoutError when it does not take or
     answer anything for SECONDS.
@@ -141,7 +142,9 @@ class Connection:
         data, self._unread = self._unread[:size], self._unread[size:]
         message = wire.read(data)
         if message.kind == wire.SIGNAL:
-            self._on_signal(message)
+            # Anyone may send one to a client; what was asked for is sent to nobody in particular.
+            if not message.destination:
+                self._on_signal(message)
         elif message.answered in self._answers:
             self._answers[message.answered] = message
         return True

@@ -229,8 +229,6 @@ class _Scribe:
         return self._bus.call(PATIENCE_S, *_DAEMON, *method)
 
     def _on_signal(self, message: wire.Message) -> None:
-        if message.interface != INTERFACE:
-            return
         signal, values = message.member, message.values
         self._finger.take()
         if signal == "Stopping" or self.has_stopped:

@@ -22,7 +22,7 @@ HEAD_SIZE = 16
 _PATH, _INTERFACE, _MEMBER, _ERROR_NAME, _ANSWERED, _DESTINATION, _SENDER, _SIGNATURE = range(1, 9)
 _TYPES = {_PATH: "o", _INTERFACE: "s", _MEMBER: "s", _DESTINATION: "s", _SIGNATURE: "g"}
 _FIXED = {"y": ("B", 1), "b": ("I", 4), "n": ("h", 2), "q": ("H", 2), "i": ("i", 4), "u": ("I", 4),
-          "x": ("q", 8), "t": ("Q", 8), "d": ("d", 8)}
+          "h": ("I", 4), "x": ("q", 8), "t": ("Q", 8), "d": ("d", 8)}
 _ALIGNMENTS = {"s": 4, "o": 4, "g": 1, "v": 1, "a": 4, "(": 8, "{": 8}
 
 
@@ -32,8 +32,7 @@ class Message:
     def __init__(self, kind: int, fields: dict[int, Any], values: tuple):
         self.kind = kind
         self.answered = fields.get(_ANSWERED, 0)
-        self.path = fields.get(_PATH, "")
-        self.interface = fields.get(_INTERFACE, "")
+        self.destination = fields.get(_DESTINATION, "")
         self.member = fields.get(_MEMBER, "")
         self.error = fields.get(_ERROR_NAME, "")
         self.signature = fields.get(_SIGNATURE, "")

@@ -1,9 +1,11 @@
 """A log larger than a message of the bus may be, and a keeper that the bus has dropped."""
 
 import importlib
+import subprocess
 import types
 
 import dbus.bus
+import dbus.lowlevel
 import pytest
 
 from simulator.desk import BUILD, Desk
@@ -48,6 +50,23 @@ def test_a_keeper_that_its_bus_has_dropped_ends_the_watch(desk):
     desk.do("start", "--headless")
 
 
+def test_what_anyone_sends_to_a_command_that_waits_is_ignored(desk):
+    bus = dbus.bus.BusConnection(f"unix:path={desk.status()['folder']}/bus")
+    known = set(bus.list_names())
+    with subprocess.Popen(desk.command("wait", "log", "first frame", "-t", 60),
+                          env=desk.environment) as waiting:
+        wait_until(lambda: set(bus.list_names()) - known, "the command on the bus")
+        (name,) = set(bus.list_names()) - known
+        signal = dbus.lowlevel.SignalMessage("/com/velmora/QivoWatch", "com.velmora.QivoWatch1",
+                                             "LogGrown")
+        signal.set_destination(name)
+        bus.send_message(signal)
+        bus.flush()
+        desk.do("launch")
+    bus.close()
+    assert waiting.returncode == 0
+
+
 class GrowingLog:
     """Stands for a watch whose log grows while the answer to the first call is on its way."""
 
@@ -62,7 +81,7 @@ class GrowingLog:
     def read(self, _method, _signature, place):
         self.answers += 1
         if self.answers == 1:
-            self.grow(types.SimpleNamespace(member="LogGrown", values=(2,)))
+            self.grow(types.SimpleNamespace(values=(2,)))
             return 1, place, self.lines[:1]
         return 2, place, self.lines[place:]
 

@@ -169,7 +169,7 @@ def test_what_the_mouse_does_is_recorded_with_its_rhythm(window, host, tmp_path)
 def test_commands_are_recorded_as_they_were_given(desk, tmp_path, monkeypatch):
     file = tmp_path / "run.replay"
     monkeypatch.chdir(tmp_path)
-    given = ["launch --operation show --extra 'a=b c'", "bezel cw 2 -i 30",
+    given = ["launch --operation=-show --extra 'a=b c' --extra=-d=e", "bezel cw 2 -i 30",
              "swipe 180 250 180 200 -d 50 --then 180,250,40", "language de_DE",
              "battery --percent 12.5 --charging", "time set 10:08", "button click back -d 100"]
     with recording(desk, file):

@@ -171,20 +171,24 @@ def words_of(method: str, values: dict[str, Any]) -> list[str]:
 
 
 def _argument_words(argument: Argument, value: Any) -> list[str]:
-    kind, flags = argument.kind, [argument.short or argument.flag]
+    kind, flag = argument.kind, argument.short or argument.flag or ""
     if isinstance(kind, Choice) and kind.are_flags:
         return [f"--{value}"]
     if isinstance(kind, Pairs):
-        return [word for key, text in value.items() for word in (*flags, f"{key}={text}")]
+        return [word for key, text in value.items() for word in _option(flag, f"{key}={text}")]
     if isinstance(kind, Legs):
-        return [word for leg in value for word in (*flags, ",".join(map(str, leg)))]
+        return [word for leg in value for word in _option(flag, ",".join(map(str, leg)))]
     if isinstance(kind, Command):
         value = shlex.join([_near(value[0]), *value[1:]])
     elif isinstance(kind, (Program, Place)):
         value = _near(value)
     elif isinstance(value, float):
         value = f"{value:g}"
-    return [*(flags if flags[0] else []), str(value)]
+    return _option(flag, str(value)) if flag else [str(value)]
+
+
+def _option(flag: str, text: str) -> list[str]:
+    return [f"{flag}={text}"] if text.startswith("-") else [flag, text]
 
 
 def _near(path: str) -> str:

@@ -1,6 +1,7 @@
 """What is done on the watch, recorded as a replay and played."""
 
 import contextlib
+import importlib
 import os
 import random
 import re
@@ -11,7 +12,7 @@ import time
 
 import pytest
 
-from simulator.desk import Desk
+from simulator.desk import BUILD, Desk
 from support.bus import wait_until
 from support.display import Display
 
@@ -187,6 +188,16 @@ def test_the_folder_in_which_a_command_is_given_is_recorded_as_such(desk, tmp_pa
         desk.do("install", ".")
     desk.do("uninstall", "org.example.none")
     assert recorded(tmp_path / "run.replay")[0] == "install ."
+
+
+def test_a_text_that_looks_like_an_option_is_waited_for(monkeypatch):
+    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
+    deeds = importlib.import_module("qivo_watch.command.deeds")
+    grammar = importlib.import_module("qivo_watch.command.arguments").Grammar(True)
+    end = deeds.Deed("", {}, False, 1, 1, 1, 1, True, deeds.Rest("-x degrees"))
+    written = deeds.lines([], end, ["12:00:00.000 I weather: --cold"], 360)
+    texts = [getattr(grammar.parse(shlex.split(line)), "text", None) for line in written]
+    assert texts == ["--cold", "-x degrees", None]
 
 
 def test_what_the_home_face_launches_is_recorded_as_the_touch_alone(desk, tmp_path):

@@ -93,7 +93,7 @@ def lines(deeds: list[Deed], end: Deed, log: list[str], size: int) -> Iterator[s
         found = _line_to_wait_for(log, place, last, deed.first)
         if found:
             place, text = found
-            yield shlex.join(["wait", "log", text])
+            yield _wait("log", text)
         yield from _waits(deed)
         if deed is not end:
             yield _line(deed, size)
@@ -105,11 +105,15 @@ def _waits(deed: Deed) -> Iterator[str]:
     if deed.rest and deed.rest.has_ended:
         yield "wait exit"
     if deed.rest and deed.rest.text:
-        yield shlex.join(["wait", "text", deed.rest.text])
+        yield _wait("text", deed.rest.text)
     if deed.rest or deed.was_still:
         yield "wait still"
     if deed.rest and deed.rest.picture:
         yield shlex.join(["compare", deed.rest.picture])
+
+
+def _wait(what: str, text: str) -> str:
+    return shlex.join(["wait", what, *(["--"] if text.startswith("-") else []), text])
 
 
 def _gathered(deeds: list[Deed]) -> Iterator[Deed]:

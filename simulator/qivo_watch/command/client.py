@@ -45,6 +45,8 @@ class Client:
             raise hang("the message bus") from None
         except BusGone:
             raise WatchGone(absence(folder)) from None
+        except CallError as error:
+            raise WatchError(f"the message bus takes no more clients: {error}") from None
 
     def call(self, method: str, signature: str = "", *arguments: Any) -> tuple:
         """Calls the control interface; a refusal becomes a WatchError with its line."""

@@ -1,5 +1,7 @@
-"""A log larger than a message of the bus may be, and a keeper that the bus has dropped."""
+"""A log larger than a message of the bus may be, and a bus that is used up or has dropped the
+keeper."""
 
+import contextlib
 import importlib
 import subprocess
 import types
@@ -65,6 +67,15 @@ def test_what_anyone_sends_to_a_command_that_waits_is_ignored(desk):
         desk.do("launch")
     bus.close()
     assert waiting.returncode == 0
+
+
+def test_a_bus_with_too_many_clients_is_told(desk):
+    address = f"unix:path={desk.status()['folder']}/bus"
+    with contextlib.ExitStack() as stack:
+        with pytest.raises(dbus.DBusException, match="LimitsExceeded"):
+            for _ in range(1000):
+                stack.callback(dbus.bus.BusConnection(address).close)
+        assert "the message bus takes no more clients: " in desk.refused("bezel", "cw")
 
 
 class GrowingLog:

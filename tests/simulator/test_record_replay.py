@@ -190,6 +190,13 @@ def test_the_folder_in_which_a_command_is_given_is_recorded_as_such(desk, tmp_pa
     assert recorded(tmp_path / "run.replay")[0] == "install ."
 
 
+def test_a_finger_that_trembles_for_a_minute_is_recorded(monkeypatch):
+    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
+    deeds = importlib.import_module("qivo_watch.command.deeds")
+    stroke = deeds.Stroke([(8 * number, 180 + number % 2 * 80, 180) for number in range(8000)])
+    assert stroke.words(360)[0] == "swipe"
+
+
 def test_a_text_that_looks_like_an_option_is_waited_for(monkeypatch):
     monkeypatch.syspath_prepend(str(BUILD / "simulator"))
     deeds = importlib.import_module("qivo_watch.command.deeds")

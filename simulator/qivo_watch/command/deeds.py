@@ -77,7 +77,7 @@ class Stroke(NamedTuple):
         if reach <= STRAY_PIXELS and end[0] - begin[0] <= TAP_MS:
             return ["touch", *map(str, begin[1:])]
         stray = STRAY_PIXELS
-        while len(kept := _simplified(points, stray)) > MOST_LEGS:
+        while len(kept := _simplified(points, stray)) > MOST_LEGS + 1:
             stray *= 2
         legs = [(x, y, min(time - before[0], int(MILLISECONDS.most)))
                 for before, (time, x, y) in zip(kept, kept[1:])]
@@ -248,15 +248,27 @@ def _onto_disc(x: int, y: int, size: int) -> tuple[int, int]:
 
 
 def _simplified(points: list[tuple[int, int, int]], stray: float) -> list[tuple[int, int, int]]:
-    """The fewest of the points between which a finger that moves evenly strays so little."""
-    begin, end = points[0], points[-1]
+    """The fewest of the points between which a finger that moves evenly strays so little; it stops
+    looking when they are more than a replay's line takes."""
+    kept, legs = {0, len(points) - 1}, [(0, len(points) - 1)]
+    while legs and len(kept) <= MOST_LEGS + 1:
+        first, last = legs.pop()
+        worst, where = _worst(points, first, last)
+        if worst > stray:
+            kept.add(where)
+            legs += [(first, where), (where, last)]
+    return [points[number] for number in sorted(kept)]
+
+
+def _worst(points: list[tuple[int, int, int]], first: int, last: int) -> tuple[float, int]:
+    """How far the finger strays at most from an even way between two points, and at which one."""
+    begin, end = points[first], points[last]
     whole = max(end[0] - begin[0], 1)
-    worst, where = 0.0, 0
-    for number, (time, *place) in enumerate(points[1:-1], 1):
+    worst, where = 0.0, first
+    for number in range(first + 1, last):
+        time, *place = points[number]
         share = (time - begin[0]) / whole
         even = [one + (other - one) * share for one, other in zip(begin[1:], end[1:])]
         if (distance := math.dist(even, place)) > worst:
             worst, where = distance, number
-    if worst <= stray:
-        return [begin, end]
-    return [*_simplified(points[:where + 1], stray)[:-1], *_simplified(points[where:], stray)]
+    return worst, where

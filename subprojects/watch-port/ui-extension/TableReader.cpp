@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <fcntl.h>
 #include <string_view>
 #include <sys/stat.h>
@@ -131,6 +132,7 @@ private:
     static Eina_Bool STokenCB(void* data, Eina_Simple_XML_Type type, const char* content,
                               unsigned offset, unsigned length);
 
+    bool TokenFound(Eina_Simple_XML_Type type, const char* content, unsigned length);
     void TagFound(Eina_Simple_XML_Type type, const char* content, unsigned length);
     void RootFound(bool isEmpty, const std::string& name);
     void EntryFound(const char* content, unsigned length);
@@ -154,6 +156,7 @@ private:
     unsigned mOffset = 0;
     long mLine = 1;
     std::vector<TableEntry> mEntries;
+    std::exception_ptr mThrown;
 };
 
 void Parser::MoveTo(unsigned offset)
@@ -170,30 +173,44 @@ std::string Parser::Place() const
     return std::string(mPath) + ":" + std::to_string(mLine);
 }
 
+// The parser is C, which on some machines nothing can be thrown through.
 Eina_Bool Parser::STokenCB(void* data, Eina_Simple_XML_Type type, const char* content,
                            unsigned offset, unsigned length)
 {
     auto* self = static_cast<Parser*>(data);
-    self->MoveTo(offset);
+    try
+    {
+        self->MoveTo(offset);
+        return self->TokenFound(type, content, length);
+    }
+    catch (...)
+    {
+        self->mThrown = std::current_exception();
+        return EINA_FALSE;
+    }
+}
+
+bool Parser::TokenFound(Eina_Simple_XML_Type type, const char* content, unsigned length)
+{
     if (IsDocumentType(type, content, length))
     {
-        ReportAt(self->Place(), DLOG_WARN, "document type ignored");
-        return EINA_TRUE;
+        ReportAt(Place(), DLOG_WARN, "document type ignored");
+        return true;
     }
     switch (type)
     {
     case EINA_SIMPLE_XML_OPEN:
     case EINA_SIMPLE_XML_OPEN_EMPTY:
     case EINA_SIMPLE_XML_CLOSE:
-        self->TagFound(type, content, length);
+        TagFound(type, content, length);
         break;
     case EINA_SIMPLE_XML_ERROR:
-        self->mIsBroken = true;
+        mIsBroken = true;
         break;
     default:
         break;
     }
-    return self->mProgress != Progress::OtherRoot && !self->mIsBroken;
+    return mProgress != Progress::OtherRoot && !mIsBroken;
 }
 
 void Parser::TagFound(Eina_Simple_XML_Type type, const char* content, unsigned length)
@@ -252,6 +269,8 @@ std::optional<std::vector<TableEntry>> Parser::Parse()
 {
     bool isParsed = eina_simple_xml_parse(mText.data(), static_cast<unsigned>(mText.size()),
                                           EINA_TRUE, STokenCB, this);
+    if (mThrown)
+        std::rethrow_exception(mThrown);
     if (mProgress == Progress::OtherRoot)
         return std::nullopt;
     if (isParsed && !mIsBroken && mProgress == Progress::AfterRoot)

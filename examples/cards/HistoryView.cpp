@@ -17,6 +17,7 @@ void HistoryView::Fill()
     elm_box_pack_end(box, MakeLayout(box, "cards/row_pad", 0));
     mHeading = MakeLayout(box, "cards/heading", 0);
     elm_box_pack_end(box, mHeading);
+    mEmpty = nullptr;
     const auto& payments = mWallet.GetPayments();
     for (int i = static_cast<int>(payments.size()) - 1; i >= 0; --i)
     {
@@ -26,6 +27,11 @@ void HistoryView::Fill()
         elm_object_part_text_set(row, "payment", payment.c_str());
         elm_box_pack_end(box, row);
     }
+    if (payments.empty())
+    {
+        mEmpty = MakeLayout(box, "cards/heading", 0);
+        elm_box_pack_end(box, mEmpty);
+    }
     elm_box_pack_end(box, MakeLayout(box, "cards/row_pad", 0));
     mCircleScroller =
         eext_circle_object_scroller_add(scroller, RotaryEventManager::GetCircleSurface());
@@ -33,9 +39,9 @@ void HistoryView::Fill()
 
 void HistoryView::SetTexts()
 {
-    const bool isEmpty = mWallet.GetPayments().empty();
     elm_object_part_text_set(mHeading, "heading", Text("CARDS_HISTORY").c_str());
-    elm_object_part_text_set(GetLayout(), "empty", isEmpty ? Text("CARDS_EMPTY").c_str() : "");
+    if (mEmpty)
+        elm_object_part_text_set(mEmpty, "heading", Text("CARDS_EMPTY").c_str());
 }
 
 } // namespace Cards

@@ -23,6 +23,7 @@ protected:
 private:
     const Wallet& mWallet;
     Evas_Object* mHeading = nullptr;
+    Evas_Object* mEmpty = nullptr;
     Evas_Object* mCircleScroller = nullptr;
 };
 

@@ -106,6 +106,7 @@ def wait_ready(folder: Folder) -> None:
 
 def ended(folder: Folder) -> WatchError:
     """The message of a command whose watch is gone."""
+    _wait_cleared(folder)
     reason = folder.take_note()
     return WatchGone(f"the watch has ended: {reason}") if reason else WatchEnded(
         "the watch has ended")
@@ -113,10 +114,18 @@ def ended(folder: Folder) -> WatchError:
 
 def absence(folder: Folder) -> str:
     """Why there is no watch."""
+    _wait_cleared(folder)
     reason = folder.take_note()
     if reason:
         return f'watch "{folder.name}" has ended: {reason}'
     return f'watch "{folder.name}" is not running (qivo-watch start starts it)'
+
+
+def _wait_cleared(folder: Folder) -> None:
+    """Waits for the guard to clear up: who is told of a watch's end may start another at once."""
+    deadline = time.monotonic() + GRACE_S
+    while folder.is_held() and time.monotonic() < deadline:
+        time.sleep(_TURN_S)
 
 
 def _start_guard(folder: Folder, options: str) -> tuple[int, int]:

@@ -6,6 +6,7 @@ import os
 import pathlib
 import signal
 import subprocess
+import types
 
 import pytest
 from Xlib import X
@@ -109,14 +110,15 @@ def test_a_replay_whose_watch_ends_between_two_commands_says_so(desk, tmp_path, 
     file.write_text("bezel cw\nbezel cw\n", encoding="utf-8")
     read = replay.read
 
-    def steps(given):
-        first, second = read(given)
-        yield first
-        kill(desk.status()["processes"]["server"])
-        yield second
-    monkeypatch.setattr(replay, "read", steps)
+    class Steps(list):
+        def __iter__(self):
+            first, second = super().__iter__()
+            yield first
+            kill(desk.status()["processes"]["server"])
+            yield second
+    monkeypatch.setattr(replay, "read", lambda given: Steps(read(given)))
     with pytest.raises(importlib.import_module("qivo_watch.errors").WatchError) as told:
-        replay.play(file, "watch", False)
+        replay.play(file, types.SimpleNamespace(name="watch", update=False, trace=None, junit=None))
     assert "run.replay:2: bezel cw: the watch has ended" in str(told.value)
 
 

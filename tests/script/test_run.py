@@ -35,6 +35,7 @@ def run(name, *arguments):
     ("races", ["many"], '"many"'),
     ("bench", ["--fast"], '"--fast"'),
     ("bench", ["--quick", "extra"], '"extra"'),
+    ("bench", ["--verbs", "--only=start"], "--only=start"),
 ])
 def test_wrong_use_is_named_in_one_line_with_status_2(name, arguments, named):
     result = run(name, *arguments)
@@ -44,7 +45,7 @@ def test_wrong_use_is_named_in_one_line_with_status_2(name, arguments, named):
 
 @pytest.mark.parametrize("name, usage", [
     ("run", "script/run [--screenshot FILE] [-- APP-ARGUMENTS]"),
-    ("bench", "script/bench [--quick] [--verbs] [--only=PART]... [--minutes=N]"),
+    ("bench", "script/bench [--quick] [--verbs | [--only=PART]... [--minutes=N]]"),
     ("build", "script/build KIND [TARGET...]"),
     ("setup", "script/setup test "),
     ("test", "script/test"),

@@ -9,7 +9,7 @@ from __future__ import annotations
 
 import os
 
-from qivo_watch.errors import UsageError
+from qivo_watch.errors import UsageError, WatchError
 
 TYPE_CHECKING = False  # typing itself takes long to load.
 if TYPE_CHECKING:
@@ -110,6 +110,13 @@ class Text:
         return value
 
 
+def _absolute(path: str) -> str:
+    try:
+        return os.path.abspath(path)
+    except FileNotFoundError:
+        raise WatchError(f'"{path}" is not found: the working folder has been removed') from None
+
+
 class Time(Text):
     def read(self, word: str) -> str:
         """Reports a mistake before a watch is asked."""
@@ -122,7 +129,7 @@ class Program(Text):
     """An application's id, or the path of a program."""
 
     def read(self, word: str) -> str:
-        return os.path.abspath(word) if "/" in word else word
+        return _absolute(word) if "/" in word else word
 
 
 class Place(Text):
@@ -131,7 +138,7 @@ class Place(Text):
     def read(self, word: str) -> str:
         if not word:
             raise UsageError('"" is not a file')
-        return os.path.abspath(word)
+        return _absolute(word)
 
 
 class Command:
@@ -147,7 +154,7 @@ class Command:
             raise UsageError(f'"{word}" is not a command: {error}') from None
         if not words:
             raise UsageError(f'"{word}" is not a command')
-        return [os.path.abspath(words[0]) if "/" in words[0] else words[0], *words[1:]]
+        return [_absolute(words[0]) if "/" in words[0] else words[0], *words[1:]]
 
     def check(self, value: Any) -> list[str]:
         if not (isinstance(value, list) and value and all(isinstance(word, str) for word in value)):

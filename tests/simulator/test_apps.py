@@ -4,6 +4,7 @@ import importlib
 import json
 import os
 import shutil
+import subprocess
 
 import dbus.bus
 import pytest
@@ -368,3 +369,12 @@ def test_a_watch_that_cannot_keep_its_applications_does_not_start(fresh: Desk, t
     (tmp_path / "file").touch()
     assert fresh.refused("start", "--headless", "--keep", tmp_path / "file") == (
         f"qivo-watch: the watch did not start: {tmp_path}/file: File exists")
+
+
+def test_a_working_folder_that_has_been_removed_is_told(desk, tmp_path):
+    (tmp_path / "gone").mkdir()
+    told = subprocess.run(["sh", "-c", 'rmdir "$PWD" && exec "$@"', "sh",
+                           *desk.command("install", "app")], cwd=tmp_path / "gone",
+                          env=desk.environment, capture_output=True, text=True)
+    assert (told.returncode, told.stderr) == (
+        1, 'qivo-watch: "app" is not found: the working folder has been removed\n')

@@ -197,6 +197,15 @@ def test_a_finger_that_trembles_for_a_minute_is_recorded(monkeypatch):
     assert stroke.words(360)[0] == "swipe"
 
 
+def test_a_long_scribble_keeps_its_larger_turns(monkeypatch):
+    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
+    deeds = importlib.import_module("qivo_watch.command.deeds")
+    way = [100, *[124, 100] * 30, *[114, 100] * 30]
+    words = deeds.Stroke([(15 * number, x, 180) for number, x in enumerate(way)]).words(360)
+    reached = [int(words[3]), *(int(leg.split(",")[0]) for leg in words[8::2])]
+    assert len(reached) == deeds.MOST_LEGS and reached.count(124) == 30
+
+
 def test_a_text_that_looks_like_an_option_is_waited_for(monkeypatch):
     monkeypatch.syspath_prepend(str(BUILD / "simulator"))
     deeds = importlib.import_module("qivo_watch.command.deeds")

@@ -1,5 +1,6 @@
 """What is done on a watch, and the lines of a replay that do it again."""
 
+import heapq
 import math
 import os
 import pathlib
@@ -22,7 +23,7 @@ TAP_MS = 150
 """A finger that stays in its place for longer does not tap."""
 
 STRAY_PIXELS = 3
-"""How far a recorded finger may stray from the mouse's way."""
+"""How far a recorded finger may stray from the mouse's way, if MOST_LEGS are enough for that."""
 
 MOST_LEGS = 100
 
@@ -76,9 +77,7 @@ class Stroke(NamedTuple):
         reach = max(math.dist(point[1:], begin[1:]) for point in points)
         if reach <= STRAY_PIXELS and end[0] - begin[0] <= TAP_MS:
             return ["touch", *map(str, begin[1:])]
-        stray = STRAY_PIXELS
-        while len(kept := _simplified(points, stray)) > MOST_LEGS + 1:
-            stray *= 2
+        kept = _simplified(points)
         legs = [(x, y, min(time - before[0], int(MILLISECONDS.most)))
                 for before, (time, x, y) in zip(kept, kept[1:])]
         (x, y, duration), *others = legs
@@ -247,21 +246,23 @@ def _onto_disc(x: int, y: int, size: int) -> tuple[int, int]:
             round(middle + (y - middle) * most / distance))
 
 
-def _simplified(points: list[tuple[int, int, int]], stray: float) -> list[tuple[int, int, int]]:
-    """The fewest of the points between which a finger that moves evenly strays so little; it stops
-    looking when they are more than a replay's line takes."""
-    kept, legs = {0, len(points) - 1}, [(0, len(points) - 1)]
-    while legs and len(kept) <= MOST_LEGS + 1:
-        first, last = legs.pop()
-        worst, where = _worst(points, first, last)
-        if worst > stray:
-            kept.add(where)
-            legs += [(first, where), (where, last)]
+def _simplified(points: list[tuple[int, int, int]]) -> list[tuple[int, int, int]]:
+    """The points between which a finger that moves evenly strays little: where it strays most, the
+    next one is taken, until none is left or a replay's line is full."""
+    kept = {0, len(points) - 1}
+    legs = [_worst(points, 0, len(points) - 1)]
+    while len(kept) <= MOST_LEGS and legs[0][0] < -STRAY_PIXELS:
+        _, first, where, last = heapq.heappop(legs)
+        kept.add(where)
+        heapq.heappush(legs, _worst(points, first, where))
+        heapq.heappush(legs, _worst(points, where, last))
     return [points[number] for number in sorted(kept)]
 
 
-def _worst(points: list[tuple[int, int, int]], first: int, last: int) -> tuple[float, int]:
-    """How far the finger strays at most from an even way between two points, and at which one."""
+def _worst(points: list[tuple[int, int, int]], first: int, last: int
+           ) -> tuple[float, int, int, int]:
+    """How far the finger strays at most from an even way between two points, negative as a heap
+    has its least first; FIRST, at which point it does, and LAST."""
     begin, end = points[first], points[last]
     whole = max(end[0] - begin[0], 1)
     worst, where = 0.0, first
@@ -271,4 +272,4 @@ def _worst(points: list[tuple[int, int, int]], first: int, last: int) -> tuple[f
         even = [one + (other - one) * share for one, other in zip(begin[1:], end[1:])]
         if (distance := math.dist(even, place)) > worst:
             worst, where = distance, number
-    return worst, where
+    return -worst, first, where, last

@@ -9,10 +9,10 @@ LONGEST_LINE = 4096
 _HEAD = re.compile(r"\d\d:\d\d:\d\d\.\d{3} ([DIWE]) ")
 _LETTERS = dict(zip("DIWE", LEVELS))
 _ESCAPE = re.compile(r"\033\[[0-9;]*m")
-# Control characters, surrogates, ends of lines and paragraphs, and what turns the reading
-# direction of the text around it. Spaces and joiners of all kinds are text.
+# Control characters, surrogates, ends of lines and paragraphs, what turns the reading direction of
+# the text around it, and what no XML may have. Spaces and joiners of all kinds are text.
 _UNBEARABLE = re.compile(
-    "[\0-\x08\x0a-\x1f\x7f-\x9f\ud800-\udfff\u2028-\u202e\u2066-\u2069]")
+    "[\0-\x08\x0a-\x1f\x7f-\x9f\ud800-\udfff\u2028-\u202e\u2066-\u2069\ufffe\uffff]")
 _RESET = "\033[0m"
 _WAY = "\033[1;34m"
 _COLOURS = {"error": "\033[31m", "warn": "\033[1;33m", "info": "\033[1;35m", "debug": "\033[2m"}

@@ -2,10 +2,14 @@
 the exit status."""
 
 import re
+import signal
+import subprocess
 from html.parser import HTMLParser
 from xml.etree import ElementTree
 
 import pytest
+
+from support.bus import wait_until
 
 
 @pytest.fixture(name="file")
@@ -84,6 +88,37 @@ def test_a_page_that_cannot_be_written_hides_no_failure(desk, file, tmp_path):
     assert desk.refused("play", file).endswith("(such as ko_KR or ar_EG.UTF-8)")
 
 
+def test_a_page_is_as_wide_as_a_telephone(desk, file, tmp_path):
+    file.write_text("bezel cw\n")
+    desk.do("play", file, "--trace", tmp_path / "trace")
+    assert ("meta", {"name": "viewport", "content": "width=device-width, initial-scale=1"}) in Page(
+        tmp_path / "trace" / "index.html").tags
+
+
+def test_a_replay_that_passes_with_a_page_takes_that_of_its_last_failure_away(desk, file,
+                                                                              tmp_path):
+    (tmp_path / "run-trace").mkdir()
+    (tmp_path / "run-trace" / "index.html").write_text("of a failure")
+    file.write_text("bezel cw\n")
+    desk.do("play", file, "--trace", tmp_path / "trace")
+    assert not (tmp_path / "run-trace").exists() and (tmp_path / "trace" / "index.html").exists()
+
+
+def test_a_replay_that_is_interrupted_leaves_page_and_result(desk, file, tmp_path):
+    file.write_text("bezel cw\nwait log never -t 600\nbezel ccw\n")
+    before, result = desk.status()["bezel"], tmp_path / "result.xml"
+    with subprocess.Popen(desk.command("play", file, "--trace", tmp_path, "--junit", result),
+                          env=desk.environment, stderr=subprocess.PIPE) as playing:
+        wait_until(lambda: desk.status()["bezel"] == before + 1, "the first step")
+        playing.terminate()
+        assert (playing.communicate()[1], playing.returncode) == (b"", 128 + signal.SIGTERM)
+    # The first step may still be looked at.
+    failed, *left = [part for case in ElementTree.parse(result).getroot() for part in case]
+    assert (failed.tag, failed.get("type")) == ("failure", "interrupted")
+    assert left and {part.tag for part in left} == {"skipped"}
+    assert "it was interrupted" in Page(tmp_path / "index.html").shown
+
+
 @pytest.mark.parametrize("lines, kind, status", [
     ("language '?'", "refused", 1), ("wait log never -t 0.1", "time", 4),
     ("launch /bin/false", "application", 5)])
@@ -101,6 +136,16 @@ def test_a_failure_has_a_kind_for_the_build_server_and_the_shell(desk, file, tmp
     assert [part.tag for part in skipped] == ["skipped"]
 
 
+def test_a_result_can_be_read_whatever_the_replay_says(desk, tmp_path):
+    result = tmp_path / "result.xml"
+    for name in ("a\x01b", "a\udc80b"):
+        file = tmp_path / f"{name}.replay"
+        file.write_text("bezel cw\nlaunch --operation '\ufffe\uffff'\nlanguage '\uffff'\n",
+                        encoding="utf-8")
+        desk.refused("play", file, "--junit", result)
+        assert ElementTree.parse(result).getroot().get("name") == "a\ufffdb"
+
+
 def test_without_a_watch_a_replay_has_a_status_of_its_own(fresh, file, tmp_path):
     file.write_text("bezel cw\n")
     fresh.refused("play", file, "--junit", tmp_path / "result.xml", status=6)
@@ -110,7 +155,9 @@ def test_without_a_watch_a_replay_has_a_status_of_its_own(fresh, file, tmp_path)
 
 def test_a_result_that_cannot_be_written_is_told(desk, file, tmp_path):
     file.write_text("bezel cw\n")
-    assert "cannot write" in desk.refused("play", file, "--junit", tmp_path / "no" / "result.xml")
+    assert "cannot write" in desk.refused("play", file, "--junit", tmp_path / "no" / "result.xml",
+                                          "--trace", tmp_path / "trace")
+    assert (tmp_path / "trace" / "index.html").exists()
     assert "cannot write" in desk.refused("play", file, "--trace", file / "trace")
     file.write_text("wait log never -t 0.1\n")
     told = desk.refused("play", file, "--trace", file / "trace", status=4)

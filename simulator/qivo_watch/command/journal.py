@@ -49,7 +49,7 @@ class Journal:
         self._has_watch = False
         self._log_place = 0
         self._pixels = self._picture = b""
-        self._begun = 0.0
+        self._begun = time.monotonic()
 
     def open(self, log_place: int) -> None:
         """A watch is there; the log is noted from LOG_PLACE on."""
@@ -70,6 +70,11 @@ class Journal:
         failure = self._failure(error, log) if error else None
         self.entries.append(Entry(line, command, seconds, before, self._picture, log, tree,
                                   failure))
+
+    def interrupt(self, line: int, command: str) -> None:
+        """A step was interrupted. The watch is not asked: that could take seconds."""
+        self.entries.append(Entry(line, command, time.monotonic() - self._begun, self._picture,
+                                  b"", [], [], Failure("interrupted", "it was interrupted")))
 
     def close(self) -> None:
         """The watch has been stopped."""

@@ -10,6 +10,7 @@ from qivo_watch.lines import printable
 
 def write(journal: Journal, name: str, left: list[tuple[int, str]], file: str) -> None:
     """LEFT: line and command of the steps that were not done."""
+    name = printable(name)
     failed = sum(bool(entry.failure) for entry in journal.entries)
     suite = ElementTree.Element("testsuite", {
         "name": name, "tests": str(len(journal.entries) + len(left)), "failures": str(failed),

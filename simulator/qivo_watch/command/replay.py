@@ -93,7 +93,7 @@ def play(file: pathlib.Path, given: argparse.Namespace) -> None:
     """Runs a replay as the options of `play` want it; the first command that fails ends it, and the
     watch that it started."""
     steps = read(file)
-    failure: ReplayFailed | None = None
+    failure: ReplayFailed | KeyboardInterrupt | None = None
     with contextlib.closing(_Player(file, given)) as player:
         try:
             for step in steps:
@@ -101,15 +101,21 @@ def play(file: pathlib.Path, given: argparse.Namespace) -> None:
         except ReplayFailed as failed:
             failure = failed
             player.give_up()
+        except KeyboardInterrupt as interrupt:
+            failure = interrupt
+            player.interrupt(steps)
+            player.give_up()
         except BaseException:
             player.give_up()
             raise
     try:
         page = player.report(steps)
     except WatchError as error:
-        if failure:
+        if isinstance(failure, ReplayFailed):
             raise ReplayFailed(f"{failure} ({error})", failure.status) from None
-        raise
+        raise failure or error from None
+    if isinstance(failure, KeyboardInterrupt):
+        raise failure
     if failure:
         raise ReplayFailed(f'{failure} (see "{page}")' if page else str(failure), failure.status)
 
@@ -143,24 +149,35 @@ class _Player:
                                STATUS.get(failure.kind, 1)) from None
         self._journal.end(step.line, command, None)
 
+    def interrupt(self, steps: list[Step]) -> None:
+        """The step at work, or the next one, is not done."""
+        for step in steps[len(self._journal.entries):][:1]:
+            self._journal.interrupt(step.line, shlex.join(step.words))
+
     def report(self, steps: list[Step]) -> pathlib.Path | None:
         """Writes what is wanted of how it went; returns where the page is, if there is one."""
         left = [(step.line, shlex.join(step.words))
                 for step in steps[len(self._journal.entries):]]
-        if self._given.junit:
-            junit.write(self._journal, self._file.stem, left, self._given.junit)
+        try:
+            if self._given.junit:
+                junit.write(self._journal, self._file.stem, left, self._given.junit)
+        finally:
+            page = self._leave_page(left)
+        return page
+
+    def _leave_page(self, left: list[tuple[int, str]]) -> pathlib.Path | None:
         usual = self._file.with_name(f"{self._file.stem}-trace")
         has_failed = any(entry.failure for entry in self._journal.entries)
+        if not has_failed:
+            with contextlib.suppress(OSError):
+                (usual / trace.PAGE).unlink()
+                usual.rmdir()
         if self._given.trace:
             return trace.write(self._journal, self._file.name, left,
                                pathlib.Path(self._given.trace))
         if has_failed:
             with contextlib.suppress(WatchError):
                 return trace.write(self._journal, self._file.name, left, usual)
-        else:
-            with contextlib.suppress(OSError):
-                (usual / trace.PAGE).unlink()
-                usual.rmdir()
         return None
 
     def give_up(self) -> None:

@@ -50,6 +50,7 @@ def _page(journal: Journal, name: str, left: list[tuple[int, str]]) -> Iterator[
     failed = next((entry for entry in journal.entries if entry.failure), None)
     seconds = sum(entry.seconds for entry in journal.entries)
     yield '<!DOCTYPE html>\n<html lang="en"><head><meta charset="utf-8">'
+    yield '<meta name="viewport" content="width=device-width, initial-scale=1">'
     yield f'<meta http-equiv="Content-Security-Policy" content="{_POLICY}">'
     yield f"<title>{_text(name)}</title><style>{_STYLE}"
     yield from pictures.rules()

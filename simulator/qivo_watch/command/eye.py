@@ -145,8 +145,8 @@ class Eye:
     def _bounded(self) -> Iterator[None]:
         """Closes the connection to a server that does not answer, whichever thread waits for it."""
         timer = threading.Timer(ANSWER_S, self._hang_up)
-        timer.start()
         try:
+            timer.start()
             yield
         except error.ConnectionClosedError:
             raise (hang("the X server") if self._has_hung else ScreenGone()) from None
@@ -155,7 +155,9 @@ class Eye:
 
     def _hang_up(self) -> None:
         self._has_hung = True
-        self._display.display.socket.shutdown(socket.SHUT_RDWR)
+        # Closed already, if an interrupted command's last wait was still timed.
+        with contextlib.suppress(OSError):
+            self._display.display.socket.shutdown(socket.SHUT_RDWR)
 
 
 def _opened(name: str) -> display.Display:

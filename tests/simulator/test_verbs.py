@@ -368,7 +368,8 @@ def test_a_replay_that_a_signal_ends_while_its_recording_begins_ends(desk, tmp_p
     replay.write_text(f"record {file}\nwait log 'never said'\n", encoding="utf-8")
     result = run_signalled(desk, take_encoder, "TERM", *desk.command("play", replay))
     assert (result.returncode, result.stderr) == (143, "")
-    assert {path.name for path in tmp_path.iterdir()} == {"ffmpeg", "run.gif", "run.replay"}
+    assert {path.name for path in tmp_path.iterdir()} == {
+        "ffmpeg", "run.gif", "run.replay", "run-trace"}
 
 
 def test_an_encoder_that_hangs_is_told(desk, tmp_path, take_encoder):

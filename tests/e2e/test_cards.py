@@ -69,8 +69,9 @@ def test_screens_pass_the_audit_at_each_text_size(desk, size, screens):
     audit("amount")
     for amount in ("1.50", "2.50"):
         launch(desk, "--operation", "pay", "--extra", "card=7706", "--extra", f"amount={amount}")
-        # The payment before has been done, too, and may still be seen.
+        # The payment before is done, too, and below this one while it comes.
         desk.do("wait", "text", amount)
+        desk.do("wait", "still")
         desk.do("wait", "text", "Done")
         audit("payment" if amount == "2.50" else "")
     desk.do("wait", "still")

@@ -85,6 +85,21 @@ def test_screens_pass_the_audit_at_each_text_size(desk, size, screens):
     audit("history")
 
 
+def test_an_empty_history_says_so_below_its_heading_in_large_letters(desk):
+    desk.do("text-size", 2)
+    launch(desk)
+    desk.do("wait", "still")
+    desk.do("bezel", "cw", 4)
+    desk.do("wait", "still")
+    desk.do("touch", "--text", "History")
+    desk.do("wait", "still")
+    (window,) = json.loads(desk.do("tree", "--json"))
+    places = {part["name"]: part["place"] for part in window["children"][0]["children"]}
+    _, top, _, height = places["History"]
+    # Of neighbouring lines a few pixels overlap, where nothing is drawn.
+    assert places["Nothing paid yet"][1] > top + height * 0.9
+
+
 class Sender:
     """Another application, which waits for the answers to its requests."""
 

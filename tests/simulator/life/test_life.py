@@ -122,6 +122,30 @@ def test_a_replay_whose_watch_ends_between_two_commands_says_so(desk, tmp_path, 
     assert "run.replay:2: bezel cw: the watch has ended" in str(told.value)
 
 
+class EndingFolder:
+    """Of a watch whose guard is still clearing up at the first looks."""
+
+    name = "watch"
+
+    def __init__(self):
+        self.looks = 3
+
+    def is_held(self):
+        self.looks -= 1
+        return self.looks > 0
+
+    def take_note(self):
+        assert self.looks == 0
+        return "it broke"
+
+
+@pytest.mark.parametrize("tell", ["absence", "ended"])
+def test_who_is_told_of_a_watchs_end_may_start_another_at_once(monkeypatch, tell):
+    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
+    life = importlib.import_module("qivo_watch.command.life")
+    assert "has ended: it broke" in str(getattr(life, tell)(EndingFolder()))
+
+
 @pytest.mark.parametrize("program", ["Xvfb", "dbus-daemon", "openbox"])
 def test_a_program_that_is_not_installed_is_named_and_nothing_is_left(desk, tmp_path, program):
     for installed in pathlib.Path("/usr/bin").iterdir():

@@ -260,6 +260,9 @@ class Watch:
             if app and not app.is_running:
                 raise WatchError(f"{app.name} {end_of(app.status or 0)} during the swipe")
             self._hand.move(x1 + (x2 - x1) * step // steps, y1 + (y2 - y1) * step // steps)
+        if duration % FINGER_STEP_MS:
+            yield Pause(duration % FINGER_STEP_MS)
+            self._need_screen()
         self._hand.move(x2, y2)
 
     def _need_on_screen(self, x: int, y: int) -> None:

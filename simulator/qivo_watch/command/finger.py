@@ -6,6 +6,7 @@ import threading
 import time
 from typing import Any, Callable
 
+import qivo_watch.packages  # noqa: F401 what follows needs it
 from Xlib import X, display, error
 from Xlib.ext import record
 from Xlib.protocol import rq

@@ -7,6 +7,7 @@ import shlex
 import time
 from typing import Any, Callable, Iterator, NamedTuple
 
+import qivo_watch.packages  # noqa: F401 what follows needs it
 from Xlib import X
 
 from qivo_watch.bus import PATIENCE_S

@@ -14,8 +14,9 @@ inline auto Settings()
 {
     return testing::Values(Setting(360, 100), Setting(390, 100), Setting(454, 100),
                            Setting(360, 130), Setting(390, 130), Setting(454, 130),
-                           Setting(360, 160), Setting(454, 160), Setting(360, 200),
-                           Setting(390, 200), Setting(454, 200), Setting(360, 80));
+                           Setting(360, 160), Setting(390, 160), Setting(454, 160),
+                           Setting(360, 200), Setting(390, 200), Setting(454, 200),
+                           Setting(360, 80));
 }
 
 inline std::string NameOfSetting(const testing::TestParamInfo<Setting>& test)

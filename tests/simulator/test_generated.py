@@ -10,7 +10,6 @@ import os
 import random
 import shlex
 import signal
-import tempfile
 import time
 
 import pytest
@@ -42,9 +41,10 @@ class Watches(RuleBasedStateMachine):
         self._stack = contextlib.ExitStack()
         self._desk = self._stack.enter_context(Desk())
         self._desk.environment["TZ"] = "UTC"
-        entries = self._stack.enter_context(tempfile.TemporaryDirectory())
-        with open(f"{entries}/org.example.one.desktop", "w", encoding="utf-8") as file:
-            file.write(ENTRY)
+        # A failed run's replay installs it, too.
+        entries = FOLDER / "entries"
+        entries.mkdir(parents=True, exist_ok=True)
+        (entries / "org.example.one.desktop").write_text(ENTRY, encoding="utf-8")
         self._words = {"entries": entries, "guide": GUIDE, "cards": PROGRAMS["org.example.cards"]}
         self._models = {"watch": Model(), "second": Model()}
         self._lines = {name: [] for name in self._models}
@@ -94,7 +94,7 @@ class Watches(RuleBasedStateMachine):
             self._tell(name, f"# kill the {part}")
 
     def give(self, name, command):
-        words = command.format(**self._words).split()
+        words = [word.format(**self._words) for word in command.split()]
         is_done = self._models[name].take(words)
         if is_done is not None:
             self._give(name, is_done, *words)
@@ -133,7 +133,6 @@ class Watches(RuleBasedStateMachine):
                          for key, value in model.expected().items() if status[key] != value)
 
     def _fail(self, name, line, difference):
-        FOLDER.mkdir(exist_ok=True)
         file = FOLDER / f"{name}.replay"
         lines = [*self._lines[name], line, f"# {difference}"]
         file.write_text("\n".join(filter(None, lines)) + "\n", encoding="utf-8")

@@ -13,8 +13,9 @@ namespace WatchPort
 std::vector<Evas_Object*> ListThemed(const Display& display);
 
 /**
- * Has each layout ask its theme for its least size anew. The toolkit does so by itself when a theme
- * or a text changes, and not when the size of a text class does.
+ * Has each layout of the application's own (elm_layout) ask its theme for its least size anew. The
+ * toolkit does so by itself when a theme or a text changes, and not when the size of a text class
+ * does.
  */
 void SizeLayouts(const Display& display);
 

@@ -1,12 +1,12 @@
 #include "Application.h"
 
-#include "ListController.h"
-#include "PayController.h"
 #include "common/Log.h"
 #include "common/NaviFrame.h"
 #include "common/RotaryEventManager.h"
 #include "common/util/CommonUtil.h"
 #include "common/util/StringUtil.h"
+#include "controllers/ListController.h"
+#include "controllers/PayController.h"
 #include <Elementary.h>
 #include <cmath>
 #include <cstdlib>

@@ -1,8 +1,8 @@
 #ifndef CARDS_LISTVIEW_H
 #define CARDS_LISTVIEW_H
 
-#include "ThemedView.h"
 #include "Wallet.h"
+#include "views/ThemedView.h"
 #include <vector>
 
 namespace Cards

@@ -1,6 +1,6 @@
-#include "CardController.h"
+#include "controllers/CardController.h"
 
-#include "PayController.h"
+#include "controllers/PayController.h"
 #include <algorithm>
 
 namespace Cards

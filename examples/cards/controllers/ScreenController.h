@@ -1,10 +1,10 @@
 #ifndef CARDS_SCREENCONTROLLER_H
 #define CARDS_SCREENCONTROLLER_H
 
-#include "ThemedView.h"
 #include "common/BaseViewController.h"
 #include "common/NaviFrameStateListener.h"
 #include "common/RotaryEventListener.h"
+#include "views/ThemedView.h"
 #include <list>
 #include <utility>
 

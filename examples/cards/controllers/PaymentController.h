@@ -1,8 +1,8 @@
 #ifndef CARDS_PAYMENTCONTROLLER_H
 #define CARDS_PAYMENTCONTROLLER_H
 
-#include "PaymentView.h"
-#include "ScreenController.h"
+#include "controllers/ScreenController.h"
+#include "views/PaymentView.h"
 
 namespace Cards
 {

@@ -1,8 +1,8 @@
-#include "PayController.h"
+#include "controllers/PayController.h"
 
-#include "ReceiptController.h"
 #include "common/Log.h"
 #include "common/NaviFrame.h"
+#include "controllers/ReceiptController.h"
 
 namespace Cards
 {

@@ -1,9 +1,9 @@
 #ifndef CARDS_PAYCONTROLLER_H
 #define CARDS_PAYCONTROLLER_H
 
-#include "PayView.h"
-#include "ScreenController.h"
 #include "Wallet.h"
+#include "controllers/ScreenController.h"
+#include "views/PayView.h"
 #include <Ecore.h>
 
 namespace Cards

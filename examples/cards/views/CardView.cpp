@@ -1,4 +1,4 @@
-#include "CardView.h"
+#include "views/CardView.h"
 
 #include "common/util/StringUtil.h"
 #include <Elementary.h>

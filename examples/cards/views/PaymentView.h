@@ -1,8 +1,8 @@
 #ifndef CARDS_PAYMENTVIEW_H
 #define CARDS_PAYMENTVIEW_H
 
-#include "ThemedView.h"
 #include "Wallet.h"
+#include "views/ThemedView.h"
 
 namespace Cards
 {

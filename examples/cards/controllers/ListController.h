@@ -1,8 +1,8 @@
 #ifndef CARDS_LISTCONTROLLER_H
 #define CARDS_LISTCONTROLLER_H
 
-#include "ListView.h"
-#include "ScreenController.h"
+#include "controllers/ScreenController.h"
+#include "views/ListView.h"
 
 namespace Cards
 {

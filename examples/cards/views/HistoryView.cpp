@@ -1,4 +1,4 @@
-#include "HistoryView.h"
+#include "views/HistoryView.h"
 
 #include "common/RotaryEventManager.h"
 #include <Elementary.h>

@@ -1,4 +1,4 @@
-#include "ListView.h"
+#include "views/ListView.h"
 
 #include "common/RotaryEventManager.h"
 #include "common/util/CommonUtil.h"

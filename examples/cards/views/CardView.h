@@ -1,8 +1,8 @@
 #ifndef CARDS_CARDVIEW_H
 #define CARDS_CARDVIEW_H
 
-#include "ThemedView.h"
 #include "Wallet.h"
+#include "views/ThemedView.h"
 
 namespace Cards
 {

@@ -1,7 +1,7 @@
 #ifndef CARDS_PAYVIEW_H
 #define CARDS_PAYVIEW_H
 
-#include "ThemedView.h"
+#include "views/ThemedView.h"
 
 namespace Cards
 {

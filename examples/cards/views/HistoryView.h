@@ -1,8 +1,8 @@
 #ifndef CARDS_HISTORYVIEW_H
 #define CARDS_HISTORYVIEW_H
 
-#include "ThemedView.h"
 #include "Wallet.h"
+#include "views/ThemedView.h"
 
 namespace Cards
 {

@@ -1,4 +1,4 @@
-#include "ThemedView.h"
+#include "views/ThemedView.h"
 
 #include "common/NaviFrame.h"
 #include "common/util/CommonUtil.h"

@@ -1,7 +1,7 @@
-#include "HistoryController.h"
+#include "controllers/HistoryController.h"
 
-#include "PaymentController.h"
 #include "common/RotaryEventManager.h"
+#include "controllers/PaymentController.h"
 
 namespace Cards
 {

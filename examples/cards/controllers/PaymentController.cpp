@@ -1,4 +1,4 @@
-#include "PaymentController.h"
+#include "controllers/PaymentController.h"
 
 namespace Cards
 {

@@ -1,8 +1,8 @@
 #ifndef CARDS_CARDCONTROLLER_H
 #define CARDS_CARDCONTROLLER_H
 
-#include "CardView.h"
-#include "ScreenController.h"
+#include "controllers/ScreenController.h"
+#include "views/CardView.h"
 
 namespace Cards
 {

@@ -1,4 +1,4 @@
-#include "ScreenController.h"
+#include "controllers/ScreenController.h"
 
 #include "common/RotaryEventManager.h"
 #include <Ecore.h>

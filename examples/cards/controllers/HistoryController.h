@@ -1,8 +1,8 @@
 #ifndef CARDS_HISTORYCONTROLLER_H
 #define CARDS_HISTORYCONTROLLER_H
 
-#include "HistoryView.h"
-#include "ScreenController.h"
+#include "controllers/ScreenController.h"
+#include "views/HistoryView.h"
 
 namespace Cards
 {

@@ -1,8 +1,8 @@
-#include "ListController.h"
+#include "controllers/ListController.h"
 
-#include "CardController.h"
-#include "HistoryController.h"
 #include "common/util/AppControllUtil.h"
+#include "controllers/CardController.h"
+#include "controllers/HistoryController.h"
 
 namespace Cards
 {

@@ -1,4 +1,4 @@
-#include "ReceiptController.h"
+#include "controllers/ReceiptController.h"
 
 #include "common/NaviFrame.h"
 

@@ -1,4 +1,4 @@
-#include "PaymentView.h"
+#include "views/PaymentView.h"
 
 #include "common/util/StringUtil.h"
 #include <Elementary.h>

@@ -1,8 +1,8 @@
 #ifndef CARDS_RECEIPTCONTROLLER_H
 #define CARDS_RECEIPTCONTROLLER_H
 
-#include "PaymentView.h"
-#include "ScreenController.h"
+#include "controllers/ScreenController.h"
+#include "views/PaymentView.h"
 
 namespace Cards
 {

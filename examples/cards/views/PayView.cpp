@@ -1,4 +1,4 @@
-#include "PayView.h"
+#include "views/PayView.h"
 
 #include "Wallet.h"
 #include <Elementary.h>

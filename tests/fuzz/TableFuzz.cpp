@@ -1,6 +1,6 @@
 // The reader of color and font tables, from the file to the attributes.
 
-#include "ui-extension/TableReader.h"
+#include "ui-extension/tables/TableReader.h"
 
 #include <Eina.h>
 

@@ -3,10 +3,10 @@
 #include "base/Printable.h"
 #include "dlog/PortLog.h"
 #include "ui-extension/Appearance.h"
-#include "ui-extension/ColorTable.h"
 #include "ui-extension/ColoredObjects.h"
-#include "ui-extension/FontTable.h"
-#include "ui-extension/ThemeTables.h"
+#include "ui-extension/tables/ColorTable.h"
+#include "ui-extension/tables/FontTable.h"
+#include "ui-extension/tables/ThemeTables.h"
 
 #include <new>
 

@@ -1,8 +1,8 @@
 #ifndef WATCH_PORT_APPLICATION_ACCESS_ACCESS_BUS_H
 #define WATCH_PORT_APPLICATION_ACCESS_ACCESS_BUS_H
 
-#include "application/access/AccessCall.h"
 #include "application/access/AccessTree.h"
+#include "application/access/calls/AccessCall.h"
 #include "bus/BusListener.h"
 
 #include <Ecore.h>

@@ -1,7 +1,7 @@
 #include "application/access/AccessNews.h"
 
 #include "application/access/AccessWriter.h"
-#include "application/access/TextLayout.h"
+#include "application/access/objects/TextLayout.h"
 
 #include <algorithm>
 

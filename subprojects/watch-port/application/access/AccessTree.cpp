@@ -1,7 +1,7 @@
 #include "application/access/AccessTree.h"
 
-#include "application/access/TextLayout.h"
-#include "application/access/ThemeMarks.h"
+#include "application/access/objects/TextLayout.h"
+#include "application/access/objects/ThemeMarks.h"
 #include "application/windows/Windows.h"
 
 #include <Edje.h>

@@ -1,7 +1,7 @@
 #ifndef WATCH_PORT_APPLICATION_ACCESS_ACCESS_TREE_H
 #define WATCH_PORT_APPLICATION_ACCESS_ACCESS_TREE_H
 
-#include "application/access/Accessible.h"
+#include "application/access/objects/Accessible.h"
 #include "application/display/Display.h"
 
 #include <Ecore_Evas.h>

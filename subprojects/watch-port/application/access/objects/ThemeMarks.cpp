@@ -1,4 +1,4 @@
-#include "application/access/ThemeMarks.h"
+#include "application/access/objects/ThemeMarks.h"
 
 #include <Edje.h>
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "ui-extension/TableEntry.h"
+#include "ui-extension/tables/TableEntry.h"
 
 #include "base/Printable.h"
 #include "dlog/PortLog.h"

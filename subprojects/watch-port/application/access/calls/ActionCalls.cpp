@@ -1,6 +1,6 @@
-#include "application/access/AccessCall.h"
-#include "application/access/Actions.h"
-#include "application/access/TextLayout.h"
+#include "application/access/calls/AccessCall.h"
+#include "application/access/objects/Actions.h"
+#include "application/access/objects/TextLayout.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "ui-extension/TableReader.h"
+#include "ui-extension/tables/TableReader.h"
 
 #include "base/Printable.h"
 #include <dlog.h>

@@ -1,7 +1,7 @@
-#include "application/access/Actions.h"
+#include "application/access/objects/Actions.h"
 
-#include "application/access/TextLayout.h"
-#include "application/access/ThemeMarks.h"
+#include "application/access/objects/TextLayout.h"
+#include "application/access/objects/ThemeMarks.h"
 #include "base/FreeDeleter.h"
 
 #include <Ecore_Evas.h>

@@ -1,4 +1,4 @@
-#include "application/access/TextLayout.h"
+#include "application/access/objects/TextLayout.h"
 
 #include "base/FreeDeleter.h"
 

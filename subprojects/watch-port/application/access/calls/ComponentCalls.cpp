@@ -1,5 +1,5 @@
-#include "application/access/AccessCall.h"
-#include "application/access/Actions.h"
+#include "application/access/calls/AccessCall.h"
+#include "application/access/objects/Actions.h"
 
 namespace WatchPort
 {

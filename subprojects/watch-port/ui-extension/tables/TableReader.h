@@ -1,7 +1,7 @@
 #ifndef WATCH_PORT_UI_EXTENSION_TABLE_READER_H
 #define WATCH_PORT_UI_EXTENSION_TABLE_READER_H
 
-#include "ui-extension/TableEntry.h"
+#include "ui-extension/tables/TableEntry.h"
 
 #include <optional>
 #include <vector>

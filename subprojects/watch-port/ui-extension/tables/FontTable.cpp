@@ -1,6 +1,6 @@
-#include "ui-extension/FontTable.h"
+#include "ui-extension/tables/FontTable.h"
 
-#include "ui-extension/TableReader.h"
+#include "ui-extension/tables/TableReader.h"
 
 #include <Edje.h>
 

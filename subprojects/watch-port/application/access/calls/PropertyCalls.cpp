@@ -1,5 +1,5 @@
-#include "application/access/AccessCall.h"
-#include "application/access/TextLayout.h"
+#include "application/access/calls/AccessCall.h"
+#include "application/access/objects/TextLayout.h"
 #include "system-settings/Settings.h"
 
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "application/ThemeReload.h"
+#include "application/theme/ThemeReload.h"
 
 #include "application/windows/ThemedObjects.h"
 

@@ -1,4 +1,4 @@
-#include "application/PlatformTheme.h"
+#include "application/theme/PlatformTheme.h"
 
 #include "dlog/PortLog.h"
 

@@ -1,7 +1,7 @@
 #ifndef WATCH_PORT_APPLICATION_ACCESS_ACTIONS_H
 #define WATCH_PORT_APPLICATION_ACCESS_ACTIONS_H
 
-#include "application/access/Accessible.h"
+#include "application/access/objects/Accessible.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
-#include "ui-extension/ColorTable.h"
+#include "ui-extension/tables/ColorTable.h"
 
-#include "ui-extension/TableReader.h"
+#include "ui-extension/tables/TableReader.h"
 
 #include <Edje.h>
 

@@ -1,7 +1,7 @@
 """What command and keeper share: names, limits, and each verb with its arguments.
 
 A verb is declared here once. The command's grammar (command/arguments.py), its call
-(command/client.py), the interface on the bus and the check of what comes over it
+(command/bus/client.py), the interface on the bus and the check of what comes over it
 (keeper/control.py) follow from that; Watch (keeper/watch.py) has a method of its name.
 """
 

@@ -151,9 +151,9 @@ def client_of(connection):
     ids=["deep", "long", "gone"])
 def test_a_tree_without_an_end_is_refused(monkeypatch, lies, complaint):
     monkeypatch.syspath_prepend(str(BUILD / "simulator"))
-    error = importlib.import_module("qivo_watch.command.connection").CallError
+    error = importlib.import_module("qivo_watch.command.bus.connection").CallError
     lies = {method: error(lie, "") if lie == GONE else lie for method, lie in lies.items()}
-    reader = importlib.import_module("qivo_watch.command.tree")
+    reader = importlib.import_module("qivo_watch.command.screen.tree")
     if "within" in complaint:
         monkeypatch.setattr(reader, "_PATIENCE_S", 0.1)
     with pytest.raises(importlib.import_module("qivo_watch.errors").WatchError) as told:
@@ -163,7 +163,7 @@ def test_a_tree_without_an_end_is_refused(monkeypatch, lies, complaint):
 
 def test_a_name_that_is_no_text_is_none(monkeypatch):
     monkeypatch.syspath_prepend(str(BUILD / "simulator"))
-    reader = importlib.import_module("qivo_watch.command.tree")
+    reader = importlib.import_module("qivo_watch.command.screen.tree")
     (part,) = reader.read_windows(client_of(Liar(Get=(5,))))
     assert part.name == ""
 

@@ -43,7 +43,8 @@ def _run(words: list[str]) -> None:
         given = read([*words, "start"])
     if given.verb == "play":
         import pathlib  # pylint: disable=import-outside-toplevel
-        from qivo_watch.command.replay import play  # pylint: disable=import-outside-toplevel
+        # pylint: disable-next=import-outside-toplevel
+        from qivo_watch.command.replays.replay import play
         play(pathlib.Path(given.file), given)
         return
     session = Session(given.name)

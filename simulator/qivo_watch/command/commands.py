@@ -12,7 +12,7 @@ import sys
 import time
 
 from qivo_watch.command import life
-from qivo_watch.command.client import Client
+from qivo_watch.command.bus.client import Client
 from qivo_watch.errors import Late, ScreenGone, UsageError, WatchEnded, WatchError
 from qivo_watch.interface import MARGIN, VERBS
 from qivo_watch.processes import INTERRUPTS
@@ -62,7 +62,7 @@ class Session:
     def open_eye(self) -> Any:
         """Another look at the screen; the caller closes it."""
         # Only pictures need the imaging library, which is slow to load.
-        from qivo_watch.command.eye import Eye
+        from qivo_watch.command.screen.eye import Eye
         return Eye(self.client.status()["display"], self.folder.authority)
 
     def remember_picture(self) -> None:
@@ -205,7 +205,7 @@ class Session:
         return [printable(line) for window in self._read_windows() for line in window.described()]
 
     def do_audit(self, given: argparse.Namespace) -> None:
-        from qivo_watch.command import audit
+        from qivo_watch.command.screen import audit
         status = self.client.status()
         if status["app"] and self.eye().top_process() != status["app"]["pid"]:
             raise WatchError("the application is not on the screen")
@@ -215,22 +215,22 @@ class Session:
         self.client.carry_out(VERBS["Bezel"], {"direction": direction, "count": count})
 
     def _read_windows(self) -> Any:
-        from qivo_watch.command import tree
+        from qivo_watch.command.screen import tree
         return tree.read_windows(self.client)
 
     def _find_text(self, text: str) -> tuple[int, int] | None:
-        from qivo_watch.command import tree
+        from qivo_watch.command.screen import tree
         return tree.find_text(self._read_windows(), text, self.eye().size)
 
     def do_screenshot(self, given: argparse.Namespace) -> None:
         if given.body:
             self.client.call_body("Picture", "sb", os.path.abspath(given.file), True)
             return
-        from qivo_watch.command.pictures import save
+        from qivo_watch.command.screen.pictures import save
         save(self._round_picture(), given.file)
 
     def do_compare(self, given: argparse.Namespace) -> None:
-        from qivo_watch.command import pictures
+        from qivo_watch.command.screen import pictures
         import pathlib
         file = pathlib.Path(self.here or "", given.file)
         # One that is named twice is compared with the picture just written.
@@ -241,7 +241,7 @@ class Session:
             pictures.compare(self._round_picture(), file, given.tolerance)
 
     def do_record(self, given: argparse.Namespace) -> None:
-        from qivo_watch.command import recorder
+        from qivo_watch.command.screen import recorder
         if recorder.is_replay(given.file):
             if given.fps:
                 raise UsageError("a replay has no frames: --fps is for pictures that move")
@@ -257,13 +257,13 @@ class Session:
         def is_over(seconds: float) -> bool:
             return bool(requests) or (given.duration is not None and seconds >= given.duration)
         if recorder.is_replay(given.file):
-            from qivo_watch.command import scribe
+            from qivo_watch.command.replays import scribe
             scribe.record(self.client, self.eye(), given.file, given.pictures, is_over)
         else:
             recorder.record(self.eye(), given.file, given.fps or recorder.USUAL_RATE, is_over)
 
     def _round_picture(self) -> Any:
-        from qivo_watch.command import pictures
+        from qivo_watch.command.screen import pictures
         eye = self.eye()
         return pictures.make_round(eye.look(), pictures.disc_mask(eye.size))
 

@@ -11,7 +11,7 @@ from gi.repository import Gio, GLib
 
 from qivo_watch.bus import DAEMON, PATIENCE_MS
 from qivo_watch.errors import WatchError
-from qivo_watch.keeper.apps import App
+from qivo_watch.keeper.apps.app import App
 from qivo_watch.keeper.objects import process_of
 from qivo_watch.keeper.screen import Screen
 from qivo_watch.keeper.tasks import Until, Work

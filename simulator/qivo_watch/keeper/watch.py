@@ -12,10 +12,10 @@ from gi.repository import Gio, GLib
 
 from qivo_watch.errors import WatchError
 from qivo_watch.interface import PATH, describe
-from qivo_watch.keeper.applications import Applications
-from qivo_watch.keeper.apps import App, request_arguments
+from qivo_watch.keeper.apps.applications import Applications
+from qivo_watch.keeper.apps.app import App, request_arguments
 from qivo_watch.keeper.inject import Hand
-from qivo_watch.keeper.installed import Installed
+from qivo_watch.keeper.apps.installed import Installed
 from qivo_watch.keeper.log import Log
 from qivo_watch.keeper.objects import BusObject
 from qivo_watch.keeper.screen import Screen

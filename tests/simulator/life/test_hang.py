@@ -176,7 +176,7 @@ class StallingServer:
 def test_a_server_that_hangs_while_a_look_begins_is_given_up(tmp_path, answers):
     script = ("import pathlib, sys\n"
               f"sys.path.insert(0, {str(BUILD / 'simulator')!r})\n"
-              "from qivo_watch.command.eye import Eye\n"
+              "from qivo_watch.command.screen.eye import Eye\n"
               "from qivo_watch.errors import WatchError\n"
               "try:\n"
               "    Eye(sys.argv[1], pathlib.Path(sys.argv[2]))\n"

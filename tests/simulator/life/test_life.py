@@ -104,7 +104,7 @@ def test_a_replay_whose_watch_ends_between_two_commands_says_so(desk, tmp_path, 
     monkeypatch.syspath_prepend(str(BUILD / "simulator"))
     for key in ("XDG_RUNTIME_DIR", "XAUTHORITY"):
         monkeypatch.setenv(key, str(desk.runtime))
-    replay = importlib.import_module("qivo_watch.command.replay")
+    replay = importlib.import_module("qivo_watch.command.replays.replay")
     desk.do("start", "--headless")
     file = tmp_path / "run.replay"
     file.write_text("bezel cw\nbezel cw\n", encoding="utf-8")

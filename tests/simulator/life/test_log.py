@@ -99,7 +99,7 @@ class GrowingLog:
 
 def test_a_line_that_comes_while_the_log_is_read_is_found(monkeypatch):
     monkeypatch.syspath_prepend(str(BUILD / "simulator"))
-    client_type = importlib.import_module("qivo_watch.command.client").Client
+    client_type = importlib.import_module("qivo_watch.command.bus.client").Client
     log = GrowingLog()
     client = client_type.__new__(client_type)
     monkeypatch.setattr(client, "connection", log, raising=False)

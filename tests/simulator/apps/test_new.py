@@ -8,7 +8,7 @@ import pytest
 
 from simulator.desk import QIVO_WATCH, Desk
 
-ROOT = pathlib.Path(__file__).parents[2]
+ROOT = pathlib.Path(__file__).parents[3]
 
 
 @pytest.fixture(name="desk")

@@ -13,7 +13,7 @@ from gi.repository import GLib
 
 from qivo_watch.errors import WatchError
 from qivo_watch.interface import is_app_id
-from qivo_watch.keeper.apps import Program, id_of
+from qivo_watch.keeper.apps.app import Program, id_of
 from qivo_watch.keeper.environment import program as own_program
 
 MOST_BYTES = 1 << 20

@@ -6,7 +6,7 @@ from html import escape
 from typing import Iterator
 
 from qivo_watch.command.beside import beside
-from qivo_watch.command.journal import Entry, Failure, Journal
+from qivo_watch.command.replays.journal import Entry, Failure, Journal
 from qivo_watch.errors import WatchError
 from qivo_watch.lines import level_of, printable
 

@@ -12,8 +12,8 @@ import time
 from typing import Callable
 
 from qivo_watch.command.beside import beside, part_of
-from qivo_watch.command.eye import Eye
-from qivo_watch.command.pictures import disc_mask, make_round
+from qivo_watch.command.screen.eye import Eye
+from qivo_watch.command.screen.pictures import disc_mask, make_round
 from qivo_watch.errors import ScreenGone, UsageError, WatchError
 from qivo_watch.processes import kill_group
 

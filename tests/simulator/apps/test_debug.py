@@ -108,7 +108,7 @@ def test_the_interrupt_key_goes_to_gdb_and_the_watch_runs_on(desk):
 
 
 def test_a_program_waits_for_its_debugger_no_longer_than_it_should(tmp_path):
-    source = (BUILD / "simulator/qivo_watch/keeper/debuggee.py").read_text(encoding="utf-8")
+    source = (BUILD / "simulator/qivo_watch/keeper/apps/debuggee.py").read_text(encoding="utf-8")
     impatient = tmp_path / "debuggee.py"
     impatient.write_text(source.replace("PATIENCE_S = 5.0", "PATIENCE_S = 0.1"), encoding="utf-8")
     told = subprocess.run([sys.executable, impatient, "/bin/true"], capture_output=True, text=True)

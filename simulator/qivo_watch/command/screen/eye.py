@@ -14,7 +14,7 @@ from PIL import Image
 from Xlib import X, Xatom, display, error
 from Xlib.ext import damage
 
-from qivo_watch.command.pulse import hang, is_server_silent
+from qivo_watch.command.bus.pulse import hang, is_server_silent
 from qivo_watch.errors import ScreenGone
 
 ANSWER_S = 3.0

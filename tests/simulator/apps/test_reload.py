@@ -9,7 +9,7 @@ from PIL import Image
 
 from simulator.desk import BUILD, GUIDE
 
-THEME = pathlib.Path(__file__).parents[2] / "res" / "edje" / "qivoui.edc"
+THEME = pathlib.Path(__file__).parents[3] / "res" / "edje" / "qivoui.edc"
 PURPLE = (60, 0, 90)
 
 

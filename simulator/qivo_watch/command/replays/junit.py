@@ -3,7 +3,7 @@
 from xml.etree import ElementTree
 
 from qivo_watch.command.beside import beside
-from qivo_watch.command.journal import Journal
+from qivo_watch.command.replays.journal import Journal
 from qivo_watch.errors import WatchError
 from qivo_watch.lines import printable
 

@@ -5,9 +5,9 @@ import time
 from typing import Any, Iterator, NamedTuple
 
 from qivo_watch.bus import PATIENCE_S
-from qivo_watch.command.client import Client
-from qivo_watch.command.connection import BusGone, CallError, Connection
-from qivo_watch.command.pulse import hang
+from qivo_watch.command.bus.client import Client
+from qivo_watch.command.bus.connection import BusGone, CallError, Connection
+from qivo_watch.command.bus.pulse import hang
 from qivo_watch.errors import WatchEnded, WatchError
 
 _ROOT = "/org/a11y/atspi/accessible/root"

@@ -7,7 +7,7 @@ import pytest
 from simulator.desk import QIVO_WATCH, Desk
 from support.paper import Reader
 
-PAGE = pathlib.Path(__file__).parents[2] / "docs" / "watch.md"
+PAGE = pathlib.Path(__file__).parents[3] / "docs" / "watch.md"
 
 
 @pytest.fixture(name="desk")

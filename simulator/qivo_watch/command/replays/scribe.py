@@ -11,16 +11,17 @@ import qivo_watch.packages  # noqa: F401 what follows needs it
 from Xlib import X
 
 from qivo_watch.bus import PATIENCE_S
-from qivo_watch.command import tree, wire
+from qivo_watch.command.bus import wire
+from qivo_watch.command.screen import tree
 from qivo_watch.command.beside import beside
-from qivo_watch.command.client import CONTROL, Client
-from qivo_watch.command.connection import BusGone, CallError, Connection
-from qivo_watch.command.deeds import FINGER, Deed, Rest, Stroke, lines, words_of
-from qivo_watch.command.eye import STILL_S, Eye
-from qivo_watch.command.finger import Finger
+from qivo_watch.command.bus.client import CONTROL, Client
+from qivo_watch.command.bus.connection import BusGone, CallError, Connection
+from qivo_watch.command.replays.deeds import FINGER, Deed, Rest, Stroke, lines, words_of
+from qivo_watch.command.screen.eye import STILL_S, Eye
+from qivo_watch.command.replays.finger import Finger
 from qivo_watch.command.life import ended
-from qivo_watch.command.pictures import disc_mask, make_round, save
-from qivo_watch.command.pulse import Pulse, hang, silent_part
+from qivo_watch.command.screen.pictures import disc_mask, make_round, save
+from qivo_watch.command.bus.pulse import Pulse, hang, silent_part
 from qivo_watch.errors import ScreenGone, WatchEnded, WatchError
 from qivo_watch.interface import BODY_NAME, GUIDE, HOME_NAME, INTERFACE, NAME, PATH
 

@@ -13,9 +13,9 @@ from typing import Callable, Iterator, NamedTuple
 import qivo_watch.packages  # noqa: F401 what follows needs it
 from PIL import Image, ImageDraw
 
-from qivo_watch.command.eye import Eye
-from qivo_watch.command.pictures import disc_mask, make_round, save
-from qivo_watch.command.tree import Line, Part, Place, is_on_screen
+from qivo_watch.command.screen.eye import Eye
+from qivo_watch.command.screen.pictures import disc_mask, make_round, save
+from qivo_watch.command.screen.tree import Line, Part, Place, is_on_screen
 from qivo_watch.errors import WatchError
 from qivo_watch.lines import printable
 

@@ -7,8 +7,8 @@ from signal import SIGTERM
 from typing import Any, Callable
 
 from qivo_watch.errors import WatchError
-from qivo_watch.keeper.apps import App, Program, locate
-from qivo_watch.keeper.installed import Installed
+from qivo_watch.keeper.apps.app import App, Program, locate
+from qivo_watch.keeper.apps.installed import Installed
 from qivo_watch.keeper.log import Log
 from qivo_watch.keeper.settle import Settler
 from qivo_watch.keeper.tasks import Until, Work

@@ -7,7 +7,7 @@ import select
 import socket
 import time
 
-from qivo_watch.command import wire
+from qivo_watch.command.bus import wire
 
 TYPE_CHECKING = False
 if TYPE_CHECKING:

@@ -12,11 +12,12 @@ import signal
 import unicodedata
 from typing import NamedTuple
 
-from qivo_watch.command import junit, life, trace
+from qivo_watch.command import life
+from qivo_watch.command.replays import junit, trace
 from qivo_watch.command.arguments import Grammar
 from qivo_watch.command.commands import Session
-from qivo_watch.command.journal import STATUS, Journal
-from qivo_watch.command.recorder import USUAL_RATE, Recording, check_file, is_replay
+from qivo_watch.command.replays.journal import STATUS, Journal
+from qivo_watch.command.screen.recorder import USUAL_RATE, Recording, check_file, is_replay
 from qivo_watch.errors import ReplayFailed, ScreenGone, UsageError, WatchError
 from qivo_watch.processes import INTERRUPTS
 

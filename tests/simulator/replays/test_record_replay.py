@@ -192,14 +192,14 @@ def test_the_folder_in_which_a_command_is_given_is_recorded_as_such(desk, tmp_pa
 
 def test_a_finger_that_trembles_for_a_minute_is_recorded(monkeypatch):
     monkeypatch.syspath_prepend(str(BUILD / "simulator"))
-    deeds = importlib.import_module("qivo_watch.command.deeds")
+    deeds = importlib.import_module("qivo_watch.command.replays.deeds")
     stroke = deeds.Stroke([(8 * number, 180 + number % 2 * 80, 180) for number in range(8000)])
     assert stroke.words(360)[0] == "swipe"
 
 
 def test_a_long_scribble_keeps_its_larger_turns(monkeypatch):
     monkeypatch.syspath_prepend(str(BUILD / "simulator"))
-    deeds = importlib.import_module("qivo_watch.command.deeds")
+    deeds = importlib.import_module("qivo_watch.command.replays.deeds")
     way = [100, *[124, 100] * 30, *[114, 100] * 30]
     words = deeds.Stroke([(15 * number, x, 180) for number, x in enumerate(way)]).words(360)
     reached = [int(words[3]), *(int(leg.split(",")[0]) for leg in words[8::2])]
@@ -208,7 +208,7 @@ def test_a_long_scribble_keeps_its_larger_turns(monkeypatch):
 
 def test_a_text_that_looks_like_an_option_is_waited_for(monkeypatch):
     monkeypatch.syspath_prepend(str(BUILD / "simulator"))
-    deeds = importlib.import_module("qivo_watch.command.deeds")
+    deeds = importlib.import_module("qivo_watch.command.replays.deeds")
     grammar = importlib.import_module("qivo_watch.command.arguments").Grammar(True)
     end = deeds.Deed("", {}, False, 1, 1, 1, 1, True, deeds.Rest("-x degrees"))
     written = deeds.lines([], end, ["12:00:00.000 I weather: --cold"], 360)

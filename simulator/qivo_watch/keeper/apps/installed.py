@@ -7,8 +7,8 @@ from typing import Any
 
 from qivo_watch.errors import WatchError
 from qivo_watch.interface import GUIDE
-from qivo_watch.keeper.apps import Program
-from qivo_watch.keeper.entries import Entry, entries_at, read_text
+from qivo_watch.keeper.apps.app import Program
+from qivo_watch.keeper.apps.entries import Entry, entries_at, read_text
 from qivo_watch.keeper.environment import HERE
 from qivo_watch.keeper.log import Log
 

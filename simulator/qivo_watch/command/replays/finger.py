@@ -11,7 +11,7 @@ from Xlib import X, display, error
 from Xlib.ext import record
 from Xlib.protocol import rq
 
-from qivo_watch.command.pulse import hang
+from qivo_watch.command.bus.pulse import hang
 from qivo_watch.errors import ScreenGone
 
 _FINGER = 1

@@ -10,7 +10,7 @@ import struct
 import time
 
 from qivo_watch.bus import PROPERTIES
-from qivo_watch.command.connection import CallError, Connection
+from qivo_watch.command.bus.connection import CallError, Connection
 from qivo_watch.errors import WatchGone
 
 TYPE_CHECKING = False

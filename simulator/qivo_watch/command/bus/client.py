@@ -6,16 +6,16 @@ import contextlib
 import time
 
 from qivo_watch.bus import PATIENCE_S, PROPERTIES
-from qivo_watch.command.connection import BusGone, CallError, Connection
+from qivo_watch.command.bus.connection import BusGone, CallError, Connection
 from qivo_watch.command.life import absence, ended, wait_ready
-from qivo_watch.command.pulse import Peer, Pulse, hang, silent_part
+from qivo_watch.command.bus.pulse import Peer, Pulse, hang, silent_part
 from qivo_watch.errors import WatchError, WatchGone
 from qivo_watch.interface import BODY_INTERFACE, BODY_NAME, INTERFACE, NAME, PATH
 
 TYPE_CHECKING = False
 if TYPE_CHECKING:
     from typing import Any, Callable, Iterator
-    from qivo_watch.command.wire import Message
+    from qivo_watch.command.bus.wire import Message
     from qivo_watch.interface import Verb
     from qivo_watch.state import Folder
 

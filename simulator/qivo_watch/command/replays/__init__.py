@@ -1,0 +1,1 @@
+"""Replays: plays them, tells how it went, and writes down what is done on the watch."""

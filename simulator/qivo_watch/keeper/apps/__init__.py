@@ -1,0 +1,1 @@
+"""The applications on the watch: which there are, and those that run."""

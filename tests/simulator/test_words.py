@@ -124,7 +124,7 @@ def kinds():
 @settings(max_examples=150, deadline=None, derandomize=True, database=None)
 @given(st.lists(kinds(), max_size=3))
 def test_a_call_is_read_by_another_library_and_its_answer_from_it(module, found):
-    wire = module("wire")
+    wire = module("bus.wire")
     signature = "".join(kind for kind, _, _ in found)
     values = GLib.Variant(f"({signature})", tuple(one for _, one, _ in found))
     data = wire.call(7, "a.b", "/a", "a.b.C", "Do", signature, *(other for _, _, other in found))

@@ -64,7 +64,7 @@ def _complaint_of(module):
     """Reads a place; returns why it is refused."""
     def complaint_of(place):
         with pytest.raises(module("errors").WatchError) as refused:
-            module("keeper.entries").entries_at(place)
+            module("keeper.apps.entries").entries_at(place)
         return str(refused.value)
     return complaint_of
 
@@ -258,7 +258,7 @@ def test_a_long_name_is_cut_and_control_characters_go(desk, write, bus):
 @pytest.mark.parametrize("translated", ["", r"\n\t", "\N{ESCAPE}"])
 def test_a_translated_name_of_nothing_leaves_the_other_one(module, write, translated):
     entry = write("Type=Application", "Name=Hello", f"Name[de]={translated}", "Exec=hello")
-    assert module("keeper.entries").Entry(entry).name("de_DE") == "Hello"
+    assert module("keeper.apps.entries").Entry(entry).name("de_DE") == "Hello"
 
 
 def test_what_asks_for_no_menu_is_launched_but_not_shown(desk, write, bus):
@@ -350,18 +350,20 @@ def test_a_folder_keeps_the_applications_for_the_next_start(fresh: Desk, write, 
     assert f'an application is left out: "{gone}"' in fresh.do("log", "--level", "warn")
 
 
-@pytest.mark.parametrize("content", [b"{", b"[1]", b"{}", b"\xff", b"[" * 10000])
+@pytest.mark.parametrize("content", [
+    b"{", b"[1]", b"{}", b"\xff", pytest.param(b"[" * 10000, id="deep"),
+])
 def test_a_list_that_is_none_is_refused(module, tmp_path, content):
     (tmp_path / "applications.json").write_bytes(content)
     with pytest.raises(module("errors").WatchError, match="is not a list of desktop entries"):
-        module("keeper.installed").Installed(str(tmp_path), None)
+        module("keeper.apps.installed").Installed(str(tmp_path), None)
 
 
 @pytest.mark.parametrize("place", ["file", "file/below", "no/where"])
 def test_a_folder_that_cannot_be_is_refused(module, tmp_path, place):
     (tmp_path / "file").touch()
     with pytest.raises(OSError):
-        module("keeper.installed").Installed(str(tmp_path / place), None)
+        module("keeper.apps.installed").Installed(str(tmp_path / place), None)
     assert not (tmp_path / "no").exists()
 
 

@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import subprocess
 
 from support.bus import wait_until
 from support.program import DEADLINE_S, Program
@@ -43,6 +44,14 @@ class App(Program):
         """Returns what the application says to it."""
         self.tell(word)
         return self.lines[self._seen - 2]
+
+
+def compile_theme(folder, source):
+    """Returns the theme's file, which the application takes as THEME."""
+    theme = folder / "theme.edj"
+    theme.with_suffix(".edc").write_text(source)
+    subprocess.run(["edje_cc", theme.with_suffix(".edc"), theme], check=True)
+    return str(theme)
 
 
 def wait_until_still(app):

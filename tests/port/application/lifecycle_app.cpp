@@ -30,6 +30,7 @@
 namespace
 {
 Evas_Object* sWindow = nullptr;
+Evas_Object* sPage = nullptr;
 
 bool Does(const std::string& what)
 {
@@ -196,15 +197,22 @@ void AddControls()
 // Says which part of the theme was tapped.
 void ShowTheme()
 {
-    Evas_Object* const page = elm_layout_add(sWindow);
-    elm_layout_file_set(page, std::getenv("THEME"), "page");
+    sPage = elm_layout_add(sWindow);
+    elm_layout_file_set(sPage, std::getenv("THEME"), "page");
     elm_layout_signal_callback_add(
-        page, "mouse,clicked,1", "*",
+        sPage, "mouse,clicked,1", "*",
         [](void*, Evas_Object*, const char*, const char* part)
         { Say(std::string("tapped ") + part); },
         nullptr);
-    evas_object_resize(page, 300, 300);
-    evas_object_show(page);
+    evas_object_resize(sPage, 300, 300);
+    evas_object_show(sPage);
+}
+
+void SayLeastHeight()
+{
+    int height = 0;
+    evas_object_size_hint_min_get(sPage, nullptr, &height);
+    Say("least height " + std::to_string(height));
 }
 
 // As an application does that ends without a thought for its callbacks.
@@ -270,6 +278,7 @@ void Obey(const std::string& word)
         {"write", Write},
         {"controls", AddControls},
         {"theme", ShowTheme},
+        {"least-height", SayLeastHeight},
         {"misname", [] { elm_win_title_set(sWindow, "caf\xe9"); }},
         {"close", [] { ecore_x_window_delete_request_send(elm_win_xwindow_get(sWindow)); }},
         {"sync", [] { ecore_x_sync(); }},

@@ -6,13 +6,26 @@ import os
 import dbus
 import pytest
 
-from port.lifecycle import App
+from port.lifecycle import App, compile_theme
 from support.bus import wait_until
 from support.session_bus import PORTAL, SessionBus
 
 TEXT_SIZE = ("org.gnome.desktop.interface", "text-scaling-factor")
 ANIMATIONS = ("org.gnome.desktop.interface", "enable-animations")
 CONTRAST = ("org.freedesktop.appearance", "contrast")
+
+# A page as high as its text, in a class of the toolkit's that follows the text size.
+THEME = """
+collections {
+   group { name: "page";
+      parts {
+         text { "text";
+            desc { text { text: "a"; font: "Sans"; size: 20; text_class: "label"; min: 1 1; } }
+         }
+      }
+   }
+}
+"""
 
 USUAL = "look 100 % moving 200"
 OTHER = "look 150 % still 225"
@@ -100,6 +113,21 @@ def test_each_change_is_followed(bus, run):
     bus.set_setting(ANIMATIONS, dbus.Boolean(True))
     bus.set_setting(CONTRAST, dbus.UInt32(0))
     wait_for_look(app, USUAL)
+
+
+def test_a_layout_is_as_high_as_its_text_after_each_change(bus, run, tmp_path):
+    bus.start_portal()
+    app = run(THEME=compile_theme(tmp_path, THEME))
+
+    def height():
+        return int(app.ask("least-height").split()[-1])
+
+    app.tell("theme")
+    usual = wait_until(height, "the height of the layout")
+    bus.set_setting(TEXT_SIZE, dbus.Double(2))
+    wait_until(lambda: height() > 1.5 * usual, "a layout that is higher")
+    bus.set_setting(TEXT_SIZE, dbus.Double(1))
+    wait_until(lambda: height() == usual, "the layout's usual height")
 
 
 def test_a_portal_that_comes_late_leaves_or_restarts_is_borne(bus, run):

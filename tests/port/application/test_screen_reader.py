@@ -1,7 +1,6 @@
 """What the port says to screen readers, and that no lie of theirs or of their bus harms it."""
 
 import contextlib
-import subprocess
 import time
 
 import dbus
@@ -9,7 +8,7 @@ import dbus.bus
 import dbus.lowlevel
 import pytest
 
-from port.lifecycle import App, wait_until_active, wait_until_still
+from port.lifecycle import App, compile_theme, wait_until_active, wait_until_still
 from port.silent_bus import SilentBus
 from support.bus import wait_until
 from support.display import Display
@@ -377,11 +376,9 @@ def test_a_reader_types(controls):
 
 
 def test_a_theme_says_what_its_buttons_are_and_what_is_decoration(session, readers, tmp_path):
-    theme = tmp_path / "theme.edj"
-    theme.with_suffix(".edc").write_text(THEME)
-    subprocess.run(["edje_cc", theme.with_suffix(".edc"), theme], check=True)
+    theme = compile_theme(tmp_path, THEME)
     session.start_accessibility(readers.address)
-    with start_on(session, tmp_path, THEME=str(theme)) as app:
+    with start_on(session, tmp_path, THEME=theme) as app:
         wait_until_read(readers, app)
         app.tell("theme")
         with Reader(readers, app) as reader:

@@ -297,6 +297,21 @@ TEST_F(Motion, AFingerThatRestsBeforeItLeavesMovesThePageNoFurtherThanToTheNeare
     EXPECT_EQ(rest % (kDetent / 2), 0);
 }
 
+TEST_F(Motion, AFingerThatGoesAslantMovesThePageUpAndDownAlone)
+{
+    const int left = mPage.PartBox("help_image").left;
+    mPage.Touch(300);
+    for (int way = 10; way <= 100; way += 10)
+    {
+        mPage.DragTo(300 - way, way);
+        EXPECT_EQ(mPage.PartBox("help_image").left, left);
+    }
+    EXPECT_GT(mPage.ScrolledBy(), 0);
+    mPage.Release();
+    Clock::Advance(2);
+    EXPECT_EQ(mPage.PartBox("help_image").left, left);
+}
+
 TEST_F(Motion, PulledBeyondTheTopThePageGivesWayAndComesBack)
 {
     mPage.Touch(100);

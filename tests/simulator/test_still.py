@@ -89,6 +89,17 @@ def test_the_guide_tells_of_a_motion_with_a_request_at_its_beginning_and_one_at_
     desk.do("button", "click", "back")
 
 
+@pytest.mark.parametrize("way", [
+    ["100", "280", "260", "180"],
+    # A fling, a turn, and a rest before the finger leaves.
+    "111 212 204 101 -d 3 --then 267,142,113 --then 173,199,141 --then 173,199,127".split()])
+def test_nothing_goes_on_after_a_finger_that_went_aslant(desk, way):
+    desk.do("launch")
+    desk.do("swipe", *way)
+    desk.do("wait", "still")
+    desk.do("button", "click", "back")
+
+
 def test_the_end_of_the_page_is_reached_when_it_is_still(desk, tmp_path):
     desk.do("launch")
     desk.do("wait", "still")

@@ -230,11 +230,12 @@ void Page::Touch(int y)
     evas_event_feed_mouse_down(canvas, 1, EVAS_BUTTON_NONE, mTime, nullptr);
 }
 
-void Page::DragTo(int y)
+void Page::DragTo(int y, int sideways)
 {
     Clock::Advance(1.0 / 60);
     mTime += 17;
-    evas_event_feed_mouse_move(evas_object_evas_get(mWindow), mSide / 2, y, mTime, nullptr);
+    evas_event_feed_mouse_move(evas_object_evas_get(mWindow), mSide / 2 + sideways, y, mTime,
+                               nullptr);
 }
 
 void Page::Release()

@@ -65,7 +65,8 @@ public:
     /// Turns the bezel, clockwise when positive; the motion needs time.
     static void TurnBezel(int detents);
     void Touch(int y);
-    void DragTo(int y);
+    /// @param sideways how far right of the middle
+    void DragTo(int y, int sideways = 0);
     void Release();
 
     /// Scrolls so far that this height of the screen comes to its middle, or as near as can be.

@@ -23,6 +23,16 @@ Eina_Rectangle GeometryOf(const Evas_Object* object)
     return geometry;
 }
 
+// The toolkit (1.26) pulls aside what cannot scroll sideways, even when that is locked. And the
+// motion back never ends: it ticks until the next touch, which counts as its stop and for nothing
+// else.
+void KeepFromBouncingSideways(Evas_Object* scroller)
+{
+    Eina_Bool isBouncingVertically = EINA_FALSE;
+    elm_scroller_bounce_get(scroller, nullptr, &isBouncingVertically);
+    elm_scroller_bounce_set(scroller, EINA_FALSE, isBouncingVertically);
+}
+
 // A motion covers less than a pixel in its first milliseconds. So it begins with this step, and the
 // next frame shows it however soon it comes. Something is left for the motion.
 int FirstStep(int way)
@@ -58,6 +68,7 @@ CircleScroller::CircleScroller(Evas_Object* scroller, Evas_Object* conformant)
         evas_object_del(mCircleObject);
         throw;
     }
+    KeepFromBouncingSideways(mScroller);
     evas_object_data_set(mCircleObject, kDataKey, this);
     evas_object_pass_events_set(mCircleObject, EINA_TRUE);
     evas_object_event_callback_add(mCircleObject, EVAS_CALLBACK_DEL, SCircleObjectDeletedCB, this);

@@ -78,6 +78,9 @@ Eext_Circle_Surface* eext_circle_surface_conformant_add(Evas_Object* conformant)
  * that direction is locked (elm_object_scroll_lock_y_set() and its like,
  * elm_scroller_movement_block_set()) or scrolling is frozen (elm_object_scroll_freeze_push()).
  *
+ * From now on a finger does not pull it sideways beyond its ends (elm_scroller_bounce_set()): the
+ * toolkit (1.26) never ends the motion back from there.
+ *
  * With a surface it also draws the scroll position as an arc at the surface's edge, to the right
  * for vertical scrolling and at the bottom for horizontal scrolling.
  *

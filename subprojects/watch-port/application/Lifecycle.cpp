@@ -4,6 +4,8 @@
 #include "application/windows/Windows.h"
 #include "dlog/PortLog.h"
 
+#include <utility>
+
 namespace WatchPort
 {
 
@@ -149,11 +151,11 @@ void Lifecycle::Resume()
     mIsResumed = true;
     if (mCallbacks.resume)
         mCallbacks.resume(mUserData);
-    Ecore_Evas* window = mWasResumed ? nullptr : mVisibility.FindVisibleWindow();
-    mWasResumed = true;
-    if (!window)
+    if (std::exchange(mWasResumed, true))
         return;
-    ReportFrame(window, mDisplay);
+    Ecore_Evas* window = mVisibility.FindVisibleWindow();
+    if (window)
+        ReportFrame(window, mDisplay);
     mAccessibility.FollowAfterFrame(window);
 }
 

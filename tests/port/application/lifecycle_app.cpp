@@ -320,6 +320,11 @@ void SResume(void*)
 {
     Say("resume");
     Act("resume");
+    if (Does("resume:replace"))
+    {
+        evas_object_del(sWindow);
+        MakeWindow();
+    }
 }
 
 void SPause(void*)

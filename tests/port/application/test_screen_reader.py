@@ -179,6 +179,13 @@ def test_a_service_that_comes_later_and_goes_is_followed(session, readers, start
     wait_until_read(readers, app)
 
 
+def test_an_application_whose_first_window_goes_before_its_first_frame_is_read(
+        session, readers, tmp_path):
+    session.start_accessibility(readers.address)
+    with start_on(session, tmp_path, LIFECYCLE="resume:replace") as app:
+        wait_until_read(readers, app)
+
+
 def test_values_of_other_types_are_nobody_who_reads(session, readers, start):
     session.start_accessibility(readers.address)
     app = start()

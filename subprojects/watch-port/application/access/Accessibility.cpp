@@ -18,16 +18,26 @@ Accessibility::~Accessibility()
 
 void Accessibility::FollowAfterFrame(Ecore_Evas* window)
 {
+    if (!window)
+    {
+        FollowSoon();
+        return;
+    }
     mAwaited = window;
     evas_event_callback_add(ecore_evas_get(window), EVAS_CALLBACK_RENDER_POST, SFrameCB, this);
+    evas_object_event_callback_add(WindowObject(window), EVAS_CALLBACK_DEL, SDeletedCB, this);
 }
 
 void Accessibility::StopAwaitingFrame()
 {
     const auto windows = ListWindows(mDisplay);
     if (std::find(windows.begin(), windows.end(), mAwaited) != windows.end())
+    {
         evas_event_callback_del_full(ecore_evas_get(mAwaited), EVAS_CALLBACK_RENDER_POST, SFrameCB,
                                      this);
+        evas_object_event_callback_del_full(WindowObject(mAwaited), EVAS_CALLBACK_DEL, SDeletedCB,
+                                            this);
+    }
     mAwaited = nullptr;
 }
 
@@ -35,7 +45,17 @@ void Accessibility::SFrameCB(void* data, Evas*, void*)
 {
     auto* self = static_cast<Accessibility*>(data);
     self->StopAwaitingFrame();
-    self->mFollow = ecore_job_add(SFollowJob, self);
+    self->FollowSoon();
+}
+
+void Accessibility::SDeletedCB(void* data, Evas* canvas, Evas_Object*, void* info)
+{
+    SFrameCB(data, canvas, info);
+}
+
+void Accessibility::FollowSoon()
+{
+    mFollow = ecore_job_add(SFollowJob, this);
 }
 
 void Accessibility::SFollowJob(void* data)

@@ -24,14 +24,19 @@ public:
     Accessibility(const Accessibility&) = delete;
     Accessibility& operator=(const Accessibility&) = delete;
 
-    /** Looks for a screen reader when the next frame of a window has been drawn. */
+    /**
+     * Looks for a screen reader when the next frame of a window has been drawn, or soon when there
+     * is no such window, or no more.
+     */
     void FollowAfterFrame(Ecore_Evas* window);
 
 private:
     static void SFrameCB(void* data, Evas* canvas, void* info);
+    static void SDeletedCB(void* data, Evas* canvas, Evas_Object* window, void* info);
     static void SFollowJob(void* data);
 
     void StopAwaitingFrame();
+    void FollowSoon();
     void Follow();
     void OnReader(const std::string& address);
     void Join();

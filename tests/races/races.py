@@ -11,7 +11,7 @@ import subprocess
 import pytest
 
 from e2e.app import BUILD, GUIDE, App
-from e2e.watch import Watch, bare_environment
+from e2e.watch import Desktop, bare_environment
 
 PLAIN = pathlib.Path(os.environ["PLAIN_BUILD"])
 STARTS = int(os.environ.get("STARTS", 5))
@@ -36,7 +36,7 @@ def _environment(tmp_path, monkeypatch):
 def run_to_frame(environment, arguments, executable):
     with App(environment, arguments, executable) as app:
         app.wait_log_or_end("first frame", PATIENCE)
-        app.wait_log("first frame")
+        assert app.has("first frame"), app.tail()
         app.terminate()
         assert app.wait_end() == 0, app.tail()
 
@@ -64,11 +64,10 @@ def test_the_guide_races_nowhere_off_screen(environment):
 
 @pytest.mark.usefixtures("environment")
 def test_the_guide_races_nowhere_on_a_display():
-    with Watch() as watch:
+    with Desktop("openbox") as desktop:
         for _ in range(STARTS):
-            app = watch.launch()
-            app.wait_log("first frame")
-            watch.press_back()
+            app = desktop.launch()
+            desktop.press_key("Escape")
             assert app.wait_end() == 0, app.tail()
 
 

@@ -1,8 +1,11 @@
 """The guide on a whole watch, from launch to exit."""
 
+import subprocess
+
 import pytest
 
 from e2e.watch import Desktop
+from support.shared_memory import segments_of
 
 WHITE = (255, 255, 255)
 BLACK = (0, 0, 0)
@@ -53,6 +56,18 @@ def test_the_bezel_scrolls_the_page_and_stops_at_both_ends(watch):
     watch.turn_bezel(-5)
     assert watch.still_picture() == top
     assert not app.has("elm_layout_add failed.")
+
+
+def test_the_frames_of_a_motion_are_drawn_into_the_same_memory(watch):
+    app = watch.launch()
+    watch.turn_bezel(1)
+    used = set()
+    there_and_back = ["click", "5", "sleep", "0.05", "click", "4", "sleep", "0.05"]
+    with subprocess.Popen(["xdotool", *there_and_back * 10], env=watch.environment) as turning:
+        while turning.poll() is None:
+            used |= segments_of([app.process.pid])
+    # Two in turn; and those of a motion before.
+    assert 2 <= len(used) <= 4
 
 
 def test_one_turn_back_at_the_end_scrolls_back_at_once(watch):

@@ -34,7 +34,8 @@ class NestedScreen::SharedMemory
 public:
     SharedMemory(xcb_connection_t* connection, size_t size)
         : mConnection(connection), mId(shmget(IPC_PRIVATE, size, IPC_CREAT | 0600)),
-          mData(mId < 0 ? kFailed : shmat(mId, nullptr, 0)), mSegment(xcb_generate_id(connection))
+          mData(mId < 0 ? kFailed : shmat(mId, nullptr, SHM_RDONLY)),
+          mSegment(xcb_generate_id(connection))
     {
         if (mData != kFailed)
             mIsAttached = !Own(xcb_request_check(

@@ -1,0 +1,131 @@
+#include <array>
+#include <cstring>
+#include <dlfcn.h>
+#include <mutex>
+#include <sys/shm.h>
+
+// What stands here before the C library's functions (see RTLD_NEXT in dlsym(3)) is for the pictures
+// that the toolkit shares with an X server.
+//
+// It takes them off the system's list when its window goes, and those of an application that is
+// killed would stay for good; the list has 4096 places. So they come off at once: Linux lets the
+// server attach all the same as long as the application is (see shmat(2)).
+//
+// And it makes a new picture for each frame (1.26 keeps none, as the limit of what it may keep
+// comes out as 0), of which the kernel clears and maps each page: a third of what a frame costs. So
+// what it gives back, which the server has read by then, is kept for the next frames. All goes with
+// the last picture in use, half a second after a motion.
+extern "C" {
+int GetSegment(key_t key, size_t size, int flags) noexcept __asm__("shmget");
+void* AttachSegment(int id, const void* address, int flags) noexcept __asm__("shmat");
+int DetachSegment(const void* memory) noexcept __asm__("shmdt");
+}
+
+namespace
+{
+
+// The pictures of a motion differ by some lines. So each has room for the others; pages that nobody
+// touches take no memory.
+constexpr size_t kRoom = 1 << 20;
+
+struct Segment
+{
+    int id;
+    size_t size;
+    void* memory; // null: a free place
+    bool isUsed;
+};
+
+// Those beyond are attached and detached as ever.
+std::array<Segment, 16> gSegments{};
+std::mutex gMutex;
+
+template <typename Function> Function* Next(const char* name)
+{
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+int Detach(const void* memory)
+{
+    static auto* const next = Next<decltype(shmdt)>("shmdt");
+    return next(memory);
+}
+
+template <typename Condition> Segment* Find(Condition condition)
+{
+    for (Segment& segment : gSegments)
+    {
+        if (condition(segment))
+            return &segment;
+    }
+    return nullptr;
+}
+
+void DropUnused()
+{
+    for (Segment& segment : gSegments)
+    {
+        if (!segment.memory || segment.isUsed)
+            continue;
+        Detach(segment.memory);
+        segment.memory = nullptr;
+    }
+}
+
+void Keep(int id, void* memory)
+{
+    shmid_ds about{};
+    Segment* const place = Find([](const Segment& segment) { return !segment.memory; });
+    if (place && shmctl(id, IPC_STAT, &about) == 0)
+        *place = {id, about.shm_segsz, memory, true};
+}
+
+} // namespace
+
+int GetSegment(key_t key, size_t size, int flags) noexcept
+{
+    static auto* const next = Next<decltype(shmget)>("shmget");
+    if (key != IPC_PRIVATE)
+        return next(key, size, flags);
+    const std::lock_guard lock(gMutex);
+    Segment* const unused =
+        Find([size](const Segment& segment)
+             { return segment.memory && !segment.isUsed && segment.size >= size; });
+    if (!unused)
+    {
+        DropUnused();
+        return next(key, (size + kRoom - 1) / kRoom * kRoom, flags);
+    }
+    unused->isUsed = true;
+    std::memset(unused->memory, 0, size);
+    return unused->id;
+}
+
+void* AttachSegment(int id, const void* address, int flags) noexcept
+{
+    static auto* const next = Next<decltype(shmat)>("shmat");
+    const std::lock_guard lock(gMutex);
+    if (Segment* const known =
+            Find([id](const Segment& segment) { return segment.memory && segment.id == id; }))
+        return known->memory;
+    void* const memory = next(id, address, flags);
+    if (memory == reinterpret_cast<void*>(-1))
+        return memory;
+    if (flags == 0)
+        Keep(id, memory);
+    shmctl(id, IPC_RMID, nullptr);
+    return memory;
+}
+
+int DetachSegment(const void* memory) noexcept
+{
+    const std::lock_guard lock(gMutex);
+    Segment* const segment =
+        Find([memory](const Segment& known) { return known.isUsed && known.memory == memory; });
+    if (!segment)
+        return Detach(memory);
+    segment->isUsed = false;
+    if (!Find([](const Segment& other) { return other.isUsed; }))
+        DropUnused();
+    return 0;
+}

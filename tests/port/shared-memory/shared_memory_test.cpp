@@ -1,0 +1,154 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <set>
+#include <sys/shm.h>
+#include <unistd.h>
+#include <vector>
+
+namespace
+{
+
+constexpr size_t kPicture = 518400; // 360 by 360 pixels
+
+int sNothing = 0;
+
+/// A picture that is shared as the toolkit does it.
+struct Picture
+{
+    explicit Picture(size_t wanted = kPicture)
+        : size(wanted), id(shmget(IPC_PRIVATE, size, IPC_CREAT | 0600)),
+          pixels(static_cast<unsigned char*>(shmat(id, nullptr, 0)))
+    {
+    }
+
+    void GiveBack() const
+    {
+        EXPECT_EQ(shmdt(pixels), 0);
+        shmctl(id, IPC_RMID, nullptr);
+    }
+
+    bool IsBlack() const
+    {
+        return std::all_of(pixels, pixels + size, [](unsigned char part) { return part == 0; });
+    }
+
+    size_t size;
+    int id;
+    unsigned char* pixels;
+};
+
+bool IsGone(int id)
+{
+    shmid_ds about{};
+    return shmctl(id, IPC_STAT, &about) != 0;
+}
+
+TEST(SharedMemory, IsThatOfTheFrameBeforeTheLast)
+{
+    Picture last;
+    std::set<int> ids{last.id};
+    for (int frame = 1; frame < 20; ++frame)
+    {
+        const Picture next;
+        last.GiveBack();
+        last = next;
+        ids.insert(last.id);
+    }
+    EXPECT_EQ(ids.size(), 2);
+    last.GiveBack();
+}
+
+TEST(SharedMemory, IsBlackEachTime)
+{
+    const Picture shown;
+    const Picture before;
+    std::memset(before.pixels, 0xff, before.size);
+    before.GiveBack();
+    const Picture next;
+    EXPECT_EQ(next.pixels, before.pixels);
+    EXPECT_TRUE(next.IsBlack());
+    next.GiveBack();
+    shown.GiveBack();
+}
+
+TEST(SharedMemory, FitsPicturesThatDifferBySomeLines)
+{
+    const Picture shown;
+    const Picture low(kPicture / 2);
+    low.GiveBack();
+    const Picture high;
+    EXPECT_EQ(high.id, low.id);
+    EXPECT_TRUE(high.IsBlack());
+    high.GiveBack();
+    shown.GiveBack();
+}
+
+TEST(SharedMemory, IsNewForALargerPicture)
+{
+    const Picture shown;
+    const Picture before;
+    before.GiveBack();
+    const Picture large(4 * kPicture);
+    EXPECT_NE(large.id, before.id);
+    EXPECT_TRUE(IsGone(before.id)) << "what does not fit is not kept";
+    EXPECT_TRUE(large.IsBlack());
+    large.GiveBack();
+    shown.GiveBack();
+}
+
+TEST(SharedMemory, IsGoneWithTheLastPicture)
+{
+    const Picture first;
+    const Picture second;
+    first.GiveBack();
+    EXPECT_FALSE(IsGone(first.id));
+    second.GiveBack();
+    EXPECT_TRUE(IsGone(first.id));
+    EXPECT_TRUE(IsGone(second.id));
+}
+
+TEST(SharedMemory, OfMorePicturesThanAreRememberedIsSharedAndGivenBackAllTheSame)
+{
+    std::vector<Picture> pictures(40);
+    std::set<unsigned char*> places;
+    for (const Picture& picture : pictures)
+    {
+        EXPECT_TRUE(picture.IsBlack());
+        places.insert(picture.pixels);
+    }
+    EXPECT_EQ(places.size(), pictures.size());
+    for (const Picture& picture : pictures)
+        picture.GiveBack();
+    for (const Picture& picture : pictures)
+        EXPECT_TRUE(IsGone(picture.id));
+}
+
+// Nothing could be cleared in it for the next picture.
+TEST(SharedMemory, ThatCannotBeWrittenIsNotKept)
+{
+    const Picture shown;
+    const int id = shmget(IPC_PRIVATE, kPicture, IPC_CREAT | 0600);
+    const void* const pixels = shmat(id, nullptr, SHM_RDONLY);
+    EXPECT_EQ(shmdt(pixels), 0);
+    EXPECT_TRUE(IsGone(id));
+    shown.GiveBack();
+}
+
+TEST(SharedMemory, ThatHasANameIsAsLargeAsItIsWanted)
+{
+    const int id = shmget(getpid(), kPicture, IPC_CREAT | 0600);
+    shmid_ds about{};
+    EXPECT_EQ(shmctl(id, IPC_STAT, &about), 0);
+    EXPECT_EQ(about.shm_segsz, kPicture);
+    shmctl(id, IPC_RMID, nullptr);
+}
+
+TEST(SharedMemory, ThatIsNotThereIsRefused)
+{
+    EXPECT_EQ(shmat(-1, nullptr, 0), reinterpret_cast<void*>(-1));
+    EXPECT_EQ(shmdt(&sNothing), -1);
+}
+
+} // namespace

@@ -5,11 +5,11 @@
 #include "common/NaviFrameItemPopHandler.h"
 #include "common/RotaryEventManager.h"
 #include "common/util/StringUtil.h"
+#include "counts/Count.h"
 #include "support/Toolkit.h"
 
 #include <cstdlib>
 #include <memory>
-#include <valgrind/callgrind.h>
 
 namespace
 {
@@ -62,16 +62,6 @@ void PushAndPopScreens()
 {
     for (int i = 0; i < kScreens; ++i)
         Push()->Pop(false, nullptr);
-}
-
-template <typename Work> void Count(Work work)
-{
-    CALLGRIND_START_INSTRUMENTATION;
-    CALLGRIND_TOGGLE_COLLECT;
-    work();
-    CALLGRIND_TOGGLE_COLLECT;
-    CALLGRIND_DUMP_STATS;
-    CALLGRIND_STOP_INSTRUMENTATION;
 }
 
 template <typename Work> void CountTimes(Work work)

@@ -22,8 +22,10 @@ from support.session_bus import SessionBus  # noqa: E402
 
 KEPT = pathlib.Path(__file__).with_name("kept.json")
 WORKLOADS = ["1000 detents", "1000 log lines", "1000 times texts", "20 screens"]
+DETENTS = ["a detent of the page and one back", "1000 pictures shared with a screen"]
 START = "start to first frame"
-NEEDED = ["tests/counts/workloads", "qivo-ui/qivo-guide-app", "res/edje/qivoui.edj",
+NEEDED = ["tests/counts/workloads", "tests/counts/detents", "qivo-ui/qivo-guide-app",
+          "res/edje/qivoui.edj",
           "res/tables/com.velmora.qivo-app_ChangeableColorTable.xml",
           "res/tables/com.velmora.qivo-app_FontInfoTable.xml",
           "subprojects/watch-port/theme/platform.edj"]
@@ -38,25 +40,38 @@ def lack_of(build):
 def count_all(build):
     """{work: {"instructions": N, "allocations": N}} of a build folder.
 
-    For the start also {"themes read": N, "fonts loaded": N}, both by the main thread, what is made
-    for screen readers, and what is asked and waited for on the session bus.
+    Of detents also {"frames": N, "memory made": N}. For the start also {"themes read": N, "fonts
+    loaded": N}, both by the main thread, what is made for screen readers, and what is asked and
+    waited for on the session bus.
     """
     with tempfile.TemporaryDirectory() as home, SessionBus() as bus:
-        return count_workloads(build, home) | {START: count_start(build, home, bus)}
+        counted = {work: figures_of_program("workloads", profile)
+                   for work, profile in profiles(build, home, "workloads", WORKLOADS)}
+        counted |= {work: count_detents(profile)
+                    for work, profile in profiles(build, home, "detents", DETENTS)}
+        return counted | {START: count_start(build, home, bus)}
 
 
-def count_workloads(build, home):
-    program = build / "tests" / "counts" / "workloads"
+def profiles(build, home, name, works):
     with open(os.path.join(home, "log"), "w") as log:
         # The way to the work is not counted, and faster without the means to count.
-        subprocess.run([*callgrind(home, "workloads"), "--collect-atstart=no",
-                        "--instr-atstart=no", program],
+        subprocess.run([*callgrind(home, name), "--collect-atstart=no", "--instr-atstart=no",
+                        build / "tests" / "counts" / name],
                        env=environment(home), stderr=log, check=True, timeout=300)
+    return [(work, Profile(f"{home}/{name}.{number}")) for number, work in enumerate(works, 1)]
+
+
+def figures_of_program(name, profile):
     # With the standard library, which here works for nobody but us: streams must not come back.
-    return {work: figures(Profile(f"{home}/workloads.{number}"),
-                          lambda function: function[0].endswith("/workloads")
-                          or "/libstdc++.so" in function[0])
-            for number, work in enumerate(WORKLOADS, 1)}
+    return figures(profile, lambda function: function[0].endswith(f"/{name}")
+                   or "/libstdc++.so" in function[0])
+
+
+def count_detents(profile):
+    return figures_of_program("detents", profile) | {
+        "frames": profile.calls_of(lambda function: "SFrameCB(" in function[2]),
+        "memory made": profile.calls_of(
+            lambda function: "/libc.so" in function[0] and function[2].startswith("shmget"))}
 
 
 def count_start(build, home, bus):

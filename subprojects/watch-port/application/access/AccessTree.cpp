@@ -2,6 +2,7 @@
 
 #include "application/access/objects/TextLayout.h"
 #include "application/access/objects/ThemeMarks.h"
+#include "application/windows/Shape.h"
 #include "application/windows/Windows.h"
 
 #include <Edje.h>
@@ -97,14 +98,6 @@ Eina_Rectangle SizeOfCanvas(const Evas_Object* object)
     Eina_Rectangle area{};
     evas_output_size_get(evas_object_evas_get(object), &area.w, &area.h);
     return area;
-}
-
-// The canvas's own shapes, which complain when asked for what they are made of.
-bool IsShape(const Evas_Object* object)
-{
-    constexpr std::string_view kShapes[] = {"rectangle", "line",      "polygon",  "image",
-                                            "text",      "textblock", "textgrid", "vectors"};
-    return std::find(std::begin(kShapes), std::end(kShapes), TypeOf(object)) != std::end(kShapes);
 }
 
 bool HasLetters(const std::string& text)

@@ -1,5 +1,6 @@
 #include "application/windows/ThemedObjects.h"
 
+#include "application/windows/Shape.h"
 #include "application/windows/Windows.h"
 
 #include <Elementary.h>
@@ -14,6 +15,8 @@ void Collect(Evas_Object* object, std::vector<Evas_Object*>& themed)
 {
     if (std::strcmp(evas_object_type_get(object), "edje") == 0)
         themed.push_back(object);
+    if (IsShape(object))
+        return;
     Eina_List* members = evas_object_smart_members_get(object);
     for (; members; members = eina_list_remove_list(members, members))
         Collect(static_cast<Evas_Object*>(eina_list_data_get(members)), themed);

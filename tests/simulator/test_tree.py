@@ -140,7 +140,7 @@ class Liar:
 
 
 def client_of(connection):
-    return types.SimpleNamespace(connection=connection, call=lambda _method: (":1.0",))
+    return types.SimpleNamespace(connection=connection, folder=None, call=lambda _: (":1.0",))
 
 
 @pytest.mark.parametrize("lies, complaint", [

@@ -2,6 +2,7 @@
 
 import concurrent.futures
 import contextlib
+import importlib
 import os
 import pathlib
 import signal
@@ -85,6 +86,51 @@ def test_a_recorder_of_what_is_done_gives_up_and_says_what_hangs(desk, tmp_path,
             recorder.kill()
     assert recorder.returncode == 1
     assert f"the watch hangs: {label} does not answer (qivo-watch stop ends it)" in complaint
+
+
+def test_a_replay_gives_up_as_soon_as_a_command_and_leaves_a_page(desk, tmp_path):
+    file = tmp_path / "run.replay"
+    file.write_text("bezel cw\nwait log never -t 60\n", encoding="utf-8")
+    with subprocess.Popen(desk.command("play", file), env=desk.environment,
+                          stderr=subprocess.PIPE, text=True) as player:
+        wait_until(lambda: desk.status()["bezel"] == 1, "the first step")
+        stop_running(desk, "keeper")
+        try:
+            _, complaint = player.communicate(timeout=LIMIT_S + waiting_s())
+        finally:
+            player.kill()
+    assert player.returncode == 6
+    assert "the watch hangs: the keeper does not answer" in complaint
+    assert (tmp_path / "run-trace" / "index.html").exists()
+
+
+@pytest.fixture(name="load")
+def _load(desk, monkeypatch):
+    """Loads a module of the watch, by its name within the package."""
+    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
+    monkeypatch.setenv("XDG_RUNTIME_DIR", str(desk.runtime))
+    return lambda name: importlib.import_module(f"qivo_watch.{name}")
+
+
+def test_a_bus_that_hangs_while_a_tree_is_read_is_told_and_not_the_application(desk, load,
+                                                                               monkeypatch):
+    tree = load("command.screen.tree")
+    client = load("command.bus.client").Client(load("state").Folder("watch"))
+    shown = client.call("ShowTree")
+    monkeypatch.setattr(client, "call", lambda _: shown)
+    monkeypatch.setattr(tree, "PATIENCE_S", 0.2)
+    stop_running(desk, "bus")
+    with pytest.raises(load("errors").WatchGone, match="the message bus does not answer"):
+        tree.read_windows(client)
+
+
+def test_a_server_that_hangs_before_the_finger_is_followed_is_told(desk, load, monkeypatch):
+    status, link = desk.status(), load("command.screen.link")
+    monkeypatch.setenv("XAUTHORITY", f"{status['folder']}/Xauthority")
+    monkeypatch.setattr(link, "ANSWER_S", 0.2)
+    stop_running(desk, "server")
+    with pytest.raises(load("errors").WatchGone, match="the X server does not answer"):
+        load("command.replays.finger").Finger(status["display"], None)
 
 
 @pytest.mark.parametrize("part", ["guard", "keeper", "server", "bus"])

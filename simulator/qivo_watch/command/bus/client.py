@@ -140,7 +140,7 @@ class Client:
                     if deadline is not None and time.monotonic() >= deadline:
                         return False
                     if pulse.is_silent():
-                        raise hang(silent_part(self.folder, peer))
+                        raise hang(silent_part(self.folder, peer.label))
                     self.connection.wait(min(pulse.due, deadline or pulse.due))
         finally:
             pulse.stop()

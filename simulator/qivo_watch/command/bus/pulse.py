@@ -82,13 +82,14 @@ def is_server_silent(display: str) -> bool:
     return _is_silent(f"/tmp/.X11-unix/X{display.removeprefix(':')}", _X_GREETING)
 
 
-def silent_part(folder: Folder, peer: Peer) -> str:
-    """What hangs when a peer does not answer: the peer itself, or a server that it needs."""
+def silent_part(folder: Folder, label: str) -> str:
+    """What hangs when a peer does not answer: the peer itself, or a server that it needs. LABEL is
+    what users call the peer."""
     if _is_silent(str(folder.bus_path), _BUS_GREETING):
         return "the message bus"
     if folder.display and is_server_silent(folder.display):
         return "the X server"
-    return peer.label
+    return label
 
 
 def _is_silent(path: str, greeting: bytes) -> bool:

@@ -7,11 +7,12 @@ import time
 from typing import Any, Callable
 
 import qivo_watch.packages  # noqa: F401 what follows needs it
-from Xlib import X, display, error
+from Xlib import X, error
 from Xlib.ext import record
 from Xlib.protocol import rq
 
 from qivo_watch.command.bus.pulse import hang
+from qivo_watch.command.screen.link import Link
 from qivo_watch.errors import ScreenGone
 
 _FINGER = 1
@@ -30,21 +31,19 @@ class Finger:
     def __init__(self, name: str, on_event: Callable[[int, int, int, int], None]):
         self._on_event = on_event
         self._events: queue.SimpleQueue[tuple[int, int, int, int]] = queue.SimpleQueue()
-        try:
-            self._control, self._data = display.Display(name), display.Display(name)
-            self._context = self._control.record_create_context(
+        self._link, self._data = Link(name), Link(name).display
+        with self._link.bounded():
+            self._context = self._link.display.record_create_context(
                 0, [record.AllClients], _ANY_DEVICE_EVENT)
-            self._control.sync()
-        except (error.DisplayConnectionError, error.ConnectionClosedError):
-            raise ScreenGone() from None
+            self._link.display.sync()
         self._thread = threading.Thread(target=self._listen, daemon=True)
         self._thread.start()
 
     def finish(self) -> None:
         """Waits for the last events, which can still be taken."""
-        with contextlib.suppress(error.ConnectionClosedError, OSError):  # The watch has ended.
-            self._control.record_disable_context(self._context)
-            self._control.flush()
+        with contextlib.suppress(ScreenGone, OSError), self._link.bounded():
+            self._link.display.record_disable_context(self._context)
+            self._link.display.flush()
         self._thread.join(END_S)
         if self._thread.is_alive():
             raise hang("the X server")

@@ -4,21 +4,15 @@ import contextlib
 import os
 import pathlib
 import select
-import socket
-import threading
 import time
-from typing import Iterator
 
 import qivo_watch.packages  # noqa: F401 what follows needs it
 from PIL import Image
-from Xlib import X, Xatom, display, error
+from Xlib import X, Xatom, error
 from Xlib.ext import damage
 
 from qivo_watch.command.bus.pulse import hang, is_server_silent
-from qivo_watch.errors import ScreenGone
-
-ANSWER_S = 3.0
-"""Seconds for the server to answer."""
+from qivo_watch.command.screen.link import Link
 
 IDLE_S = 1.0
 """Seconds without news after which the server is asked whether it is still there."""
@@ -41,10 +35,10 @@ class Eye:
         os.environ["XAUTHORITY"] = str(authority)
         if is_server_silent(name):
             raise hang("the X server")
-        self._has_hung = False
         self.seen: Image.Image | None = None
-        self._display = _opened(name)
-        with self._bounded():
+        self._link = Link(name)
+        self._display = self._link.display
+        with self._link.bounded():
             self._root = self._display.screen().root
             self.size = self._root.get_geometry().width
             self._display.damage_query_version()
@@ -57,7 +51,7 @@ class Eye:
 
     def look(self) -> Image.Image:
         """The square screen as it is now, RGB."""
-        with self._bounded():
+        with self._link.bounded():
             seen = self._root.get_image(0, 0, self.size, self.size, X.ZPixmap, 0xffffffff)
         return Image.frombytes("RGB", (self.size, self.size), seen.data, "raw", "BGRX")
 
@@ -105,7 +99,7 @@ class Eye:
 
     def _read_of_top(self, name: str) -> int:
         """A number that the topmost window has as a property; 0 if it has none."""
-        with self._bounded():
+        with self._link.bounded():
             stack = self._root.get_full_property(
                 self._display.get_atom("_NET_CLIENT_LIST_STACKING"), Xatom.WINDOW)
             if not stack or not stack.value:
@@ -127,11 +121,11 @@ class Eye:
             if left <= 0:
                 return False
             if not select.select([self._display.fileno()], [], [], min(left, IDLE_S))[0]:
-                with self._bounded():
+                with self._link.bounded():
                     self._display.sync()
 
     def _take_news(self) -> bool:
-        with self._bounded():
+        with self._link.bounded():
             has_news = False
             while self._display.pending_events():
                 has_news = True
@@ -140,36 +134,3 @@ class Eye:
                 self._display.damage_subtract(self._damage, X.NONE, X.NONE)
                 self._display.flush()
         return has_news
-
-    @contextlib.contextmanager
-    def _bounded(self) -> Iterator[None]:
-        """Closes the connection to a server that does not answer, whichever thread waits for it."""
-        timer = threading.Timer(ANSWER_S, self._hang_up)
-        try:
-            timer.start()
-            yield
-        except error.ConnectionClosedError:
-            raise (hang("the X server") if self._has_hung else ScreenGone()) from None
-        finally:
-            timer.cancel()
-
-    def _hang_up(self) -> None:
-        self._has_hung = True
-        # Closed already, if an interrupted command's last wait was still timed.
-        with contextlib.suppress(OSError):
-            self._display.display.socket.shutdown(socket.SHUT_RDWR)
-
-
-def _opened(name: str) -> display.Display:
-    """The connection cannot be hung up on while it is being made."""
-    made: list[display.Display] = []
-
-    def connect() -> None:
-        with contextlib.suppress(error.DisplayConnectionError, error.ConnectionClosedError):
-            made.append(display.Display(name))
-    connecting = threading.Thread(target=connect, daemon=True)
-    connecting.start()
-    connecting.join(ANSWER_S)
-    if made:
-        return made[0]
-    raise hang("the X server") if connecting.is_alive() else ScreenGone()

@@ -6,8 +6,8 @@ from typing import Any, Iterator, NamedTuple
 
 from qivo_watch.bus import PATIENCE_S
 from qivo_watch.command.bus.client import Client
-from qivo_watch.command.bus.connection import BusGone, CallError, Connection
-from qivo_watch.command.bus.pulse import hang
+from qivo_watch.command.bus.connection import BusGone, CallError
+from qivo_watch.command.bus.pulse import hang, silent_part
 from qivo_watch.errors import WatchEnded, WatchError
 
 _ROOT = "/org/a11y/atspi/accessible/root"
@@ -77,7 +77,7 @@ def read_windows(client: Client) -> list[Part]:
     deadline = time.monotonic() + _PATIENCE_S
     while True:
         try:
-            return _Reader(client.connection, bus, deadline).windows()
+            return _Reader(client, bus, deadline).windows()
         except _Changed:
             pass  # Something went while it was read.
 
@@ -124,8 +124,9 @@ class _Changed(Exception):
 
 
 class _Reader:
-    def __init__(self, connection: Connection, bus: str, deadline: float):
-        self._connection = connection
+    def __init__(self, client: Client, bus: str, deadline: float):
+        self._folder = client.folder
+        self._connection = client.connection
         self._bus = bus
         self._deadline = deadline
         self._left = _MOST_OBJECTS
@@ -184,7 +185,7 @@ class _Reader:
                 raise _Changed() from None
             raise _broken(str(error).partition("\n")[0]) from None
         except TimeoutError:
-            raise hang("the application") from None
+            raise hang(silent_part(self._folder, "the application")) from None
         except BusGone:
             raise WatchEnded("the watch has ended") from None
         finally:

@@ -50,6 +50,11 @@ class WatchEnded(WatchGone):
     """The watch was stopped while a command was working on it."""
 
 
+def of_system(error: OSError) -> WatchError:
+    """What the system refused, a full output for one."""
+    return WatchError(f"{error.filename or 'output'}: {error.strerror}")
+
+
 class UsageError(Exception):
     """Wrong arguments: one line for the user, exit status 2."""
 

@@ -8,8 +8,6 @@ import urllib.parse
 import urllib.request
 
 import pytest
-from selenium import webdriver
-from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
@@ -32,17 +30,6 @@ const pixels = canvas.getContext('2d').getImageData(
     canvas.width * 0.4, canvas.height * 0.3, canvas.width * 0.3, canvas.height * 0.4).data;
 return Array.from(pixels).reduce((sum, value) => (sum * 31 + value) % 1000000007, 7);
 """
-
-
-@pytest.fixture(name="browser")
-def _browser(tmp_path):
-    options = webdriver.ChromeOptions()
-    for argument in ("--headless=new", "--no-sandbox", "--disable-gpu", "--window-size=900,900",
-                     f"--user-data-dir={tmp_path}/profile"):
-        options.add_argument(argument)
-    browser = webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
-    yield browser
-    browser.quit()
 
 
 def test_a_browser_sees_the_page_scrolls_it_and_leaves_it(fresh, browser):

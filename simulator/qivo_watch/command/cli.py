@@ -1,13 +1,12 @@
 """The command `qivo-watch`."""
 
-import contextlib
 import os
 import sys
 
 from qivo_watch.command import interrupts
 from qivo_watch.command.arguments import read
 from qivo_watch.command.commands import Session
-from qivo_watch.errors import UsageError, WatchError
+from qivo_watch.errors import UsageError, WatchError, of_system
 
 
 def main(words: list[str]) -> int:
@@ -30,7 +29,7 @@ def main(words: list[str]) -> int:
         _drop_output()  # The reader has closed the pipe.
     except OSError as error:
         _drop_output()
-        return _complain(f"{error.filename or 'output'}: {error.strerror}", 1)
+        return _complain(of_system(error), 1)
     return 0
 
 
@@ -68,8 +67,10 @@ def _drop_output() -> None:
 
 
 def _complain(error: Exception | str, status: int) -> int:
-    with contextlib.suppress(OSError):
+    try:
         sys.stdout.flush()
+    except OSError:
+        _drop_output()
     from qivo_watch.lines import printable  # pylint: disable=import-outside-toplevel
     line = printable(" ".join(str(error).splitlines()))
     print(f"qivo-watch: {line}", file=sys.stderr)

@@ -1,5 +1,6 @@
 """What is done on the watch, recorded as a replay and played."""
 
+import concurrent.futures
 import contextlib
 import importlib
 import os
@@ -8,6 +9,7 @@ import re
 import shlex
 import signal
 import subprocess
+import threading
 import time
 
 import pytest
@@ -18,6 +20,7 @@ from support.display import Display
 
 CENTRE = (400, 370)
 BACK_KEY = (628, 238)
+POWER_KEY = (628, 502)
 CHARGER = (70, 370)
 """On the host's screen, in whose middle the watch's window of 680 pixels is."""
 
@@ -52,6 +55,21 @@ def recording(desk, file, *words):
     assert (recorder.returncode, told) == (0, "")
 
 
+@pytest.fixture(name="load")
+def _load(monkeypatch):
+    """Loads a module of the watch, by its name within the package."""
+    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
+    # An eye sets it.
+    monkeypatch.setenv("XAUTHORITY", "")
+    return lambda name: importlib.import_module(f"qivo_watch.{name}")
+
+
+def client_of(desk, load):
+    with pytest.MonkeyPatch.context() as environment:
+        environment.setenv("XDG_RUNTIME_DIR", str(desk.runtime))
+        return load("command.bus.client").Client(load("state").Folder("watch"))
+
+
 def recorded(file):
     """The lines after those that set the watch's state."""
     lines = file.read_text(encoding="utf-8").splitlines()
@@ -59,14 +77,10 @@ def recorded(file):
     return lines[zone + 1:]
 
 
-def log_since(desk, count):
+def log_since(client, count):
     """The log without times and addresses, and without what the toolkit says of a slow machine."""
-    return [CHANGING.sub("", line) for line in desk.do("log").splitlines()[count:]
+    return [CHANGING.sub("", line) for line in client.log_lines(count)
             if not line.startswith("ERROR: ecore_animator")]
-
-
-def log_length(desk):
-    return len(desk.do("log").splitlines())
 
 
 @pytest.fixture(name="window", scope="module")
@@ -82,8 +96,8 @@ class Hand:
 
     def __init__(self, desk, host, chance):
         self._desk, self._host, self._chance = desk, host, chance
-        self._deeds = [self.turn, self.turn, self.turn, self.drag, self.drag, self.tap,
-                       self.charge, self.click, self.say, self.say]
+        self._deeds = [self.turn, self.turn, self.turn, self.drag, self.fling, self.tap,
+                       self.charge, self.click, self.darken, self.say, self.say]
 
     def do_something(self):
         if self._desk.status()["app"] is None:
@@ -112,6 +126,12 @@ class Hand:
             "sleep", self._chance.choice([0.02, 0.1]))]
         self._host.xdotool("mousemove", *place, "mousedown", 1, *moves, "sleep", 0.1, "mouseup", 1)
 
+    def fling(self):
+        place, step = self._place(), self._chance.choice([-20, -8, 8, 20])
+        moves = [word for number in range(1, self._chance.randint(3, 6))
+                 for word in ("mousemove", place[0], place[1] + number * step, "sleep", 0.02)]
+        self._host.xdotool("mousemove", *place, "mousedown", 1, *moves, "mouseup", 1)
+
     def tap(self):
         self._host.xdotool("mousemove", *self._place(), "click", 1)
 
@@ -123,6 +143,14 @@ class Hand:
                            self._chance.choice([0.02, 0.3]), "mouseup", 1)
         # Nothing else comes before the key does.
         wait_until(lambda: not self._desk.status()["app"], "the end of the application")
+
+    def darken(self):
+        """Turns the screen off, which ends the guide, and on."""
+        for state in ("off", "on"):
+            self._host.xdotool("mousemove", *POWER_KEY, "mousedown", 1, "sleep",
+                               self._chance.choice([0.02, 0.3]), "mouseup", 1)
+            wait_until(lambda state=state: self._desk.status()["screen"] == state,
+                       f"a screen that is {state}")
 
     def say(self):
         self._desk.do(*self._chance.choice([
@@ -190,26 +218,96 @@ def test_the_folder_in_which_a_command_is_given_is_recorded_as_such(desk, tmp_pa
     assert recorded(tmp_path / "run.replay")[0] == "install ."
 
 
-def test_a_finger_that_trembles_for_a_minute_is_recorded(monkeypatch):
-    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
-    deeds = importlib.import_module("qivo_watch.command.replays.deeds")
-    stroke = deeds.Stroke([(8 * number, 180 + number % 2 * 80, 180) for number in range(8000)])
+def test_an_ending_in_capitals_means_a_replay_too(desk, tmp_path):
+    file = tmp_path / "RUN.REPLAY"
+    with recording(desk, file):
+        desk.do("bezel", "cw")
+    desk.do("play", file)
+    assert "bezel cw" in recorded(file)
+
+
+def test_a_page_that_was_flung_is_not_compared_until_the_application_ends(desk, tmp_path):
+    file = tmp_path / "run.replay"
+    rests = [["launch"], "swipe 180 250 180 150 -d 50".split(), "bezel ccw 30 -i 0".split(),
+             ["terminate"], ["launch"]]
+    with recording(desk, file, "--pictures"):
+        for number, words in enumerate(rests):
+            desk.do(*words)
+            if words == ["launch"]:
+                wait_until(lambda least=number: file.read_text().count("compare") > bool(least),
+                           "the picture")
+            else:
+                desk.do("wait", "still")
+        desk.do("terminate")
+    done = [line.split()[0] for line in recorded(file) if not line.startswith("wait")]
+    assert done == ["launch", "compare", "swipe", "bezel", "terminate", "launch", "compare",
+                    "terminate"]
+
+
+@pytest.mark.parametrize("points, is_flung", [
+    ([(0, 180, 200), (50, 180, 150)], True),
+    ([(0, 180, 200), (50, 180, 150), (130, 180, 150)], True),
+    ([(0, 180, 200), (50, 180, 150), (160, 180, 150)], False),
+    ([(0, 180, 200), (9000, 180, 150)], False), ([(0, 180, 200), (50, 181, 200)], False)])
+def test_a_finger_that_leaves_while_it_moves_flings(load, points, is_flung):
+    assert load("command.replays.stroke").Stroke(points).is_flung() == is_flung
+
+
+def test_a_stroke_is_simplified_once_however_often_a_recording_is_written(load, monkeypatch):
+    deeds, module = load("command.replays.deeds"), load("command.replays.stroke")
+    looks, whole = [], module._simplified
+    monkeypatch.setattr(module, "_simplified", lambda points: looks.append(1) or whole(points))
+    stroke = module.Stroke([(0, 180, 200), (500, 180, 100)])
+    deed = deeds.Deed(deeds.FINGER, {"stroke": stroke}, True, 0, 500, 0, 0, False, None)
+    end = deed._replace(method="", began=600)
+    written = [list(deeds.lines([deed], end, [], 360)) for _ in range(2)]
+    assert written[0] == written[1] and looks == [1]
+
+
+def test_what_is_done_while_a_rest_is_looked_at_is_not_on_it(desk, tmp_path, load, monkeypatch):
+    """A page in Korean is not what was there before the language was set."""
+    scribe, file = load("command.replays.scribe"), tmp_path / "run.replay"
+    client, read = client_of(desk, load), scribe.tree.read_windows
+
+    def read_later(client):
+        if client.status()["language"] == "en_US.UTF-8":
+            desk.do("language", "ko_KR")
+            desk.do("wait", "still")
+        return read(client)
+    monkeypatch.setattr(scribe.tree, "read_windows", read_later)
+    status = client.status()
+    eye = load("command.screen.eye").Eye(status["display"], client.folder.authority)
+    with contextlib.closing(eye), concurrent.futures.ThreadPoolExecutor(1) as pool:
+        is_over = threading.Event()
+        recorder = pool.submit(scribe.record, client, eye, str(file), False,
+                               lambda _: is_over.is_set())
+        try:
+            wait_until(lambda: file.exists() or recorder.done(), "the recording's begin")
+            desk.do("launch")
+            wait_until(lambda: "language ko_KR\nwait text" in file.read_text(), "the rest")
+        finally:
+            is_over.set()
+        recorder.result()
+    before = recorded(file)[:recorded(file).index("language ko_KR")]
+    assert [line for line in before if line.startswith("wait text")] == []
+
+
+def test_a_finger_that_trembles_for_a_minute_is_recorded(load):
+    points = [(8 * number, 180 + number % 2 * 80, 180) for number in range(8000)]
+    stroke = load("command.replays.stroke").Stroke(points)
     assert stroke.words(360)[0] == "swipe"
 
 
-def test_a_long_scribble_keeps_its_larger_turns(monkeypatch):
-    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
-    deeds = importlib.import_module("qivo_watch.command.replays.deeds")
+def test_a_long_scribble_keeps_its_larger_turns(load):
+    stroke = load("command.replays.stroke")
     way = [100, *[124, 100] * 30, *[114, 100] * 30]
-    words = deeds.Stroke([(15 * number, x, 180) for number, x in enumerate(way)]).words(360)
+    words = stroke.Stroke([(15 * number, x, 180) for number, x in enumerate(way)]).words(360)
     reached = [int(words[3]), *(int(leg.split(",")[0]) for leg in words[8::2])]
-    assert len(reached) == deeds.MOST_LEGS and reached.count(124) == 30
+    assert len(reached) == stroke.MOST_LEGS and reached.count(124) == 30
 
 
-def test_a_text_that_looks_like_an_option_is_waited_for(monkeypatch):
-    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
-    deeds = importlib.import_module("qivo_watch.command.replays.deeds")
-    grammar = importlib.import_module("qivo_watch.command.arguments").Grammar(True)
+def test_a_text_that_looks_like_an_option_is_waited_for(load):
+    deeds, grammar = load("command.replays.deeds"), load("command.arguments").Grammar(True)
     end = deeds.Deed("", {}, False, 1, 1, 1, 1, True, deeds.Rest("-x degrees"))
     written = deeds.lines([], end, ["12:00:00.000 I weather: --cold"], 360)
     texts = [getattr(grammar.parse(shlex.split(line)), "text", None) for line in written]
@@ -245,22 +343,25 @@ def test_a_recording_begins_without_an_application_and_where_it_can_be_written(d
     assert not (tmp_path / "run.replay").exists()
 
 
-def test_random_input_is_played_with_the_same_log_and_the_same_pictures(window, host, tmp_path):
+def test_random_input_is_played_with_the_same_log_and_the_same_pictures(window, host, tmp_path,
+                                                                        load):
     """QIVO_WATCH_RECORDED=60 goes on for a minute and plays it ten times; QIVO_WATCH_SEED chooses
     the input."""
     print(f"QIVO_WATCH_SEED={SEED}")
     file = tmp_path / "run.replay"
     hand = Hand(window, host, random.Random(SEED))
-    before = log_length(window)
+    client = client_of(window, load)
+    before = client.log_count()
     with recording(window, file, "--pictures"):
         end = time.monotonic() + SECONDS
         while time.monotonic() < end:
             hand.do_something()
         hand.end()
     print("\n".join(recorded(file)))
-    told = log_since(window, before)
+    told = log_since(client, before)
+    assert not [line for line in told if line.startswith("ERR<")]
     for _ in range(10 if SECONDS >= 60 else 1):
-        before = log_length(window)
+        before = client.log_count()
         played = window.run("play", file)
         assert played.stderr == ""
-        assert log_since(window, before) == told
+        assert log_since(client, before) == told

@@ -1,6 +1,7 @@
 """What a replay leaves behind: the page that shows its steps, the result for a build server, and
 the exit status."""
 
+import importlib
 import re
 import signal
 import subprocess
@@ -8,13 +9,34 @@ from html.parser import HTMLParser
 from xml.etree import ElementTree
 
 import pytest
+from selenium.webdriver.common.by import By
 
+from simulator.desk import BUILD
 from support.bus import wait_until
 
 
 @pytest.fixture(name="file")
 def _file(tmp_path):
     return tmp_path / "run.replay"
+
+
+PICTURES = """
+const [screens, done] = arguments;
+Promise.all(screens.map(async screen => {
+    const picture = new Image();
+    picture.src = getComputedStyle(screen).backgroundImage.slice(5, -2);
+    await picture.decode();
+    return [screen.getAttribute('aria-label'), picture.naturalWidth, picture.src];
+})).then(done, error => done(String(error)));
+"""
+"""What a browser has decoded of the screens on a page: captions, widths, sources."""
+
+
+CRASHES = """#!/bin/sh
+echo WATCH_PORT: first frame >&2
+sleep 0.1
+kill -SEGV $$
+"""
 
 
 class Page(HTMLParser):
@@ -33,7 +55,7 @@ class Page(HTMLParser):
         self.shown += data
 
 
-def test_the_page_of_a_difference_shows_what_was_expected_and_seen(desk, file, tmp_path):
+def test_the_page_of_a_difference_shows_what_was_expected_and_seen(desk, file, tmp_path, browser):
     file.write_text("time freeze\ntime set 10:08\nwait still\ncompare home.png\ntime thaw\n")
     desk.do("play", file, "--update")
     file.write_text(file.read_text().replace("10:08", "10:20"))
@@ -44,8 +66,25 @@ def test_the_page_of_a_difference_shows_what_was_expected_and_seen(desk, file, t
     failed = page.source[page.source.index('<section id="line4" class="failed">'):]
     captions = re.findall('aria-label="([^"]*)"', failed)
     assert captions == ["expected", "seen", "difference"]
+    assert_browser_shows(browser, tmp_path / "run-trace" / "index.html", captions)
     assert "5 time thaw" in page.shown and "not done" in page.shown
     desk.do("time", "thaw")
+
+
+def assert_browser_shows(browser, file, captions):
+    """The failed step with its pictures side by side, and nothing from elsewhere."""
+    browser.get(file.as_uri())
+    screens = browser.find_elements(By.CSS_SELECTOR, "section.failed .screen")
+    found = browser.execute_async_script(PICTURES, screens)
+    assert [picture[:2] for picture in found] == [[caption, 360] for caption in captions]
+    assert len({source for _, _, source in found}) == len(captions)
+    assert len({screen.rect["y"] for screen in screens}) == 1
+    assert all(screen.is_displayed() and screen.rect["width"] == 250 for screen in screens)
+    assert "pixels differ" in browser.find_element(By.CLASS_NAME, "complaint").text
+    names = browser.execute_script(
+        "return performance.getEntriesByType('resource').map(entry => entry.name)")
+    assert [name for name in names if not name.startswith("data:")] == []
+    assert browser.get_log("browser") == []
 
 
 def test_a_page_loads_nothing_and_runs_nothing(desk, file, tmp_path):
@@ -136,6 +175,16 @@ def test_a_failure_has_a_kind_for_the_build_server_and_the_shell(desk, file, tmp
     assert [part.tag for part in skipped] == ["skipped"]
 
 
+@pytest.mark.parametrize("lines, status", [
+    ("touch --text x", 5), ("wait exit", 5), ("language '?'", 1),
+    ("launch\nwait log never -t 0.1", 4)])
+def test_a_crash_is_to_blame_for_what_needs_the_application(desk, file, tmp_path, lines, status):
+    (tmp_path / "crash").write_text(CRASHES)
+    (tmp_path / "crash").chmod(0o755)
+    file.write_text(f"launch {tmp_path}/crash\nwait log SIGSEGV\n{lines}\n")
+    desk.refused("play", file, status=status)
+
+
 def test_a_result_can_be_read_whatever_the_replay_says(desk, tmp_path):
     result = tmp_path / "result.xml"
     for name in ("a\x01b", "a\udc80b"):
@@ -151,6 +200,23 @@ def test_without_a_watch_a_replay_has_a_status_of_its_own(fresh, file, tmp_path)
     fresh.refused("play", file, "--junit", tmp_path / "result.xml", status=6)
     suite = ElementTree.parse(tmp_path / "result.xml").getroot()
     assert suite.find("testcase/failure").get("type") == "watch"
+
+
+def test_a_command_that_cannot_write_leaves_a_page(desk, file, tmp_path):
+    file.write_text("log\n")
+    with open("/dev/full", "w", encoding="utf-8") as full:
+        result = subprocess.run(desk.command("play", file), env=desk.environment, stdout=full,
+                                stderr=subprocess.PIPE, text=True)
+    assert result.returncode == 1 and ":1: log: output: No space left on device" in result.stderr
+    assert "No space left" in Page(tmp_path / "run-trace" / "index.html").shown
+
+
+def test_a_picture_that_has_gone_meanwhile_leaves_a_difference(tmp_path, monkeypatch):
+    monkeypatch.syspath_prepend(str(BUILD / "simulator"))
+    journal = importlib.import_module("qivo_watch.command.replays.journal").Journal(None, False)
+    errors = importlib.import_module("qivo_watch.errors")
+    gone = errors.Differs("9 pixels differ", tmp_path / "a.png", tmp_path / "a-diff.png")
+    assert journal.end(1, "compare a.png", gone) == ("difference", "9 pixels differ", b"", b"")
 
 
 def test_a_result_that_cannot_be_written_is_told(desk, file, tmp_path):

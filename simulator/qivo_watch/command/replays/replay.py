@@ -18,7 +18,7 @@ from qivo_watch.command.arguments import Grammar
 from qivo_watch.command.commands import Session
 from qivo_watch.command.replays.journal import STATUS, Journal
 from qivo_watch.command.screen.recorder import USUAL_RATE, Recording, check_file, is_replay
-from qivo_watch.errors import ReplayFailed, ScreenGone, UsageError, WatchError
+from qivo_watch.errors import ReplayFailed, ScreenGone, UsageError, WatchError, of_system
 from qivo_watch.processes import INTERRUPTS
 
 MOST_BYTES = 1 << 20
@@ -137,18 +137,25 @@ class _Player:
     def take(self, step: Step) -> None:
         self._journal.begin()
         command = shlex.join(step.words)
+        failure = self._journal.end(step.line, command, self._error_of(step))
+        if failure:
+            raise ReplayFailed(f"{self._file}:{step.line}: {command}: {failure.text}",
+                               STATUS.get(failure.kind, 1))
+
+    def _error_of(self, step: Step) -> WatchError | UsageError | None:
+        """Does what a step says; returns why it failed."""
         try:
-            try:
-                self._prepare(step)
-                self._take(step)
-            except ScreenGone:
-                raise life.ended(self._session.folder) from None
+            self._prepare(step)
+            self._take(step)
+        except ScreenGone:
+            return life.ended(self._session.folder)
         except (WatchError, UsageError) as error:
-            self._journal.end(step.line, command, error)
-            failure = self._journal.entries[-1].failure
-            raise ReplayFailed(f"{self._file}:{step.line}: {command}: {error}",
-                               STATUS.get(failure.kind, 1)) from None
-        self._journal.end(step.line, command, None)
+            return error
+        except BrokenPipeError:
+            raise  # Nobody reads on.
+        except OSError as error:
+            return of_system(error)
+        return None
 
     def interrupt(self, steps: list[Step]) -> None:
         """The step at work, or the next one, is not done."""

@@ -16,7 +16,9 @@ from qivo_watch.command.screen import tree
 from qivo_watch.command.beside import beside
 from qivo_watch.command.bus.client import CONTROL, Client
 from qivo_watch.command.bus.connection import BusGone, CallError, Connection
-from qivo_watch.command.replays.deeds import FINGER, Deed, Rest, Stroke, lines, words_of
+from qivo_watch.command.replays.deeds import (
+    FINGER, Deed, Rest, is_flung, lines, words_of)
+from qivo_watch.command.replays.stroke import Stroke
 from qivo_watch.command.screen.eye import STILL_S, Eye
 from qivo_watch.command.replays.finger import Finger
 from qivo_watch.command.life import ended
@@ -103,7 +105,7 @@ class _Scribe:
         self._growths: collections.deque[tuple[int, int]] = collections.deque(maxlen=_REMEMBERED)
         self._texts: set[str] = set()
         self._app: dict[str, Any] | None = None
-        self._dumb = 0
+        self._dumb = self._flung = 0
         self.has_stopped = False
         # Another connection: what comes while the client waits is not lost, and not out of order.
         self._bus = Connection(str(client.folder.bus_path), PATIENCE_S, self._on_signal)
@@ -128,7 +130,7 @@ class _Scribe:
         while time.monotonic() < deadline:
             self._bus.wait(deadline)
         if self._pulse.is_silent():
-            raise hang(silent_part(self._client.folder, CONTROL))
+            raise hang(silent_part(self._client.folder, CONTROL.label))
         self._finger.take()
         self._read_log()
         if self._eye.has_changed():
@@ -179,20 +181,26 @@ class _Scribe:
             self._log += [""] * (first - self._log_start - len(self._log)) + read
 
     def _note_rest(self) -> None:
-        known = len(self._deeds)
+        known, before = len(self._deeds), (self._app, self._texts)
         status = self._client.status()
         had_app, self._app = self._app, status["app"]
         text = self._new_text()
         rest = Rest(text, self._picture() if self._shows_the_same(status) else "",
                     bool(had_app and not self._app and _ended_well(status["lastEnd"])))
-        # What has been done meanwhile may be on the picture.
+        # What has been done meanwhile may be on the picture. It has been told, but not read.
+        self._ask_bus("GetId")
+        self._finger.take()
         if len(self._deeds) == known and not self._stroke:
             self._rest, self._has_acted = rest, False
+        else:
+            self._app, self._texts = before
 
     def _shows_the_same(self, status: dict[str, Any]) -> bool:
-        """Whether it will in the next run: a clock that goes shows another time."""
-        is_app = self._app and self._eye.top_process() == self._app["pid"]
-        return status["screen"] == "on" and (is_app or status["time"]["frozen"])
+        """Whether it will in the next run: a clock that goes shows another time, and a page that
+        was flung another place."""
+        if self._app and self._eye.top_process() == self._app["pid"]:
+            return status["screen"] == "on" and self._app["pid"] != self._flung
+        return status["screen"] == "on" and status["time"]["frozen"]
 
     def _picture(self) -> str:
         if not self._with_pictures:
@@ -305,10 +313,13 @@ class _Scribe:
 
     def _end(self, deed: Deed, moment: int, succeeded: bool) -> None:
         place = self._place_of(deed)
-        if succeeded:
-            self._deeds[place] = deed._replace(ended=moment, last=self._log_length(_now_ms()))
-        else:
+        if not succeeded:
             del self._deeds[place]
+            return
+        self._deeds[place] = deed._replace(ended=moment, last=self._log_length(_now_ms()))
+        if is_flung(deed):
+            app = self._client.status()["app"]
+            self._flung = app["pid"] if app else 0
 
 
 def _now_ms() -> int:

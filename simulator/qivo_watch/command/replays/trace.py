@@ -25,7 +25,7 @@ h2 { font-size: 1em; margin: .2em 0 } h2 span { float: right; font-weight: norma
 figure { display: inline-block; margin: .4em 1em .4em 0; text-align: center; color: #666 }
 .screen { background: #000 center/contain no-repeat; border-radius: 50%; width: 180px;
   height: 180px; margin-bottom: .2em }
-.failed .screen { width: 270px; height: 270px }
+.failed .screen { width: 250px; height: 250px }
 .complaint { color: #c62828; font-weight: bold }
 .error { color: #c62828 } .warn { color: #8a5a00 }
 """
@@ -85,7 +85,7 @@ def _section(entry: Entry, pictures: "_Pictures") -> Iterator[str]:
 
 def _shown(entry: Entry, failure: Failure | None) -> list[tuple[bytes, str]]:
     """Pictures with their captions."""
-    if failure and failure.wanted:
+    if failure and (failure.wanted or failure.difference):
         return [(failure.wanted, "expected"), (entry.after, "seen"),
                 (failure.difference, "difference")]
     if entry.before == entry.after:

@@ -40,7 +40,7 @@ MOST_WAITING = 200
 
 def is_replay(file: str) -> bool:
     """Whether what is done is recorded, not the screen."""
-    return pathlib.Path(file).suffix == REPLAY
+    return pathlib.Path(file).suffix.lower() == REPLAY
 
 
 def check_file(file: str) -> None:

@@ -3,13 +3,12 @@
 import contextlib
 import os
 import pathlib
-import secrets
 from typing import Iterator
 
 
 def part_of(file: str) -> pathlib.Path:
     """A name beside FILE that nothing has: one made from its own could be a file of the user's."""
-    return pathlib.Path(file).absolute().with_name(f".qivo-watch-{secrets.token_hex(8)}")
+    return pathlib.Path(file).absolute().with_name(f".qivo-watch-{os.urandom(8).hex()}")
 
 
 @contextlib.contextmanager

@@ -59,6 +59,13 @@ class Bench:
     def plug_charger(self):
         self._system.start_upower(charging=True)
 
+    @contextlib.contextmanager
+    def languages(self):
+        """A service that says the user's language, with the function that sets it."""
+        self._system.start_locale()
+        yield lambda language: self._system.set_locale([f"LANG={language}.UTF-8"])
+        self._system.stop_locale()
+
     def pages(self):
         """The command of each program that shows the page."""
         programs = self.build / "bench"
@@ -198,22 +205,37 @@ def await_rest(count):
             seen, since = count(), time.monotonic()
 
 
+def used_by(process):
+    """The wake-ups of all its threads so far, and the milliseconds of processor time."""
+    tasks = [(task / "schedstat", task / "status")
+             for task in pathlib.Path(f"/proc/{process.pid}/task").iterdir()]
+    return (sum(int(line.split()[1]) for _, status in tasks
+                for line in status.read_text().splitlines()
+                if line.startswith("voluntary_ctxt_switches")),
+            sum(int(times.read_text().split()[0]) for times, _ in tasks) / 1e6)
+
+
 def measure_standing(bench, seconds):
     """Wake-ups of all threads of the guide in so many seconds in which it stands still, and the
     milliseconds of processor time that they take."""
-    def used(process):
-        tasks = [(task / "schedstat", task / "status")
-                 for task in pathlib.Path(f"/proc/{process.pid}/task").iterdir()]
-        return (sum(int(line.split()[1]) for _, status in tasks
-                    for line in status.read_text().splitlines()
-                    if line.startswith("voluntary_ctxt_switches")),
-                sum(int(times.read_text().split()[0]) for times, _ in tasks) / 1e6)
-
     with bench.running_guide() as guide:
-        await_rest(lambda: used(guide)[0])
-        before = used(guide)
+        await_rest(lambda: used_by(guide)[0])
+        before = used_by(guide)
         time.sleep(seconds)
-        return tuple(after - first for after, first in zip(used(guide), before))
+        return tuple(after - first for after, first in zip(used_by(guide), before))
+
+
+def measure_language_change(bench):
+    """Milliseconds of the guide's processor time from a change of the language to rest."""
+    used = []
+    with bench.languages() as set_language, bench.running_guide(LANG="") as guide:
+        await_rest(lambda: used_by(guide)[0])
+        for language in ("ko_KR", "en_US") * (1 if bench.is_quick else 5):
+            before = used_by(guide)[1]
+            set_language(language)
+            await_rest(lambda: used_by(guide)[0])
+            used.append(used_by(guide)[1] - before)
+    return statistics.median(used)
 
 
 def measure_detents(bench):

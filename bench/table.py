@@ -105,6 +105,8 @@ def add_standing(table, bench):
     table.add(f"{detents['count']} detents to a changed frame", f"{detents['median']:.1f} ms", "",
               f"99 of 100 in {detents['p99']:.1f} ms, {detents['dropped']} dropped",
               "next frame, 0 dropped", detents["dropped"] == 0 and detents["p99"] <= 33.4)
+    table.add("processor time of a language change",
+              f"{measure.measure_language_change(bench):.3g} ms", "", "")
     # The toolkit's slowest clock ticks once in 64 seconds.
     seconds = bench.standing_s or (3 if bench.is_quick else 66)
     for state, make in (("standing still", None), ("standing still, charging", bench.plug_charger)):

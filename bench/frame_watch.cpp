@@ -21,37 +21,24 @@
 // toolkits are measured in the same way: the X server reports damage, and each time the screen is
 // read and compared. A frame is complete when almost no pixel differs from the settled picture.
 
-#include <X11/Xlib.h>
-#include <X11/Xutil.h>
-#include <X11/extensions/XShm.h>
-#include <X11/extensions/XTest.h>
-#include <X11/extensions/Xdamage.h>
+#include "Program.h"
+#include "Watched.h"
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <iterator>
-#include <poll.h>
-#include <spawn.h>
 #include <stdexcept>
 #include <string>
-#include <sys/ipc.h>
-#include <sys/shm.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 namespace
 {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
-using Picture = std::vector<unsigned char>;
 
 constexpr milliseconds kDeadline(30000);
 constexpr milliseconds kStill(1000);
@@ -68,112 +55,6 @@ constexpr unsigned int kWheelDown = 5;
 {
     throw std::runtime_error(reason);
 }
-
-/// Processor time of a process so far, with that of its children that have ended, in milliseconds.
-double CpuMsOf(pid_t process)
-{
-    clockid_t clock = 0;
-    timespec used = {};
-    if (clock_getcpuclockid(process, &clock) != 0 || clock_gettime(clock, &used) != 0)
-        return 0;
-    return static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) / 1e6;
-}
-
-class Watched
-{
-public:
-    Watched() : mDisplay(XOpenDisplay(nullptr))
-    {
-        if (mDisplay == nullptr || !XShmQueryExtension(mDisplay) ||
-            !XDamageQueryExtension(mDisplay, &mDamageEvents, &mDamageErrors))
-            Fail("no display with shared memory and damage reports");
-        const int number = DefaultScreen(mDisplay);
-        mImage = XShmCreateImage(mDisplay, DefaultVisual(mDisplay, number),
-                                 DefaultDepth(mDisplay, number), ZPixmap, nullptr, &mSegment,
-                                 DisplayWidth(mDisplay, number), DisplayHeight(mDisplay, number));
-        mSegment.shmid = shmget(IPC_PRIVATE, Size(), IPC_CREAT | 0600);
-        mSegment.shmaddr = mImage->data = static_cast<char*>(shmat(mSegment.shmid, nullptr, 0));
-        XShmAttach(mDisplay, &mSegment);
-        XSync(mDisplay, False);
-        shmctl(mSegment.shmid, IPC_RMID, nullptr);
-        mDamage = XDamageCreate(mDisplay, Root(), XDamageReportNonEmpty);
-        XSync(mDisplay, False);
-    }
-    ~Watched() { XCloseDisplay(mDisplay); }
-    Watched(const Watched&) = delete;
-    Watched& operator=(const Watched&) = delete;
-
-    Picture Read()
-    {
-        XShmGetImage(mDisplay, Root(), mImage, 0, 0, AllPlanes);
-        const auto* bytes = reinterpret_cast<const unsigned char*>(mImage->data);
-        return {bytes, bytes + Size()};
-    }
-
-    /// Waits for a change of the screen; false when none came in time.
-    bool WaitForChange(milliseconds patience)
-    {
-        const auto deadline = Clock::now() + patience;
-        while (!TakeDamage())
-        {
-            const auto left = std::chrono::duration_cast<milliseconds>(deadline - Clock::now());
-            pollfd connection = {ConnectionNumber(mDisplay), POLLIN, 0};
-            if (left.count() <= 0 || poll(&connection, 1, static_cast<int>(left.count())) == 0)
-                return false;
-        }
-        return true;
-    }
-
-    void TurnWheel(unsigned int button)
-    {
-        XTestFakeButtonEvent(mDisplay, button, True, CurrentTime);
-        XTestFakeButtonEvent(mDisplay, button, False, CurrentTime);
-        XFlush(mDisplay);
-    }
-
-    void PointAtMiddle()
-    {
-        const int number = DefaultScreen(mDisplay);
-        XWarpPointer(mDisplay, None, Root(), 0, 0, 0, 0, DisplayWidth(mDisplay, number) / 2,
-                     DisplayHeight(mDisplay, number) / 2);
-        XSync(mDisplay, False);
-    }
-
-    /// Processor time of the X server so far, in milliseconds.
-    double ServerCpuMs() const
-    {
-        ucred server = {};
-        socklen_t size = sizeof server;
-        if (getsockopt(ConnectionNumber(mDisplay), SOL_SOCKET, SO_PEERCRED, &server, &size) != 0)
-            Fail("the X server is not on this machine");
-        return CpuMsOf(server.pid);
-    }
-
-private:
-    Window Root() const { return DefaultRootWindow(mDisplay); }
-    size_t Size() const { return static_cast<size_t>(mImage->bytes_per_line) * mImage->height; }
-
-    bool TakeDamage()
-    {
-        bool isDamaged = false;
-        while (XPending(mDisplay) > 0)
-        {
-            XEvent event;
-            XNextEvent(mDisplay, &event);
-            isDamaged = isDamaged || event.type == mDamageEvents + XDamageNotify;
-        }
-        if (isDamaged)
-            XDamageSubtract(mDisplay, mDamage, None, None);
-        return isDamaged;
-    }
-
-    Display* mDisplay;
-    XShmSegmentInfo mSegment{};
-    XImage* mImage = nullptr;
-    Damage mDamage = 0;
-    int mDamageEvents = 0;
-    int mDamageErrors = 0;
-};
 
 bool IsSamePixel(const unsigned char* left, const unsigned char* right)
 {
@@ -194,47 +75,6 @@ bool IsEmpty(const Picture& picture)
 {
     return std::equal(picture.begin() + kBytesPerPixel, picture.end(), picture.begin());
 }
-
-class Program
-{
-public:
-    explicit Program(char** command)
-    {
-        if (posix_spawnp(&mProcess, command[0], nullptr, nullptr, command, environ) != 0)
-            Fail(std::string("cannot start \"") + command[0] + '"');
-    }
-    ~Program()
-    {
-        kill(mProcess, SIGTERM);
-        waitpid(mProcess, nullptr, 0);
-    }
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
-
-    bool HasEnded() const
-    {
-        siginfo_t state = {};
-        waitid(P_PID, static_cast<id_t>(mProcess), &state, WEXITED | WNOHANG | WNOWAIT);
-        return state.si_pid == mProcess;
-    }
-
-    /// Processor time so far, with that of its children that have ended, in milliseconds.
-    double CpuMs() const { return CpuMsOf(mProcess); }
-
-    long StatusKib(const std::string& file, const std::string& name) const
-    {
-        std::ifstream status("/proc/" + std::to_string(mProcess) + '/' + file);
-        for (std::string line; std::getline(status, line);)
-        {
-            if (line.rfind(name + ':', 0) == 0)
-                return std::atol(line.c_str() + name.size() + 1);
-        }
-        return 0;
-    }
-
-private:
-    pid_t mProcess = 0;
-};
 
 void AwaitEmptyScreen(Watched& screen)
 {

@@ -2,6 +2,7 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <mutex>
+#include <pthread.h>
 #include <sys/shm.h>
 
 // What stands here before the C library's functions (see RTLD_NEXT in dlsym(3)) is for the pictures
@@ -28,12 +29,19 @@ namespace
 // touches take no memory.
 constexpr size_t kRoom = 1 << 20;
 
+enum class Use
+{
+    None,
+    Promised, // by shmget, until it is attached
+    Attached,
+};
+
 struct Segment
 {
     int id;
     size_t size;
     void* memory; // null: a free place
-    bool isUsed;
+    Use use;
 };
 
 // Those beyond are attached and detached as ever.
@@ -65,19 +73,36 @@ void DropUnused()
 {
     for (Segment& segment : gSegments)
     {
-        if (!segment.memory || segment.isUsed)
+        if (!segment.memory || segment.use != Use::None)
             continue;
         Detach(segment.memory);
         segment.memory = nullptr;
     }
 }
 
+// A child of the process has the memory too, and its content must last.
+void ForgetBeforeFork()
+{
+    gMutex.lock();
+    DropUnused();
+    gSegments.fill({});
+}
+
+void UnlockAfterFork()
+{
+    gMutex.unlock();
+}
+
 void Keep(int id, void* memory)
 {
+    static const int isFollowed =
+        pthread_atfork(ForgetBeforeFork, UnlockAfterFork, UnlockAfterFork);
+    if (isFollowed != 0)
+        return;
     shmid_ds about{};
     Segment* const place = Find([](const Segment& segment) { return !segment.memory; });
     if (place && shmctl(id, IPC_STAT, &about) == 0)
-        *place = {id, about.shm_segsz, memory, true};
+        *place = {id, about.shm_segsz, memory, Use::Attached};
 }
 
 } // namespace
@@ -90,13 +115,13 @@ int GetSegment(key_t key, size_t size, int flags) noexcept
     const std::lock_guard lock(gMutex);
     Segment* const unused =
         Find([size](const Segment& segment)
-             { return segment.memory && !segment.isUsed && segment.size >= size; });
+             { return segment.memory && segment.use == Use::None && segment.size >= size; });
     if (!unused)
     {
         DropUnused();
         return next(key, (size + kRoom - 1) / kRoom * kRoom, flags);
     }
-    unused->isUsed = true;
+    unused->use = Use::Promised;
     std::memset(unused->memory, 0, size);
     return unused->id;
 }
@@ -105,13 +130,20 @@ void* AttachSegment(int id, const void* address, int flags) noexcept
 {
     static auto* const next = Next<decltype(shmat)>("shmat");
     const std::lock_guard lock(gMutex);
-    if (Segment* const known =
-            Find([id](const Segment& segment) { return segment.memory && segment.id == id; }))
+    Segment* const known =
+        Find([id](const Segment& segment) { return segment.memory && segment.id == id; });
+    if (known && known->use == Use::Promised)
+    {
+        known->use = Use::Attached;
         return known->memory;
+    }
     void* const memory = next(id, address, flags);
     if (memory == reinterpret_cast<void*>(-1))
         return memory;
-    if (flags == 0)
+    // What is attached twice is still in use when it is given back once.
+    if (known)
+        known->memory = nullptr;
+    else if (flags == 0)
         Keep(id, memory);
     shmctl(id, IPC_RMID, nullptr);
     return memory;
@@ -120,12 +152,12 @@ void* AttachSegment(int id, const void* address, int flags) noexcept
 int DetachSegment(const void* memory) noexcept
 {
     const std::lock_guard lock(gMutex);
-    Segment* const segment =
-        Find([memory](const Segment& known) { return known.isUsed && known.memory == memory; });
-    if (!segment)
+    Segment* const segment = Find([memory](const Segment& known)
+                                  { return known.use == Use::Attached && known.memory == memory; });
+    if (!memory || !segment)
         return Detach(memory);
-    segment->isUsed = false;
-    if (!Find([](const Segment& other) { return other.isUsed; }))
+    segment->use = Use::None;
+    if (!Find([](const Segment& other) { return other.memory && other.use != Use::None; }))
         DropUnused();
     return 0;
 }

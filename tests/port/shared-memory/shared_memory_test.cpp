@@ -4,6 +4,7 @@
 #include <cstring>
 #include <set>
 #include <sys/shm.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -133,6 +134,48 @@ TEST(SharedMemory, ThatCannotBeWrittenIsNotKept)
     const void* const pixels = shmat(id, nullptr, SHM_RDONLY);
     EXPECT_EQ(shmdt(pixels), 0);
     EXPECT_TRUE(IsGone(id));
+    shown.GiveBack();
+}
+
+TEST(SharedMemory, ThatIsAttachedTwiceIsNotKept)
+{
+    const Picture shown;
+    const Picture picture;
+    void* const again = shmat(picture.id, nullptr, 0);
+    EXPECT_NE(again, picture.pixels);
+    picture.GiveBack();
+    const Picture next;
+    EXPECT_NE(next.id, picture.id);
+    EXPECT_EQ(shmdt(again), 0);
+    EXPECT_TRUE(IsGone(picture.id));
+    next.GiveBack();
+    shown.GiveBack();
+}
+
+TEST(SharedMemory, OfAChildLastsWhenItsParentHasGivenItBack)
+{
+    const Picture shown;
+    const Picture picture;
+    picture.pixels[0] = 7;
+    int given[2];
+    ASSERT_EQ(pipe(given), 0);
+    const pid_t child = fork();
+    if (child == 0)
+    {
+        char go = 0;
+        const bool isTold = read(given[0], &go, 1) == 1;
+        _exit(isTold && picture.pixels[0] == 7 ? 0 : 1);
+    }
+    picture.GiveBack();
+    const Picture next;
+    EXPECT_NE(next.id, picture.id);
+    EXPECT_EQ(write(given[1], "", 1), 1);
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    close(given[0]);
+    close(given[1]);
+    next.GiveBack();
     shown.GiveBack();
 }
 

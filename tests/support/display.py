@@ -131,7 +131,7 @@ class Display:
         dots = ["-dpi", str(self._dots)] if self._dots else []
         try:
             self._spawn(["Xvfb", "-displayfd", str(number_in), "-screen", "0", self.size, *dots,
-                         "-nolisten", "tcp", "-noreset"], pass_fds=[number_in])
+                         "-nolisten", "tcp", "-noreset", "-s", "0"], pass_fds=[number_in])
         finally:
             os.close(number_in)
         with os.fdopen(number_out, "rb", buffering=0) as pipe:

@@ -214,3 +214,18 @@ def test_the_watches_that_run_are_listed(desk):
 def test_a_line_of_an_application_that_does_not_end_is_cut(desk, script):
     program = script("exec head -c 50000000 /dev/zero")
     assert "program ended with status 0 before" in desk.refused("launch", program)
+
+
+def test_a_second_process_takes_the_place_of_a_first_that_ends(desk, clock, script, tmp_path):
+    second, ended = tmp_path / "second", tmp_path / "ended"
+    program = script(f"[ -e {second} ] && {{ {FRAME} >&2; touch {ended}; exec sleep 600; }}",
+                     f"{FRAME} >&2", f"while ! [ -e {ended} ]; do sleep 0.05; done")
+    shutil.copy(program, clock.with_name("new"))
+    clock.with_name("new").replace(clock)
+    desk.do("launch", clock)
+    pid = desk.status()["app"]["pid"]
+    second.touch()
+    desk.do("launch", clock)
+    status = desk.status()
+    assert status["app"]["pid"] != pid
+    assert status["lastEnd"] == {"app": "org.example.Clock", "status": 0, "signal": 0}

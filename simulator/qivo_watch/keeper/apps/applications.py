@@ -86,7 +86,10 @@ class Applications:
             patience_s = FRAME_PATIENCE_S * app.slowness
         try:
             try:
-                yield from (self._hand_over if first else self._show)(app, patience_s)
+                if first:
+                    yield from self._hand_over(first, app, patience_s)
+                else:
+                    yield from self._show(app, patience_s)
                 if not first and before:
                     yield from self._settler.settle(before)
             except WatchError:
@@ -134,11 +137,17 @@ class Applications:
         if not app.has_frame:
             raise WatchError(f"{app.name} {end_of(app.status or 0)} before it had drawn anything")
 
-    def _hand_over(self, second: App, patience_s: float) -> Work:
-        """A second process of an application passes its request to the first, and ends."""
+    def _hand_over(self, first: App, second: App, patience_s: float) -> Work:
+        """A second process of an application passes its request to the first, and ends. While the
+        first ends, it cannot take it any more, and the second takes its place."""
         complaint = f"{second.name} is running, but did not take the request"
         yield Until(lambda: second.has_frame or not second.is_running, patience_s, complaint)
-        if second.status != 0:
+        if second.has_frame:
+            yield Until(lambda: not (first.is_running and second.is_running), END_PATIENCE_S,
+                        complaint)
+        if second.is_running:
+            self._add(second)
+        elif second.status != 0:
             raise WatchError(complaint)
 
     def terminate(self, name: str, patience_s: float | None) -> Work:

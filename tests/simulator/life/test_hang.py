@@ -77,6 +77,7 @@ def test_a_recorder_of_what_is_done_gives_up_and_says_what_hangs(desk, tmp_path,
     with subprocess.Popen(desk.command("record", file), env=desk.environment,
                           stderr=subprocess.PIPE, text=True) as recorder:
         wait_until(file.exists, "the recording's begin")
+        desk.do("bezel", "cw")
         stop_running(desk, part)
         if is_ending:
             recorder.terminate()
@@ -86,6 +87,7 @@ def test_a_recorder_of_what_is_done_gives_up_and_says_what_hangs(desk, tmp_path,
             recorder.kill()
     assert recorder.returncode == 1
     assert f"the watch hangs: {label} does not answer (qivo-watch stop ends it)" in complaint
+    assert "bezel cw" in file.read_text(encoding="utf-8")
 
 
 def test_a_replay_gives_up_as_soon_as_a_command_and_leaves_a_page(desk, tmp_path):

@@ -314,6 +314,52 @@ def test_a_text_that_looks_like_an_option_is_waited_for(load):
     assert texts == ["--cold", "-x degrees", None]
 
 
+@pytest.mark.parametrize("text, waited", [
+    ("one\u2029two words", "two words"), ("bell\a", "bell"), ("x" * 9000, "x" * 200)])
+def test_a_text_that_no_line_can_have_whole_is_waited_for_in_part(load, text, waited):
+    assert load("command.replays.deeds").piece_of(text) == waited
+
+
+def test_an_argument_that_is_longer_than_a_line_leaves_a_replay_that_can_be_read(load, tmp_path):
+    deeds, replay = load("command.replays.deeds"), load("command.replays.replay")
+    values = {"app": "org.example.none", "extra": {"key": "x" * 9000}}
+    deed = deeds.Deed("Launch", values, False, 1, 2, 0, 0, False, None)
+    end = deed._replace(method="", began=2)
+    file = tmp_path / "run.replay"
+    file.write_text("\n".join(deeds.lines([deed], end, [], 360)), encoding="utf-8")
+    assert "# cannot be replayed: launch" in file.read_text(encoding="utf-8")
+    assert replay.read(file) == []
+
+
+def test_a_log_that_has_grown_since_it_was_read_loses_no_recording(load):
+    deeds = load("command.replays.deeds")
+    deed = deeds.Deed("Bezel", {"direction": "cw", "count": 1}, False, 1, 2, 5, 6, False, None)
+    end = deed._replace(method="", began=2, first=1)
+    read = ["12:00:00.000 I weather: sunny"]
+    assert list(deeds.lines([deed], end, read, 360)) == ["wait log sunny", "bezel cw"]
+
+
+def test_a_log_that_says_the_same_again_and_again_is_soon_looked_through(load):
+    deeds = load("command.replays.deeds")
+    log = ["12:00:00.000 I weather: sunny"] * 20000
+    end = deeds.Deed("", {}, False, 1, 1, len(log), len(log), False, None)
+    begin = time.process_time()
+    assert not list(deeds.lines([], end, log, 360))
+    assert time.process_time() - begin < 2
+
+
+@pytest.mark.parametrize("before, within", [("thaw", "freeze"), ("freeze", "thaw")])
+def test_a_recorded_clock_goes_at_the_end_whatever_was_done_to_it(desk, tmp_path, before, within):
+    file = tmp_path / "run.replay"
+    desk.run("time", before)
+    with recording(desk, file):
+        desk.do("time", within)
+    desk.run("time", "thaw")
+    for _ in range(2):
+        desk.do("play", file)
+    desk.refused("time", "thaw")
+
+
 def test_what_the_home_face_launches_is_recorded_as_the_touch_alone(desk, tmp_path):
     file = tmp_path / "run.replay"
     with recording(desk, file, "--pictures"):

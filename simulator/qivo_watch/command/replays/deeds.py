@@ -4,9 +4,9 @@ import os
 import pathlib
 import re
 import shlex
-import unicodedata
 from typing import Any, Iterator, NamedTuple
 
+from qivo_watch.command.replays.replay import mistake_in
 from qivo_watch.command.replays.stroke import Stroke
 from qivo_watch.interface import (MILLISECONDS, VERBS, Argument, Choice, Command, Legs, Pairs,
                                   Place, Program)
@@ -17,6 +17,12 @@ FINGER = "Finger"
 
 RHYTHM_MS = 1000
 """Detents that are further apart are turned one by one."""
+
+_LONGEST_TEXT = 200
+"""Characters of a text that is waited for."""
+
+_BREAK = re.compile(r"[\0-\x1f\x7f-\x9f\u2028\u2029]")
+"""What a replay's line may not have, and the ends of a text's lines."""
 
 _CHANGING = re.compile(r"0x[0-9a-fA-F]+|\d{4,}|\d\d:\d\d")
 """Addresses, processes, times."""
@@ -88,6 +94,11 @@ def _wait(what: str, text: str) -> str:
     return shlex.join(["wait", what, *(["--"] if text.startswith("-") else []), text])
 
 
+def piece_of(text: str) -> str:
+    """The longest part that one line of a replay can wait for."""
+    return max(_BREAK.split(text), key=len).strip()[:_LONGEST_TEXT]
+
+
 def _gathered(deeds: list[Deed]) -> Iterator[Deed]:
     """Clicks instead of keys that go down and up, and turns instead of detents."""
     gathered: Deed | None = None
@@ -127,7 +138,7 @@ def _line(deed: Deed, size: int) -> str:
     words = (deed.values["stroke"].words(size) if deed.method == FINGER
              else words_of(deed.method, deed.values))
     line = shlex.join(words)
-    if any(unicodedata.category(letter) in ("Cc", "Zl", "Zp") for letter in line):
+    if mistake_in(line):
         return f"# cannot be replayed: {printable(' '.join(line.splitlines()))}"
     return line
 
@@ -177,11 +188,14 @@ def _near(path: str) -> str:
 
 def _line_to_wait_for(log: list[str], place: int, last: int, first: int) -> tuple[int, str] | None:
     """Of the lines after a deed the latest that has a text of its own since the line number PLACE;
-    returns the number of the next, and the text."""
-    for number in range(first - 1, max(last, place) - 1, -1):
+    returns the number of the next, and the text. The log may not have been read up to FIRST."""
+    since = log[place:first]
+    tried: set[str] = set()
+    for number in range(min(first, len(log)) - 1, max(last, place) - 1, -1):
         for text in _lasting_texts(log[number]):
-            if sum(text in line for line in log[place:first]) == 1:
+            if text not in tried and sum(text in line for line in since) == 1:
                 return number + 1, text
+            tried.add(text)
     return None
 
 
@@ -192,7 +206,7 @@ def _lasting_texts(line: str) -> Iterator[str]:
     head, arrow, text = line.partition(" > ")
     if not arrow:
         text = line.split(": ", 1)[-1]
-    part = max((part.strip() for part in _CHANGING.split(text)), key=len)
+    part = piece_of(max((part.strip() for part in _CHANGING.split(text)), key=len))
     if len(part) >= 4:
         yield part
     function = _FUNCTION.search(head)

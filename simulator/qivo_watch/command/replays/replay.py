@@ -63,13 +63,20 @@ def _read_text(file: pathlib.Path) -> str:
         raise UsageError(f'cannot read "{file}": {reason}') from None
 
 
-def _split(line: str) -> list[str]:
+def mistake_in(line: str) -> str:
+    """Why a line cannot be in a replay, whatever it says; "" if it can."""
     if len(line) > LONGEST_LINE:
-        raise UsageError(f"the line is longer than {LONGEST_LINE} characters")
+        return f"the line is longer than {LONGEST_LINE} characters"
     # Some editors end a line at these, and so show other commands than those that run.
     for letter in line:
         if unicodedata.category(letter) in ("Cc", "Zl", "Zp") and letter != "\t":
-            raise UsageError(f"U+{ord(letter):04X} is not allowed in a replay")
+            return f"U+{ord(letter):04X} is not allowed in a replay"
+    return ""
+
+
+def _split(line: str) -> list[str]:
+    if mistake := mistake_in(line):
+        raise UsageError(mistake)
     return shlex.split(line, comments=True)
 
 

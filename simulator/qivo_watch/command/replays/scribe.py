@@ -17,7 +17,7 @@ from qivo_watch.command.beside import beside
 from qivo_watch.command.bus.client import CONTROL, Client
 from qivo_watch.command.bus.connection import BusGone, CallError, Connection
 from qivo_watch.command.replays.deeds import (
-    FINGER, Deed, Rest, is_flung, lines, words_of)
+    FINGER, Deed, Rest, is_flung, lines, piece_of, words_of)
 from qivo_watch.command.replays.stroke import Stroke
 from qivo_watch.command.screen.eye import STILL_S, Eye
 from qivo_watch.command.replays.finger import Finger
@@ -55,23 +55,29 @@ def record(client: Client, eye: Eye, file: str, with_pictures: bool,
     check(client)
     try:
         scribe = _Scribe(client, eye, pathlib.Path(file), with_pictures)
-        begin = time.monotonic()
         try:
             scribe.begin()
-            while not (is_over(time.monotonic() - begin) or scribe.has_stopped):
-                scribe.turn()
-            scribe.finish()
-        except (WatchEnded, ScreenGone, BusGone):
-            pass  # The recording ends with the watch.
+            _follow(scribe, is_over)
         finally:
             scribe.close()
-        scribe.write()
     except (BusGone, CallError):
         raise ended(client.folder) from None
     except TimeoutError:
         raise hang("the message bus") from None
     except OSError as error:
         raise WatchError(f'cannot record "{file}": {error.strerror}') from None
+
+
+def _follow(scribe: "_Scribe", is_over: Callable[[float], bool]) -> None:
+    begin = time.monotonic()
+    try:
+        while not (is_over(time.monotonic() - begin) or scribe.has_stopped):
+            scribe.turn()
+        scribe.finish()
+    except (WatchEnded, ScreenGone, BusGone):
+        pass  # The recording ends with the watch.
+    finally:
+        scribe.write()  # Also what was done before something hung.
 
 
 class _Still(NamedTuple):
@@ -158,10 +164,14 @@ class _Scribe:
         end = Deed("", {}, False, now, now, len(self._log), len(self._log), False, self._rest)
         done = sorted((deed for deed in self._deeds if deed.ended), key=lambda deed: deed.began)
         written = [*self._head, *lines(done, end, self._log, self._eye.size)]
-        if self._frozen:
+        if self._is_frozen_after(done):
             written.append("time thaw")
         with beside(str(self._file)) as part:
             part.write_text("\n".join(written) + "\n", encoding="utf-8")
+
+    def _is_frozen_after(self, deeds: list[Deed]) -> bool:
+        changes = [deed.method for deed in deeds if deed.method in ("FreezeTime", "ThawTime")]
+        return changes[-1] == "FreezeTime" if changes else self._frozen
 
     def close(self) -> None:
         self._bus.close()
@@ -225,9 +235,8 @@ class _Scribe:
         except WatchError:
             self._dumb = self._app["pid"]
             return ""
-        texts = [max(part.name.split("\n"), key=len).strip()
-                 for window in windows for child in window.children for part in child.all()
-                 if part.is_showing]
+        texts = [piece_of(part.name) for window in windows for child in window.children
+                 for part in child.all() if part.is_showing]
         new = [text for text in texts if len(text) > 1 and text not in self._texts
                and not any(letter.isdigit() for letter in text)]
         self._texts = set(texts)

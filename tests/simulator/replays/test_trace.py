@@ -228,3 +228,18 @@ def test_a_result_that_cannot_be_written_is_told(desk, file, tmp_path):
     file.write_text("wait log never -t 0.1\n")
     told = desk.refused("play", file, "--trace", file / "trace", status=4)
     assert "no line with" in told and "cannot write" in told
+
+
+@pytest.mark.parametrize("lines, complaint, status", [
+    ("bezel cw\n", ":2: record stop: cannot record", 1),
+    ("bezel cw\nwait log never -t 0.1\n", ":3: wait log never -t 0.1: no line with", 4)])
+def test_a_recording_that_fails_hides_no_failure_and_no_result(desk, file, tmp_path, monkeypatch,
+                                                               lines, complaint, status):
+    encoder, result = tmp_path / "ffmpeg", tmp_path / "result.xml"
+    encoder.write_text("#!/bin/sh\nexit 1\n", encoding="utf-8")
+    encoder.chmod(0o755)
+    monkeypatch.setitem(desk.environment, "PATH", f"{tmp_path}:{desk.environment['PATH']}")
+    file.write_text(f"record {tmp_path / 'run.gif'}\n{lines}", encoding="utf-8")
+    told = desk.refused("play", file, "--junit", result, status=status)
+    assert complaint in told and "run-trace/index.html" in told
+    assert ElementTree.parse(result).getroot().get("failures") == "1"

@@ -106,6 +106,7 @@ def play(file: pathlib.Path, given: argparse.Namespace) -> None:
         try:
             for step in steps:
                 player.take(step)
+            player.finish(steps)
         except ReplayFailed as failed:
             failure = failed
             player.give_up()
@@ -164,6 +165,11 @@ class _Player:
             return of_system(error)
         return None
 
+    def finish(self, steps: list[Step]) -> None:
+        """Ends a recording as `record stop` does."""
+        if self._recording:
+            self.take(Step(steps[-1].line, _END_RECORD, None))
+
     def interrupt(self, steps: list[Step]) -> None:
         """The step at work, or the next one, is not done."""
         for step in steps[len(self._journal.entries):][:1]:
@@ -206,7 +212,9 @@ class _Player:
     def close(self) -> None:
         try:
             if self._recording:
-                self._end_recording()
+                # What made the replay fail before is told.
+                with contextlib.suppress(WatchError):
+                    self._end_recording()
         finally:
             self._session.close()
 

@@ -1,9 +1,10 @@
 #include <array>
+#include <cerrno>
 #include <cstring>
 #include <dlfcn.h>
 #include <mutex>
-#include <pthread.h>
 #include <sys/shm.h>
+#include <unistd.h>
 
 // What stands here before the C library's functions (see RTLD_NEXT in dlsym(3)) is for the pictures
 // that the toolkit shares with an X server.
@@ -14,8 +15,8 @@
 //
 // And it makes a new picture for each frame (1.26 keeps none, as the limit of what it may keep
 // comes out as 0), of which the kernel clears and maps each page: a third of what a frame costs. So
-// what it gives back, which the server has read by then, is kept for the next frames. All goes with
-// the last picture in use, half a second after a motion.
+// what it gives back is kept for the next frames. All goes with the last picture in use, half a
+// second after a motion.
 extern "C" {
 int GetSegment(key_t key, size_t size, int flags) noexcept __asm__("shmget");
 void* AttachSegment(int id, const void* address, int flags) noexcept __asm__("shmat");
@@ -29,6 +30,9 @@ namespace
 // touches take no memory.
 constexpr size_t kRoom = 1 << 20;
 
+// Of the flags of shmget and of a segment's mode.
+constexpr unsigned kPermissions = 0777;
+
 enum class Use
 {
     None,
@@ -40,6 +44,7 @@ struct Segment
 {
     int id;
     size_t size;
+    unsigned permissions;
     void* memory; // null: a free place
     Use use;
 };
@@ -69,40 +74,47 @@ template <typename Condition> Segment* Find(Condition condition)
     return nullptr;
 }
 
-void DropUnused()
+template <typename Condition> void Drop(Condition condition)
 {
     for (Segment& segment : gSegments)
     {
-        if (!segment.memory || segment.use != Use::None)
+        if (!segment.memory || segment.use != Use::None || !condition(segment))
             continue;
         Detach(segment.memory);
         segment.memory = nullptr;
     }
 }
 
-// A child of the process has the memory too, and its content must last.
-void ForgetBeforeFork()
+// A server that is late, a child of the process, or whoever else has the memory may still read it.
+bool IsOursAlone(int id)
 {
-    gMutex.lock();
-    DropUnused();
-    gSegments.fill({});
-}
-
-void UnlockAfterFork()
-{
-    gMutex.unlock();
-}
-
-void Keep(int id, void* memory)
-{
-    static const int isFollowed =
-        pthread_atfork(ForgetBeforeFork, UnlockAfterFork, UnlockAfterFork);
-    if (isFollowed != 0)
-        return;
     shmid_ds about{};
+    return shmctl(id, IPC_STAT, &about) == 0 && about.shm_nattch == 1;
+}
+
+Segment* FindUnused(size_t size, int flags)
+{
+    return Find(
+        [size, flags](const Segment& segment)
+        {
+            return segment.memory && segment.use == Use::None && segment.size >= size &&
+                   segment.permissions == (static_cast<unsigned>(flags) & kPermissions) &&
+                   IsOursAlone(segment.id);
+        });
+}
+
+// What has a name, or was made by another process, is what an application shares for itself.
+bool IsOwn(const shmid_ds& about)
+{
+    return about.shm_perm.__key == IPC_PRIVATE && about.shm_cpid == getpid();
+}
+
+void Keep(int id, const shmid_ds& about, void* memory)
+{
     Segment* const place = Find([](const Segment& segment) { return !segment.memory; });
-    if (place && shmctl(id, IPC_STAT, &about) == 0)
-        *place = {id, about.shm_segsz, memory, Use::Attached};
+    const unsigned permissions = about.shm_perm.mode & kPermissions;
+    if (place)
+        *place = {id, about.shm_segsz, permissions, memory, Use::Attached};
 }
 
 } // namespace
@@ -113,12 +125,10 @@ int GetSegment(key_t key, size_t size, int flags) noexcept
     if (key != IPC_PRIVATE)
         return next(key, size, flags);
     const std::lock_guard lock(gMutex);
-    Segment* const unused =
-        Find([size](const Segment& segment)
-             { return segment.memory && segment.use == Use::None && segment.size >= size; });
+    Segment* const unused = FindUnused(size, flags);
     if (!unused)
     {
-        DropUnused();
+        Drop([size](const Segment& segment) { return segment.size < size; });
         return next(key, (size + kRoom - 1) / kRoom * kRoom, flags);
     }
     unused->use = Use::Promised;
@@ -132,7 +142,7 @@ void* AttachSegment(int id, const void* address, int flags) noexcept
     const std::lock_guard lock(gMutex);
     Segment* const known =
         Find([id](const Segment& segment) { return segment.memory && segment.id == id; });
-    if (known && known->use == Use::Promised)
+    if (known && known->use == Use::Promised && !address && flags == 0)
     {
         known->use = Use::Attached;
         return known->memory;
@@ -140,11 +150,14 @@ void* AttachSegment(int id, const void* address, int flags) noexcept
     void* const memory = next(id, address, flags);
     if (memory == reinterpret_cast<void*>(-1))
         return memory;
-    // What is attached twice is still in use when it is given back once.
-    if (known)
-        known->memory = nullptr;
-    else if (flags == 0)
-        Keep(id, memory);
+    // Until this other place is detached, it is not ours alone.
+    if (known && known->use == Use::Promised)
+        known->use = Use::None;
+    shmid_ds about{};
+    if (shmctl(id, IPC_STAT, &about) != 0 || !IsOwn(about))
+        return memory;
+    if (!known && flags == 0)
+        Keep(id, about, memory);
     shmctl(id, IPC_RMID, nullptr);
     return memory;
 }
@@ -152,12 +165,17 @@ void* AttachSegment(int id, const void* address, int flags) noexcept
 int DetachSegment(const void* memory) noexcept
 {
     const std::lock_guard lock(gMutex);
-    Segment* const segment = Find([memory](const Segment& known)
-                                  { return known.use == Use::Attached && known.memory == memory; });
-    if (!memory || !segment)
+    Segment* const segment =
+        Find([memory](const Segment& known) { return memory && known.memory == memory; });
+    if (!segment)
         return Detach(memory);
+    if (segment->use != Use::Attached)
+    {
+        errno = EINVAL;
+        return -1;
+    }
     segment->use = Use::None;
     if (!Find([](const Segment& other) { return other.memory && other.use != Use::None; }))
-        DropUnused();
+        Drop([](const Segment&) { return true; });
     return 0;
 }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <set>
 #include <sys/shm.h>
@@ -137,7 +138,7 @@ TEST(SharedMemory, ThatCannotBeWrittenIsNotKept)
     shown.GiveBack();
 }
 
-TEST(SharedMemory, ThatIsAttachedTwiceIsNotKept)
+TEST(SharedMemory, ThatIsAttachedTwiceIsNotUsedAgainMeanwhile)
 {
     const Picture shown;
     const Picture picture;
@@ -147,9 +148,120 @@ TEST(SharedMemory, ThatIsAttachedTwiceIsNotKept)
     const Picture next;
     EXPECT_NE(next.id, picture.id);
     EXPECT_EQ(shmdt(again), 0);
-    EXPECT_TRUE(IsGone(picture.id));
     next.GiveBack();
     shown.GiveBack();
+    EXPECT_TRUE(IsGone(picture.id));
+}
+
+/// Another process, which attaches a picture and looks at its first part when told to.
+class Reader
+{
+public:
+    Reader()
+    {
+        EXPECT_EQ(pipe(mToReader), 0);
+        EXPECT_EQ(pipe(mFromReader), 0);
+        mProcess = fork();
+        if (mProcess == 0)
+            Read();
+    }
+
+    ~Reader()
+    {
+        for (const int end : {mToReader[0], mToReader[1], mFromReader[0], mFromReader[1]})
+            close(end);
+    }
+
+    void Attach(int id)
+    {
+        char isDone = 0;
+        EXPECT_EQ(write(mToReader[1], &id, sizeof id), sizeof id);
+        EXPECT_EQ(read(mFromReader[0], &isDone, 1), 1);
+    }
+
+    int WhatItSees()
+    {
+        const int now = 0;
+        int status = -1;
+        EXPECT_EQ(write(mToReader[1], &now, sizeof now), sizeof now);
+        EXPECT_EQ(waitpid(mProcess, &status, 0), mProcess);
+        return WEXITSTATUS(status);
+    }
+
+private:
+    [[noreturn]] void Read()
+    {
+        int told = -1;
+        bool isTold = read(mToReader[0], &told, sizeof told) == sizeof told;
+        const auto* const pixels = static_cast<unsigned char*>(shmat(told, nullptr, SHM_RDONLY));
+        isTold = isTold && write(mFromReader[1], "", 1) == 1 &&
+                 read(mToReader[0], &told, sizeof told) == sizeof told;
+        _exit(isTold ? pixels[0] : 0);
+    }
+
+    int mToReader[2] = {};
+    int mFromReader[2] = {};
+    pid_t mProcess = -1;
+};
+
+// As a screen does that is late, or one that an application shares its own memory with.
+TEST(SharedMemory, ThatAnotherProcessReadsIsNotUsedAgainMeanwhile)
+{
+    Reader reader;
+    const Picture shown;
+    const Picture picture;
+    picture.pixels[0] = 7;
+    reader.Attach(picture.id);
+    picture.GiveBack();
+    const Picture next;
+    EXPECT_NE(next.id, picture.id);
+    EXPECT_EQ(reader.WhatItSees(), 7);
+    const Picture afterwards;
+    EXPECT_EQ(afterwards.id, picture.id);
+    for (const Picture& last : {afterwards, next, shown})
+        last.GiveBack();
+}
+
+TEST(SharedMemory, ThatIsGivenBackTwiceIsRefusedAndStays)
+{
+    const Picture shown;
+    const Picture picture;
+    picture.GiveBack();
+    EXPECT_EQ(shmdt(picture.pixels), -1);
+    EXPECT_EQ(errno, EINVAL);
+    const Picture next;
+    EXPECT_EQ(next.id, picture.id);
+    EXPECT_TRUE(next.IsBlack());
+    next.GiveBack();
+    shown.GiveBack();
+}
+
+TEST(SharedMemory, IsOpenToThoseAloneForWhomItIsWanted)
+{
+    const Picture shown;
+    const Picture picture;
+    picture.GiveBack();
+    const int open = shmget(IPC_PRIVATE, kPicture, IPC_CREAT | 0666);
+    EXPECT_NE(open, picture.id);
+    shmctl(open, IPC_RMID, nullptr);
+    shown.GiveBack();
+}
+
+TEST(SharedMemory, IsAttachedWithTheRightsThatAreWanted)
+{
+    const Picture shown;
+    const Picture before;
+    before.GiveBack();
+    const int id = shmget(IPC_PRIVATE, kPicture, IPC_CREAT | 0600);
+    EXPECT_EQ(id, before.id);
+    void* const pixels = shmat(id, nullptr, SHM_RDONLY);
+    EXPECT_NE(pixels, before.pixels);
+    const Picture next;
+    EXPECT_NE(next.id, id);
+    EXPECT_EQ(shmdt(pixels), 0);
+    next.GiveBack();
+    shown.GiveBack();
+    EXPECT_TRUE(IsGone(id));
 }
 
 TEST(SharedMemory, OfAChildLastsWhenItsParentHasGivenItBack)
@@ -179,12 +291,16 @@ TEST(SharedMemory, OfAChildLastsWhenItsParentHasGivenItBack)
     shown.GiveBack();
 }
 
-TEST(SharedMemory, ThatHasANameIsAsLargeAsItIsWanted)
+TEST(SharedMemory, ThatHasANameIsAsLargeAsItIsWantedAndStaysThere)
 {
     const int id = shmget(getpid(), kPicture, IPC_CREAT | 0600);
     shmid_ds about{};
     EXPECT_EQ(shmctl(id, IPC_STAT, &about), 0);
     EXPECT_EQ(about.shm_segsz, kPicture);
+    void* const pixels = shmat(id, nullptr, 0);
+    EXPECT_EQ(shmget(getpid(), kPicture, 0), id);
+    EXPECT_EQ(shmdt(pixels), 0);
+    EXPECT_FALSE(IsGone(id));
     shmctl(id, IPC_RMID, nullptr);
 }
 

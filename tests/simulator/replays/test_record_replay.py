@@ -383,6 +383,9 @@ def test_an_option_of_the_other_kind_of_recording_is_refused(desk, words, compla
 
 def test_a_recording_begins_without_an_application_and_where_it_can_be_written(desk, tmp_path):
     assert "No such file" in desk.refused("record", tmp_path / "nowhere" / "run.replay")
+    (tmp_path / "run-pictures").touch()
+    assert 'run-pictures": File exists' in desk.refused("record", tmp_path / "run.replay",
+                                                        "--pictures", "-d", 0.1)
     desk.do("launch")
     assert "is running: a recorded replay begins without" in desk.refused(
         "record", tmp_path / "run.replay")

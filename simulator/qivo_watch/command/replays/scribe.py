@@ -96,6 +96,7 @@ class _Scribe:
     def __init__(self, client: Client, eye: Eye, file: pathlib.Path, with_pictures: bool):
         self._client, self._eye = client, eye
         self._file = file
+        self._folder = self._file.with_name(f"{self._file.stem}-pictures")
         self._with_pictures = with_pictures
         self._mask = disc_mask(eye.size)
         self._pictures: dict[bytes, str] = {}
@@ -128,6 +129,12 @@ class _Scribe:
     def begin(self) -> None:
         self._log_start = self._log_count = self._client.log_count()
         self._eye.has_changed()
+        if self._with_pictures:
+            # Not only at the first rest: what had been done by then would be in vain.
+            try:
+                self._folder.mkdir(exist_ok=True)
+            except OSError as error:
+                raise WatchError(f'cannot make "{self._folder}": {error.strerror}') from None
         self.write()
 
     def turn(self) -> None:
@@ -218,11 +225,9 @@ class _Scribe:
         picture = make_round(self._eye.seen, self._mask)
         content = picture.tobytes()
         if content not in self._pictures:
-            folder = self._file.with_name(f"{self._file.stem}-pictures")
-            folder.mkdir(exist_ok=True)
             name = f"{len(self._pictures) + 1:02}.png"
-            save(picture, str(folder / name))
-            self._pictures[content] = f"{folder.name}/{name}"
+            save(picture, str(self._folder / name))
+            self._pictures[content] = f"{self._folder.name}/{name}"
         return self._pictures[content]
 
     def _new_text(self) -> str:

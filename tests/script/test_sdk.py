@@ -18,6 +18,9 @@ FOLDER = pathlib.Path("lib/watch-port")
 WATCH = ["dlog", "capi-appfw-application", "capi-appfw-app-control", "capi-appfw-app-common",
          "capi-system-system-settings", "capi-system-device", "efl-extension", "ui-extension"]
 
+# Two processes would install, and follow the paper, each for itself.
+installed_once = pytest.mark.xdist_group("sdk")
+
 APPLICATION = """
 #include "common/BaseView.h"
 #include "common/NaviFrame.h"
@@ -117,11 +120,13 @@ def test_nothing_is_installed_for_developers_unless_they_ask(tmp_path):
     assert not [place for place in places if place.suffix in (".a", ".h", ".pc")]
 
 
+@installed_once
 def test_each_library_has_the_watchs_name_in_a_private_folder(sdk):
     assert sorted(file.stem for file in (sdk / "pkgconfig").iterdir()) == sorted(
         [*WATCH, "qivo-framework"])
 
 
+@installed_once
 def test_an_application_is_built_with_the_installed_files_alone(sdk, tmp_path):
     (tmp_path / "app.cpp").write_text(APPLICATION)
     (tmp_path / "res").mkdir()
@@ -163,10 +168,12 @@ def _application(prefix, desk, tmp_path_factory):
     return reader.folder
 
 
+@installed_once
 def test_the_paper_on_a_first_application_does_what_it_says(application):
     assert (application / "pictures" / "count.png").is_file()
 
 
+@installed_once
 def test_an_editor_finds_the_headers(application):
     settings = (application / ".clangd").read_text()
     folder = re.search(r"CompilationDatabase: (\S+)", settings)[1]

@@ -1,5 +1,6 @@
 """Where a watch keeps what belongs to it: anywhere, and nobody else can have it exchanged."""
 
+import contextlib
 import fcntl
 import os
 import pathlib
@@ -141,15 +142,17 @@ def test_a_watch_that_cannot_be_seen_is_not_waited_for(desk):
     folder.mkdir(parents=True)
     for made in (folder, folder.parent):
         made.chmod(0o700)
-    lock = os.open(folder, os.O_RDONLY)
-    fcntl.flock(lock, fcntl.LOCK_EX)
-    for words in (["start", "--headless"], ["stop"]):
-        told = subprocess.run(["unshare", "--map-root-user", "--pid", "--fork", "--mount-proc",
-                               *desk.command(*words)],
-                              env=desk.environment, capture_output=True, text=True, timeout=60)
-        if "unshare" in told.stderr:
-            pytest.skip(f"no processes of one's own here: {told.stderr.strip()}")
-        assert (told.returncode, told.stderr) == (
-            1, 'qivo-watch: watch "watch" is held by a process that cannot be seen or ended '
-            'from here\n')
-    os.close(lock)
+    with contextlib.ExitStack() as held:
+        lock = os.open(folder, os.O_RDONLY)
+        # Also when the test is skipped: the desk ends who still holds it.
+        held.callback(os.close, lock)
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        for words in (["start", "--headless"], ["stop"]):
+            told = subprocess.run(["unshare", "--map-root-user", "--pid", "--fork", "--mount-proc",
+                                   *desk.command(*words)],
+                                  env=desk.environment, capture_output=True, text=True, timeout=60)
+            if "unshare" in told.stderr:
+                pytest.skip(f"no processes of one's own here: {told.stderr.strip()}")
+            assert (told.returncode, told.stderr) == (
+                1, 'qivo-watch: watch "watch" is held by a process that cannot be seen or ended '
+                'from here\n')

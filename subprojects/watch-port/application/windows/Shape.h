@@ -6,8 +6,10 @@
 namespace WatchPort
 {
 
-/** Whether an object is one of the canvas's own shapes: the toolkit logs an error for one that is
- *  asked for its members. */
+/**
+ * Whether an object is one of the canvas's own shapes: the toolkit logs an error for one that is
+ * asked for its members.
+ */
 bool IsShape(const Evas_Object* object);
 
 } // namespace WatchPort
